@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// The run-time half of an entity, its key/values, and the rules by which class and keys decide
+// how it looks. Created and freed by newEntity and cMap::freeEntity.
+#pragma once
+
+#include "pluginhost/tPluginInterface.h"
+#include "support/tHost.h"
+
+#include <QList>
+
+class cVisGroup;
+struct cEntityClass;
+
+class cEntity {
+public:
+    explicit cEntity(cEntityData* record) : data(record) {}
+
+    void addToVisGroup(cVisGroup* visGroup);
+    void removeFromVisGroup(cVisGroup* visGroup);
+    void dropVisGroups();
+
+    cEntityData* data;
+    cEntityClass* entityClass = nullptr;
+    int pickId = -1;
+    uint8_t color[4] = {220, 30, 220, 255};
+    QList<cVisGroup*> visGroups;
+};
+
+// What an entity shows in place of its box, owned by it through cEntityData::attachment.
+struct cAttachment {
+    void* record;       // the shared cSpriteRecord, cModelRecord or cTexture, with a reference held
+    float frame;        // position in the animation, in frames
+    uint32_t lastFrame; // frame stamp of the last advance
+    float size;         // half-size of a sprite or decal, before scaling
+    float mins[3];      // world space
+    float maxs[3];
+};
+
+// ---- Key/values. Keys compare without regard to case, values exactly.
+
+cEpair* getEpair(const cEntityData* entity, const char* key);          // the first match or null
+const char* getEpairValue(const cEntityData* entity, const char* key); // null when absent
+cEpair* setEpair(cEntityData* entity, const char* key, const char* value); // existing keys only
+void addEpairLast(cEntityData* entity, const char* key, const char* value);
+void addEpairFirst(cEntityData* entity, const char* key, const char* value);
+void removeEpair(cEntityData* entity, const char* key); // every match
+void freeEpairs(cEpair* list);
+cEpair* copyEpairs(const cEpair* list);
+void setText(char*& field, const char* text); // frees the old text, copies the new one; null clears
+
+// ---- Creation and class
+
+// A detached entity: id 0, bounds at origin, flags plus EF_DIRTY.
+cEntityData* newEntity(const char* classname, const float* origin, uint32_t flags);
+// Stores the class, sets the flags, box and colour that follow from it; null gives the defaults.
+void setEntityClass(cEntityData* entity, cEntityClass* entityClass);
+// The lookup of the class by name, by what the entity is: world, point or solid.
+cEntityClass* findEntityClass(const cEntityData* entity);
+// flagsKey from the class: its first flags variable, else "spawnflags"; null without a class.
+void deriveFlagsKey(cEntityData* entity);
+// New key/values from the class's defaults; the entity's own values of those keys are kept.
+void resetEntityFromClass(cEntityData* entity);
+
+// ---- Updates
+
+// Rebuilds what mode (UM_ bits) asks for: bounds from the brushes, render keys, model keys,
+// attachment; other bits go to rebuildBrush for each dirty brush. Tells the cull tree.
+void updateEntity(cEntityData* entity, uint32_t mode);
+void readRenderKeys(cEntityData* entity);
+void readModelKeys(cEntityData* entity);
+void attachResource(cEntityData* entity); // finds and attaches the model, sprite or decal
+void detachResource(cEntityData* entity);
+void touchEntity(cEntityData* entity);
+
+bool entityVisible(const cEntityData* entity); // false with EF_HIDDEN or hidden by HideMask

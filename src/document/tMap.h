@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+// One map: its records, the counters and indices behind them, groups, visgroups and selection.
+// Knows nothing of windows; whoever shows it compares revision(). Operations here open no
+// history step and show no message box.
+#pragma once
+
+#include "document/tPickPool.h"
+#include "pluginhost/tPluginInterface.h"
+
+#include <QHash>
+#include <QMap>
+#include <memory>
+
+class cCullTree;
+class cProject;
+class cVisGroup;
+struct cDrawStats;
+struct cPortal;
+struct cViewInfo;
+
+// One point of a loaded pointfile; the array serves as an interleaved GL array.
+struct cPathPoint {
+    uint8_t color[4];
+    float xyz[3];
+};
+
+// A polygon of a loaded portal file.
+struct cPortal {
+    int vertexCount;
+    float points[128][3];
+    cPortal* next;
+};
+
+class cMap {
+public:
+    explicit cMap(cProject* owner);
+    ~cMap();
+    cMap(const cMap&) = delete;
+    cMap& operator=(const cMap&) = delete;
+
+    static cMap* of(cMapData* record) { return record->map; }
+
+    // Everything goes but the id counters of entities, brushes, faces and groups. Silent.
+    void clearMap();
+    cEntityData* world() const { return data.entities; }
+
+    // ---- Lookups. What a walk of the lists would find first, through an index; null if absent.
+
+    cGroupData* findGroupById(uint32_t id) const;
+    cEntityData* findEntityById(uint32_t id) const;
+    cBrushData* findBrushById(const cEntityData* entity, uint32_t id) const; // null: all entities
+    cFaceData* findFaceById(const cBrushData* brush, uint32_t id) const;
+    cGroupData* findGroupByPick(int pick) const;
+    cEntityData* findEntityByPick(int pick) const;
+    cBrushData* findBrushByPick(int pick) const;
+    cFaceData* findFaceByPick(int pick) const;
+
+    // ---- Creation. Each gives a pick number and, unless it says otherwise, the next id.
+
+    void attachEntity(cEntityData* entity); // pick number and class only
+    cEntityData* addEntity(const char* classname, const float* origin, uint32_t flags);
+    cBrushData* addBrush(cEntityData* entity);
+    cFaceData* addFace(cBrushData* brush, const cFaceTexture& tex, int vertexCount);
+    cGroupData* addGroup();
+    // Full copy under a new id, in the given entity; rebuilt with mode 0.
+    cBrushData* copyBrush(const cBrushData* source, cEntityData* entity);
+    // Same class, keys and fields, appended to the list; brushes are not copied.
+    cEntityData* copyEntity(const cEntityData* source);
+
+    // For readers and the history, which make the objects themselves: enter a detached object at
+    // the tail of its list. id 0 takes the next id, another one is kept.
+    void insertEntity(cEntityData* entity, uint32_t id = 0);
+    void insertBrush(cBrushData* brush, cEntityData* entity, uint32_t id = 0);
+    void insertFace(cFaceData* face, cBrushData* brush, uint32_t id = 0);
+    cGroupData* insertGroup(uint32_t id); // at the head of the list, black
+
+    // ---- Removal: out of all lists, pick numbers back, deleted.
+
+    void freeFace(cFaceData* face);
+    void freeBrush(cBrushData* brush);    // never removes an emptied entity by itself
+    void freeEntity(cEntityData* entity); // with its brushes; the world is refused silently
+    void freeGroup(cGroupData* group);
+    // Removes a solid entity that has lost its last brush, with a message; true if it went.
+    bool removeEmptySolidEntity(cEntityData* entity);
+    // Moves a brush to the tail of another entity's list; both owners want an update after.
+    void moveBrush(cBrushData* brush, cEntityData* entity);
+
+    // ---- Groups
+
+    void joinGroupEntity(cEntityData* entity, cGroupData* group);
+    void joinGroupBrush(cBrushData* brush, cGroupData* group);
+    void joinGroupGroup(cGroupData* child, cGroupData* group);
+    void dissolveGroup(cGroupData* group, bool select);
+    void leaveGroupEntity(cEntityData* entity, bool keepEmpty, bool record);
+    void leaveGroupBrush(cBrushData* brush, bool keepEmpty, bool record);
+
+    // ---- Visgroups
+
+    cVisGroup* createVisGroup(const char* name);
+    cVisGroup* findVisGroup(uint32_t id) const;
+    void setVisGroupId(cVisGroup* visGroup, uint32_t id);
+    void clearVisGroups();
+    void renumberVisGroups();
+    void removeVisGroup(cVisGroup* visGroup);
+    bool mergeVisGroups(uint32_t sourceId, uint32_t targetId);
+    bool purgeVisGroups();
+    void computeVisGroupVisibility(); // one pass over the map
+
+    // ---- Selection
+
+    int updateSelectionMode(); // 3 faces, 2 single objects, 1 groups as units
+    void clearFaces();
+    void clearSelection();
+    void dropHidden();
+    void describeSelection(); // the sentence of status pane 2
+
+    // ---- Finishing
+
+    // Transparency flags from the settings, visgroup visibility, the cull tree: after a read.
+    void finishLoad();
+    void buildCullTree();
+    void recolor(); // after a change of the colour scheme
+
+    // Grows with every change that a view could show.
+    uint64_t revision() const { return m_revision; }
+    void markChanged() { ++m_revision; }
+
+    // The drawing half, defined in views/.
+    void draw(cViewInfo& view, cDrawStats& stats);
+
+    cProject* project;
+    std::unique_ptr<cCullTree> cullTree; // null until built
+    cMapData data;
+    cPickPool picks;
+    int selectionMode = 1;
+    uint32_t lastGroupId = 0;
+    uint32_t lastEntityId = 0;
+    uint32_t lastBrushId = 0;
+    uint32_t lastFaceId = 0;
+    uint32_t lastVisGroupId = 0;
+    int pointCount = 0;
+    cPathPoint* points = nullptr;
+    cPortal* portals = nullptr;
+    QMap<uint32_t, cVisGroup*> visGroups;
+
+    // counter plus one, skipping 0
+    static uint32_t nextId(uint32_t& counter);
+
+private:
+    void freeFaceRecord(cFaceData* face);
+    void freeBrushRecord(cBrushData* brush);
+    void freeEntityRecord(cEntityData* entity);
+    void removeGroupRecord(cGroupData* group);
+    void removeEmptiedGroups(cGroupData* group, bool record, const char* classname);
+    void freeOverlays();
+
+    QHash<uint32_t, cEntityData*> m_entitiesById;
+    QHash<uint32_t, cBrushData*> m_brushesById;
+    QHash<uint32_t, cGroupData*> m_groupsById;
+    uint64_t m_revision = 1;
+};
+
+// Detached objects; freed by the map once they are inserted.
+cBrushData* newBrush();
+cFaceData* newFace(int vertexCount);

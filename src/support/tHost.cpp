@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+// The host pointer and the busy counter.
+#include "support/tHost.h"
+
+cHost* g_host = nullptr;
+
+static int g_busyCount = 0;
+
+cBusy::cBusy() {
+    ++g_busyCount;
+}
+
+cBusy::~cBusy() {
+    --g_busyCount;
+}
+
+bool cBusy::isBusy() {
+    return g_busyCount > 0;
+}

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// The windows of one open document and what goes over all of them. cProject derives from it, so
+// views reach their document without knowing the shell.
+#pragma once
+
+#include <QList>
+
+class cCanvas;
+class cChildWindow;
+class cMap;
+struct cConfigFolders;
+
+// Masks of redrawViews.
+enum { REDRAW_2D = 1, REDRAW_3D = 2, REDRAW_ALL = 3 };
+
+class cDocumentViews {
+public:
+    virtual ~cDocumentViews() = default;
+
+    // A user closes a window; false vetoes. After true the window no longer knows the document.
+    virtual bool windowClosing(cChildWindow* window) = 0;
+    // The configuration to make active while this document draws.
+    virtual cConfigFolders* viewConfig() = 0;
+    virtual cMap* viewMap() = 0;
+
+    // Each goes over all windows; see the operation of the same name in cChildWindow.
+    void redrawViews(int mask);
+    void redrawAllNow();
+    void centerViews(const float* point);
+    void setZoomAll(float zoom);
+    void setOffsetAll(float x, float y);
+    void setCameraOrigin(const float* point);
+    void setCameraAngles(const float* angles);
+    void applyScrollbarSetting();
+    cCanvas* findCanvas(int axis) const;
+    cCanvas* firstCanvas() const;
+
+    QList<cChildWindow*> windows; // in order of creation
+};

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "support/tTestHost.h"
+
+#include "support/tColors.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+
+static std::string upper(const char* text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](unsigned char c) { return char(std::toupper(c)); });
+    return result;
+}
+
+cTestHost::cTestHost() : m_before(g_host) {
+    g_host = this;
+}
+
+cTestHost::~cTestHost() {
+    g_host = m_before;
+}
+
+void cTestHost::consoleMessage(eMessage level, const char* text) {
+    messages.push_back({level, QString::fromLocal8Bit(text)});
+}
+
+int cTestHost::count(eMessage level, const QString& text) const {
+    return int(std::count_if(messages.begin(), messages.end(), [&](const cMessage& m) {
+        return m.level == level && m.text.contains(text);
+    }));
+}
+
+cTexture* cTestHost::makeTexture(const char* name, int width, int height, uint32_t flags) {
+    cTexture& texture = textures[upper(name)];
+    texture = {};
+    strncpy(texture.name, name, sizeof texture.name - 1);
+    texture.width = width;
+    texture.height = height;
+    texture.flags = flags;
+    texture.opacity = 1.0f;
+    return &texture;
+}
+
+cTexture* cTestHost::addTexture(const char* name, int width, int height) {
+    return makeTexture(name, width, height, 0);
+}
+
+cTexture* cTestHost::findTexture(const char* name) {
+    const auto found = textures.find(upper(name));
+    return found == textures.end() ? nullptr : &found->second;
+}
+
+cTexture* cTestHost::addMissingTexture(const char* name) {
+    if (cTexture* texture = findTexture(name))
+        return texture;
+    return makeTexture(name, 64, 64, TF_PLACEHOLDER);
+}
+
+void cTestHost::releaseTexture(cTexture* texture) {
+    --texture->refCount;
+}
+
+cEntityClass* cTestHost::addClass(const QString& name, int kind) {
+    classes.push_back(std::make_unique<cEntityClass>());
+    classes.back()->name = name;
+    classes.back()->kind = kind;
+    return classes.back().get();
+}
+
+cEntityClass* cTestHost::findClass(const char* name, eClassFilter filter) {
+    for (const auto& c : classes) {
+        const bool fits = filter == CF_ANY || (filter == CF_POINT && c->kind == CK_POINT) ||
+                          (filter == CF_WORLD && c->kind == CK_WORLD) ||
+                          (filter == CF_SOLID && (c->kind == CK_SOLID || c->kind == CK_WORLD));
+        if (fits && c->name == QString::fromLocal8Bit(name))
+            return c.get();
+    }
+    return nullptr;
+}
+
+const uint8_t* cTestHost::schemeColor(int index) const {
+    static const uint8_t white[4] = {255, 255, 255, 255};
+    static const uint8_t brushMin[4] = {0, 100, 100, 255};
+    static const uint8_t brushMax[4] = {0, 255, 255, 255};
+    static const uint8_t groupMin[4] = {80, 80, 80, 255};
+    switch (index) {
+    case COLOR_BRUSH_RANDOM_MIN:
+        return brushMin;
+    case COLOR_BRUSH_RANDOM_MAX:
+        return brushMax;
+    case COLOR_GROUP_RANDOM_MIN:
+        return groupMin;
+    default:
+        return white;
+    }
+}
