@@ -101,7 +101,7 @@ cProjectFile::cProjectFile(cMap& map, const QString& path) : m_map(map), m_path(
 // ---- What a record holds, for both directions
 
 bool cProjectFile::header(cStream& stream) {
-    char magic[4];
+    char magic[4] = {};
     memcpy(magic, MAGIC, sizeof magic);
     return stream.value(magic) && memcmp(magic, MAGIC, sizeof magic) == 0 &&
            stream.value(m_version);
@@ -175,12 +175,12 @@ bool cProjectFile::readMap(cStream& stream) {
 }
 
 bool cProjectFile::readGroups(cStream& stream) {
-    int32_t count;
+    int32_t count = 0;
     if (!stream.count(count, MIN_GROUP))
         return false;
     m_maxGroupId = 0;
     for (int i = 0; i < count; ++i) {
-        cGroupRecord record;
+        cGroupRecord record = {};
         if (!group(stream, record))
             return false;
         m_maxGroupId = std::max({m_maxGroupId, record.id, record.parentId});
@@ -198,12 +198,12 @@ bool cProjectFile::readGroups(cStream& stream) {
 }
 
 bool cProjectFile::readVisGroups(cStream& stream) {
-    int32_t count;
+    int32_t count = 0;
     if (!stream.count(count, MIN_VISGROUP))
         return false;
     for (int i = 0; i < count; ++i) {
         cVisGroup* visGroup = m_map.createVisGroup(nullptr);
-        uint8_t visible;
+        uint8_t visible = 0;
         if (!stream.text(visGroup->name) || !stream.value(visGroup->id) ||
             !stream.value(visGroup->color) || !stream.value(visible))
             return false;
@@ -245,11 +245,11 @@ void cProjectFile::setGroup(cGroupData*& group, cGroupData*& rootGroup, uint32_t
 }
 
 template<class T> bool cProjectFile::readMemberships(cStream& stream, T* object) {
-    int32_t count;
+    int32_t count = 0;
     if (!stream.count(count, sizeof(uint32_t)))
         return false;
     for (int i = 0; i < count; ++i) {
-        uint32_t id;
+        uint32_t id = 0;
         if (!stream.value(id))
             return false;
         if (cVisGroup* visGroup = m_map.findVisGroup(id))
@@ -259,7 +259,7 @@ template<class T> bool cProjectFile::readMemberships(cStream& stream, T* object)
 }
 
 bool cProjectFile::readEpairs(cStream& stream, cEntityData* entity) {
-    int32_t count;
+    int32_t count = 0;
     if (!stream.count(count, 2 * MIN_STRING))
         return false;
     cEpair** end = &entity->epairs;
@@ -296,7 +296,7 @@ void cProjectFile::finishEntity(cEntityData* entity, uint32_t groupId) {
 bool cProjectFile::readEntity(cStream& stream) {
     char* classname = nullptr;
     float origin[3];
-    uint32_t flags, groupId, rootGroupId;
+    uint32_t flags = 0, groupId = 0, rootGroupId = 0;
     uint8_t color[4];
     const bool made = stream.text(classname) && classname && *classname && stream.value(origin) &&
                       stream.value(flags) && stream.value(groupId) && stream.value(rootGroupId) &&
@@ -319,7 +319,7 @@ bool cProjectFile::readEntity(cStream& stream) {
 }
 
 bool cProjectFile::readBrushes(cStream& stream, cEntityData* entity) {
-    int32_t count;
+    int32_t count = 0;
     if (!stream.count(count, MIN_BRUSH))
         return false;
     for (int i = 0; i < count; ++i) {
@@ -330,7 +330,7 @@ bool cProjectFile::readBrushes(cStream& stream, cEntityData* entity) {
 }
 
 bool cProjectFile::readBrush(cStream& stream, cEntityData* entity) {
-    uint32_t reserved = 0, flags, groupId, rootGroupId;
+    uint32_t reserved = 0, flags = 0, groupId = 0, rootGroupId = 0;
     uint8_t color[4];
     if ((m_version > OLDEST_VERSION && !stream.value(reserved)) || !stream.value(flags) ||
         !stream.value(groupId) || !stream.value(rootGroupId) || !stream.value(color))
@@ -340,7 +340,7 @@ bool cProjectFile::readBrush(cStream& stream, cEntityData* entity) {
     brush->flags |= flags;
     brush->brush->setBaseColor(color);
     m_map.insertBrush(brush, entity);
-    int32_t faces;
+    int32_t faces = 0;
     bool complete = readMemberships(stream, brush->brush) && stream.count(faces, MIN_FACE);
     for (int i = 0; complete && i < faces; ++i)
         complete = readFace(stream, brush);
@@ -357,8 +357,8 @@ bool cProjectFile::readBrush(cStream& stream, cEntityData* entity) {
 }
 
 bool cProjectFile::readFace(cStream& stream, cBrushData* brush) {
-    uint32_t flags;
-    int32_t vertexCount;
+    uint32_t flags = 0;
+    int32_t vertexCount = 0;
     if (!stream.value(flags) || !stream.count(vertexCount, sizeof(cFaceVertex)))
         return false;
     cFaceData* face = newFace(vertexCount);
@@ -429,15 +429,18 @@ bool cProjectFile::writeMap(cStream& stream) {
 
 // A parent always precedes its children.
 bool cProjectFile::writeGroup(cStream& stream, cGroupData* group) {
-    if (group->memberCount < 1 || (group->flags & GF_WRITTEN))
-        return true;
-    if (group->parent && !writeGroup(stream, group->parent))
-        return false;
-    cGroupRecord record = {
-        group->id, group->parent ? group->parent->id : 0, group->flags, group->memberCount, {}};
-    memcpy(record.color, group->group->baseColor, sizeof record.color);
-    group->flags |= GF_WRITTEN;
-    return this->group(stream, record);
+    std::vector<cGroupData*> chain;
+    for (; group && group->memberCount >= 1 && !(group->flags & GF_WRITTEN); group = group->parent)
+        chain.push_back(group);
+    for (auto next = chain.rbegin(); next != chain.rend(); ++next) {
+        cGroupData* g = *next;
+        cGroupRecord record = {g->id, g->parent ? g->parent->id : 0, g->flags, g->memberCount, {}};
+        memcpy(record.color, g->group->baseColor, sizeof record.color);
+        g->flags |= GF_WRITTEN;
+        if (!this->group(stream, record))
+            return false;
+    }
+    return true;
 }
 
 bool cProjectFile::writeVisGroups(cStream& stream) {
