@@ -23,6 +23,7 @@
 #include <QGLWidget>
 #include <QLabel>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QSignalMapper>
 #include <QStatusBar>
 #include <QTextEdit>
@@ -186,7 +187,7 @@ void cMainWindow::createMdiArea() {
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this,
             &cMainWindow::changeSubwindowActiveState);
     m_windowMapper = new QSignalMapper(this);
-    connect(m_windowMapper, QOverload<QWidget*>::of(&QSignalMapper::mapped), this,
+    connect(m_windowMapper, &QSignalMapper::mappedWidget, this,
             &cMainWindow::setActiveChildWindow);
     setCentralWidget(m_mdiArea);
 }

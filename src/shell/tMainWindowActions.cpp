@@ -17,7 +17,7 @@ static bool sameTitle(const char* a, const char* b) {
     return a == b || (a && b && !strcmp(a, b));
 }
 
-static bool isSeparator(const cCommandRow& row) {
+static bool isSeparatorRow(const cCommandRow& row) {
     return !row.text;
 }
 
@@ -67,7 +67,7 @@ void cMainWindow::createMenuRow(const cCommandRow& row, QMenu* menu) {
         m_pluginMenu = menu;
         return;
     }
-    if (isSeparator(row)) {
+    if (isSeparatorRow(row)) {
         QCustomSeparator* separator = createSeparator(row, menu);
         menu->addAction(separator);
         if (row.flags & CMD_RECENT_BLOCK)
@@ -157,7 +157,7 @@ void cMainWindow::createBars() {
         bar->setAccessibleName(bar->objectName());
         bar->setIconSize(QSize(BAR_ICON_SIZE, BAR_ICON_SIZE));
         for (const cCommandRow* row : rowsOf(group.bit, &cCommandRow::barOrder))
-            if (isSeparator(*row))
+            if (isSeparatorRow(*row))
                 bar->addAction(createSeparator(*row, bar));
             else
                 bar->addAction(createAction(*row, bar));
@@ -177,7 +177,7 @@ void cMainWindow::createPopups() {
                 subTitle = row->subMenu;
                 menu = subTitle ? popup->addMenu(tr(subTitle)) : popup;
             }
-            if (isSeparator(*row))
+            if (isSeparatorRow(*row))
                 menu->addAction(createSeparator(*row, popup));
             else
                 menu->addAction(createAction(*row, popup));
