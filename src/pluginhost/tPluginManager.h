@@ -17,6 +17,7 @@ class cFlagCaptions;
 class cGameConfigRegistry;
 class cModelManager;
 class cTextureManager;
+struct cPluginContext;
 
 // One map format of a plug-in; it belongs to the profiles with the same library.
 struct cMapFormat {
@@ -66,8 +67,9 @@ private:
     friend struct cPluginCallbacks;
 
     bool start(QLibrary& library);
-    void enumerate(QLibrary& library);
+    void enumerate(cPluginContext& context);
     void sortActions();
 
     cPluginTargets m_targets;
+    std::vector<std::unique_ptr<cPluginContext>> m_contexts; // plug-ins may keep the word
 };

@@ -55,7 +55,9 @@ public:
     void setCurrentByTitle(const QString& title);
 
     cGameConfig* find(const QString& title) const { return configsByTitle.value(title); }
+    // A title that is taken gets a number behind it.
     cGameConfig* addConfig(const QString& title);
+    // These two do nothing when the new title is taken.
     bool copyConfig(const QString& oldTitle, const QString& newTitle);
     void renameConfig(const QString& oldTitle, const QString& newTitle);
     void removeConfig(const QString& title); // refused while a project is on it
@@ -86,6 +88,9 @@ private:
     void clearConfigs();
     cGameConfig* known(const QString& title) const; // warns when null
     void rebuildCatalogue(cGameConfig* config);
+    void buildTrees(cGameConfig* config) const;
+    void fillAssigned(cGameConfig* config, bool precacheUsed);
+    QString titleOfActive() const;
 
     cGameDataRegistry& m_gameData;
     cTextureManager& m_textures;

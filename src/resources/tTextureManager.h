@@ -124,6 +124,10 @@ private:
     bool loadPackageFile(cTexturePackage* package, const uint8_t* palette);
     bool loadDirectory(cTexturePackage* package, const QString& base, const uint8_t* palette);
     bool loadFile(cTexturePackage* package, const QString& path, const uint8_t* palette);
+    int packageCount(const cTexturePackage& package) const;
+    cTextureImage* addImage(const QString& sourceId, const cTextureImage& record,
+                            const void* pixels, QIcon** iconOut);
+    QString forgetSource(cTexture* texture);
     void freeTexture(cTexture* texture);
     void releaseImage(cTextureImage* image);
 
