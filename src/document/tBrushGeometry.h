@@ -5,6 +5,7 @@
 
 #include "pluginhost/tPluginInterface.h"
 #include "support/tMath.h"
+#include "support/tSystem.h"
 
 #include <QString>
 
@@ -22,9 +23,17 @@ void sortFaces(cBrushData* brush);
 bool checkBrush(const cBrushData* brush, bool allowCoplanar, QString* errorText);
 bool checkFacePlanar(const cFaceData* face, QString* errorText);
 
-bool normalsEqual(const float* a, const float* b);
-bool isZeroVector(const float* v);
-void snapCoordinates(float* point);
+cPlane planeOf(const cFaceData* face);
+
+inline bool normalsEqual(const float* a, const float* b) {
+    return vectorsEqual(a, b);
+}
+inline bool isZeroVector(const float* v) {
+    return vectorIsZero(v);
+}
+inline void snapCoordinates(float* point) {
+    snapVector(point);
+}
 
 // Two new brushes in the entity of the given one, which stays as it is. A null out pointer asks
 // for no such piece; a piece that does not exist is null.

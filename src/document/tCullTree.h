@@ -62,6 +62,7 @@ private:
     void update(void* record, bool isBrush, const float* mins, const float* maxs);
     void insert(cNode& node, uint32_t index);
     void split(cNode& node);
+    void unlink(uint32_t index);
     bool contains(const float* mins, const float* maxs) const;
 
     cMap& m_map;

@@ -59,6 +59,8 @@ public:
 
     void attachEntity(cEntityData* entity); // pick number and class only
     cEntityData* addEntity(const char* classname, const float* origin, uint32_t flags);
+    // The world, at the head of the list, with its class's default keys.
+    cEntityData* addWorld(const char* classname);
     cBrushData* addBrush(cEntityData* entity);
     cFaceData* addFace(cBrushData* brush, const cFaceTexture& tex, int vertexCount);
     cGroupData* addGroup();
@@ -91,8 +93,10 @@ public:
     void joinGroupBrush(cBrushData* brush, cGroupData* group);
     void joinGroupGroup(cGroupData* child, cGroupData* group);
     void dissolveGroup(cGroupData* group, bool select);
-    void leaveGroupEntity(cEntityData* entity, bool keepEmpty, bool record);
-    void leaveGroupBrush(cBrushData* brush, bool keepEmpty, bool record);
+    // For an object that goes: its group's count falls, and emptied groups go with it, bottom up,
+    // unless keepEmpty is set.
+    void leaveGroupEntity(cEntityData* entity, bool keepEmpty);
+    void leaveGroupBrush(cBrushData* brush, bool keepEmpty);
 
     // ---- Visgroups
 
@@ -147,12 +151,16 @@ public:
     static uint32_t nextId(uint32_t& counter);
 
 private:
-    void freeFaceRecord(cFaceData* face);
-    void freeBrushRecord(cBrushData* brush);
-    void freeEntityRecord(cEntityData* entity);
-    void removeGroupRecord(cGroupData* group);
-    void removeEmptiedGroups(cGroupData* group, bool record, const char* classname);
+    void releaseFace(cFaceData* face);
+    void releaseBrush(cBrushData* brush);
+    void releaseEntity(cEntityData* entity);
+    void releaseGroup(cGroupData* group);
+    void removeEmptiedGroups(cGroupData* group, const char* message, const char* classname);
     void freeOverlays();
+    int countSelectedUnits() const;
+    int countSelectedSolids() const;
+    QString selectionSentence() const;
+    QString entitySentence() const;
 
     QHash<uint32_t, cEntityData*> m_entitiesById;
     QHash<uint32_t, cBrushData*> m_brushesById;
@@ -163,3 +171,5 @@ private:
 // Detached objects; freed by the map once they are inserted.
 cBrushData* newBrush();
 cFaceData* newFace(int vertexCount);
+// A face whose brush is in no map: out of the brush, texture reference back, deleted.
+void freeDetachedFace(cFaceData* face);

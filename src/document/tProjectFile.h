@@ -5,10 +5,10 @@
 // against what is left of the file before memory is taken.
 #pragma once
 
+#include "pluginhost/tPluginInterface.h"
+
 #include <QByteArray>
 #include <QString>
-#include <cstdint>
-#include <memory>
 
 class cMap;
 
@@ -18,21 +18,44 @@ public:
     static constexpr int OLDEST_VERSION = 111;
 
     cProjectFile(cMap& map, const QString& path);
-    ~cProjectFile();
 
     // Into an empty map. True when the head was read whole and as many entities as there were.
     // The caller finishes with cMap::finishLoad().
     bool load();
     bool save();
 
-    // The same from and to memory; for tests and fuzzing.
+    // The same from memory.
     bool loadBytes(const QByteArray& bytes);
 
 private:
     class cStream;
+    struct cGroupRecord;
+
+    bool header(cStream& stream);
+    bool group(cStream& stream, cGroupRecord& record);
+    bool entity(cStream& stream, cEntityData* entity);
+    bool face(cStream& stream, cFaceData* face);
 
     bool readMap(cStream& stream);
+    bool readGroups(cStream& stream);
+    bool readVisGroups(cStream& stream);
+    bool readEntity(cStream& stream);
+    bool readEpairs(cStream& stream, cEntityData* entity);
+    bool readBrushes(cStream& stream, cEntityData* entity);
+    bool readBrush(cStream& stream, cEntityData* entity);
+    bool readFace(cStream& stream, cBrushData* brush);
+    template<class T> bool readMemberships(cStream& stream, T* object);
+    void setGroup(cGroupData*& group, cGroupData*& rootGroup, uint32_t id);
+    void finishEntity(cEntityData* entity, uint32_t groupId);
+    void finishMap();
+
     bool writeMap(cStream& stream);
+    bool writeGroup(cStream& stream, cGroupData* group);
+    bool writeVisGroups(cStream& stream);
+    bool writeEntity(cStream& stream, cEntityData* entity);
+    bool writeBrush(cStream& stream, cBrushData* brush);
+    bool writeMemberships(cStream& stream, const QList<class cVisGroup*>& visGroups);
+    void clearWritten();
 
     cMap& m_map;
     QString m_path;

@@ -1,0 +1,382 @@
+// SPDX-License-Identifier: MIT
+// The map: lookups, creation and removal of its objects.
+#include "document/tMap.h"
+
+#include "document/tBrush.h"
+#include "document/tBrushGeometry.h"
+#include "document/tCullTree.h"
+#include "document/tEntity.h"
+#include "document/tFace.h"
+#include "document/tFaceMapping.h"
+#include "document/tGroup.h"
+#include "document/tMapLists.h"
+#include "document/tVisGroup.h"
+#include "support/tConsole.h"
+#include "support/tHost.h"
+#include "support/tVec.h"
+
+cMap::cMap(cProject* owner) : project(owner), data() {
+    data.map = this;
+    updateSelectionMode();
+}
+
+cMap::~cMap() {
+    clearMap();
+}
+
+uint32_t cMap::nextId(uint32_t& counter) {
+    if (++counter == 0)
+        counter = 1;
+    return counter;
+}
+
+// ---- Clearing
+
+void cMap::freeOverlays() {
+    Mem_Free(points);
+    points = nullptr;
+    pointCount = 0;
+    while (cPortal* portal = portals) {
+        portals = portal->next;
+        Mem_Free(portal);
+    }
+}
+
+void cMap::clearMap() {
+    data.flags |= MF_CLEARING;
+    cullTree.reset();
+    for (cGroupData* group : groupsOf(data))
+        releaseGroup(group);
+    for (cEntityData* entity : entitiesOf(data)) {
+        for (cBrushData* brush : brushesOf(entity)) {
+            for (cFaceData* face : facesOf(brush))
+                releaseFace(face);
+            releaseBrush(brush);
+        }
+        releaseEntity(entity);
+    }
+    clearVisGroups();
+    freeOverlays();
+    m_entitiesById.clear();
+    m_brushesById.clear();
+    m_groupsById.clear();
+    data = {};
+    data.map = this;
+    picks.clear();
+    markChanged();
+}
+
+// The record and its class half, with what they own; all lists are the caller's business.
+void cMap::releaseFace(cFaceData* face) {
+    dropTexture(face);
+    delete face->face;
+    Mem_Free(face->vertices);
+    Mem_Free(face);
+}
+
+void cMap::releaseBrush(cBrushData* brush) {
+    brush->brush->dropVisGroups();
+    delete brush->brush;
+    Mem_Free(brush);
+}
+
+void cMap::releaseEntity(cEntityData* entity) {
+    entity->entity->dropVisGroups();
+    detachResource(entity);
+    freeEpairs(entity->epairs);
+    Mem_Free(entity->classname);
+    Mem_Free(entity->flagsKey);
+    delete entity->entity;
+    Mem_Free(entity);
+}
+
+void cMap::releaseGroup(cGroupData* group) {
+    delete group->group;
+    Mem_Free(group);
+}
+
+// ---- Lookups
+
+cGroupData* cMap::findGroupById(uint32_t id) const {
+    return m_groupsById.value(id);
+}
+
+cEntityData* cMap::findEntityById(uint32_t id) const {
+    return m_entitiesById.value(id);
+}
+
+cBrushData* cMap::findBrushById(const cEntityData* entity, uint32_t id) const {
+    cBrushData* brush = m_brushesById.value(id);
+    return brush && (!entity || brush->owner == entity) ? brush : nullptr;
+}
+
+cFaceData* cMap::findFaceById(const cBrushData* brush, uint32_t id) const {
+    for (cFaceData* face : facesOf(brush)) {
+        if (face->id == id)
+            return face;
+    }
+    return nullptr;
+}
+
+template<class T> static T* recordOf(const cPickPool& picks, int pick, ePickKind kind) {
+    const cPickTarget target = picks.target(pick);
+    return target.kind == kind ? static_cast<T*>(target.record) : nullptr;
+}
+
+cGroupData* cMap::findGroupByPick(int pick) const {
+    return recordOf<cGroupData>(picks, pick, ePickKind::Group);
+}
+
+cEntityData* cMap::findEntityByPick(int pick) const {
+    return recordOf<cEntityData>(picks, pick, ePickKind::Entity);
+}
+
+cBrushData* cMap::findBrushByPick(int pick) const {
+    return recordOf<cBrushData>(picks, pick, ePickKind::Brush);
+}
+
+cFaceData* cMap::findFaceByPick(int pick) const {
+    return recordOf<cFaceData>(picks, pick, ePickKind::Face);
+}
+
+// ---- Creation
+
+void cMap::attachEntity(cEntityData* entity) {
+    entity->entity->pickId = picks.take(ePickKind::Entity, entity);
+    setEntityClass(entity, findEntityClass(entity));
+    if (!entity->flagsKey)
+        deriveFlagsKey(entity);
+}
+
+void cMap::insertEntity(cEntityData* entity, uint32_t id) {
+    entity->owner = &data;
+    entity->id = id ? id : nextId(lastEntityId);
+    if (entity->flags & EF_WORLD)
+        listPushHead(data.entities, data.entitiesTail, entity);
+    else
+        listPushTail(data.entities, data.entitiesTail, entity);
+    m_entitiesById.insert(entity->id, entity);
+    markChanged();
+}
+
+void cMap::insertBrush(cBrushData* brush, cEntityData* entity, uint32_t id) {
+    brush->owner = entity;
+    brush->brush->pickId = picks.take(ePickKind::Brush, brush);
+    brush->id = id ? id : nextId(lastBrushId);
+    listPushTail(entity->brushes, entity->brushesTail, brush);
+    m_brushesById.insert(brush->id, brush);
+    markChanged();
+}
+
+void cMap::insertFace(cFaceData* face, cBrushData* brush, uint32_t id) {
+    face->brush = brush;
+    face->face->pickId = picks.take(ePickKind::Face, face);
+    face->id = id ? id : nextId(lastFaceId);
+    listPushTail(brush->faces, brush->facesTail, face);
+}
+
+cGroupData* cMap::insertGroup(uint32_t id) {
+    auto* group = static_cast<cGroupData*>(Mem_Alloc(sizeof(cGroupData)));
+    group->group = new cGroup(group);
+    group->owner = &data;
+    group->id = id;
+    group->group->pickId = picks.take(ePickKind::Group, group);
+    listPushHead(data.groups, group);
+    m_groupsById.insert(id, group);
+    return group;
+}
+
+cEntityData* cMap::addEntity(const char* classname, const float* origin, uint32_t flags) {
+    cEntityData* entity = newEntity(classname, origin, flags);
+    attachEntity(entity);
+    insertEntity(entity);
+    return entity;
+}
+
+cEntityData* cMap::addWorld(const char* classname) {
+    const float origin[3] = {0, 0, 0};
+    cEntityData* entity = addEntity(classname, origin, EF_WORLD);
+    resetEntityFromClass(entity);
+    updateEntity(entity, 0);
+    return entity;
+}
+
+cBrushData* cMap::addBrush(cEntityData* entity) {
+    cBrushData* brush = newBrush();
+    insertBrush(brush, entity);
+    return brush;
+}
+
+cFaceData* cMap::addFace(cBrushData* brush, const cFaceTexture& tex, int vertexCount) {
+    cFaceData* face = newFace(vertexCount);
+    insertFace(face, brush);
+    applyTextureBlock(face, tex);
+    return face;
+}
+
+cGroupData* cMap::addGroup() {
+    cGroupData* group = insertGroup(nextId(lastGroupId));
+    const uint8_t color[4] = {uint8_t(T_RandomLong(0, 255)), uint8_t(T_RandomLong(0, 255)),
+                              uint8_t(T_RandomLong(0, 255)), 255};
+    group->group->setBaseColor(color);
+    return group;
+}
+
+// Flags that say what happens to an object at this moment, which a copy does not take over.
+static constexpr uint32_t TRANSIENT_FLAGS = OF_SELECTED | BF_MOVING | BF_MARK | BF_MORPHED;
+
+static void copyFace(cMap* map, const cFaceData* source, cBrushData* brush) {
+    cFaceData* face = map->addFace(brush, source->tex, source->vertexCount);
+    face->flags |= source->flags & ~(TRANSIENT_FLAGS);
+    vecCopy(source->normal, face->normal);
+    face->dist = source->dist;
+    face->planeType = source->planeType;
+    std::copy(source->vertices, source->vertices + source->vertexCount, face->vertices);
+}
+
+cBrushData* cMap::copyBrush(const cBrushData* source, cEntityData* entity) {
+    cBrushData* brush = addBrush(entity);
+    brush->flags |= source->flags & ~TRANSIENT_FLAGS;
+    brush->reserved = source->reserved;
+    brush->brush->setBaseColor(source->brush->baseColor);
+    for (const cFaceData* face : facesOf(source))
+        copyFace(this, face, brush);
+    if (g_host && g_host->KeepCloneVisGroup) {
+        for (cVisGroup* visGroup : source->brush->visGroups)
+            brush->brush->addToVisGroup(visGroup);
+    }
+    rebuildBrush(brush, 0);
+    return brush;
+}
+
+cEntityData* cMap::copyEntity(const cEntityData* source) {
+    constexpr uint32_t kept = ~uint32_t(EF_SELECTED | EF_MOVING | EF_WORLD);
+    cEntityData* entity = newEntity(source->classname, source->origin, source->flags & kept);
+    entity->entity->pickId = picks.take(ePickKind::Entity, entity);
+    setEntityClass(entity, source->entity->entityClass);
+    insertEntity(entity);
+    setText(entity->flagsKey, source->flagsKey);
+    entity->epairs = copyEpairs(source->epairs);
+    entity->spawnFlags = source->spawnFlags;
+    vecCopy(source->angles, entity->angles);
+    memcpy(entity->entity->color, source->entity->color, 4);
+    entity->renderFlags = source->renderFlags;
+    memcpy(entity->renderColor, source->renderColor, 4);
+    entity->renderMode = source->renderMode;
+    entity->renderFx = source->renderFx;
+    entity->body = source->body;
+    entity->skin = source->skin;
+    entity->sequence = source->sequence;
+    entity->frameRate = source->frameRate;
+    entity->scale = source->scale;
+    if (g_host && g_host->KeepCloneVisGroup) {
+        for (cVisGroup* visGroup : source->entity->visGroups)
+            entity->entity->addToVisGroup(visGroup);
+    }
+    updateEntity(entity, UM_ATTACH);
+    return entity;
+}
+
+// ---- Removal
+
+void cMap::freeFace(cFaceData* face) {
+    if (isSelected(face))
+        selectedRemove(data.selectedFaces, face);
+    picks.give(face->face->pickId);
+    if (face->brush)
+        listRemove(face->brush->faces, face->brush->facesTail, face);
+    releaseFace(face);
+    markChanged();
+}
+
+void cMap::freeBrush(cBrushData* brush) {
+    if (isSelected(brush))
+        selectedRemove(data.selectedBrushes, brush);
+    for (cFaceData* face : facesOf(brush))
+        freeFace(face);
+    if (cullTree)
+        cullTree->remove(brush);
+    picks.give(brush->brush->pickId);
+    leaveGroupBrush(brush, false);
+    listRemove(brush->owner->brushes, brush->owner->brushesTail, brush);
+    m_brushesById.remove(brush->id);
+    releaseBrush(brush);
+    markChanged();
+}
+
+void cMap::freeEntity(cEntityData* entity) {
+    if (entity->flags & EF_WORLD)
+        return;
+    for (cBrushData* brush : brushesOf(entity))
+        freeBrush(brush);
+    if (isSelected(entity))
+        selectedRemove(data.selectedEntities, entity);
+    if (cullTree)
+        cullTree->remove(entity);
+    picks.give(entity->entity->pickId);
+    leaveGroupEntity(entity, false);
+    listRemove(data.entities, data.entitiesTail, entity);
+    m_entitiesById.remove(entity->id);
+    releaseEntity(entity);
+    markChanged();
+}
+
+bool cMap::removeEmptySolidEntity(cEntityData* entity) {
+    if (entity->brushes || (entity->flags & (EF_WORLD | EF_POINT)))
+        return false;
+    Print("removing the empty solid entity: %s", entity->classname ? entity->classname : "");
+    freeEntity(entity);
+    return true;
+}
+
+void cMap::moveBrush(cBrushData* brush, cEntityData* entity) {
+    if (brush->owner == entity)
+        return;
+    if (cullTree)
+        cullTree->remove(brush);
+    listRemove(brush->owner->brushes, brush->owner->brushesTail, brush);
+    brush->owner->flags |= EF_DIRTY;
+    brush->owner = entity;
+    listPushTail(entity->brushes, entity->brushesTail, brush);
+    entity->flags |= EF_DIRTY;
+    if (cullTree)
+        cullTree->updateBrush(brush);
+    markChanged();
+}
+
+// ---- Finishing
+
+void cMap::buildCullTree() {
+    const float worldSize = float(g_host ? g_host->MaxWorldSize : 8192);
+    if (cullTree)
+        cullTree->rebuild(worldSize);
+    else
+        cullTree = std::make_unique<cCullTree>(*this, worldSize);
+}
+
+void cMap::finishLoad() {
+    constexpr uint32_t transparentStateBits = 0x10ff;
+    for (cEntityData* entity : entitiesOf(data)) {
+        const bool transparent =
+            g_host && g_host->EntityTransparency && (entity->renderFlags & transparentStateBits);
+        entity->flags = transparent ? entity->flags | EF_TRANSPARENT
+                                    : entity->flags & ~uint32_t(EF_TRANSPARENT);
+        for (cBrushData* brush : brushesOf(entity)) {
+            for (cFaceData* face : facesOf(brush))
+                updateFaceTransparency(face);
+        }
+    }
+    computeVisGroupVisibility();
+    buildCullTree();
+    markChanged();
+}
+
+void cMap::recolor() {
+    for (cGroupData* group : groupsOf(data))
+        group->group->updateDrawColor();
+    for (cEntityData* entity : entitiesOf(data)) {
+        for (cBrushData* brush : brushesOf(entity))
+            brush->brush->updateDrawColor();
+    }
+    markChanged();
+}

@@ -1,0 +1,515 @@
+// SPDX-License-Identifier: MIT
+// Reading and writing the project file.
+#include "document/tProjectFile.h"
+
+#include "document/tBrush.h"
+#include "document/tBrushGeometry.h"
+#include "document/tEntity.h"
+#include "document/tFace.h"
+#include "document/tFaceMapping.h"
+#include "document/tGroup.h"
+#include "document/tMap.h"
+#include "document/tMapLists.h"
+#include "document/tVisGroup.h"
+#include "support/tConsole.h"
+#include "support/tSystem.h"
+
+#include <cerrno>
+#include <cstdio>
+
+static const char MAGIC[4] = {'K', 'V', 'X', 'P'};
+static constexpr int MAX_ERROR_TEXT = 255;
+// The least a record takes in the file; a count that promises more than is left is a lie.
+static constexpr size_t MIN_STRING = 4, MIN_GROUP = 20, MIN_VISGROUP = 13, MIN_BRUSH = 24,
+                        MIN_FACE = 152;
+
+// ---- The stream: one call serves both directions
+
+class cProjectFile::cStream {
+public:
+    cStream(FILE* file, bool writing) : m_file(file), m_writing(writing) {
+        if (!file || writing)
+            return;
+        fseek(file, 0, SEEK_END);
+        m_left = size_t(std::max(0L, ftell(file)));
+        rewind(file);
+    }
+    ~cStream() {
+        if (m_file)
+            fclose(m_file);
+    }
+    cStream(const cStream&) = delete;
+    cStream& operator=(const cStream&) = delete;
+
+    bool isOpen() const { return m_file != nullptr; }
+    bool isWriting() const { return m_writing; }
+
+    bool raw(void* bytes, size_t size) {
+        if (m_writing)
+            return fwrite(bytes, 1, size, m_file) == size;
+        if (size > m_left)
+            return false;
+        m_left -= size;
+        return fread(bytes, 1, size, m_file) == size;
+    }
+    template<class T> bool value(T& field) { return raw(&field, sizeof field); }
+
+    // Text of a record; what it held before is freed. Null and empty differ.
+    bool text(char*& field) {
+        int32_t length = field && m_writing ? int32_t(strlen(field)) : -1;
+        if (!value(length))
+            return false;
+        if (m_writing)
+            return length <= 0 || raw(field, size_t(length));
+        setText(field, nullptr);
+        if (length < 0)
+            return length == -1;
+        if (size_t(length) > m_left)
+            return false;
+        field = static_cast<char*>(Mem_Alloc(size_t(length) + 1));
+        return field && raw(field, size_t(length));
+    }
+
+    // A count of records, each of at least that many bytes.
+    bool count(int32_t& number, size_t recordSize) {
+        return value(number) &&
+               (m_writing || (number >= 0 && size_t(number) <= m_left / recordSize));
+    }
+
+    bool close() {
+        const bool closed = fclose(m_file) == 0;
+        m_file = nullptr;
+        return closed;
+    }
+
+private:
+    FILE* m_file;
+    bool m_writing;
+    size_t m_left = 0;
+};
+
+struct cProjectFile::cGroupRecord {
+    uint32_t id;
+    uint32_t parentId;
+    uint32_t flags;
+    int32_t memberCount;
+    uint8_t color[4];
+};
+
+cProjectFile::cProjectFile(cMap& map, const QString& path) : m_map(map), m_path(path) {}
+
+// ---- What a record holds, for both directions
+
+bool cProjectFile::header(cStream& stream) {
+    char magic[4] = {};
+    memcpy(magic, MAGIC, sizeof magic);
+    return stream.value(magic) && memcmp(magic, MAGIC, sizeof magic) == 0 &&
+           stream.value(m_version);
+}
+
+bool cProjectFile::group(cStream& stream, cGroupRecord& record) {
+    return stream.value(record.id) && stream.value(record.parentId) && stream.value(record.flags) &&
+           stream.value(record.memberCount) && stream.value(record.color);
+}
+
+// From the flags key to the model block; what comes before makes the entity.
+bool cProjectFile::entity(cStream& stream, cEntityData* entity) {
+    return stream.text(entity->flagsKey) && stream.value(entity->spawnFlags) &&
+           stream.value(entity->angles) && stream.value(entity->renderFlags) &&
+           stream.value(entity->renderColor) && stream.value(entity->renderMode) &&
+           stream.value(entity->renderFx) && stream.value(entity->body) &&
+           stream.value(entity->skin) && stream.value(entity->sequence) &&
+           stream.value(entity->frameRate) && stream.value(entity->scale);
+}
+
+// From the texture block to the vertices; flags and vertex count come before.
+bool cProjectFile::face(cStream& stream, cFaceData* face) {
+    return stream.value(face->tex) && stream.value(face->normal) && stream.value(face->dist) &&
+           stream.value(face->planeType) &&
+           stream.raw(face->vertices, size_t(face->vertexCount) * sizeof(cFaceVertex));
+}
+
+static void reportOpen(const char* action, const QString& path) {
+    Error("can't %s \"%s\" (%.*s)", action, path.toLocal8Bit().constData(), MAX_ERROR_TEXT,
+          strerror(errno));
+}
+
+// ---- Loading
+
+bool cProjectFile::load() {
+    const QByteArray path = m_path.toLocal8Bit();
+    Print("Loading: \"%s\"", path.constData());
+    cStream stream(fopen(path.constData(), "rb"), false);
+    if (!stream.isOpen()) {
+        reportOpen("read", m_path);
+        return false;
+    }
+    return readMap(stream);
+}
+
+bool cProjectFile::loadBytes(const QByteArray& bytes) {
+    QByteArray copy = bytes;
+    if (copy.isEmpty())
+        return false;
+    cStream stream(fmemopen(copy.data(), size_t(copy.size()), "rb"), false);
+    return stream.isOpen() && readMap(stream);
+}
+
+bool cProjectFile::readMap(cStream& stream) {
+    if (!header(stream)) {
+        Error("bad file header");
+        return false;
+    }
+    if (m_version < OLDEST_VERSION) {
+        Error("bad file version (%i should be %i or higher)", m_version, OLDEST_VERSION);
+        return false;
+    }
+    int32_t reserved[2];
+    if (!readGroups(stream) || !readVisGroups(stream) || !stream.value(m_map.data.cordonMins) ||
+        !stream.value(m_map.data.cordonMaxs) || !stream.value(reserved))
+        return false;
+    while (readEntity(stream)) {
+    }
+    finishMap();
+    return true;
+}
+
+bool cProjectFile::readGroups(cStream& stream) {
+    int32_t count = 0;
+    if (!stream.count(count, MIN_GROUP))
+        return false;
+    m_maxGroupId = 0;
+    for (int i = 0; i < count; ++i) {
+        cGroupRecord record = {};
+        if (!group(stream, record))
+            return false;
+        m_maxGroupId = std::max({m_maxGroupId, record.id, record.parentId});
+        // Looked up before the group itself is there, so that no group is its own parent.
+        cGroupData* parent = record.parentId ? m_map.findGroupById(record.parentId) : nullptr;
+        cGroupData* made = m_map.insertGroup(record.id);
+        made->flags = record.flags & ~uint32_t(GF_WRITTEN);
+        made->memberCount = record.memberCount;
+        made->parent = parent;
+        made->group->setBaseColor(record.color);
+        if (isSelected(made))
+            selectedPush(m_map.data.selectedGroups, made);
+    }
+    return true;
+}
+
+bool cProjectFile::readVisGroups(cStream& stream) {
+    int32_t count = 0;
+    if (!stream.count(count, MIN_VISGROUP))
+        return false;
+    for (int i = 0; i < count; ++i) {
+        cVisGroup* visGroup = m_map.createVisGroup(nullptr);
+        uint8_t visible = 0;
+        if (!stream.text(visGroup->name) || !stream.value(visGroup->id) ||
+            !stream.value(visGroup->color) || !stream.value(visible))
+            return false;
+        visGroup->visible = visible != 0;
+    }
+    return true;
+}
+
+// The members of a group count for what they are, also in a file that was cut short.
+static void recountMembers(cMap& map) {
+    for (cGroupData* group : groupsOf(map.data))
+        group->memberCount = 0;
+    for (cGroupData* group : groupsOf(map.data)) {
+        if (group->parent)
+            ++group->parent->memberCount;
+    }
+    for (cEntityData* entity : entitiesOf(map.data)) {
+        if (entity->group)
+            ++entity->group->memberCount;
+        for (cBrushData* brush : brushesOf(entity)) {
+            if (brush->group)
+                ++brush->group->memberCount;
+        }
+    }
+}
+
+void cProjectFile::finishMap() {
+    const cEntityData* first = m_map.data.entities;
+    if (!first || !(first->flags & EF_WORLD))
+        m_map.addWorld("worldspawn");
+    recountMembers(m_map);
+    m_map.lastGroupId = m_maxGroupId;
+    m_map.renumberVisGroups();
+}
+
+void cProjectFile::setGroup(cGroupData*& group, cGroupData*& rootGroup, uint32_t id) {
+    group = id ? m_map.findGroupById(id) : nullptr;
+    rootGroup = outermostGroup(group);
+}
+
+template<class T> bool cProjectFile::readMemberships(cStream& stream, T* object) {
+    int32_t count = 0;
+    if (!stream.count(count, sizeof(uint32_t)))
+        return false;
+    for (int i = 0; i < count; ++i) {
+        uint32_t id = 0;
+        if (!stream.value(id))
+            return false;
+        if (cVisGroup* visGroup = m_map.findVisGroup(id))
+            object->addToVisGroup(visGroup);
+    }
+    return true;
+}
+
+bool cProjectFile::readEpairs(cStream& stream, cEntityData* entity) {
+    int32_t count = 0;
+    if (!stream.count(count, 2 * MIN_STRING))
+        return false;
+    cEpair** end = &entity->epairs;
+    for (int i = 0; i < count; ++i) {
+        cEpair pair = {};
+        const bool read = stream.text(pair.key) && stream.text(pair.value);
+        if (!read || !pair.key || !pair.value) {
+            Mem_Free(pair.key);
+            Mem_Free(pair.value);
+            if (!read)
+                return false;
+            continue;
+        }
+        *end = static_cast<cEpair*>(Mem_Alloc(sizeof(cEpair)));
+        **end = pair;
+        end = &(*end)->next;
+    }
+    return true;
+}
+
+void cProjectFile::finishEntity(cEntityData* entity, uint32_t groupId) {
+    if (!entity->flagsKey)
+        deriveFlagsKey(entity);
+    updateEntity(entity, UM_ATTACH | UM_RESET_AXES | UM_PLANES);
+    if (!(entity->flags & EF_WORLD))
+        setGroup(entity->group, entity->rootGroup, groupId);
+    if (isSelected(entity) && !(entity->flags & EF_WORLD))
+        selectedPush(m_map.data.selectedEntities, entity);
+    else
+        entity->flags &= ~uint32_t(EF_SELECTED);
+}
+
+// False at the end of the file. An entity that the file cuts short keeps what was read of it.
+bool cProjectFile::readEntity(cStream& stream) {
+    char* classname = nullptr;
+    float origin[3];
+    uint32_t flags = 0, groupId = 0, rootGroupId = 0;
+    uint8_t color[4];
+    const bool made = stream.text(classname) && classname && *classname && stream.value(origin) &&
+                      stream.value(flags) && stream.value(groupId) && stream.value(rootGroupId) &&
+                      stream.value(color);
+    if (!made) {
+        Mem_Free(classname);
+        return false;
+    }
+    if (m_map.data.entities)
+        flags &= ~uint32_t(EF_WORLD);
+    cEntityData* entity = newEntity(classname, origin, flags);
+    Mem_Free(classname);
+    m_map.attachEntity(entity);
+    m_map.insertEntity(entity);
+    memcpy(entity->entity->color, color, sizeof color);
+    const bool complete = this->entity(stream, entity) && readEpairs(stream, entity) &&
+                          readMemberships(stream, entity->entity) && readBrushes(stream, entity);
+    finishEntity(entity, groupId);
+    return complete;
+}
+
+bool cProjectFile::readBrushes(cStream& stream, cEntityData* entity) {
+    int32_t count = 0;
+    if (!stream.count(count, MIN_BRUSH))
+        return false;
+    for (int i = 0; i < count; ++i) {
+        if (!readBrush(stream, entity))
+            return false;
+    }
+    return true;
+}
+
+bool cProjectFile::readBrush(cStream& stream, cEntityData* entity) {
+    uint32_t reserved = 0, flags = 0, groupId = 0, rootGroupId = 0;
+    uint8_t color[4];
+    if ((m_version > OLDEST_VERSION && !stream.value(reserved)) || !stream.value(flags) ||
+        !stream.value(groupId) || !stream.value(rootGroupId) || !stream.value(color))
+        return false;
+    cBrushData* brush = newBrush();
+    brush->reserved = reserved;
+    brush->flags |= flags;
+    brush->brush->setBaseColor(color);
+    m_map.insertBrush(brush, entity);
+    int32_t faces = 0;
+    bool complete = readMemberships(stream, brush->brush) && stream.count(faces, MIN_FACE);
+    for (int i = 0; complete && i < faces; ++i)
+        complete = readFace(stream, brush);
+    brush->flags &= ~uint32_t(BF_SELECTED);
+    if (!complete) {
+        m_map.freeBrush(brush);
+        return false;
+    }
+    rebuildBrush(brush, UM_RESET_AXES | UM_PLANES);
+    setGroup(brush->group, brush->rootGroup, groupId);
+    if (flags & BF_SELECTED)
+        selectedPush(m_map.data.selectedBrushes, brush);
+    return true;
+}
+
+bool cProjectFile::readFace(cStream& stream, cBrushData* brush) {
+    uint32_t flags = 0;
+    int32_t vertexCount = 0;
+    if (!stream.value(flags) || !stream.count(vertexCount, sizeof(cFaceVertex)))
+        return false;
+    cFaceData* face = newFace(vertexCount);
+    if (!this->face(stream, face)) {
+        freeDetachedFace(face);
+        return false;
+    }
+    if (face->planeType < 0 || face->planeType > 3)
+        face->planeType = planeTypeForNormal(face->normal);
+    face->flags = (face->flags | flags) & ~uint32_t(FF_SELECTED);
+    m_map.insertFace(face, brush);
+    const cFaceTexture block = face->tex;
+    applyTextureBlock(face, block);
+    rebuildFace(face, 0);
+    return true;
+}
+
+// ---- Saving
+
+bool cProjectFile::save() {
+    const QByteArray path = m_path.toLocal8Bit();
+    Print("Saving: \"%s\"", path.constData());
+    cStream stream(fopen(path.constData(), "wb"), true);
+    if (!stream.isOpen()) {
+        reportOpen("write", m_path);
+        return false;
+    }
+    m_version = VERSION;
+    if (!header(stream)) {
+        Error("can't write file header");
+        return false;
+    }
+    clearWritten();
+    const bool written = writeMap(stream);
+    clearWritten();
+    return stream.close() && written;
+}
+
+void cProjectFile::clearWritten() {
+    for (cGroupData* group : groupsOf(m_map.data))
+        group->flags &= ~uint32_t(GF_WRITTEN);
+}
+
+bool cProjectFile::writeMap(cStream& stream) {
+    int32_t groups = 0;
+    int ignored = 0;
+    for (const cGroupData* group : groupsOf(m_map.data))
+        ++(group->memberCount >= 1 ? groups : ignored);
+    if (!stream.value(groups))
+        return false;
+    for (cGroupData* group : groupsOf(m_map.data)) {
+        if (!writeGroup(stream, group))
+            return false;
+    }
+    int32_t reserved[2] = {0, 0};
+    m_map.renumberVisGroups();
+    if (!writeVisGroups(stream) || !stream.value(m_map.data.cordonMins) ||
+        !stream.value(m_map.data.cordonMaxs) || !stream.value(reserved))
+        return false;
+    for (cEntityData* entity : entitiesOf(m_map.data)) {
+        if (!writeEntity(stream, entity))
+            return false;
+    }
+    if (ignored)
+        Print("%i empty group(s) ignored", ignored);
+    return true;
+}
+
+// A parent always precedes its children.
+bool cProjectFile::writeGroup(cStream& stream, cGroupData* group) {
+    std::vector<cGroupData*> chain;
+    for (; group && group->memberCount >= 1 && !(group->flags & GF_WRITTEN); group = group->parent)
+        chain.push_back(group);
+    for (auto next = chain.rbegin(); next != chain.rend(); ++next) {
+        cGroupData* g = *next;
+        cGroupRecord record = {g->id, g->parent ? g->parent->id : 0, g->flags, g->memberCount, {}};
+        memcpy(record.color, g->group->baseColor, sizeof record.color);
+        g->flags |= GF_WRITTEN;
+        if (!this->group(stream, record))
+            return false;
+    }
+    return true;
+}
+
+bool cProjectFile::writeVisGroups(cStream& stream) {
+    int32_t count = m_map.visGroups.size();
+    if (!stream.value(count))
+        return false;
+    for (cVisGroup* visGroup : m_map.visGroups) {
+        uint8_t visible = visGroup->visible ? 1 : 0;
+        if (!stream.text(visGroup->name) || !stream.value(visGroup->id) ||
+            !stream.value(visGroup->color) || !stream.value(visible))
+            return false;
+    }
+    return true;
+}
+
+bool cProjectFile::writeMemberships(cStream& stream, const QList<cVisGroup*>& visGroups) {
+    int32_t count = visGroups.size();
+    if (!stream.value(count))
+        return false;
+    for (cVisGroup* visGroup : visGroups) {
+        if (!stream.value(visGroup->id))
+            return false;
+    }
+    return true;
+}
+
+template<class Range> static int32_t countOf(const Range& range) {
+    int32_t count = 0;
+    for ([[maybe_unused]] const auto* item : range)
+        ++count;
+    return count;
+}
+
+static uint32_t idOf(const cGroupData* group) {
+    return group ? group->id : 0;
+}
+
+bool cProjectFile::writeEntity(cStream& stream, cEntityData* entity) {
+    uint32_t groupId = idOf(entity->group), rootGroupId = idOf(entity->rootGroup);
+    int32_t pairs = countOf(epairsOf(entity)), brushes = countOf(brushesOf(entity));
+    if (!stream.text(entity->classname) || !stream.value(entity->origin) ||
+        !stream.value(entity->flags) || !stream.value(groupId) || !stream.value(rootGroupId) ||
+        !stream.value(entity->entity->color) || !this->entity(stream, entity) ||
+        !stream.value(pairs))
+        return false;
+    for (cEpair* pair : epairsOf(entity)) {
+        if (!stream.text(pair->key) || !stream.text(pair->value))
+            return false;
+    }
+    if (!writeMemberships(stream, entity->entity->visGroups) || !stream.value(brushes))
+        return false;
+    for (cBrushData* brush : brushesOf(entity)) {
+        if (!writeBrush(stream, brush))
+            return false;
+    }
+    return true;
+}
+
+bool cProjectFile::writeBrush(cStream& stream, cBrushData* brush) {
+    uint32_t groupId = idOf(brush->group), rootGroupId = idOf(brush->rootGroup);
+    int32_t faces = countOf(facesOf(brush));
+    if (!stream.value(brush->reserved) || !stream.value(brush->flags) || !stream.value(groupId) ||
+        !stream.value(rootGroupId) || !stream.value(brush->brush->baseColor) ||
+        !writeMemberships(stream, brush->brush->visGroups) || !stream.value(faces))
+        return false;
+    for (cFaceData* face : facesOf(brush)) {
+        if (!stream.value(face->flags) || !stream.value(face->vertexCount) ||
+            !this->face(stream, face))
+            return false;
+    }
+    return true;
+}

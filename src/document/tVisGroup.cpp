@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// Name and colour of a visgroup, and membership of objects in it.
+#include "document/tVisGroup.h"
+
+#include "document/tBrush.h"
+#include "document/tEntity.h"
+#include "support/tColors.h"
+#include "support/tMath.h"
+#include "support/tSystem.h"
+
+static const uint8_t WHITE[4] = {255, 255, 255, 255};
+static const uint8_t BLACK[4] = {0, 0, 0, 255};
+
+cVisGroup::cVisGroup(const char* nameText) : name(Mem_StrDup(nameText)) {
+    const uint8_t* min = g_host ? g_host->schemeColor(COLOR_GROUP_RANDOM_MIN) : BLACK;
+    const uint8_t* max = g_host ? g_host->schemeColor(COLOR_GROUP_RANDOM_MAX) : WHITE;
+    for (int i = 0; i < 3; ++i)
+        color[i] = uint8_t(((T_RandomLong(0, 255) * (max[i] - min[i])) >> 8) + min[i]);
+    color[3] = 255;
+}
+
+cVisGroup::~cVisGroup() {
+    Mem_Free(name);
+}
+
+void cVisGroup::setName(const char* text) {
+    char* copy = Mem_StrDup(text);
+    Mem_Free(name);
+    name = copy;
+}
+
+static void addMember(QList<cVisGroup*>& list, cVisGroup* visGroup) {
+    if (list.contains(visGroup))
+        return;
+    list.append(visGroup);
+    ++visGroup->objectCount;
+}
+
+static void removeMember(QList<cVisGroup*>& list, cVisGroup* visGroup) {
+    visGroup->objectCount -= list.removeAll(visGroup);
+}
+
+static void dropMembers(QList<cVisGroup*>& list) {
+    for (cVisGroup* visGroup : list)
+        --visGroup->objectCount;
+    list.clear();
+}
+
+void cEntity::addToVisGroup(cVisGroup* visGroup) {
+    addMember(visGroups, visGroup);
+}
+void cEntity::removeFromVisGroup(cVisGroup* visGroup) {
+    removeMember(visGroups, visGroup);
+}
+void cEntity::dropVisGroups() {
+    dropMembers(visGroups);
+}
+
+void cBrush::addToVisGroup(cVisGroup* visGroup) {
+    addMember(visGroups, visGroup);
+}
+void cBrush::removeFromVisGroup(cVisGroup* visGroup) {
+    removeMember(visGroups, visGroup);
+}
+void cBrush::dropVisGroups() {
+    dropMembers(visGroups);
+}
