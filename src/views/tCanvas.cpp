@@ -76,6 +76,13 @@ void cCanvas::setScrollBars(QScrollBar* horizontal, QScrollBar* vertical) {
     connect(vertical, &QScrollBar::valueChanged, this, &cCanvas::verticalScroll);
 }
 
+void cCanvas::showScrollBars(bool show) {
+    if (m_horizontal)
+        m_horizontal->setVisible(show);
+    if (m_vertical)
+        m_vertical->setVisible(show);
+}
+
 cDocumentViews* cCanvas::project() const {
     return childWindow ? childWindow->project : nullptr;
 }

@@ -9,12 +9,14 @@
 #include <QFont>
 #include <QGLWidget>
 #include <QRect>
-#include <QTime>
+#include <QElapsedTimer>
 #include <QTimer>
 #include <memory>
 
 class QScrollBar;
+class QGLFramebufferObject;
 class cCachedPicture;
+class cPictureKey;
 class cChildWindow;
 class cDocumentViews;
 class cMap;
@@ -27,8 +29,8 @@ enum { SW_SNAP = 1, SW_DEPTH = 2 };
 // Alignment of drawScreenText within its width.
 enum eTextAlign { TEXT_LEFT, TEXT_CENTER, TEXT_RIGHT };
 
-// How a bullet is drawn.
-enum eBulletKind { BULLET_FILLED, BULLET_OUTLINE, BULLET_BORDERED };
+// What a bullet stands for; decides its colour.
+enum eBulletKind { BULLET_VERTEX, BULLET_EDGE, BULLET_CLIP, BULLET_CORDON, BULLET_SELECTED };
 
 class cCanvas : public QGLWidget {
     Q_OBJECT
@@ -49,6 +51,9 @@ public:
     static void invalidatePictures();
 
     void setScrollBars(QScrollBar* horizontal, QScrollBar* vertical);
+    void showScrollBars(bool show);
+    QScrollBar* horizontalBar() const { return m_horizontal; }
+    QScrollBar* verticalBar() const { return m_vertical; }
     // mode < 0 keeps the render mode, or takes the type's default while none is set.
     void setViewType(int type, int mode = -1);
     bool isCamera() const { return viewType == VIEW_CAMERA; }
@@ -110,7 +115,7 @@ public:
                                  float angle, float shear);
     void drawSquare(const float* center, float sizePixels);
     void drawSquareLines(const float* center, float sizePixels);
-    // dx, dy: pixels aside of the point, along the screen.
+    // In the colours of their kind, with a frame. dx, dy: pixels aside of the point, dy downwards.
     void drawBullet(const float* center, float sizePixels, float dx, float dy, int kind);
     void drawDiamondBullet(const float* center, float sizePixels, float dx, float dy, int kind);
     void drawRoundBullet(const float* center, float sizePixels, float dx, float dy, int kind);
@@ -239,7 +244,7 @@ private:
     void buildModelview();
     void buildFrustum2D();
     void buildFrustum3D();
-    void addPickFrustum(int x, int y, cFrustum& out) const;
+    void buildPickFrustum(int x, int y, cFrustum& out) const;
     // tCanvasCamera.cpp
     uint32_t motionKeys() const;
     bool moveCamera(float dt);
@@ -247,31 +252,44 @@ private:
     void normalizeCamera();
     void processCameraMoved();
     void cameraChanged();
+    // tCanvasHelpers.cpp
+    float unitsPerPixel(const float* point) const;
+    void drawDisc(const float* center, int corners, float turn, float radiusPixels, bool filled);
+    void drawFramed(const float* center, int corners, float turn, float radiusPixels, float dx,
+                    float dy, int kind);
+    // tCanvasGrid.cpp
+    void drawGrid();
+    void drawGridLines(bool vertical, float step);
+    void drawGridDots(float step);
     // tCanvasDraw.cpp
     void setupView();
     void setup2D();
     void setup3D();
     void loadMatrices();
+    void clearView();
     void paintView();
+    cPictureKey pictureKey() const;
     void drawPicture();
     void drawMapPicture();
-    void drawToolsWorld();
+    void updatePicture();
+    void drawWorldOverlays();
+    void drawCordon();
+    void drawCameraMarker();
     void drawAxisMarker();
-    void drawOverlays();
+    void drawPixelOverlays();
     void drawStatsTexts();
     void drawStatsLine(int line, const QString& text);
     void drawCaption();
     void drawMoveIcon();
-    void drawGrid();
-    void beginPicking(int pickFlags);
-    int readPick(int x, int y);
+    bool bindPickBuffer();
+    void drawPick(int x, int y, int pickFlags);
 
     QTimer m_timer;
-    QTime m_lastFrameTime;
+    QElapsedTimer m_lastFrameTime;
     QScrollBar* m_horizontal = nullptr;
     QScrollBar* m_vertical = nullptr;
     std::unique_ptr<cCachedPicture> m_picture;
-    std::unique_ptr<class QGLFramebufferObject> m_pickBuffer;
+    std::unique_ptr<QGLFramebufferObject> m_pickBuffer;
     GLuint m_moveIcon = 0;
 };
 

@@ -352,18 +352,25 @@ void cCanvas::buildModelview() {
     viewDirty = true;
 }
 
-void cCanvas::buildFrustum2D() {
-    const float center[2] = {offsetX / zoom, -offsetY / zoom};
-    const float half[2] = {float(width()) * 0.5f / zoom, float(height()) * 0.5f / zoom};
-    const int axes[2] = {axisH, axisV};
-    frustum.clear();
+// The view's edges, or those of a rectangle in it, in the world.
+static void addEdges2D(const cCanvas& canvas, const float low[2], const float high[2],
+                       cFrustum& out) {
+    const int axes[2] = {canvas.axisH, canvas.axisV};
     for (int i = 0; i < 2; ++i) {
         float normal[3] = {0, 0, 0};
         normal[axes[i]] = 1;
-        frustum.addPlane(normal, center[i] - half[i]);
+        out.addPlane(normal, low[i]);
         normal[axes[i]] = -1;
-        frustum.addPlane(normal, -(center[i] + half[i]));
+        out.addPlane(normal, -high[i]);
     }
+}
+
+void cCanvas::buildFrustum2D() {
+    float low[2], high[2];
+    screenToWorld2D(0, float(height()), false, low);
+    screenToWorld2D(float(width()), 0, false, high);
+    frustum.clear();
+    addEdges2D(*this, low, high, frustum);
 }
 
 static void addThrough(cFrustum& frustum, const float* normal, const float* point) {
@@ -396,23 +403,34 @@ void cCanvas::buildFrustum3D() {
     addThrough(frustum, back, farPoint);
 }
 
-// Planes through the camera and the four edges of a square of pixels, turned inward.
-void cCanvas::addPickFrustum(int x, int y, cFrustum& out) const {
-    static constexpr float MARGIN = 6; // pixels; lines are drawn wide while picking
-    const float corners[4][2] = {{float(x) - MARGIN, float(y) - MARGIN},
-                                 {float(x) + MARGIN, float(y) - MARGIN},
-                                 {float(x) + MARGIN, float(y) + MARGIN},
-                                 {float(x) - MARGIN, float(y) + MARGIN}};
+static constexpr float PICK_MARGIN = 6; // pixels; lines are drawn wide while picking
+
+static void pickFrustum2D(const cCanvas& canvas, float x, float y, cFrustum& out) {
+    float low[2], high[2];
+    canvas.screenToWorld2D(x - PICK_MARGIN, y + PICK_MARGIN, false, low);
+    canvas.screenToWorld2D(x + PICK_MARGIN, y - PICK_MARGIN, false, high);
+    addEdges2D(canvas, low, high, out);
+}
+
+// What lies near a pixel. In a camera view planes through the camera and the four edges of a
+// square of pixels, turned inward.
+void cCanvas::buildPickFrustum(int x, int y, cFrustum& out) const {
+    out.clear();
+    if (!isCamera()) {
+        pickFrustum2D(*this, float(x), float(y), out);
+        return;
+    }
+    static const float corners[4][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
     float rays[4][3];
     for (int i = 0; i < 4; ++i) {
-        const float sx = (corners[i][0] * 2.0f / float(width()) - 1.0f) * tanX;
-        const float sy = (1.0f - corners[i][1] * 2.0f / float(height())) * tanY;
-        vecMA(forward, sx, right, rays[i]);
-        vecMA(rays[i], sy, up, rays[i]);
+        const float px = float(x) + corners[i][0] * PICK_MARGIN;
+        const float py = float(y) + corners[i][1] * PICK_MARGIN;
+        vecMA(forward, (px * 2.0f / float(width()) - 1.0f) * tanX, right, rays[i]);
+        vecMA(rays[i], (1.0f - py * 2.0f / float(height())) * tanY, up, rays[i]);
     }
     for (int i = 0; i < 4; ++i) {
         float normal[3];
-        vecCross(rays[(i + 1) & 3], rays[i], normal);
+        vecCross(rays[i], rays[(i + 1) & 3], normal);
         vecNormalize(normal);
         addThrough(out, normal, origin);
     }
