@@ -329,7 +329,7 @@ TEST_F(DrawTest, gridShowsMinorMajorAndAxisLines) {
     const auto lineAt = [&](float x) {
         const QImage image = picture(canvas);
         const QPoint p = pixelOf(canvas, x, 16, 0);
-        QRgb best = 0;
+        QRgb best = qRgb(0, 0, 0);
         for (int dx = -1; dx <= 1; ++dx)
             if (qGray(image.pixel(p + QPoint(dx, 0))) > qGray(best))
                 best = image.pixel(p + QPoint(dx, 0));
