@@ -6,10 +6,10 @@
 
 #include "views/tViewInfo.h"
 
+#include <QElapsedTimer>
 #include <QFont>
 #include <QGLWidget>
 #include <QRect>
-#include <QElapsedTimer>
 #include <QTimer>
 #include <memory>
 
@@ -102,9 +102,11 @@ public:
     void requestRedraw(bool now);
     void resetInputState(bool keepTimer);
     void setTimerRunning(bool running);
+    int timerInterval() const { return m_timer.isActive() ? m_timer.interval() : 0; }
     void updateCursor();
     void warpCursorToCenter();
-    void refreshViewInfo(); // from the settings; before every draw
+    int pictureCount() const; // how often the map's picture was drawn anew and kept
+    void refreshViewInfo();   // from the settings; before every draw
 
     // ---- Draw helpers for tools, in world space with the colour set by the caller
 

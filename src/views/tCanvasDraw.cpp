@@ -230,6 +230,10 @@ void cCanvas::updatePicture() {
     m_picture->end(key, stats);
 }
 
+int cCanvas::pictureCount() const {
+    return m_picture->drawCount();
+}
+
 void cCanvas::drawPicture() {
     // A window with samples takes no copy; its picture is drawn each time.
     if (hasMultisample || !m_picture->isUsable(size())) {
