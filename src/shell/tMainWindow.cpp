@@ -24,6 +24,7 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScreen>
 #include <QSignalMapper>
 #include <QStatusBar>
 #include <QTextEdit>
@@ -44,6 +45,7 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     setObjectName(QStringLiteral("TDK_MainWindow"));
     setWindowTitle(tr("Karvex"));
     setWindowIcon(QIcon(QStringLiteral(":/qrc/karvex16.png")));
+    resizeToScreen();
     setDefaultGLFormat();
     createDocks();
     Print("%s", qPrintable(tr("%1 initialized (ELF build %2 %3)")
@@ -73,7 +75,8 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
 cMainWindow::~cMainWindow() {
     g_closing = true;
     qApp->removeEventFilter(this);
-    disconnect(m_mdiArea, nullptr, this, nullptr);
+    for (QObject* child : findChildren<QObject*>())
+        child->disconnect(this); // what hides or goes from here on finds a window half gone
     for (cProject* project : projects)
         project->detachWindows();
     qDeleteAll(projects);
@@ -97,6 +100,15 @@ cMainWindow::~cMainWindow() {
     g_viewHost = nullptr;
     g_host = nullptr;
     g_mainWindow = nullptr;
+}
+
+// Until there is a stored layout, most of the screen, in its middle.
+void cMainWindow::resizeToScreen() {
+    constexpr double SCREEN_SHARE = 0.85;
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    QRect place(QPoint(), available.size() * SCREEN_SHARE);
+    place.moveCenter(available.center());
+    setGeometry(place);
 }
 
 // Views that need depth ask for it themselves.
@@ -187,8 +199,7 @@ void cMainWindow::createMdiArea() {
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this,
             &cMainWindow::changeSubwindowActiveState);
     m_windowMapper = new QSignalMapper(this);
-    connect(m_windowMapper, &QSignalMapper::mappedWidget, this,
-            &cMainWindow::setActiveChildWindow);
+    connect(m_windowMapper, &QSignalMapper::mappedWidget, this, &cMainWindow::setActiveChildWindow);
     setCentralWidget(m_mdiArea);
 }
 

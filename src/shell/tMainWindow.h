@@ -227,6 +227,7 @@ protected:
 
 private:
     // Construction, in order (tMainWindow.cpp)
+    void resizeToScreen();
     void setDefaultGLFormat();
     void createDocks();
     void createConsole();
