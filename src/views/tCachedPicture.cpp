@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "views/tCachedPicture.h"
+
+#include <QGLFramebufferObject>
+#include <QOpenGLContext>
+#include <QOpenGLExtraFunctions>
+
+cCachedPicture::cCachedPicture() = default;
+cCachedPicture::~cCachedPicture() = default;
+
+static bool hasBlit() {
+    return QGLFramebufferObject::hasOpenGLFramebufferObjects() &&
+           QGLFramebufferObject::hasOpenGLFramebufferBlit();
+}
+
+bool cCachedPicture::isUsable(const QSize& size) {
+    if (m_refused || size.isEmpty())
+        return false;
+    if (m_buffer && m_buffer->size() == size)
+        return true;
+    m_key.clear();
+    m_refused = !hasBlit();
+    if (m_refused)
+        return false;
+    m_buffer.reset();
+    m_buffer =
+        std::make_unique<QGLFramebufferObject>(size, QGLFramebufferObject::CombinedDepthStencil);
+    m_refused = !m_buffer->isValid() || !copyToWindow(size);
+    if (m_refused)
+        m_buffer.reset();
+    return !m_refused;
+}
+
+// A window with another depth format or with samples refuses the copy.
+bool cCachedPicture::copyToWindow(const QSize& size) {
+    while (glGetError() != GL_NO_ERROR) {
+    }
+    auto* gl = QOpenGLContext::currentContext()->extraFunctions();
+    gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, m_buffer->handle());
+    gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER,
+                          QOpenGLContext::currentContext()->defaultFramebufferObject());
+    gl->glBlitFramebuffer(0, 0, size.width(), size.height(), 0, 0, size.width(), size.height(),
+                          GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT, GL_NEAREST);
+    gl->glBindFramebuffer(GL_FRAMEBUFFER,
+                          QOpenGLContext::currentContext()->defaultFramebufferObject());
+    return glGetError() == GL_NO_ERROR;
+}
+
+void cCachedPicture::begin() {
+    m_key.clear();
+    m_buffer->bind();
+}
+
+void cCachedPicture::end(cPictureKey& key, const cDrawStats& drawn) {
+    m_buffer->release();
+    m_key.swap(key);
+    m_stats = drawn;
+    ++m_drawCount;
+}
+
+void cCachedPicture::show() {
+    copyToWindow(m_buffer->size());
+}
+
+bool cCachedPicture::readDepth(int x, int row, float* depth) {
+    if (!m_buffer || m_key.isEmpty())
+        return false;
+    m_buffer->bind();
+    glReadPixels(x, row, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, depth);
+    m_buffer->release();
+    return true;
+}

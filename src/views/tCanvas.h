@@ -1,0 +1,299 @@
+// SPDX-License-Identifier: MIT
+// One OpenGL view of a map, along a world axis or through a camera. Owns what belongs to the view
+// and not to the map: axes, zoom, offset, camera, matrices, caption. Events go to the current
+// tool; the map draws itself through what the canvas sets up.
+#pragma once
+
+#include "views/tViewInfo.h"
+
+#include <QElapsedTimer>
+#include <QFont>
+#include <QGLWidget>
+#include <QRect>
+#include <QTimer>
+#include <memory>
+
+class QScrollBar;
+class QGLFramebufferObject;
+class cCachedPicture;
+class cPictureKey;
+class cChildWindow;
+class cDocumentViews;
+class cMap;
+class cTool;
+class cViewHost;
+
+// Flags of screenToWorld.
+enum { SW_SNAP = 1, SW_DEPTH = 2 };
+
+// Alignment of drawScreenText within its width.
+enum eTextAlign { TEXT_LEFT, TEXT_CENTER, TEXT_RIGHT };
+
+// What a bullet stands for; decides its colour.
+enum eBulletKind { BULLET_VERTEX, BULLET_EDGE, BULLET_CLIP, BULLET_CORDON, BULLET_SELECTED };
+
+class cCanvas : public QGLWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int ACTIVE_INTERVAL = 25; // ms between frames of the active camera view
+    static constexpr int IDLE_INTERVAL = 40;   // of the others
+
+    cCanvas(const QGLFormat& format, QWidget* parent, cChildWindow* window);
+    ~cCanvas() override;
+
+    // The format all views of a document are created with, from the settings.
+    static QGLFormat viewFormat();
+    // What a cViewHost does in setActiveCanvas: the former one becomes the previous one and is
+    // told. canvas may be null.
+    static void switchActive(cViewHost& host, cCanvas* canvas);
+    // Pictures kept between frames are drawn anew, in all views: textures or models changed.
+    static void invalidatePictures();
+
+    void setScrollBars(QScrollBar* horizontal, QScrollBar* vertical);
+    void showScrollBars(bool show);
+    QScrollBar* horizontalBar() const { return m_horizontal; }
+    QScrollBar* verticalBar() const { return m_vertical; }
+    // mode < 0 keeps the render mode, or takes the type's default while none is set.
+    void setViewType(int type, int mode = -1);
+    bool isCamera() const { return viewType == VIEW_CAMERA; }
+    bool isActive() const;
+    void activate();   // becomes the active canvas and takes the focus
+    cMap* map() const; // null without a document
+    cDocumentViews* project() const;
+
+    // ---- Zoom and scrolling, 2D
+
+    float minZoom() const;
+    void zoomTo(float value);               // clamped; about the view's centre of coordinates
+    void zoomAt(float value, int x, int y); // keeps the world point under the pixel
+    void setZoom(float value);              // zoomTo, scroll bars and redraw
+    void pan(float dx, float dy);
+    void setOffset(float x, float y); // clamped, with scroll bars and redraw
+    void clampOffset();
+    void updateScrollBars();
+    void centerOn(const float* point);      // nothing in camera views
+    void ensureVisible(const float* point); // scrolls just enough
+
+    // ---- Coordinates. Pixels have y growing downwards; false where there is no answer.
+
+    void screenToWorld2D(float x, float y, bool snap, float out[2]) const;
+    // SW_ flags. A camera view reads the depth of the map under the pixel.
+    bool screenToWorld(int x, int y, int flags, float out[3]);
+    bool unproject(const float in[3], float out[3]) const; // pixel x, y and depth 0 to 1
+    bool project(const float in[3], float out[3]) const;
+    bool projectToScreen(const float in[3], float out[2]) const;
+    // The pick number under the pixel, 0 for none. pickFlags -1 picks all, PICK_BRUSHES brushes.
+    int pickObject(int x, int y, int pickFlags = PICK_ALL);
+
+    // ---- Camera
+
+    void setCameraOrigin(const float* point);
+    void setCameraAngles(const float* value); // pitch, yaw, roll
+    void moveForward(float distance);
+    void moveSide(float distance);
+    void moveUp(float distance);
+    void addAngle(int axis, float delta);
+    void markCameraChanged(); // a camera move ended: the 2D views follow at the next frame
+    bool runMotion(float dt); // true if the camera moved
+
+    // ---- Frames and state
+
+    void requestRedraw(bool now);
+    void resetInputState(bool keepTimer);
+    void setTimerRunning(bool running);
+    int timerInterval() const { return m_timer.isActive() ? m_timer.interval() : 0; }
+    void updateCursor();
+    void warpCursorToCenter();
+    int pictureCount() const; // how often the map's picture was drawn anew and kept
+    void refreshViewInfo();   // from the settings; before every draw
+
+    // ---- Draw helpers for tools, in world space with the colour set by the caller
+
+    void drawBoxFill(const float* mins, const float* maxs);
+    void drawBoxLines(const float* mins, const float* maxs);
+    // Turned about rotAxis by angle (radians) and sheared along shearAxis, about its centre.
+    void drawBoxLinesTransformed(const float* mins, const float* maxs, int rotAxis, int shearAxis,
+                                 float angle, float shear);
+    void drawSquare(const float* center, float sizePixels);
+    void drawSquareLines(const float* center, float sizePixels);
+    // In the colours of their kind, with a frame. dx, dy: pixels aside of the point, dy downwards.
+    void drawBullet(const float* center, float sizePixels, float dx, float dy, int kind);
+    void drawDiamondBullet(const float* center, float sizePixels, float dx, float dy, int kind);
+    void drawRoundBullet(const float* center, float sizePixels, float dx, float dy, int kind);
+    void drawCrossLines(const float* point); // through the whole view
+    // Pixel space; x, y is the left end of the baseline of a field of that width.
+    void drawScreenText(int x, int y, int width, int align, const QString& text);
+
+    int viewType = -1;
+    int renderMode = -1; // negative: unset
+    cChildWindow* childWindow;
+    float worldSize = 8192;
+    float halfWorldSize = 4096;
+    int mouseX = 0;
+    int mouseY = 0;
+    int centerX = 0;
+    int centerY = 0;
+    bool leftDown = false; // set by tools
+    bool rightDown = false;
+    bool middleDown = false;
+    QString caption;
+    QRect captionRect;
+    bool viewDirty = true;
+    bool captionHover = false;
+    bool scrollUpdating = false;
+    bool hasMultisample = false;
+    int axisH = -1;
+    int axisV = -1;
+    int axisDepth = -1;
+    int axisSign = 1;
+    float zoom = 0.25f;
+    float offsetX = 0; // pixels
+    float offsetY = 0;
+    float maxZoom = 256.0f;
+    float minZoomFactor = 0.03125f; // of a world of 8192 units
+    float fov = 90.0f;
+    float fovV = 90.0f;
+    float tanX = 1.0f;
+    float tanY = 1.0f;
+    float topSpeed[3] = {0, 0, 0}; // forward, sideways, vertical
+    float velocity[3] = {0, 0, 0};
+    float pitchRate = 0;
+    float yawRate = 0;
+    float origin[3] = {-16, 0, 64};
+    float angles[3] = {0, 0, 0}; // pitch, yaw, roll
+    float forward[3] = {1, 0, 0};
+    float right[3] = {0, -1, 0};
+    float up[3] = {0, 0, 1};
+    float projection[16];
+    float modelview[16];
+    bool projectionDirty = true;
+    bool modelviewDirty = true;
+    bool cameraMoved = false;
+    bool showStats = false;
+    bool mouselook = false; // latched by Z
+    bool spaceLook = false; // held by the space bar
+    uint32_t moveKeys = 0;
+    int frameCount = 0;
+    float fpsTime = 0;
+    float fps = 0;
+    cViewInfo viewInfo;
+    cDrawStats stats;
+    cFrustum frustum;
+    QFont captionFont;
+    QFont hoverFont;
+    QFont labelFont;
+
+public slots:
+    void horizontalScroll(int value);
+    void verticalScroll(int value);
+    void runFrame();
+
+protected:
+    bool focusNextPrevChild(bool) override { return false; }
+    void initializeGL() override;
+    void resizeGL(int newWidth, int newHeight) override;
+    void paintGL() override;
+    void glDraw() override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+
+private:
+    // tCanvas.cpp
+    void setAxes(int type);
+    void measureCaption();
+    void applyTimerRule();
+    void fillViewVectors();
+    uint32_t settingFlags() const;
+    void restartTimer(int interval);
+    // tCanvasInput.cpp
+    bool isFreeLook() const { return mouselook || spaceLook; }
+    bool toolMousePress(QMouseEvent* event);
+    void openContextMenu(QMouseEvent* event);
+    void openCaptionMenu();
+    bool followsMouse(QMouseEvent* event);
+    void showMousePosition(int x, int y);
+    void showZoom();
+    bool toolsMouseMove(QMouseEvent* event);
+    void panWithMiddleButton(QMouseEvent* event);
+    void updateCaptionHover(int x, int y);
+    void releaseButton(bool& down, Qt::MouseButton button, QMouseEvent* event);
+    void shareZoom(bool withAll);
+    void shareOffset(bool withAll);
+    void viewKey(int key, Qt::KeyboardModifiers modifiers);
+    void key2D(int key, Qt::KeyboardModifiers modifiers);
+    bool zoomKey(int key, Qt::KeyboardModifiers modifiers);
+    void panKey(int key, Qt::KeyboardModifiers modifiers);
+    void energySavingMotion();
+    bool endsMotion(int key) const;
+    // tCanvasProjection.cpp
+    void updateScrollBar(QScrollBar* bar, float extent, float offset);
+    float scrollRange(float extent) const;
+    bool snapPoint(float* point, int count) const;
+    bool depthFromOtherView(float* depth) const;
+    bool depthOf(const cCanvas* other, float* depth) const;
+    bool readDepth(int x, int y, float* depth);
+    bool project3D(const float in[3], float out[3]) const;
+    void buildProjection();
+    void buildModelview();
+    void buildFrustum2D();
+    void buildFrustum3D();
+    void buildPickFrustum(int x, int y, cFrustum& out) const;
+    // tCanvasCamera.cpp
+    uint32_t motionKeys() const;
+    bool moveCamera(float dt);
+    bool turnCamera(float dt);
+    void normalizeCamera();
+    void processCameraMoved();
+    void cameraChanged();
+    // tCanvasHelpers.cpp
+    float unitsPerPixel(const float* point) const;
+    void drawDisc(const float* center, int corners, float turn, float radiusPixels, bool filled);
+    void drawFramed(const float* center, int corners, float turn, float radiusPixels, float dx,
+                    float dy, int kind);
+    // tCanvasGrid.cpp
+    void drawGrid();
+    void drawGridLines(bool vertical, float step);
+    void drawGridDots(float step);
+    // tCanvasDraw.cpp
+    void setupView();
+    void setup2D();
+    void setup3D();
+    void loadMatrices();
+    void clearView();
+    void paintView();
+    cPictureKey pictureKey() const;
+    void drawPicture();
+    void drawMapPicture();
+    void updatePicture();
+    void drawWorldOverlays();
+    void drawCordon();
+    void drawCameraMarker();
+    void drawAxisMarker();
+    void drawPixelOverlays();
+    void drawStatsTexts();
+    void drawStatsLine(int line, const QString& text);
+    void drawCaption();
+    void drawMoveIcon();
+    bool bindPickBuffer();
+    void drawPick(int x, int y, int pickFlags);
+
+    QTimer m_timer;
+    QElapsedTimer m_lastFrameTime;
+    QScrollBar* m_horizontal = nullptr;
+    QScrollBar* m_vertical = nullptr;
+    std::unique_ptr<cCachedPicture> m_picture;
+    std::unique_ptr<QGLFramebufferObject> m_pickBuffer;
+    GLuint m_moveIcon = 0;
+};
+
+// One step of a speed with an input of -1, 0 or 1.
+float ramp(float velocity, float accel, float input, float dt, float top);

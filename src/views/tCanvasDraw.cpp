@@ -1,0 +1,421 @@
+// SPDX-License-Identifier: MIT
+// One frame of a view: set-up, the map's picture, what lies over it, and the picking pass.
+#include "views/tCanvas.h"
+
+#include "document/tMap.h"
+#include "support/tColors.h"
+#include "support/tConsole.h"
+#include "support/tHost.h"
+#include "support/tSystem.h"
+#include "support/tVec.h"
+#include "views/tCachedPicture.h"
+#include "views/tChildWindow.h"
+#include "views/tDocumentViews.h"
+#include "views/tGLState.h"
+#include "views/tTool.h"
+#include "views/tViewHost.h"
+
+#include <QFontMetrics>
+#include <QGLFramebufferObject>
+#include <QOpenGLContext>
+
+#ifndef GL_MULTISAMPLE
+#define GL_MULTISAMPLE 0x809D
+#endif
+
+static uint32_t s_frame = 0;        // grows at each view set-up
+static uint32_t s_pictureEpoch = 0; // grows when kept pictures are to be forgotten
+
+void cCanvas::invalidatePictures() {
+    ++s_pictureEpoch;
+}
+
+// ---- Context
+
+static void setSwapIntervalZero() {
+    using cSwapInterval = int (*)(int);
+    auto* context = QOpenGLContext::currentContext();
+    const auto function = reinterpret_cast<cSwapInterval>(
+        context->getProcAddress(QByteArrayLiteral("glXSwapIntervalSGI")));
+    if (!function) {
+        Warning("missing glXSwapIntervalSGI function");
+        return;
+    }
+    function(0);
+}
+
+void cCanvas::initializeGL() {
+    static const GLenum off[] = {GL_POLYGON_SMOOTH, GL_POLYGON_STIPPLE, GL_LINE_STIPPLE,
+                                 GL_DITHER,         GL_COLOR_LOGIC_OP,  GL_LIGHTING,
+                                 GL_TEXTURE_2D,     GL_MULTISAMPLE};
+    static const GLenum nicest[] = {GL_LINE_SMOOTH_HINT, GL_POLYGON_SMOOTH_HINT,
+                                    GL_PERSPECTIVE_CORRECTION_HINT};
+    glDrawBuffer(GL_BACK);
+    glReadBuffer(GL_BACK);
+    glShadeModel(GL_SMOOTH);
+    for (const GLenum what : off)
+        glDisable(what);
+    for (const GLenum what : nicest)
+        glHint(what, GL_NICEST);
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    glEnable(GL_CULL_FACE);
+    glFrontFace(GL_CCW);
+    glCullFace(GL_BACK);
+    glAlphaFunc(GL_GEQUAL, 0.2f);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glPolygonOffset(-1, -2);
+    glPointSize(1);
+    glLineWidth(1);
+    glLineStipple(2, 0x9999);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    setSwapIntervalZero();
+    glClearColor(0, 0, 0, 1);
+    hasMultisample = format().sampleBuffers();
+}
+
+void cCanvas::resizeGL(int newWidth, int newHeight) {
+    centerX = newWidth >> 1;
+    centerY = newHeight >> 1;
+    viewDirty = projectionDirty = true;
+    if (!isCamera() && viewType >= 0) {
+        clampOffset();
+        updateScrollBars();
+    }
+}
+
+void cCanvas::glDraw() {
+    if (!cBusy::isBusy())
+        QGLWidget::glDraw();
+}
+
+// ---- Set-up of a view
+
+void cCanvas::setup2D() {
+    clampOffset();
+    buildFrustum2D();
+    fillViewVectors();
+    viewInfo.flags &= ~uint32_t(VF_TRANSPARENCY | VF_CULL_TREE | VF_DRAW_CULL_TREE | VF_ANIMATE);
+    if (!g_host->DrawModels)
+        viewInfo.flags &= ~uint32_t(VF_MODELS);
+    viewInfo.flags |= VF_NODRAW;
+}
+
+void cCanvas::setup3D() {
+    if (projectionDirty)
+        buildProjection();
+    if (modelviewDirty)
+        buildModelview();
+    processCameraMoved();
+    if (viewDirty)
+        buildFrustum3D();
+    fillViewVectors();
+    if (g_host->ModelRenderDistance == 0)
+        viewInfo.flags &= ~uint32_t(VF_MODELS);
+}
+
+void cCanvas::setupView() {
+    GL_ResetState(GLS_DEFAULT); // the cached word may be another context's
+    glViewport(0, 0, width(), height());
+    if (isCamera())
+        setup3D();
+    else
+        setup2D();
+    viewDirty = false;
+    viewInfo.frame = ++s_frame;
+}
+
+// The modelview of a 2D view: the world axes onto the screen's, with depth towards the viewer.
+void cCanvas::loadMatrices() {
+    glMatrixMode(GL_PROJECTION);
+    if (isCamera()) {
+        glLoadMatrixf(projection);
+    } else {
+        const double halfWidth = width() * 0.5, halfHeight = height() * 0.5;
+        const double depth = double(zoom) * double(halfWorldSize);
+        glLoadIdentity();
+        glOrtho(-halfWidth, halfWidth, -halfHeight, halfHeight, -depth, depth);
+        std::fill_n(modelview, 16, 0.0f);
+        modelview[axisH * 4] = zoom;
+        modelview[axisV * 4 + 1] = zoom;
+        modelview[axisDepth * 4 + 2] = viewType == VIEW_SIDE ? -zoom : zoom;
+        modelview[12] = -offsetX;
+        modelview[13] = offsetY;
+        modelview[15] = 1;
+    }
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixf(modelview);
+}
+
+static void switchGL(GLenum what, bool on) {
+    if (on)
+        glEnable(what);
+    else
+        glDisable(what);
+}
+
+void cCanvas::clearView() {
+    static const uint8_t black[4] = {0, 0, 0, 0};
+    const uint8_t* color =
+        g_host->schemeColor(isCamera() ? COLOR_3D_BACKGROUND : COLOR_2D_BACKGROUND);
+    if (viewInfo.isPicking())
+        color = black;
+    glClearColor(float(color[0]) / 255.0f, float(color[1]) / 255.0f, float(color[2]) / 255.0f,
+                 float(color[3]) / 255.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    switchGL(GL_DEPTH_TEST, isCamera());
+    switchGL(GL_MULTISAMPLE, hasMultisample && g_host->Antialiasing && !viewInfo.isPicking());
+}
+
+// ---- The map's picture
+
+cPictureKey cCanvas::pictureKey() const {
+    cPictureKey key;
+    cMap* shown = map();
+    key.add(shown);
+    key.add(shown->revision());
+    key.add(shown->points);
+    key.add(shown->pointCount);
+    key.add(shown->portals);
+    key.add(s_pictureEpoch);
+    const int numbers[] = {width(),
+                           height(),
+                           viewType,
+                           renderMode,
+                           int(viewInfo.flags),
+                           int(viewInfo.hideMask),
+                           int(viewInfo.detailContentMask),
+                           g_host->gridSize,
+                           g_host->GridHighlightStep,
+                           g_host->BackClip,
+                           g_host->MaxWorldSize,
+                           g_host->ModelRenderDistance,
+                           g_host->TextureFilter};
+    key.add(numbers);
+    const bool switches[] = {
+        g_host->GridHighlight,       g_host->HideSmallGrid,      g_host->DottedGrid,
+        g_host->EnableGrid2D,        g_host->DrawVertices,       g_host->UseVisgroupColors,
+        g_host->TextureTransparency, g_host->EntityTransparency, g_host->AnisotropicFilter};
+    key.add(switches);
+    if (isCamera()) {
+        key.addBytes(modelview, sizeof modelview);
+        key.addBytes(projection, sizeof projection);
+    } else {
+        const float place[] = {zoom, offsetX, offsetY};
+        key.add(place);
+    }
+    for (int i = 0; i < COLOR_COUNT; ++i)
+        key.addBytes(g_host->schemeColor(i), 4);
+    return key;
+}
+
+void cCanvas::drawMapPicture() {
+    clearView();
+    loadMatrices();
+    if (!isCamera() && !viewInfo.isPicking())
+        drawGrid();
+    map()->draw(viewInfo, stats);
+}
+
+// Draws the picture anew if what it depends on has changed. Call only with a usable picture.
+void cCanvas::updatePicture() {
+    cPictureKey key = pictureKey();
+    if (m_picture->isCurrent(key))
+        return;
+    m_picture->begin();
+    stats = {};
+    drawMapPicture();
+    m_picture->end(key, stats);
+}
+
+int cCanvas::pictureCount() const {
+    return m_picture->drawCount();
+}
+
+void cCanvas::drawPicture() {
+    // A window with samples takes no copy; its picture is drawn each time.
+    if (hasMultisample || !m_picture->isUsable(size())) {
+        drawMapPicture();
+        return;
+    }
+    updatePicture();
+    stats = m_picture->stats();
+    m_picture->show();
+    switchGL(GL_DEPTH_TEST, isCamera());
+    loadMatrices();
+}
+
+bool cCanvas::readDepth(int x, int y, float* depth) {
+    if (!map() || x < 0 || y < 0 || x >= width() || y >= height())
+        return false;
+    makeCurrent();
+    refreshViewInfo();
+    const int row = height() - 1 - y;
+    const cActiveConfigScope scope(project()->viewConfig());
+    setupView();
+    if (!hasMultisample && m_picture->isUsable(size())) {
+        updatePicture();
+        m_picture->readDepth(x, row, depth);
+    } else {
+        drawMapPicture();
+        glReadPixels(x, row, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, depth);
+    }
+    doneCurrent();
+    return true;
+}
+
+// ---- Frame
+
+void cCanvas::paintGL() {
+    if (viewType < 0 || !map() || width() <= 0 || height() <= 0)
+        return;
+    const float frameTime = viewInfo.frameTime;
+    const cActiveConfigScope scope(project()->viewConfig());
+    stats = {};
+    refreshViewInfo();
+    viewInfo.frameTime = frameTime;
+    setupView();
+    paintView();
+    swapBuffers();
+}
+
+void cCanvas::paintView() {
+    drawPicture();
+    drawWorldOverlays();
+    drawPixelOverlays();
+    if (isCamera())
+        ++frameCount;
+}
+
+// ---- Over the picture, in pixels
+
+void cCanvas::drawPixelOverlays() {
+    glDisable(GL_MULTISAMPLE);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_CULL_FACE); // y grows downwards, so everything is seen from behind
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glOrtho(0, width(), height(), 0, -1, 1);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    cTool* const tools[] = {isFreeLook() ? g_viewHost->cameraTool() : nullptr,
+                            g_viewHost->suspendedTool, g_viewHost->currentTool};
+    for (cTool* tool : tools)
+        if (tool)
+            tool->drawOverlay(this, viewInfo);
+    if (showStats)
+        drawStatsTexts();
+    drawCaption();
+    drawMoveIcon();
+    glEnable(GL_CULL_FACE);
+    glEnable(GL_DEPTH_TEST);
+}
+
+void cCanvas::drawStatsLine(int line, const QString& text) {
+    static constexpr int MARGIN = 4, BASELINE = 5; // pixels
+    const int y = captionRect.y() + captionRect.height() - BASELINE +
+                  line * QFontMetrics(captionFont).lineSpacing();
+    glColor4ubv(g_host->schemeColor(COLOR_TEXT));
+    drawScreenText(0, y, width() - MARGIN, TEXT_RIGHT, text);
+}
+
+void cCanvas::drawStatsTexts() {
+    drawStatsLine(0, QStringLiteral("%1 culls, %2 entities, %3 brushes, %4 faces")
+                         .arg(stats.culls)
+                         .arg(stats.entities)
+                         .arg(stats.brushes)
+                         .arg(stats.faces));
+    const float yawPitchRoll[3] = {angles[1], angles[0], angles[2]};
+    const float* shown = isCamera() ? yawPitchRoll : viewInfo.origin;
+    drawStatsLine(1, QStringLiteral("FPS=%1, y=%2, p=%3, r=%4")
+                         .arg(double(fps), 0, 'f', 2)
+                         .arg(double(shown[0]), 0, 'f', 2)
+                         .arg(double(shown[1]), 0, 'f', 2)
+                         .arg(double(shown[2]), 0, 'f', 2));
+}
+
+static uint8_t dimmed(uint8_t channel) {
+    static constexpr float IDLE_DIM = 0.78f; // of the caption text without the mouse over it
+    return uint8_t(float(channel) * IDLE_DIM);
+}
+
+void cCanvas::drawCaption() {
+    const QRect& r = captionRect;
+    glColor4ubv(g_host->schemeColor(COLOR_CAPTION));
+    glRecti(r.x(), r.y(), r.x() + r.width(), r.y() + r.height());
+    const uint8_t* text = g_host->schemeColor(isActive() ? COLOR_ACTIVE_TEXT : COLOR_TEXT);
+    if (captionHover)
+        glColor4ubv(text);
+    else
+        glColor4ub(dimmed(text[0]), dimmed(text[1]), dimmed(text[2]), text[3]);
+    renderText(r.x() + 2, r.y() + r.height() - 5, caption, captionHover ? hoverFont : captionFont);
+}
+
+void cCanvas::drawMoveIcon() {
+    static constexpr int ICON = 32; // pixels
+    if (!middleDown)
+        return;
+    if (!m_moveIcon)
+        m_moveIcon = bindTexture(QPixmap(QStringLiteral(":/qrc/c_move.png")), GL_TEXTURE_2D);
+    GL_State(GLS_DEFAULT | GLS_BLEND_ALPHA);
+    glColor4ub(255, 255, 255, 255);
+    glEnable(GL_TEXTURE_2D);
+    drawTexture(QRectF(centerX - ICON / 2, centerY - ICON / 2, ICON, ICON), m_moveIcon);
+    glDisable(GL_TEXTURE_2D);
+    GL_State(GLS_DEFAULT);
+}
+
+// ---- Picking
+
+bool cCanvas::bindPickBuffer() {
+    if (!QGLFramebufferObject::hasOpenGLFramebufferObjects())
+        return false;
+    if (!m_pickBuffer || m_pickBuffer->size() != size()) {
+        m_pickBuffer.reset();
+        m_pickBuffer = std::make_unique<QGLFramebufferObject>(size(), QGLFramebufferObject::Depth);
+    }
+    return m_pickBuffer->bind();
+}
+
+// Colours come out as they went in: nothing here blends, smooths, dithers or filters. Only the
+// one pixel is drawn, of the objects near it.
+void cCanvas::drawPick(int x, int y, int pickFlags) {
+    cFrustum nearby;
+    setupView();
+    viewInfo.flags &= ~uint32_t(VF_TRANSPARENCY | VF_ANIMATE);
+    if (!g_host->PreciseModelSelection)
+        viewInfo.flags &= ~uint32_t(VF_MODELS);
+    viewInfo.pickMode = map()->updateSelectionMode();
+    viewInfo.pickFlags = pickFlags;
+    buildPickFrustum(x, y, nearby);
+    viewInfo.frustum = &nearby;
+    glDisable(GL_DITHER);
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(x, height() - 1 - y, 1, 1);
+    drawMapPicture();
+    glDisable(GL_SCISSOR_TEST);
+    viewInfo.frustum = &frustum;
+    viewInfo.pickMode = PICK_NONE;
+    glEnable(GL_DEPTH_TEST);
+}
+
+int cCanvas::pickObject(int x, int y, int pickFlags) {
+    if (!map() || x < 0 || y < 0 || x >= width() || y >= height())
+        return 0;
+    makeCurrent();
+    stats = {};
+    refreshViewInfo();
+    const cActiveConfigScope scope(project()->viewConfig());
+    const bool buffered = bindPickBuffer();
+    drawPick(x, y, pickFlags);
+    uint8_t rgba[4] = {0, 0, 0, 0};
+    glFinish();
+    glReadPixels(x, height() - 1 - y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, rgba);
+    if (buffered)
+        m_pickBuffer->release();
+    refreshViewInfo();
+    doneCurrent();
+    return rgba[0] | rgba[1] << 8 | rgba[2] << 16;
+}

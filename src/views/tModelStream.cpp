@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include "views/tModelStream.h"
+
+#include "support/tHost.h"
+#include "support/tVec.h"
+#include "views/tGLState.h"
+#include "views/tViewInfo.h"
+
+#include <cstring>
+#include <iterator>
+#include <qopengl.h>
+
+cModelStream& cModelStream::instance() {
+    static cModelStream stream;
+    return stream;
+}
+
+void cModelStream::beginModelDraw(const cViewInfo& view) {
+    m_count = 0;
+    m_primitive = -1;
+    m_dirty = 0;
+    memset(m_color, 0, sizeof m_color);
+    m_st[0] = m_st[1] = 0;
+    m_filter = g_host->TextureFilter;
+    m_savedState = GL_CurrentState();
+    vecCopy(view.origin, m_view);
+    vecCopy(view.forward, m_view + 3);
+    vecCopy(view.right, m_view + 6);
+    vecCopy(view.up, m_view + 9);
+    glCullFace(GL_FRONT);
+    glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+    glColorPointer(4, GL_UNSIGNED_BYTE, sizeof(cVertex), m_vertices[0].color);
+    glTexCoordPointer(2, GL_FLOAT, sizeof(cVertex), m_vertices[0].st);
+    glVertexPointer(3, GL_FLOAT, sizeof(cVertex), m_vertices[0].xyz);
+}
+
+void cModelStream::endModelDraw() {
+    flush();
+    if (m_dirty & POINT_SIZE)
+        glPointSize(1);
+    if (m_dirty & LINE_WIDTH)
+        glLineWidth(1);
+    if (m_dirty & TEXTURE)
+        glDisable(GL_TEXTURE_2D);
+    if (m_dirty & COLOR_ARRAY)
+        glDisableClientState(GL_COLOR_ARRAY);
+    if (m_dirty & STATE)
+        GL_State(m_savedState);
+    m_dirty = 0;
+    glDisableClientState(GL_TEXTURE_COORD_ARRAY);
+    glCullFace(GL_BACK);
+}
+
+void cModelStream::pointSize(float size) {
+    flush();
+    glPointSize(size);
+    m_dirty |= POINT_SIZE;
+}
+
+void cModelStream::lineWidth(float width) {
+    flush();
+    glLineWidth(width);
+    m_dirty |= LINE_WIDTH;
+}
+
+void cModelStream::texture(const cTextureImage* image) {
+    flush();
+    m_dirty |= TEXTURE;
+    if (!image) {
+        glDisable(GL_TEXTURE_2D);
+        return;
+    }
+    glEnable(GL_TEXTURE_2D);
+    glBindTexture(GL_TEXTURE_2D, image->glName);
+    applyTextureSampling(m_filter, true, g_host->AnisotropicFilter);
+}
+
+// What is pending belongs to the primitive it was sent under; strips and fans end here.
+void cModelStream::primitive(int code) {
+    static const int primitives[] = {-1,         GL_LINES,          GL_TRIANGLES,
+                                     GL_POLYGON, GL_TRIANGLE_STRIP, GL_TRIANGLE_FAN};
+    flush();
+    const bool known = code > 0 && code < int(std::size(primitives));
+    m_primitive = known ? primitives[code] : -1;
+}
+
+void cModelStream::flush() {
+    if (m_count > 0 && m_primitive >= 0)
+        glDrawArrays(GLenum(m_primitive), 0, m_count);
+    m_count = 0;
+}
+
+void cModelStream::color(uint8_t r, uint8_t g, uint8_t b, uint8_t a) {
+    const uint8_t rgba[4] = {r, g, b, a};
+    colorV(rgba);
+}
+
+void cModelStream::colorV(const uint8_t* rgba) {
+    if (!rgba) {
+        flush();
+        glDisableClientState(GL_COLOR_ARRAY);
+        m_dirty &= ~COLOR_ARRAY;
+        return;
+    }
+    memcpy(m_color, rgba, sizeof m_color);
+    if (m_dirty & COLOR_ARRAY)
+        return;
+    flush();
+    glEnableClientState(GL_COLOR_ARRAY);
+    m_dirty |= COLOR_ARRAY;
+}
+
+void cModelStream::texCoord(float s, float t) {
+    m_st[0] = s;
+    m_st[1] = t;
+}
+
+void cModelStream::vertex(const float* xyz) {
+    cVertex& v = m_vertices[m_count++];
+    memcpy(v.color, m_color, sizeof v.color);
+    v.st[0] = m_st[0];
+    v.st[1] = m_st[1];
+    vecCopy(xyz, v.xyz);
+    if (m_count == CAPACITY)
+        flush();
+}
+
+uint32_t cModelStream::state() const {
+    return GL_CurrentState();
+}
+
+void cModelStream::setState(uint32_t state) {
+    flush();
+    GL_State(state);
+    m_dirty |= STATE;
+}
+
+void cModelStream::getView(float* out) const {
+    memcpy(out, m_view, sizeof m_view);
+}

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// The vertex stream through which model plug-ins draw: one buffer of 8192 vertices, drawn when it
+// is full or when a state changes. The services Render_* of the plug-in border call the members.
+#pragma once
+
+#include "pluginhost/tPluginInterface.h"
+
+struct cViewInfo;
+
+class cModelStream {
+public:
+    static constexpr int CAPACITY = 8192;
+
+    static cModelStream& instance();
+
+    // Around the call of a plug-in's render function, with a current context.
+    void beginModelDraw(const cViewInfo& view);
+    void endModelDraw();
+
+    void pointSize(float size);
+    void lineWidth(float width);
+    void texture(const cTextureImage* image); // null turns texturing off
+    void primitive(int code);                 // RP_ codes; any other means none
+    void flush();
+    void color(uint8_t r, uint8_t g, uint8_t b, uint8_t a);
+    void colorV(const uint8_t* rgba); // null turns the colour array off
+    void texCoord(float s, float t);
+    void vertex(const float* xyz);
+    uint32_t state() const;
+    void setState(uint32_t state);
+    void getView(float* out) const; // origin, forward, right, up
+
+    int pending() const { return m_count; }
+
+private:
+    struct cVertex {
+        uint8_t color[4];
+        float st[2];
+        float xyz[3];
+    };
+    static_assert(sizeof(cVertex) == 24);
+
+    enum eDirty { POINT_SIZE = 1, LINE_WIDTH = 2, STATE = 4, TEXTURE = 8, COLOR_ARRAY = 16 };
+
+    cVertex m_vertices[CAPACITY];
+    int m_count = 0;
+    int m_primitive = -1; // a GL primitive, or -1 for none
+    uint8_t m_color[4] = {255, 255, 255, 255};
+    float m_st[2] = {0, 0};
+    float m_view[12] = {};
+    int m_filter = 0;
+    uint32_t m_savedState = 0;
+    int m_dirty = 0;
+};

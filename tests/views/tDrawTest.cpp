@@ -1,0 +1,384 @@
+// SPDX-License-Identifier: MIT
+// What the views show and what a click finds, read back from real pictures.
+#include "views/tViewFixture.h"
+
+#include "document/tBrush.h"
+#include "document/tCullTree.h"
+#include "document/tEntity.h"
+#include "document/tEntityClass.h"
+#include "document/tFace.h"
+#include "document/tGroup.h"
+#include "document/tMapLists.h"
+#include "support/tColors.h"
+#include "support/tVec.h"
+#include "views/tGLState.h"
+
+#include <cstring>
+#include <functional>
+#include <random>
+
+class DrawTest : public ViewFixture {
+protected:
+    void SetUp() override {
+        host.DrawVertices = false;
+        host.setColor(COLOR_2D_BACKGROUND, 0, 0, 0);
+        host.setColor(COLOR_3D_BACKGROUND, 0, 0, 0);
+        host.setColor(COLOR_SELECTED_FILL, 255, 0, 0);
+        host.setColor(COLOR_SELECTED_LINE, 255, 0, 0);
+    }
+
+    cCanvas* openCamera(int mode, const float* at) {
+        cCanvas* canvas = openCanvas(VIEW_CAMERA);
+        canvas->setViewType(VIEW_CAMERA, mode);
+        canvas->setCameraOrigin(at);
+        return canvas;
+    }
+
+    // The pixel of a world point.
+    static QPoint pixelOf(cCanvas* canvas, float x, float y, float z) {
+        const float point[3] = {x, y, z};
+        float pixel[2];
+        EXPECT_TRUE(canvas->projectToScreen(point, pixel));
+        return {int(std::floor(pixel[0])), int(std::floor(pixel[1]))};
+    }
+
+    int pickAt(cCanvas* canvas, float x, float y, float z, int flags = PICK_ALL) {
+        const QPoint p = pixelOf(canvas, x, y, z);
+        return canvas->pickObject(p.x(), p.y(), flags);
+    }
+
+    static QRgb near(const QImage& image, const QPoint& p, int channelRed) {
+        // The brightest pixel of that channel in a 5 by 5 field: lines may lie a pixel aside.
+        QRgb best = 0;
+        for (int dy = -2; dy <= 2; ++dy)
+            for (int dx = -2; dx <= 2; ++dx) {
+                const QRgb c = image.pixel(p + QPoint(dx, dy));
+                const int value = channelRed ? qRed(c) : qGreen(c);
+                if (value > (channelRed ? qRed(best) : qGreen(best)))
+                    best = c;
+            }
+        return best;
+    }
+};
+
+TEST_F(DrawTest, twoDimensionalPickFindsBrushLinesEntityAndNothing) {
+    cBrushData* a = addBox(0, 0, 0, 64, 64, 64);
+    cBrushData* b = addBox(100, 0, 0, 164, 64, 64);
+    cEntityData* light = addPointEntity(-100, -100, 0);
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    EXPECT_EQ(pickAt(canvas, 0, 32, 0), a->brush->pickId);
+    EXPECT_EQ(pickAt(canvas, 164, 32, 0), b->brush->pickId);
+    EXPECT_EQ(pickAt(canvas, -108, -100, 0), light->entity->pickId);
+    EXPECT_EQ(pickAt(canvas, -108, -100, 0, PICK_BRUSHES), 0);
+    EXPECT_EQ(pickAt(canvas, 32, 20, 0), 0) << "inside a brush there is no line";
+    EXPECT_EQ(canvas->pickObject(-1, 5), 0);
+    EXPECT_EQ(canvas->pickObject(5, canvas->height()), 0);
+}
+
+TEST_F(DrawTest, pickNumbersOfAllThreeBytesComeBack) {
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    cBrushData* brush = addBox(0, 0, 0, 64, 64, 64);
+    const int own = brush->brush->pickId;
+    for (const int number : {1, 255, 256, 0x1234, 0x3fedcb, 0x400000}) {
+        brush->brush->pickId = number;
+        EXPECT_EQ(pickAt(canvas, 0, 32, 0), number);
+    }
+    brush->brush->pickId = own;
+}
+
+TEST_F(DrawTest, overlappingBrushesPickTheLaterIn2DAndTheNearerIn3D) {
+    cBrushData* nearer = addBox(100, -50, -50, 150, 50, 50);
+    cBrushData* farther = addBox(200, -50, -50, 250, 50, 50);
+    cCanvas* front = openCanvas(VIEW_FRONT);
+    front->zoomTo(1);
+    EXPECT_EQ(pickAt(front, 0, 50, 0), farther->brush->pickId);
+    const float origin[3] = {0, 0, 0}, behind[3] = {350, 0, 0}, back[3] = {0, 180, 0};
+    for (const int mode : {RM_FILLED, RM_TEXTURED}) {
+        cCanvas* camera = openCamera(mode, origin);
+        EXPECT_EQ(pickAt(camera, 125, 0, 0), nearer->brush->pickId);
+        camera->setCameraOrigin(behind);
+        camera->setCameraAngles(back);
+        EXPECT_EQ(pickAt(camera, 125, 0, 0), farther->brush->pickId);
+    }
+}
+
+TEST_F(DrawTest, pickModesGiveGroupEntityBrushOrFace) {
+    cEntityData* door = document.map.addEntity("func_door", world->origin, 0);
+    const float mins[3] = {100, -50, -50}, maxs[3] = {150, 50, 50};
+    cBrushData* panel = addBoxTo(door, mins, maxs);
+    cBrushData* wall = addBox(100, 60, -50, 150, 160, 50);
+    cGroupData* group = document.map.addGroup();
+    document.map.joinGroupBrush(wall, group);
+    const float origin[3] = {0, 40, 0};
+    cCanvas* camera = openCamera(RM_FILLED, origin);
+    EXPECT_EQ(pickAt(camera, 100, 0, 0), door->entity->pickId);
+    EXPECT_EQ(pickAt(camera, 100, 100, 0), group->group->pickId);
+    host.IgnoreGroups = true;
+    EXPECT_EQ(pickAt(camera, 100, 0, 0), panel->brush->pickId);
+    EXPECT_EQ(pickAt(camera, 100, 100, 0), wall->brush->pickId);
+    host.toolId = TOOL_TEXTURE;
+    const cFaceData* hit = document.map.findFaceByPick(pickAt(camera, 100, 0, 0));
+    ASSERT_NE(hit, nullptr);
+    EXPECT_EQ(hit->brush, panel);
+    EXPECT_FLOAT_EQ(hit->normal[0], -1);
+}
+
+TEST_F(DrawTest, hiddenObjectsAreNeitherShownNorPicked) {
+    cBrushData* brush = addBox(0, 0, 0, 64, 64, 64);
+    cEntityData* item = addPointEntity(-100, 0, 0);
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    brush->flags |= BF_HIDDEN;
+    EXPECT_EQ(pickAt(canvas, 0, 32, 0), 0);
+    item->flags |= EF_ITEM;
+    EXPECT_NE(pickAt(canvas, -108, 0, 0), 0);
+    host.HideMask = HM_ITEMS;
+    EXPECT_EQ(pickAt(canvas, -108, 0, 0), 0);
+    brush->flags &= ~uint32_t(BF_HIDDEN);
+    host.HideMask = HM_DETAIL;
+    host.mapProfile.detailContentMask = 0x80;
+    EXPECT_NE(pickAt(canvas, 0, 32, 0), 0);
+    brush->faces->tex.contentFlags = 0x80;
+    EXPECT_EQ(pickAt(canvas, 0, 32, 0), 0);
+}
+
+TEST_F(DrawTest, selectedBrushOverdrawsWhateverTheOrder) {
+    cBrushData* first = addBox(0, 0, 0, 64, 64, 64);
+    cBrushData* second = addBox(0, 0, 0, 64, 64, 64);
+    host.UseVisgroupColors = false;
+    host.setColor(COLOR_BRUSH_DEFAULT, 0, 255, 0);
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    const QPoint edge = pixelOf(canvas, 0, 20, 0);
+    QImage image = picture(canvas);
+    EXPECT_EQ(qGreen(near(image, edge, 0)), 255);
+    for (cBrushData* brush : {first, second}) {
+        select(brush);
+        image = picture(canvas);
+        EXPECT_EQ(qRed(near(image, edge, 1)), 255);
+        EXPECT_EQ(qGreen(near(image, edge, 0)), 0) << "the unselected line is covered";
+        selectedRemove(document.map.data.selectedBrushes, brush);
+    }
+}
+
+TEST_F(DrawTest, selectedBrushInSeveralLeavesIsDrawnOnce) {
+    cBrushData* wide = addBox(-2000, 200, -100, 2000, 300, 100);
+    for (int i = 0; i < 40; ++i)
+        addBox(float(i * 90 - 1800), 400, -50, float(i * 90 - 1740), 460, 50);
+    document.map.buildCullTree();
+    select(wide);
+    const float origin[3] = {0, -600, 0}, north[3] = {0, 90, 0};
+    cCanvas* camera = openCamera(RM_FILLED, origin);
+    camera->setCameraAngles(north);
+    camera->requestRedraw(true);
+    const cDrawStats withTree = camera->stats;
+    host.UseCullTree = false;
+    camera->requestRedraw(true);
+    EXPECT_EQ(withTree.brushes, camera->stats.brushes);
+    EXPECT_EQ(withTree.faces, camera->stats.faces);
+    EXPECT_GT(withTree.brushes, 10);
+}
+
+TEST_F(DrawTest, pictureIsTheSameWithAndWithoutCullTree) {
+    std::mt19937 random(7);
+    const auto place = [&random] { return float(int(random() % 120) - 60) * 32; };
+    for (int i = 0; i < 300; ++i) {
+        const float x = place(), y = place(), z = place() / 4;
+        addBox(x, y, z, x + 29, y + 31, z + 30);
+    }
+    addPointEntity(300, 40, 0);
+    document.map.buildCullTree();
+    const float origin[3] = {-1500, 0, 200};
+    cCanvas* camera = openCamera(RM_FILLED, origin);
+    for (const int mode : {RM_WIREFRAME, RM_FILLED}) {
+        camera->setViewType(VIEW_CAMERA, mode);
+        host.UseCullTree = true;
+        const QImage with = picture(camera);
+        host.UseCullTree = false;
+        const QImage without = picture(camera);
+        int different = 0, lit = 0;
+        for (int y = 30; y < with.height(); ++y)
+            for (int x = 0; x < with.width(); ++x) {
+                different += with.pixel(x, y) != without.pixel(x, y);
+                lit += qGray(with.pixel(x, y)) > 0;
+            }
+        EXPECT_GT(lit, 1000) << mode;
+        // In wireframe the order decides where two lines of the same depth cross.
+        EXPECT_LE(different, mode == RM_FILLED ? 0 : lit / 50) << mode;
+    }
+}
+
+TEST_F(DrawTest, transparentFaceIsDrawnAfterOpaqueOnesBehindIt) {
+    cTexture* glass = host.addTexture("glass", 64, 64);
+    glass->renderState = GLS_BLEND_ALPHA;
+    glass->opacity = 0.5f;
+    cBrushData* pane = addBox(100, -50, -50, 110, 50, 50);
+    cBrushData* wall = addBox(200, -100, -100, 250, 100, 100);
+    for (cFaceData* face : facesOf(pane))
+        face->texture = glass;
+    const uint8_t green[4] = {0, 255, 0, 255}, blue[4] = {0, 0, 255, 255};
+    memcpy(pane->brush->drawColor, green, 4);
+    memcpy(wall->brush->drawColor, blue, 4);
+    const float origin[3] = {0, 0, 0};
+    cCanvas* camera = openCamera(RM_FILLED, origin);
+    const QPoint middle = pixelOf(camera, 100, 10, 10);
+    for (const bool sorted : {true, false}) {
+        host.TransparentSort = sorted;
+        const QRgb mixed = picture(camera).pixel(middle);
+        EXPECT_GT(qGreen(mixed), 50) << "the pane";
+        EXPECT_GT(qBlue(mixed), 50) << "the wall through it";
+    }
+    host.TextureTransparency = false;
+    EXPECT_EQ(qBlue(picture(camera).pixel(middle)), 0) << "opaque again";
+}
+
+TEST_F(DrawTest, cameraTwoUnitsBehindAPlaneStillSeesIt) {
+    cBrushData* brush = addBox(0, 0, 0, 64, 64, 64);
+    cViewInfo view;
+    view.is3D = true;
+    view.renderMode = RM_FILLED;
+    view.flags = VF_NODRAW;
+    cFaceData* top = nullptr;
+    for (cFaceData* face : facesOf(brush))
+        if (face->normal[2] == 1)
+            top = face;
+    ASSERT_NE(top, nullptr);
+    vecSet(view.origin, 0.0f, 0.0f, 62.0f);
+    EXPECT_TRUE(top->face->isVisible(view));
+    view.origin[2] = 61.9f;
+    EXPECT_FALSE(top->face->isVisible(view));
+    view.renderMode = RM_WIREFRAME;
+    EXPECT_TRUE(top->face->isVisible(view));
+    view.is3D = false;
+    vecSet(view.forward, -1.0f, 0.0f, 0.0f);
+    EXPECT_FALSE(top->face->isVisible(view)) << "seen edge on";
+}
+
+TEST_F(DrawTest, nothingIsPaintedWhileBusy) {
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    canvas->requestRedraw(true);
+    const uint32_t frame = canvas->viewInfo.frame;
+    {
+        const cBusy busy;
+        canvas->requestRedraw(true);
+        canvas->runFrame();
+        EXPECT_EQ(canvas->viewInfo.frame, frame);
+    }
+    canvas->requestRedraw(true);
+    EXPECT_GT(canvas->viewInfo.frame, frame);
+}
+
+TEST_F(DrawTest, pictureIsKeptUntilSomethingItShowsChanges) {
+    addBox(0, 0, 0, 64, 64, 64);
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    canvas->requestRedraw(true);
+    const int first = canvas->pictureCount();
+    ASSERT_GT(first, 0);
+    canvas->requestRedraw(true);
+    canvas->requestRedraw(true);
+    EXPECT_EQ(canvas->pictureCount(), first) << "a hover costs no walk over the map";
+    EXPECT_EQ(canvas->stats.brushes, 1);
+    const std::function<void()> changes[] = {
+        [&] { addBox(100, 0, 0, 164, 64, 64); },
+        [&] { canvas->zoomTo(2); },
+        [&] { canvas->pan(10, 0); },
+        [&] { host.setColor(COLOR_BRUSH_HANDLE, 9, 9, 9); },
+        [&] { host.DrawVertices = true; },
+        [&] { host.HideMask = HM_ITEMS; },
+        [&] { cCanvas::invalidatePictures(); },
+        [&] { canvas->setViewType(VIEW_SIDE); },
+    };
+    int expected = first;
+    for (const auto& change : changes) {
+        change();
+        canvas->requestRedraw(true);
+        EXPECT_EQ(canvas->pictureCount(), ++expected);
+    }
+}
+
+TEST_F(DrawTest, connectionsJoinTargetToItsName) {
+    cEntityData* button = addPointEntity(-100, 0, 0);
+    cEntityData* lamp = addPointEntity(100, 0, 0);
+    addEpairLast(button, "target", "+lamp1");
+    addEpairLast(lamp, "targetname", "lamp1");
+    const uint8_t green[4] = {0, 255, 0, 255};
+    memcpy(lamp->entity->color, green, 4);
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    const QPoint between = pixelOf(canvas, 30, 0, 0);
+    EXPECT_EQ(qGreen(near(picture(canvas), between, 0)), 0);
+    host.ShowConnections = true;
+    EXPECT_EQ(qGreen(near(picture(canvas), between, 0)), 0) << "another name";
+    strcpy(host.mapProfile.targetPrefixCharacters, "+-");
+    document.map.markChanged();
+    EXPECT_EQ(near(picture(canvas), between, 0), qRgb(0, 255, 0));
+}
+
+TEST_F(DrawTest, gridShowsMinorMajorAndAxisLines) {
+    host.EnableGrid2D = true;
+    host.gridSize = 32;
+    host.setColor(COLOR_2D_GRID_AXIS, 255, 0, 0);
+    host.setColor(COLOR_2D_GRID_MAJOR, 0, 255, 0);
+    host.setColor(COLOR_2D_GRID_MINOR, 0, 0, 255);
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    const auto lineAt = [&](float x) {
+        const QImage image = picture(canvas);
+        const QPoint p = pixelOf(canvas, x, 16, 0);
+        QRgb best = qRgb(0, 0, 0);
+        for (int dx = -1; dx <= 1; ++dx)
+            if (qGray(image.pixel(p + QPoint(dx, 0))) > qGray(best))
+                best = image.pixel(p + QPoint(dx, 0));
+        return best;
+    };
+    EXPECT_EQ(lineAt(0), qRgb(255, 0, 0));
+    EXPECT_EQ(lineAt(32), qRgb(0, 0, 255));
+    canvas->setOffset(256, 0);
+    EXPECT_EQ(lineAt(256), qRgb(0, 255, 0));
+    EXPECT_EQ(lineAt(240), qRgb(0, 0, 0));
+    host.EnableGrid2D = false;
+    EXPECT_EQ(lineAt(256), qRgb(0, 0, 0));
+}
+
+// ---- GL state
+
+TEST_F(DrawTest, stateWordTouchesWhatDiffers) {
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->makeCurrent();
+    const auto blendFactors = [] {
+        GLint source = 0, destination = 0;
+        glGetIntegerv(GL_BLEND_SRC, &source);
+        glGetIntegerv(GL_BLEND_DST, &destination);
+        return std::make_pair(source, destination);
+    };
+    GL_ResetState(GLS_DEFAULT);
+    EXPECT_FALSE(glIsEnabled(GL_BLEND));
+    GL_State(GLS_BLEND_ALPHA | GLS_ALPHA_TEST);
+    EXPECT_TRUE(glIsEnabled(GL_BLEND));
+    EXPECT_TRUE(glIsEnabled(GL_ALPHA_TEST));
+    EXPECT_EQ(blendFactors(), std::make_pair(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA));
+    GLboolean depthWrite = GL_TRUE;
+    glGetBooleanv(GL_DEPTH_WRITEMASK, &depthWrite);
+    EXPECT_FALSE(depthWrite);
+    GL_State(0x22);
+    EXPECT_EQ(blendFactors(), std::make_pair(GL_ONE, GL_ONE));
+    GL_State(GLS_DEFAULT);
+    EXPECT_FALSE(glIsEnabled(GL_BLEND));
+    glEnable(GL_BLEND); // behind the cache's back
+    GL_State(GLS_DEFAULT);
+    EXPECT_TRUE(glIsEnabled(GL_BLEND)) << "nothing differs, nothing is called";
+    GL_ResetState(GLS_DEFAULT);
+    EXPECT_FALSE(glIsEnabled(GL_BLEND));
+    GL_State(0xfb);
+    EXPECT_EQ(blendFactors(), std::make_pair(GL_ONE, GL_ONE));
+    EXPECT_EQ(
+        host.count(eMessage::Warning, QStringLiteral("GL_State: invalid src blend state bits")), 1);
+    EXPECT_EQ(
+        host.count(eMessage::Warning, QStringLiteral("GL_State: invalid dst blend state bits")), 1);
+    GL_ResetState(GLS_DEFAULT);
+    canvas->doneCurrent();
+}

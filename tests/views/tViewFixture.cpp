@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "views/tViewFixture.h"
+
+#include "document/tBrushGeometry.h"
+#include "document/tEntity.h"
+#include "document/tMapLists.h"
+#include "support/tVec.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QtTest/QTest>
+#include <cstring>
+
+const uint8_t* cColorHost::schemeColor(int index) const {
+    static const uint8_t grey[4] = {40, 40, 40, 255};
+    const auto found = m_colors.find(index);
+    return found == m_colors.end() ? grey : found->second.data();
+}
+
+void cColorHost::setColor(int index, uint8_t r, uint8_t g, uint8_t b) {
+    m_colors[index] = {r, g, b, 255};
+}
+
+cFakeViewHost::cFakeViewHost() : m_share(std::make_unique<QGLWidget>(cCanvas::viewFormat())) {
+    g_viewHost = this;
+}
+
+ViewFixture::ViewFixture() {
+    const float origin[3] = {0, 0, 0};
+    host.EnableGrid2D = false;
+    host.DrawCamera = false;
+    world = document.map.addEntity("worldspawn", origin, EF_WORLD);
+    updateEntity(world, 0);
+}
+
+ViewFixture::~ViewFixture() {
+    while (!document.windows.isEmpty())
+        delete document.windows.first();
+}
+
+cChildWindow* ViewFixture::openWindow(int type, int width, int height) {
+    auto* window = new cChildWindow(&document);
+    window->setAttribute(Qt::WA_DeleteOnClose, false);
+    window->resize(width, height);
+    window->createViews(type);
+    window->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
+    QApplication::processEvents();
+    window->autosize();
+    QApplication::processEvents();
+    return window;
+}
+
+cCanvas* ViewFixture::openCanvas(int type, int width, int height) {
+    host.EnableScrollbars = false;
+    cCanvas* canvas = openWindow(type, width, height)->firstCanvas();
+    canvas->activate();
+    return canvas;
+}
+
+// The corners of the side of a box that looks along axis, or against it, counter-clockwise.
+static void boxSide(const float* mins, const float* maxs, int axis, bool upper, cFaceVertex* out) {
+    const int u = (axis + 1) % 3, v = (axis + 2) % 3;
+    for (int i = 0; i < 4; ++i) {
+        const int turn = upper ? i : 3 - i;
+        out[i].xyz[axis] = upper ? maxs[axis] : mins[axis];
+        out[i].xyz[u] = (turn == 1 || turn == 2) ? maxs[u] : mins[u];
+        out[i].xyz[v] = turn >= 2 ? maxs[v] : mins[v];
+    }
+}
+
+cBrushData* ViewFixture::addBoxTo(cEntityData* entity, const float* mins, const float* maxs) {
+    cMap& map = document.map;
+    cFaceTexture tex = {};
+    tex.uScale = tex.vScale = 1;
+    strcpy(tex.name, "wall");
+    cBrushData* brush = map.addBrush(entity);
+    for (int axis = 0; axis < 3; ++axis)
+        for (const bool upper : {false, true})
+            boxSide(mins, maxs, axis, upper, map.addFace(brush, tex, 4)->vertices);
+    rebuildBrush(brush, UM_PLANES | UM_RESET_AXES);
+    updateEntity(entity, 0);
+    map.markChanged();
+    return brush;
+}
+
+cBrushData* ViewFixture::addBox(float x0, float y0, float z0, float x1, float y1, float z1) {
+    const float mins[3] = {x0, y0, z0}, maxs[3] = {x1, y1, z1};
+    return addBoxTo(world, mins, maxs);
+}
+
+cEntityData* ViewFixture::addPointEntity(float x, float y, float z) {
+    const float origin[3] = {x, y, z};
+    cEntityData* entity = document.map.addEntity("light", origin, EF_POINT);
+    updateEntity(entity, UM_REEVALUATE);
+    document.map.markChanged();
+    return entity;
+}
+
+void ViewFixture::select(cBrushData* brush) {
+    selectedPush(document.map.data.selectedBrushes, brush);
+    document.map.markChanged();
+}
+
+QImage ViewFixture::picture(cCanvas* canvas) {
+    canvas->requestRedraw(true);
+    return canvas->grabFrameBuffer();
+}
+
+void ViewFixture::pressKey(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers) {
+    QKeyEvent press(QEvent::KeyPress, key, modifiers);
+    QApplication::sendEvent(canvas, &press);
+    QKeyEvent release(QEvent::KeyRelease, key, modifiers);
+    QApplication::sendEvent(canvas, &release);
+}

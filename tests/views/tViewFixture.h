@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+// Real views on a small map: a host with colours of its own, a view host without a main window,
+// a document that is only a map and its windows.
+#pragma once
+
+#include "document/tMap.h"
+#include "support/tSystem.h"
+#include "support/tTestHost.h"
+#include "views/tCanvas.h"
+#include "views/tChildWindow.h"
+#include "views/tDocumentViews.h"
+#include "views/tTool.h"
+#include "views/tViewHost.h"
+
+#include <QGLWidget>
+#include <QImage>
+#include <QMenu>
+#include <gtest/gtest.h>
+#include <map>
+#include <memory>
+
+// Hands out the scheme colours a test sets; dark grey for all others.
+class cColorHost : public cTestHost {
+public:
+    const uint8_t* schemeColor(int index) const override;
+    void setColor(int index, uint8_t r, uint8_t g, uint8_t b);
+
+private:
+    std::map<int, std::array<uint8_t, 4>> m_colors;
+};
+
+class cFakeViewHost : public cViewHost {
+public:
+    cFakeViewHost();
+    ~cFakeViewHost() override { g_viewHost = nullptr; }
+
+    void setActiveCanvas(cCanvas* canvas) override { cCanvas::switchActive(*this, canvas); }
+    cTool* cameraTool() const override { return nullptr; }
+    QMenu* popupMenu(const char*) const override { return nullptr; }
+    QGLWidget* shareWidget() override { return m_share.get(); }
+    void openObjectProperties() override { ++propertiesCount; }
+    void updateViewControls() override {}
+    bool isActiveWindow(const cChildWindow*) const override { return windowIsActive; }
+
+    int propertiesCount = 0;
+    bool windowIsActive = true;
+
+private:
+    std::unique_ptr<QGLWidget> m_share;
+};
+
+class cFakeDocument : public cDocumentViews {
+public:
+    bool windowClosing(cChildWindow*) override { return agreesToClose; }
+    cConfigFolders* viewConfig() override { return &folders; }
+    cMap* viewMap() override { return &map; }
+
+    cMap map{nullptr};
+    cConfigFolders folders;
+    bool agreesToClose = true;
+};
+
+class ViewFixture : public testing::Test {
+protected:
+    ViewFixture();
+    ~ViewFixture() override;
+
+    // A shown window of one view, or of four with type -1.
+    cChildWindow* openWindow(int type, int width = 400, int height = 300);
+    cCanvas* openCanvas(int type, int width = 400, int height = 300);
+
+    cBrushData* addBox(float x0, float y0, float z0, float x1, float y1, float z1);
+    cBrushData* addBoxTo(cEntityData* entity, const float* mins, const float* maxs);
+    cEntityData* addPointEntity(float x, float y, float z);
+    void select(cBrushData* brush);
+
+    // What the view shows after a fresh frame.
+    QImage picture(cCanvas* canvas);
+    void pressKey(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+    cColorHost host;
+    cFakeViewHost viewHost;
+    cFakeDocument document;
+    cEntityData* world;
+};
