@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#include "pluginhost/tFlagCaptions.h"
+
+template<class Row> static void setCaption(Row& row, const char* caption, int index) {
+    row[size_t(index)] = QString::fromLocal8Bit(caption);
+}
+
+void cFlagCaptions::setSurface(const char* profileName, const char* caption, int index) {
+    if (profileName && index >= 0 && index < SURFACE_COUNT)
+        setCaption(m_tables[QString::fromLocal8Bit(profileName)].surface, caption, index);
+}
+
+void cFlagCaptions::setContent(const char* profileName, const char* caption, int index) {
+    if (profileName && index >= 0 && index < CONTENT_COUNT)
+        setCaption(m_tables[QString::fromLocal8Bit(profileName)].content, caption, index);
+}
+
+const cFlagCaptions::cTable& cFlagCaptions::of(const QString& profileName) const {
+    static const cTable none;
+    const auto found = m_tables.constFind(profileName);
+    return found == m_tables.constEnd() ? none : *found;
+}

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// The primitives that a block may become: the built-in ones first, then those of the plug-ins.
+#pragma once
+
+#include "pluginhost/tPluginInterface.h"
+
+#include <vector>
+
+class cPrimitiveList {
+public:
+    // Copies the words of the record; a record without name or dispatch is refused with an error.
+    void registerPrimitive(const cPrimitive* record);
+    const std::vector<cPrimitive>& all() const { return m_primitives; }
+
+private:
+    std::vector<cPrimitive> m_primitives;
+};

@@ -1,0 +1,333 @@
+// SPDX-License-Identifier: MIT
+// The list of configurations and what goes with each: profile, catalogue, classes, precaching.
+#include "resources/tGameConfigRegistry.h"
+
+#include "resources/tEntityClassTree.h"
+#include "resources/tGameData.h"
+#include "resources/tGameDataRegistry.h"
+#include "resources/tModelManager.h"
+#include "resources/tTextureCatalogue.h"
+#include "resources/tTextureManager.h"
+#include "support/tConsole.h"
+
+static const cMapProfile NO_PROFILE = {};
+
+cGameConfigRegistry::cGameConfigRegistry(cGameDataRegistry& gameData, cTextureManager& textures,
+                                         cModelManager* models)
+    : currentProfile(&NO_PROFILE), m_gameData(gameData), m_textures(textures), m_models(models) {}
+
+cGameConfigRegistry::~cGameConfigRegistry() {
+    clear();
+}
+
+// ---- Profiles
+
+void cGameConfigRegistry::registerProfile(uint32_t library, const cMapProfile* record) {
+    if (!record)
+        return;
+    cMapProfile copy = *record;
+    copy.library = library;
+    copy.name[sizeof copy.name - 1] = 0;
+    if (copy.name[0] == 0) {
+        Warning("empty profile name!");
+        return;
+    }
+    const QString name = QString::fromLocal8Bit(copy.name);
+    if (profiles.contains(name)) {
+        Warning("profile \"%s\" is already registered!", copy.name);
+        return;
+    }
+    profiles.insert(name, new cMapProfile(copy));
+}
+
+const cMapProfile* cGameConfigRegistry::profileOf(const cGameConfig* config) const {
+    const cMapProfile* profile = config ? profiles.value(config->mapProfile) : nullptr;
+    return profile ? profile : &NO_PROFILE;
+}
+
+// ---- The current configuration
+
+void cGameConfigRegistry::setCurrent(cGameConfig* config) {
+    current = config;
+    currentCatalogue = config ? catalogues.value(config->title) : nullptr;
+    currentProfile = profileOf(config);
+}
+
+void cGameConfigRegistry::setCurrentByTitle(const QString& title) {
+    setCurrent(find(title));
+}
+
+// ---- The list
+
+void cGameConfigRegistry::enter(cGameConfig* config) {
+    // The title is the key of every table.
+    const QString wanted = config->title;
+    for (int i = configs.size(); configsByTitle.contains(config->title); ++i)
+        config->title = QStringLiteral("%1 (%2)").arg(wanted).arg(i);
+    configs.append(config);
+    configsByTitle.insert(config->title, config);
+    catalogues.insert(config->title, new cTextureCatalogue(m_textures));
+}
+
+void cGameConfigRegistry::acquireResources(const cGameConfig& config) {
+    for (const QString& path : config.gameData)
+        m_gameData.acquire(path);
+    for (const QString& key : config.parcels)
+        m_textures.acquirePackage(key);
+}
+
+void cGameConfigRegistry::releaseResources(cGameConfig& config) {
+    // Sprites and models are found by the folders of the configuration that names them.
+    const cActiveConfigScope active(&config);
+    for (const QString& path : qAsConst(config.gameData))
+        m_gameData.release(path);
+    for (const QString& key : qAsConst(config.parcels))
+        m_textures.releasePackage(key);
+    config.solidClassTree = config.pointClassTree = cEntityClassNode();
+}
+
+cGameConfig* cGameConfigRegistry::known(const QString& title) const {
+    cGameConfig* config = find(title);
+    if (!config)
+        Warning("no such config: %s", title.toLocal8Bit().constData());
+    return config;
+}
+
+cGameConfig* cGameConfigRegistry::addConfig(const QString& title) {
+    cGameConfig* config = new cGameConfig;
+    config->title = title;
+    enter(config);
+    return config;
+}
+
+bool cGameConfigRegistry::copyConfig(const QString& oldTitle, const QString& newTitle) {
+    const cGameConfig* source = known(oldTitle);
+    if (!source || find(newTitle))
+        return false;
+    cGameConfig* copy = new cGameConfig(*source);
+    copy->useCount = 0;
+    copy->title = newTitle;
+    copy->solidClassTree = copy->pointClassTree = cEntityClassNode();
+    acquireResources(*copy);
+    enter(copy);
+    return true;
+}
+
+void cGameConfigRegistry::renameConfig(const QString& oldTitle, const QString& newTitle) {
+    cGameConfig* config = known(oldTitle);
+    if (!config || find(newTitle))
+        return;
+    config->title = newTitle;
+    configsByTitle.remove(oldTitle);
+    configsByTitle.insert(newTitle, config);
+    catalogues.insert(newTitle, catalogues.take(oldTitle));
+}
+
+// Neither the active configuration nor the remembered one may be one that goes.
+static void deactivate(const cGameConfig* config) {
+    const auto kept = [config](cConfigFolders* folders) {
+        return folders == config ? nullptr : folders;
+    };
+    cConfigFolders* active = activeConfig();
+    restoreActiveConfig();
+    setActiveConfig(kept(activeConfig()));
+    setActiveConfig(kept(active));
+}
+
+void cGameConfigRegistry::removeConfig(const QString& title) {
+    cGameConfig* config = known(title);
+    if (!config)
+        return;
+    if (config->useCount > 0) {
+        Warning("tried to remove in-use config: %s", title.toLocal8Bit().constData());
+        return;
+    }
+    releaseResources(*config);
+    deactivate(config);
+    configs.removeOne(config);
+    configsByTitle.remove(title);
+    if (config == current)
+        setCurrent(nullptr);
+    delete catalogues.take(title);
+    delete config;
+}
+
+void cGameConfigRegistry::clearConfigs() {
+    setCurrent(nullptr);
+    for (cGameConfig* config : qAsConst(configs))
+        releaseResources(*config);
+    for (const cGameConfig* config : qAsConst(configs))
+        deactivate(config);
+    qDeleteAll(catalogues);
+    catalogues.clear();
+    qDeleteAll(configs);
+    configs.clear();
+    configsByTitle.clear();
+}
+
+void cGameConfigRegistry::clear() {
+    clearConfigs();
+    qDeleteAll(profiles);
+    profiles.clear();
+}
+
+// ---- Taking over an edited copy
+
+void cGameConfigRegistry::assign(const cGameConfigRegistry& other, bool precacheUsed) {
+    if (&other == this)
+        return;
+    const cBusy busy; // nothing is painted while projects point at what has gone
+    const QString activeTitle = titleOfActive();
+    clear();
+    for (const cMapProfile* profile : other.profiles)
+        profiles.insert(QString::fromLocal8Bit(profile->name), new cMapProfile(*profile));
+    for (const cGameConfig* source : other.configs) {
+        cGameConfig* config = new cGameConfig(*source);
+        config->solidClassTree = config->pointClassTree = cEntityClassNode();
+        acquireResources(*config);
+        enter(config);
+        fillAssigned(config, precacheUsed);
+        if (other.current && config->title == other.current->title)
+            setCurrent(config);
+    }
+    if (callbacks.hideWaitDialog)
+        callbacks.hideWaitDialog();
+    if (!activeTitle.isNull())
+        setActiveConfig(find(activeTitle));
+    if (callbacks.reconfigureProjects)
+        callbacks.reconfigureProjects();
+    if (callbacks.renewFaces) {
+        callbacks.renewFaces();
+        m_textures.clearReplacedMarks();
+    }
+}
+
+// Null unless the active configuration is one of this registry.
+QString cGameConfigRegistry::titleOfActive() const {
+    for (const cGameConfig* config : configs) {
+        if (config == activeConfig())
+            return config->title;
+    }
+    return QString();
+}
+
+void cGameConfigRegistry::fillAssigned(cGameConfig* config, bool precacheUsed) {
+    if (precacheUsed && config->useCount > 0 && needsPrecache(config)) {
+        if (callbacks.showWaitDialog)
+            callbacks.showWaitDialog(QStringLiteral("Precaching game configuration..."));
+        precache(config);
+        return;
+    }
+    buildTrees(config);
+    rebuildCatalogue(config);
+}
+
+void cGameConfigRegistry::rebuildCatalogue(cGameConfig* config) {
+    cTextureCatalogue* catalogue = catalogues.value(config->title);
+    if (!catalogue)
+        return;
+    catalogue->removeMissingEntries();
+    catalogue->rebuild(*config);
+    catalogue->addMissingEntries();
+}
+
+// ---- Classes
+
+static cEntityClass* findAny(const cGameData& data, const QString& name) {
+    for (int kind : {CK_SOLID, CK_POINT, CK_BASE, CK_GROUP}) {
+        if (cEntityClass* found = data.findClass(name, kind))
+            return found;
+    }
+    return nullptr;
+}
+
+cEntityClass* cGameConfigRegistry::findClass(const cGameConfig* config, const QString& name,
+                                             eClassFilter filter) const {
+    static const int KINDS[] = {CK_SOLID, CK_POINT, CK_WORLD};
+    if (!config)
+        return nullptr;
+    for (const QString& path : config->gameData) {
+        const cGameData* data = m_gameData.find(path);
+        if (!data || data->loadState == 0)
+            continue;
+        cEntityClass* found =
+            filter == CF_ANY ? findAny(*data, name) : data->findClass(name, KINDS[filter]);
+        if (found)
+            return found;
+    }
+    return nullptr;
+}
+
+cEntityClass* cGameConfigRegistry::findWorldspawn(const cGameConfig* config) const {
+    if (!config)
+        return nullptr;
+    for (const QString& path : config->gameData) {
+        const cGameData* data = m_gameData.find(path);
+        if (!data)
+            continue;
+        for (cEntityClass* c : data->classes) {
+            if (c->kind == CK_WORLD)
+                return c;
+        }
+    }
+    return nullptr;
+}
+
+// ---- Precaching
+
+bool cGameConfigRegistry::needsPrecache(const cGameConfig* config) const {
+    if (!config)
+        return false;
+    for (const QString& path : config->gameData) {
+        const cGameData* data = m_gameData.find(path);
+        if (!data || data->loadState != 2)
+            return true;
+    }
+    for (const QString& key : config->parcels) {
+        const cTexturePackage* package = m_textures.findPackage(key);
+        if (!package || !package->loaded)
+            return true;
+    }
+    return false;
+}
+
+void cGameConfigRegistry::buildTrees(cGameConfig* config) const {
+    cEntityClassTreeBuilder solids;
+    cEntityClassTreeBuilder points;
+    for (const QString& path : qAsConst(config->gameData)) {
+        const cGameData* data = m_gameData.find(path);
+        if (!data)
+            continue;
+        for (cEntityClass* c : data->classes) {
+            if (c->kind == CK_SOLID)
+                solids.add(c);
+            else if (c->kind == CK_POINT)
+                points.add(c);
+        }
+    }
+    config->solidClassTree = solids.build();
+    config->pointClassTree = points.build();
+}
+
+void cGameConfigRegistry::precache(cGameConfig* config) {
+    if (!config)
+        return;
+    const cBusy busy;
+    const cActiveConfigScope active(config);
+    config->solidClassTree = config->pointClassTree = cEntityClassNode();
+    if (!config->paletteFile.isEmpty())
+        m_textures.loadPalette(config->paletteFile, config->gameBasedir);
+    if (m_models)
+        m_models->setBaseDirectory(config->gameBasedir);
+    for (const QString& path : qAsConst(config->gameData)) {
+        cGameData* data = m_gameData.find(path);
+        if (data && data->load(false))
+            data->precache(config->paletteFile);
+    }
+    buildTrees(config);
+    for (const QString& key : qAsConst(config->parcels)) {
+        if (cTexturePackage* package = m_textures.findPackage(key))
+            m_textures.loadPackage(package, config->gameBasedir, config->paletteFile);
+    }
+    rebuildCatalogue(config);
+}

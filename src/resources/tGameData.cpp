@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+// A game data file's life: reading on demand, the class tables, automatic grouping, precaching.
+#include "resources/tGameData.h"
+
+#include "resources/tGameDataReader.h"
+#include "resources/tGameDataRegistry.h"
+#include "resources/tParser.h"
+#include "support/tHost.h"
+#include "support/tSystem.h"
+
+#include <QFileInfo>
+
+cGameData::cGameData(const QString& path, const cGameDataRegistry* owner)
+    : fileName(QFileInfo(path).fileName()), filePath(path), m_owner(owner) {}
+
+cGameData::~cGameData() {
+    clear();
+}
+
+// A path that is not absolute lies in one of the game's folders or beside the program.
+static QByteArray resolved(const QString& path) {
+    const QByteArray name = path.toLocal8Bit();
+    if (!QFileInfo(path).isRelative())
+        return name;
+    char found[4096];
+    File_Find(name.constData(), found, sizeof found);
+    return QByteArray(found);
+}
+
+bool cGameData::load(bool headerOnly) {
+    if (loadState > (headerOnly ? 0 : 1))
+        return true;
+    if (loadState != 0)
+        clear();
+    if (g_host)
+        g_host->showProgress(QStringLiteral("Precaching: %1").arg(fileName));
+    if (!cParser::loadFile(resolved(filePath).constData()))
+        return false;
+    readSections(headerOnly);
+    return true;
+}
+
+void cGameData::loadText(const char* text, int size, bool headerOnly) {
+    clear();
+    cParser::loadMemory(text, size);
+    readSections(headerOnly);
+}
+
+void cGameData::readSections(bool headerOnly) {
+    cGameDataReader(*this, headerOnly).read();
+    if (!headerOnly && !hasGroupClasses)
+        groupByPrefix();
+    loadState = headerOnly ? 1 : 2;
+}
+
+bool cGameData::reload(bool headerOnly) {
+    if (loadState != 0)
+        clear();
+    return load(headerOnly);
+}
+
+void cGameData::clear() {
+    if (precached && m_heldThrough) {
+        for (const cEntityClass* c : qAsConst(classes)) {
+            for (const QString* sprite : {&c->iconSprite, &c->sprite}) {
+                if (!sprite->isEmpty())
+                    m_heldThrough->releaseSprite(*sprite);
+            }
+            if (!c->studio.isEmpty())
+                m_heldThrough->releaseModel(c->studio);
+        }
+    }
+    m_heldThrough = nullptr;
+    pointClasses.clear();
+    solidClasses.clear();
+    qDeleteAll(classes);
+    classes.clear();
+    loadState = 0;
+    precached = hasGroupClasses = false;
+}
+
+// ---- Tables
+
+cEntityClass* cGameData::findClass(const QString& name, int kind) const {
+    if (kind == CK_SOLID || kind == CK_WORLD)
+        return solidClasses.value(name);
+    if (kind == CK_POINT)
+        return pointClasses.value(name);
+    const auto range = classes.equal_range(name);
+    for (auto found = range.first; found != range.second; ++found) {
+        if ((*found)->kind == kind)
+            return *found;
+    }
+    return nullptr;
+}
+
+cEntityClass* cGameData::findNewest(const QString& name) const {
+    return classes.value(name);
+}
+
+bool cGameData::addClass(std::unique_ptr<cEntityClass> entityClass) {
+    const cEntityClass* before = findNewest(entityClass->name);
+    if (before && before->kind == entityClass->kind)
+        return false;
+    cEntityClass* added = entityClass.release();
+    classes.insert(added->name, added);
+    if (added->kind == CK_WORLD || added->kind == CK_SOLID)
+        solidClasses.insert(added->name, added);
+    else if (added->kind == CK_POINT)
+        pointClasses.insert(added->name, added);
+    else if (added->kind == CK_GROUP)
+        hasGroupClasses = true;
+    return true;
+}
+
+cEntityClass* cGameData::groupClass(const QString& name) const {
+    return findClass(name, CK_GROUP);
+}
+
+// ---- Grouping of files that declare no group
+
+static bool isPlaced(const cEntityClass* c) {
+    return c->kind == CK_SOLID || c->kind == CK_POINT;
+}
+
+void cGameData::groupByPrefix() {
+    const QList<cEntityClass*> declared = classes.values();
+    for (cEntityClass* c : declared) {
+        const int end = c->name.indexOf(QLatin1Char('_'));
+        if (!isPlaced(c) || end <= 0 || c->name.left(end).trimmed().isEmpty())
+            continue;
+        const QString prefix = c->name.left(end);
+        c->group = groupClass(prefix);
+        if (c->group)
+            continue;
+        c->group = new cEntityClass;
+        c->group->kind = CK_GROUP;
+        c->group->name = prefix;
+        classes.insert(prefix, c->group);
+    }
+    for (cEntityClass* c : declared) {
+        if (isPlaced(c) && !c->group)
+            c->group = groupClass(c->name);
+    }
+}
+
+// ---- Precaching
+
+void cGameData::precache(const QString& paletteFile) {
+    if (precached)
+        return;
+    cPrecacheSource* source = m_owner ? m_owner->precacheSource() : nullptr;
+    if (source) {
+        source->makeContextCurrent();
+        const uint8_t* palette = paletteFile.isEmpty() ? nullptr : source->findPalette(paletteFile);
+        for (const cEntityClass* c : qAsConst(classes)) {
+            for (const QString* sprite : {&c->iconSprite, &c->sprite}) {
+                if (!sprite->isEmpty())
+                    source->acquireSprite(*sprite, palette);
+            }
+            if (!c->studio.isEmpty())
+                source->acquireModel(c->studio, palette);
+        }
+    }
+    m_heldThrough = source;
+    precached = true;
+}

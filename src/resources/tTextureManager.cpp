@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+// Textures, images, placeholders and palettes, and the callback that plug-ins deliver through.
+#include "resources/tTextureManager.h"
+
+#include "support/tConsole.h"
+#include "support/tHost.h"
+#include "support/tSystem.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QIcon>
+
+static constexpr int PALETTE_SIZE = 768;
+
+cTextureManager::~cTextureManager() {
+    clear();
+}
+
+void cTextureManager::clear() {
+    qDeleteAll(packages);
+    packages.clear();
+    const QList<cTexture*> all = m_sourceIds.keys();
+    for (cTexture* texture : all)
+        freeTexture(texture);
+    textures.clear();
+    placeholders.clear();
+    m_sourceIds.clear();
+    const QList<cTextureImage*> rest = images.values(); // those that came without a texture
+    for (cTextureImage* image : rest)
+        releaseImage(image);
+    images.clear();
+    m_imageIds.clear();
+    palettes.clear();
+}
+
+// ---- Textures
+
+static void setName(cTexture* texture, const char* name) {
+    qstrncpy(texture->name, name, sizeof texture->name);
+}
+
+cTexture* cTextureManager::obtainTexture(const QString& sourceId, const QString& name,
+                                         uint32_t flags) {
+    const bool real = (flags & TF_PLACEHOLDER) == 0;
+    cTexture* texture = real ? placeholders.take(name.toUpper()) : nullptr;
+    if (texture) {
+        forgetSource(texture);
+        texture->image = nullptr; // borrowed, like the icon
+        texture->icon = nullptr;
+        texture->flags = TF_REPLACED;
+    } else {
+        texture = new cTexture{};
+        texture->refCount = 1;
+        texture->flags = flags;
+        texture->opacity = 1.0f;
+    }
+    if (!real)
+        placeholders.insert(sourceId.toUpper(), texture);
+    textures.insert(sourceId, texture);
+    m_sourceIds.insert(texture, sourceId);
+    return texture;
+}
+
+cTexture* cTextureManager::findPlaceholder(const QString& name) const {
+    return placeholders.value(name.toUpper());
+}
+
+cTexture* cTextureManager::addPlaceholder(const QString& name) {
+    cTexture* texture = obtainTexture(name, name, TF_PLACEHOLDER);
+    texture->width = m_default.width;
+    texture->height = m_default.height;
+    texture->icon = m_default.icon;
+    texture->image = m_default.image;
+    setName(texture, name.toLocal8Bit().constData());
+    return texture;
+}
+
+void cTextureManager::releaseTexture(cTexture* texture) {
+    if (!texture || --texture->refCount > 0)
+        return;
+    const QString sourceId = forgetSource(texture);
+    if (texture->flags & TF_PLACEHOLDER)
+        placeholders.remove(sourceId.toUpper());
+    freeTexture(texture);
+}
+
+// Another texture may stand under the same id by now: that one stays.
+QString cTextureManager::forgetSource(cTexture* texture) {
+    const QString sourceId = m_sourceIds.take(texture);
+    if (textures.value(sourceId) == texture)
+        textures.remove(sourceId);
+    return sourceId;
+}
+
+void cTextureManager::freeTexture(cTexture* texture) {
+    if ((texture->flags & TF_PLACEHOLDER) == 0) {
+        delete texture->icon;
+        releaseImage(texture->image);
+    }
+    delete texture;
+}
+
+void cTextureManager::releaseImage(cTextureImage* image) {
+    if (!image || --image->refCount > 0)
+        return;
+    images.remove(m_imageIds.take(image));
+    if (m_uploader)
+        m_uploader->free(image);
+    delete image;
+}
+
+void cTextureManager::clearReplacedMarks() {
+    for (cTexture* texture : qAsConst(textures))
+        texture->flags &= ~uint32_t(TF_REPLACED);
+}
+
+// ---- What plug-ins deliver
+
+static void copyExtras(cTexture* texture, const cTextureExtras& extras) {
+    texture->renderState = extras.renderState;
+    texture->surfaceFlags = extras.surfaceFlags;
+    texture->contentFlags = extras.contentFlags;
+    texture->extraFlags = extras.extraFlags;
+    texture->value = extras.value;
+    texture->opacity = extras.opacity;
+    texture->reserved = extras.reserved;
+}
+
+cTextureImage* cTextureManager::addImage(const QString& sourceId, const cTextureImage& record,
+                                         const void* pixels, QIcon** iconOut) {
+    cTextureImage* image = new cTextureImage(record);
+    if (!images.contains(sourceId)) {
+        images.insert(sourceId, image);
+        m_imageIds.insert(image, sourceId);
+    }
+    if (m_uploader)
+        m_uploader->upload(image, pixels, iconOut);
+    return image;
+}
+
+void cTextureManager::addTexture(const char* sourceId, const char* name, uint32_t glFormat,
+                                 uint32_t compressedFormat, int32_t dataSize, int32_t width,
+                                 int32_t height, uint32_t flags, const cTextureExtras* extras,
+                                 const void* pixels, void* context) {
+    if (!name || !pixels || !context || width == 0 || height == 0)
+        return;
+    cTexturePackage* package = static_cast<cTexturePackage*>(context);
+    cTextureManager& manager = *package->manager;
+    const QString id = QString::fromLocal8Bit(sourceId ? sourceId : name);
+    const cTextureImage record = {1, width,  height, dataSize, glFormat, compressedFormat,
+                                  0, nullptr};
+    if (flags & TT_IMAGE_ONLY) {
+        if (!manager.images.contains(id))
+            manager.addImage(id, record, pixels, nullptr);
+        return;
+    }
+    QIcon* icon = nullptr;
+    cTextureImage* image = manager.addImage(id, record, pixels, &icon);
+    cTexture* texture = manager.obtainTexture(id, QString::fromLocal8Bit(name), 0);
+    texture->width = width;
+    texture->height = height;
+    texture->image = image;
+    texture->icon = icon;
+    setName(texture, name);
+    if (extras)
+        copyExtras(texture, *extras);
+    package->textures.push_back(texture);
+    if (!QCoreApplication::closingDown())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+// ---- Palettes
+
+bool cTextureManager::loadPalette(const QString& path, const QString& base) {
+    if (palettes.contains(path))
+        return true;
+    if (g_host)
+        g_host->showProgress(QStringLiteral("Precaching: ") + relativePath(base, path));
+    palettes.insert(path, QByteArray(PALETTE_SIZE, '\xFF'));
+    QFile file(path);
+    const bool opened = file.open(QIODevice::ReadOnly);
+    if (!opened || file.size() != PALETTE_SIZE) {
+        Warning("palette must contain exactly 256 colors");
+        return false;
+    }
+    const QByteArray bytes = file.read(PALETTE_SIZE);
+    if (bytes.size() != PALETTE_SIZE)
+        return false;
+    palettes.insert(path, bytes);
+    return true;
+}
+
+const uint8_t* cTextureManager::findPalette(const QString& path) const {
+    const auto found = palettes.constFind(path);
+    return found == palettes.constEnd() ? nullptr
+                                        : reinterpret_cast<const uint8_t*>(found->constData());
+}

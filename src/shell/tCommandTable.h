@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// The one table of commands: every entry of the menus, bars and pop-up menus is a row of it. The
+// rows are data; cMainWindow makes the actions in one loop.
+#pragma once
+
+#include <QKeySequence>
+#include <cstdint>
+
+class cMainWindow;
+
+// cCommandRow::flags
+enum eCommandFlag : uint32_t {
+    CMD_MAIN_MENU = 0x1,
+    CMD_CHECKABLE = 0x2,
+    CMD_SHOW_ALWAYS = 0x4,   // stays visible with no document
+    CMD_ENABLE_ALWAYS = 0x8, // stays enabled with no document
+    CMD_RECENT_BLOCK = 0x10, // separator: opens the block of recent files
+    CMD_RECENT_END = 0x20,   // separator: the recent files stand just before it
+    CMD_WINDOW_LIST = 0x40,  // separator: opens the list of document windows
+    CMD_WEB_MENU = 0x80,
+    CMD_ELEMENTS_MENU = 0x100,
+    CMD_SCHEMES_MENU = 0x200,
+    CMD_PLUGIN_MENU = 0x400,
+    CMD_BAR_FILE = 0x100000,
+    CMD_BAR_VIEW = 0x200000,
+    CMD_BAR_OPERATIONS = 0x400000,
+    CMD_POPUP_CANVAS = 0x800000,
+    CMD_POPUP_OPERATIONS = 0x1000000,
+    CMD_POPUP_CREATE = 0x2000000,
+    CMD_POPUP_SELECT = 0x4000000,
+    CMD_POPUP_SELECTION = 0x8000000
+};
+
+using cCommandSlot = void (cMainWindow::*)();
+
+// A row with neither id nor text is a separator wherever it is used. Empty texts are null.
+struct cCommandRow {
+    const char* menu;
+    const char* subMenu;
+    const char* id;
+    const char* text;
+    const char* icon;     // ":/qrc/" + icon + ".png"
+    const char* shortcut; // run through translation first
+    const char* statusTip;
+    cCommandSlot slot;
+    QKeySequence::StandardKey standardKey; // used when shortcut is empty
+    uint32_t flags;
+    uint32_t toolMask;
+    int barOrder;   // sort key in a toolbar
+    int popupOrder; // sort key in a pop-up menu
+};
+
+// A toolbar or pop-up menu, made of the rows that have its bit.
+struct cCommandGroup {
+    const char* title;
+    uint32_t bit;
+};
+
+struct cCommandRows {
+    const cCommandRow* first;
+    int count;
+    const cCommandRow* begin() const { return first; }
+    const cCommandRow* end() const { return first + count; }
+};
+
+struct cCommandGroups {
+    const cCommandGroup* first;
+    int count;
+    const cCommandGroup* begin() const { return first; }
+    const cCommandGroup* end() const { return first + count; }
+};
+
+cCommandRows commandTable(); // in menu order
+cCommandGroups commandBars();
+cCommandGroups commandPopups();

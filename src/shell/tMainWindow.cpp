@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: MIT
+// Building the main window and taking it down. The order of both is fixed: the console first, so
+// that every later message reaches it, the plug-ins' data last.
+#include "shell/tMainWindow.h"
+
+#include "document/tWinding.h"
+#include "pluginhost/tFlagCaptions.h"
+#include "pluginhost/tHostServices.h"
+#include "pluginhost/tPluginManager.h"
+#include "pluginhost/tPrimitiveList.h"
+#include "resources/tGameConfigRegistry.h"
+#include "resources/tGameDataRegistry.h"
+#include "resources/tModelManager.h"
+#include "resources/tTextureManager.h"
+#include "shell/tColorScheme.h"
+#include "shell/tProject.h"
+#include "support/tConsole.h"
+#include "support/tSystem.h"
+#include "views/tTool.h"
+
+#include <QApplication>
+#include <QDockWidget>
+#include <QGLWidget>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QSignalMapper>
+#include <QStatusBar>
+#include <QTextEdit>
+
+cMainWindow* g_mainWindow = nullptr;
+bool g_closing = false;
+
+static QString helpTip() {
+    return cMainWindow::tr("For Help, press F1");
+}
+
+cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
+    g_mainWindow = this;
+    g_host = this;
+    g_viewHost = this;
+    g_closing = false;
+    TempBuffer_FreeAll();
+    setObjectName(QStringLiteral("TDK_MainWindow"));
+    setWindowTitle(tr("Karvex"));
+    setWindowIcon(QIcon(QStringLiteral(":/qrc/karvex16.png")));
+    setDefaultGLFormat();
+    createDocks();
+    Print("%s", qPrintable(tr("%1 initialized (ELF build %2 %3)")
+                               .arg(QStringLiteral("Karvex"), QStringLiteral(__DATE__),
+                                    QStringLiteral(__TIME__))));
+    createServices();
+    createMdiArea();
+    createStatusBar();
+    createActions();
+    createTools();
+    loadCursors();
+    loadPlugins();
+    showProgress(tr("Loading settings..."));
+    loadSettings();
+    showProgress(tr("Loading color schemes..."));
+    loadColorSchemes();
+    showProgress(tr("Loading..."));
+    loadLayout();
+    updateUi();
+    show();
+    raise();
+    m_configs->load();
+    qApp->installEventFilter(this);
+    statusBar()->showMessage(m_mdiArea->statusTip());
+}
+
+cMainWindow::~cMainWindow() {
+    g_closing = true;
+    qApp->removeEventFilter(this);
+    disconnect(m_mdiArea, nullptr, this, nullptr);
+    for (cProject* project : projects)
+        project->detachWindows();
+    qDeleteAll(projects);
+    projects.clear();
+    delete m_mdiArea;
+    currentTool = suspendedTool = nullptr;
+    for (auto& tool : tools)
+        tool.reset();
+    m_colors.reset();
+    setHostServiceContext({});
+    m_plugins.reset();
+    m_configs.reset();
+    m_gameData.reset();
+    m_textures.reset();
+    m_models.reset();
+    m_captions.reset();
+    m_primitives.reset();
+    m_shareWidget.reset();
+    windingFreeLists();
+    TempBuffer_FreeAll();
+    g_viewHost = nullptr;
+    g_host = nullptr;
+    g_mainWindow = nullptr;
+}
+
+// Views that need depth ask for it themselves.
+void cMainWindow::setDefaultGLFormat() {
+    QGLFormat format;
+    format.setRgba(true);
+    format.setDirectRendering(true);
+    format.setDoubleBuffer(true);
+    format.setDepth(false);
+    format.setStencil(false);
+    format.setSwapInterval(0);
+    QGLFormat::setDefaultFormat(format);
+}
+
+void cMainWindow::createDocks() {
+    setDockOptions(AnimatedDocks | AllowTabbedDocks);
+    setCorner(Qt::TopLeftCorner, Qt::TopDockWidgetArea);
+    setCorner(Qt::TopRightCorner, Qt::TopDockWidgetArea);
+    setCorner(Qt::BottomLeftCorner, Qt::BottomDockWidgetArea);
+    setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
+    createConsole();
+}
+
+void cMainWindow::createConsole() {
+    m_consoleText = new QTextEdit;
+    m_consoleText->setObjectName(QStringLiteral("ConsoleText"));
+    m_consoleText->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    m_consoleText->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_consoleText->setUndoRedoEnabled(false);
+    m_consoleText->setReadOnly(true);
+    m_consoleText->setTextInteractionFlags(Qt::TextSelectableByMouse |
+                                           Qt::TextSelectableByKeyboard);
+    m_consoleText->setAutoFillBackground(true);
+    m_consoleText->setStatusTip(helpTip());
+    QPalette panel = m_consoleText->palette();
+    panel.setBrush(QPalette::Base, palette().window());
+    m_consoleText->setPalette(panel);
+
+    m_consoleDock = new QDockWidget(tr("Messages"), this);
+    m_consoleDock->setObjectName(QStringLiteral("console"));
+    m_consoleDock->setAllowedAreas(Qt::AllDockWidgetAreas);
+    m_consoleDock->setStatusTip(helpTip());
+    m_consoleDock->setWidget(m_consoleText);
+    addDockWidget(Qt::BottomDockWidgetArea, m_consoleDock);
+    connect(m_consoleDock, &QDockWidget::visibilityChanged, this,
+            &cMainWindow::updateScreenElements);
+    m_consoleEvents.start();
+}
+
+void cMainWindow::createServices() {
+    m_colors = std::make_unique<cColorScheme>();
+    m_models = std::make_unique<cModelManager>();
+    m_textures = std::make_unique<cTextureManager>();
+    m_gameData = std::make_unique<cGameDataRegistry>();
+    m_captions = std::make_unique<cFlagCaptions>();
+    m_primitives = std::make_unique<cPrimitiveList>();
+    m_configs = std::make_unique<cGameConfigRegistry>(*m_gameData, *m_textures, m_models.get());
+    m_configs->callbacks.reconfigureProjects = [this] {
+        for (cProject* project : projects)
+            project->reconfigure();
+    };
+
+    cPluginTargets targets;
+    targets.configs = m_configs.get();
+    targets.textures = m_textures.get();
+    targets.models = m_models.get();
+    targets.captions = m_captions.get();
+    targets.registerPrimitive = [this](const cPrimitive* record) {
+        m_primitives->registerPrimitive(record);
+    };
+    m_plugins = std::make_unique<cPluginManager>(targets);
+
+    cHostServiceContext context;
+    context.textures = m_textures.get();
+    context.configOf = [](const cMapData* map) -> const cGameConfig* {
+        const cProject* project = map ? cMap::of(const_cast<cMapData*>(map))->project : nullptr;
+        return project ? project->gameConfig : nullptr;
+    };
+    setHostServiceContext(context);
+    m_shareWidget = std::make_unique<QGLWidget>();
+}
+
+void cMainWindow::createMdiArea() {
+    m_mdiArea = new QMdiArea(this);
+    m_mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_mdiArea->setStatusTip(helpTip());
+    connect(m_mdiArea, &QMdiArea::subWindowActivated, this,
+            &cMainWindow::changeSubwindowActiveState);
+    m_windowMapper = new QSignalMapper(this);
+    connect(m_windowMapper, &QSignalMapper::mappedWidget, this,
+            &cMainWindow::setActiveChildWindow);
+    setCentralWidget(m_mdiArea);
+}
+
+void cMainWindow::createStatusBar() {
+    static constexpr int minimumWidths[STATUS_PANES] = {0, 220, 200, 120, 120, 120, 120};
+    for (int pane = 0; pane < STATUS_PANES; ++pane) {
+        auto* label = new QLabel(this);
+        label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        label->setTextFormat(Qt::PlainText);
+        label->setMinimumWidth(minimumWidths[pane]);
+        if (pane == 0) // a long message is cut and does not widen the window
+            label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        statusBar()->addPermanentWidget(label, pane == 0 ? 1 : 0);
+        m_statusPanes[size_t(pane)] = label;
+    }
+    connect(statusBar(), &QStatusBar::messageChanged, this, &cMainWindow::updateStatusBar);
+}
+
+// The block tool exists before the entity tool, which falls back on it.
+void cMainWindow::createTools() {
+    static constexpr int order[TOOL_COUNT] = {TOOL_SELECT, TOOL_MAGNIFY, TOOL_CAMERA, TOOL_BLOCK,
+                                              TOOL_ENTITY, TOOL_TEXTURE, TOOL_DECAL,  TOOL_CLIP,
+                                              TOOL_VERTEX, TOOL_CORDON,  TOOL_PATH};
+    for (int id : order) {
+        tools[size_t(id)] = std::make_unique<cTool>();
+        tools[size_t(id)]->setId(id);
+    }
+    currentTool = tools[TOOL_SELECT].get();
+    suspendedTool = nullptr;
+}
+
+static QPixmap cursorPixmap(const char* name) {
+    return QPixmap(QStringLiteral(":/qrc/%1.png").arg(QLatin1String(name)));
+}
+
+void cMainWindow::loadCursors() {
+    moveCursor = cursorPixmap("c_move");
+    cameraCursor = cursorPixmap("c_camera");
+    struct {
+        QCursor cMainWindow::*cursor;
+        const char* name;
+        int x;
+        int y;
+    } static const spots[] = {
+        {&cMainWindow::magnifyCursor, "c_magnify", 9, 9},
+        {&cMainWindow::crossCursor, "c_cross", 16, 15},
+        {&cMainWindow::textureCursor, "c_texture", 1, 1},
+        {&cMainWindow::decalCursor, "c_decal", 3, 3},
+        {&cMainWindow::entityCursor, "c_entity", 7, 7},
+        {&cMainWindow::brushCursor, "c_brush", 6, 6},
+        {&cMainWindow::rotateCursor, "c_rotate", 15, 15},
+    };
+    for (const auto& spot : spots)
+        this->*spot.cursor = QCursor(cursorPixmap(spot.name), spot.x, spot.y);
+}
+
+void cMainWindow::loadPlugins() {
+    showProgress(tr("Loading plugins..."));
+    m_plugins->loadAll();
+    createPluginMenu();
+}

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+// Held keys and grid keys of the whole application, the shortcuts that must win against
+// mnemonics, and the close sequence.
+#include "resources/tGameConfigRegistry.h"
+#include "shell/tMainWindow.h"
+#include "shell/tProject.h"
+#include "views/tDocumentViews.h"
+
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+
+// The second code of a key is the Cyrillic letter on the same place of a Russian layout.
+struct cKeyPair {
+    int key;
+    int cyrillic;
+    bool is(int code) const { return code == key || (cyrillic && code == cyrillic); }
+};
+
+static const struct {
+    cKeyPair keys;
+    eHeldKey bit;
+} g_heldKeys[] = {
+    {{Qt::Key_Left, 0}, HK_LEFT}, {{Qt::Key_Right, 0}, HK_RIGHT}, {{Qt::Key_Up, 0}, HK_UP},
+    {{Qt::Key_Down, 0}, HK_DOWN}, {{Qt::Key_W, 1062}, HK_W},      {{Qt::Key_S, 1067}, HK_S},
+    {{Qt::Key_A, 1060}, HK_A},    {{Qt::Key_D, 1042}, HK_D},      {{Qt::Key_C, 1057}, HK_C},
+};
+
+static constexpr cKeyPair BIGGER_GRID = {Qt::Key_Plus, 1066};
+static constexpr cKeyPair SMALLER_GRID = {Qt::Key_Minus, 1061};
+static constexpr int SMALLER_GRID_ALSO = 220;
+
+static bool isTextEntry(const QWidget* widget) {
+    if (const auto* edit = qobject_cast<const QTextEdit*>(widget))
+        return !edit->isReadOnly();
+    if (const auto* edit = qobject_cast<const QPlainTextEdit*>(widget))
+        return !edit->isReadOnly();
+    if (const auto* combo = qobject_cast<const QComboBox*>(widget))
+        return combo->isEditable();
+    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget);
+}
+
+// One key event is shown to the window, the widget and each of its ancestors; only one of these
+// calls may act.
+bool cMainWindow::takesKeys(QObject* watched) const {
+    const QObject* focus = QApplication::focusWidget();
+    return watched == (focus ? focus : QApplication::activeWindow());
+}
+
+bool cMainWindow::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+        keepShortcut(event);
+        break;
+    case QEvent::KeyPress:
+        if (takesKeys(watched)) {
+            auto* key = static_cast<QKeyEvent*>(event);
+            runKeptShortcut(key->key(), key->modifiers());
+            keyDown(key->key());
+        }
+        break;
+    case QEvent::KeyRelease:
+        if (takesKeys(watched) && !static_cast<QKeyEvent*>(event)->isAutoRepeat())
+            keyUp(static_cast<QKeyEvent*>(event)->key());
+        break;
+    case QEvent::ApplicationDeactivate:
+        heldKeys = 0; // the releases will not be seen
+        break;
+    case QEvent::WindowDeactivate:
+        if (watched == this)
+            heldKeys = 0;
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+void cMainWindow::keyDown(int key) {
+    if (QApplication::activeModalWidget() || isTextEntry(QApplication::focusWidget()))
+        return;
+    if (changeGridByKey(key))
+        return;
+    for (const auto& held : g_heldKeys)
+        if (held.keys.is(key))
+            heldKeys |= 1u << held.bit;
+}
+
+void cMainWindow::keyUp(int key) {
+    for (const auto& held : g_heldKeys)
+        if (held.keys.is(key))
+            heldKeys &= ~(1u << held.bit);
+}
+
+bool cMainWindow::changeGridByKey(int key) {
+    if (BIGGER_GRID.is(key))
+        setGridSize(gridSize * 2);
+    else if (SMALLER_GRID.is(key) || key == SMALLER_GRID_ALSO)
+        setGridSize(gridSize / 2);
+    else
+        return false;
+    return true;
+}
+
+void cMainWindow::setGridSize(int size) {
+    gridSize = qBound(MIN_GRID, size, MAX_GRID);
+    updateSnapPane();
+    redrawAllViews(REDRAW_2D);
+}
+
+// ---- Alt+E, which a menu's mnemonic would take
+
+static bool isExportMessages(int key, Qt::KeyboardModifiers modifiers) {
+    return key == Qt::Key_E && modifiers == Qt::AltModifier;
+}
+
+void cMainWindow::keepShortcut(QEvent* event) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (!QApplication::activeModalWidget() && isExportMessages(key->key(), key->modifiers()))
+        event->accept();
+}
+
+void cMainWindow::runKeptShortcut(int key, Qt::KeyboardModifiers modifiers) {
+    if (!QApplication::activeModalWidget() && isExportMessages(key, modifiers))
+        QMetaObject::invokeMethod(this, &cMainWindow::cmdWindowExportMessages,
+                                  Qt::QueuedConnection);
+}
+
+void cMainWindow::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && (event->modifiers() & Qt::AltModifier) && activeChild() &&
+        currentToolId() != TOOL_TEXTURE) {
+        openObjectProperties();
+        return;
+    }
+    QMainWindow::keyPressEvent(event);
+}
+
+// ---- Closing
+
+void cMainWindow::leaveFaceMode() {
+    if (currentToolId() != TOOL_TEXTURE)
+        return;
+    currentTool->deactivate();
+    currentTool = tools[TOOL_SELECT].get();
+    for (cProject* project : projects)
+        project->map->clearSelection();
+    notifyTools();
+}
+
+bool cMainWindow::closeAllWindows() {
+    for (QMdiSubWindow* window : m_mdiArea->subWindowList())
+        if (!window->close())
+            return false;
+    return true;
+}
+
+void cMainWindow::closeEvent(QCloseEvent* event) {
+    g_closing = true;
+    leaveFaceMode();
+    if (!closeAllWindows()) {
+        g_closing = false;
+        event->ignore();
+        return;
+    }
+    saveSettings();
+    saveLayout();
+    event->accept();
+}

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+// TDKSettings.ini: settings, recent files and colours; read at start, written at an orderly end.
+#include "resources/tGameConfigRegistry.h"
+#include "shell/tColorScheme.h"
+#include "shell/tMainWindow.h"
+#include "shell/tSettingsTable.h"
+#include "support/tConsole.h"
+#include "support/tSystem.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+#include <QTextCodec>
+
+static const QString RECENT_GROUP = QStringLiteral("RecentFiles");
+static const QString CUSTOM_GROUP = QStringLiteral("ColorSchemeCustom");
+static const QString TITLE_KEY = QStringLiteral("Title");
+
+static QString settingsPath() {
+    return QDir(appBaseDir()).filePath(QStringLiteral("TDKSettings.ini"));
+}
+
+static QString recentKey(int index) {
+    return QStringLiteral("RecentFile%1").arg(index + 1);
+}
+
+void cMainWindow::loadSettings() {
+    QSettings file(settingsPath(), QSettings::IniFormat);
+    file.setIniCodec(QTextCodec::codecForLocale());
+    readSettings(file, *this);
+    file.beginGroup(RECENT_GROUP);
+    for (int i = 0; i < RECENT_FILES; ++i) {
+        const QString path = file.value(recentKey(i)).toString();
+        if (!path.isEmpty())
+            recentFiles.append(path);
+    }
+    file.endGroup();
+    refreshRecentFiles();
+    updateSettingChecks();
+    const uint32_t memory = Sys_PhysicalMemory();
+    if (clampSettings(*this, memory) && memory)
+        Print("Physical RAM: %u Mb", memory);
+    TempBuffer_FreeAll();
+}
+
+void cMainWindow::saveSettings() {
+    QSettings file(settingsPath(), QSettings::IniFormat);
+    file.setIniCodec(QTextCodec::codecForLocale());
+    if (!file.isWritable())
+        return;
+    writeSettings(file, *this);
+    file.beginGroup(RECENT_GROUP);
+    for (int i = 0; i < RECENT_FILES; ++i) {
+        if (i < recentFiles.size())
+            file.setValue(recentKey(i), recentFiles[i]);
+        else
+            file.remove(recentKey(i));
+    }
+    file.endGroup();
+    file.beginGroup(CUSTOM_GROUP);
+    m_colors->writeCustom(file);
+    file.endGroup();
+    m_configs->save();
+}
+
+// ---- Colours
+
+void cMainWindow::loadColorSchemes() {
+    QSettings file(settingsPath(), QSettings::IniFormat);
+    file.setIniCodec(QTextCodec::codecForLocale());
+    file.beginGroup(CUSTOM_GROUP);
+    if (file.contains(TITLE_KEY))
+        m_colors->readCustom(file);
+    file.endGroup();
+    if (CurrentColorScheme == -1) {
+        m_colors->useCustom();
+    } else {
+        file.beginGroup(QStringLiteral("ColorScheme%1").arg(CurrentColorScheme));
+        if (file.contains(TITLE_KEY))
+            m_colors->readScheme(file);
+        file.endGroup();
+    }
+    applyPalette();
+}
+
+// Black leaves the application its own look.
+void cMainWindow::applyPalette() {
+    const QColor& color = m_colors->color(COLOR_APPLICATION);
+    if (color.red() || color.green() || color.blue()) {
+        QApplication::setPalette(QPalette(color));
+        m_paletteChanged = true;
+    } else if (m_paletteChanged) {
+        QApplication::setPalette(m_startPalette);
+        m_paletteChanged = false;
+    }
+}
+
+// ---- Recent files
+
+void cMainWindow::addRecentFile(const QString& path) {
+    recentFiles.removeAll(path);
+    recentFiles.prepend(path);
+    refreshRecentFiles();
+}
+
+void cMainWindow::refreshRecentFiles() {
+    for (int i = recentFiles.size() - 1; i >= 0; --i)
+        if (!QFileInfo::exists(recentFiles[i]))
+            recentFiles.removeAt(i);
+    for (int i = 0; i < RECENT_FILES; ++i) {
+        QAction* action = m_recentActions[i];
+        action->setVisible(i < recentFiles.size());
+        if (i >= recentFiles.size())
+            continue;
+        const QFileInfo info(recentFiles[i]);
+        const QString name = info.fileName().replace(QLatin1Char('&'), QLatin1String("&&"));
+        action->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(name));
+        action->setStatusTip(info.canonicalFilePath());
+        action->setData(info.canonicalFilePath());
+    }
+    m_recentSeparator->setVisible(!recentFiles.isEmpty());
+}
+
+void cMainWindow::openRecentFile() {
+    const auto* action = qobject_cast<const QAction*>(sender());
+    if (!action)
+        return;
+    openFile(action->data().toString());
+    checkActiveState(false);
+}

@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+// What is enabled, visible and checked, and what happens when another document becomes active.
+#include "pluginhost/tPluginInterface.h"
+#include "resources/tGameConfigRegistry.h"
+#include "shell/tCustomAction.h"
+#include "shell/tMainWindow.h"
+#include "shell/tProject.h"
+#include "support/tSystem.h"
+#include "views/tCanvas.h"
+#include "views/tChildWindow.h"
+
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QStatusBar>
+
+static const cActionRules* rulesOf(const QAction* action) {
+    return dynamic_cast<const cActionRules*>(action);
+}
+
+// ---- The active document
+
+cChildWindow* cMainWindow::activeChild() const {
+    const QMdiSubWindow* window = m_mdiArea->activeSubWindow();
+    if (!window)
+        window = m_mdiArea->currentSubWindow();
+    auto* child = window ? qobject_cast<cChildWindow*>(window->widget()) : nullptr;
+    return child && child->project ? child : nullptr;
+}
+
+cProject* cMainWindow::activeProject() const {
+    const cChildWindow* child = activeChild();
+    return child ? static_cast<cProject*>(child->project) : nullptr;
+}
+
+cProject* cMainWindow::projectOf(const cCanvas* canvas) const {
+    if (!canvas || !canvas->childWindow)
+        return nullptr;
+    return static_cast<cProject*>(canvas->childWindow->project);
+}
+
+void cMainWindow::changeSubwindowActiveState(QMdiSubWindow*) {
+    cProject* project = activeProject();
+    if (project)
+        activateProject(project);
+    checkActiveState(!project);
+    updateUi();
+}
+
+void cMainWindow::activateProject(cProject* project) {
+    m_configs->setCurrent(project->gameConfig);
+    setActiveConfig(project->gameConfig);
+    setStatusPane(QString(), 4);
+    project->map->describeSelection();
+}
+
+void cMainWindow::checkActiveState(bool clearConfig) {
+    if (clearConfig)
+        m_configs->setCurrent(nullptr);
+    updateTimers();
+    const cChildWindow* child = activeChild();
+    if (!child)
+        setActiveCanvas(nullptr);
+    else if (!activeCanvas || activeCanvas->childWindow != child)
+        setActiveCanvas(child->firstCanvas());
+    QString title;
+    if (const cGameConfig* config = m_configs->current)
+        title =
+            QStringLiteral("%1 (%2)").arg(config->title, QString::fromLocal8Bit(profile().name));
+    if (child && currentToolId() == TOOL_SELECT)
+        notifyTools();
+    updateToolActions();
+    setStatusPane(title, 1);
+}
+
+// A window behind a maximized one is not seen and runs no timers.
+void cMainWindow::updateTimers() {
+    const cChildWindow* child = activeChild();
+    const bool covered = child && child->parentWidget() && child->parentWidget()->isMaximized();
+    for (cProject* project : projects)
+        for (cChildWindow* window : project->windows)
+            window->setTimersRunning(window->isVisible() && (!covered || window == child));
+}
+
+void cMainWindow::setActiveChildWindow(QWidget* window) {
+    if (auto* subWindow = qobject_cast<QMdiSubWindow*>(window))
+        m_mdiArea->setActiveSubWindow(subWindow);
+}
+
+void cMainWindow::notifyTools() {
+    if (activeCanvas)
+        for (auto& tool : tools)
+            tool->setCanvas(activeCanvas);
+    updateActionStates(AS_CLIPBOARD | AS_GROUP);
+}
+
+void cMainWindow::redrawAllViews(int mask) {
+    for (cProject* project : projects)
+        project->redrawViews(mask);
+}
+
+// ---- Actions
+
+void cMainWindow::updateUi() {
+    updateWindowList();
+    updateScreenElements();
+    updateDocumentActions();
+    updateToolActions();
+    updateSnapPane();
+}
+
+static void applyDocumentRules(QAction* action, bool hasDocument) {
+    const cActionRules* rules = rulesOf(action);
+    if (!rules)
+        return;
+    if (rules->hideWithoutDocument)
+        action->setVisible(hasDocument);
+    if (rules->disableWithoutDocument)
+        action->setEnabled(hasDocument);
+}
+
+void cMainWindow::updateDocumentActions() {
+    const bool hasDocument = activeChild() != nullptr;
+    for (QAction* action : actions)
+        applyDocumentRules(action, hasDocument);
+    for (QAction* action : m_pluginActions)
+        applyDocumentRules(action, hasDocument);
+    updateMenuVisibility();
+}
+
+// A separator keeps no menu visible, and neither does a submenu.
+void cMainWindow::updateMenuVisibility() {
+    for (QMenu* menu : m_menus) {
+        bool visible = false;
+        for (const QAction* action : menu->actions())
+            visible |= action->isVisible() && !action->isSeparator() && !action->menu();
+        menu->menuAction()->setVisible(visible);
+    }
+    m_pluginMenu->menuAction()->setVisible(!m_pluginActions.isEmpty());
+}
+
+void cMainWindow::updateToolActions() {
+    const int tool = currentToolId();
+    if (activeChild() && tool >= 0)
+        for (QAction* action : actions)
+            if (const cActionRules* rules = rulesOf(action))
+                action->setEnabled(!(rules->toolMask & (1u << tool)));
+    updateActionStates(AS_ALL);
+}
+
+void cMainWindow::updateActionStates(int mask) {
+    const bool hasDocument = activeChild() != nullptr;
+    const bool detailVisible = hasDocument && profile().detailContentMask != 0;
+    for (QAction* action : actions)
+        if ((mask & AS_DETAIL) && action->objectName() == QLatin1String("ViewDetail"))
+            action->setVisible(detailVisible);
+}
+
+void cMainWindow::setActionChecked(const char* id, bool checked) {
+    const QString name = QString::fromLatin1(id);
+    for (QAction* action : actions)
+        if (action->isCheckable() && action->objectName() == name)
+            action->setChecked(checked);
+}
+
+void cMainWindow::updateSettingChecks() {
+    struct {
+        const char* id;
+        bool checked;
+    } const checks[] = {
+        {"MapGrid", EnableGrid2D},
+        {"MapGrid3D", EnableGrid3D},
+        {"MapSnap", SnapToGrid},
+        {"ViewConn", ShowConnections},
+        {"ViewMod2D", DrawModels},
+        {"ViewNodraw", DrawNoDraw},
+        {"ViewTexTrans", TextureTransparency},
+        {"ViewEntTrans", EntityTransparency},
+        {"ViewItems", (HideMask & HM_ITEMS) != 0},
+        {"ViewPaths", (HideMask & HM_PATHS) != 0},
+        {"ViewDetail", (HideMask & HM_DETAIL) != 0},
+    };
+    for (const auto& check : checks)
+        setActionChecked(check.id, check.checked);
+}
+
+void cMainWindow::updateViewControls() {
+    struct {
+        const char* id;
+        int type;
+        int mode;
+    } static const views[] = {
+        {"View2DXY", VIEW_TOP, -1},          {"View2DYZ", VIEW_FRONT, -1},
+        {"View2DXZ", VIEW_SIDE, -1},         {"View3DW", VIEW_CAMERA, RM_WIREFRAME},
+        {"View3DF", VIEW_CAMERA, RM_FILLED}, {"View3DT", VIEW_CAMERA, RM_TEXTURED},
+    };
+    const cCanvas* canvas = activeCanvas;
+    for (const auto& view : views)
+        setActionChecked(view.id, canvas && canvas->viewType == view.type &&
+                                      (view.mode < 0 || canvas->renderMode == view.mode));
+}
+
+void cMainWindow::updateSnapPane() {
+    setStatusPane(tr("Snap: %1 Grid: %2").arg(SnapToGrid ? tr("On") : tr("Off")).arg(gridSize), 6);
+}
+
+void cMainWindow::updateStatusBar(const QString& text) {
+    setStatusPane(text, 0);
+}

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+// Document windows: which ones a project gets, the list of them in the Window menu, and that
+// menu's commands with those of the message console.
+#include "shell/tMainWindow.h"
+#include "shell/tProject.h"
+#include "support/tConsole.h"
+#include "views/tCanvas.h"
+#include "views/tChildWindow.h"
+
+#include <QAction>
+#include <QDockWidget>
+#include <QFile>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMessageBox>
+#include <QSignalMapper>
+#include <QTextEdit>
+#include <QTextStream>
+
+// ---- Making windows
+
+// The system menu's Close would take Ctrl+W away from the commands.
+static void stripShortcuts(const QMdiSubWindow* window) {
+    if (const QMenu* menu = window->systemMenu())
+        for (QAction* action : menu->actions())
+            action->setShortcut(QKeySequence());
+}
+
+cChildWindow* cMainWindow::addChild(cProject* project) {
+    auto* child = new cChildWindow(project);
+    QMdiSubWindow* window = m_mdiArea->addSubWindow(child);
+    window->setWindowIcon(windowIcon());
+    stripShortcuts(window);
+    m_mdiArea->setActiveSubWindow(window);
+    project->updateTitles();
+    return child;
+}
+
+static cChildWindow* showFourViews(cMainWindow& main, cProject* project) {
+    const QMdiSubWindow* active = main.mdiArea()->currentSubWindow();
+    const bool maximize = !active || active->isMaximized();
+    cChildWindow* child = main.addChild(project);
+    child->createViews(-1);
+    if (maximize)
+        child->parentWidget()->showMaximized();
+    else
+        child->parentWidget()->show();
+    return child;
+}
+
+static cChildWindow* showSingleView(cMainWindow& main, cProject* project, int type) {
+    cChildWindow* child = main.addChild(project);
+    child->createViews(type);
+    child->parentWidget()->show();
+    return child;
+}
+
+// The types 1, 2 and 3 in turn, for the whole run.
+static int nextSingleType() {
+    static int counter = 0;
+    return counter++ % 3 + 1;
+}
+
+static void focusWindow(const cChildWindow* child) {
+    cCanvas* canvas = child->findCanvas(-1);
+    if (!canvas)
+        canvas = child->firstCanvas();
+    if (canvas)
+        canvas->activate();
+}
+
+void cMainWindow::createProjectWindows(cProject* project) {
+    cChildWindow* child = nullptr;
+    if (!IndependentWindows) {
+        child = showFourViews(*this, project);
+    } else if (CreateDefaultWindows) {
+        const bool first = m_mdiArea->subWindowList().isEmpty();
+        for (int type : {VIEW_FRONT, VIEW_SIDE, VIEW_TOP, VIEW_CAMERA})
+            child = showSingleView(*this, project, type);
+        if (first)
+            m_mdiArea->tileSubWindows();
+    } else {
+        child = showSingleView(*this, project, nextSingleType());
+    }
+    focusWindow(child);
+    updateUi();
+}
+
+// ---- The Window menu
+
+void cMainWindow::updateWindowList() {
+    for (QAction* action : m_windowActions) {
+        m_windowMenu->removeAction(action);
+        action->deleteLater(); // it may be the one that was just triggered
+    }
+    m_windowActions.clear();
+    const QList<QMdiSubWindow*> windows = m_mdiArea->subWindowList();
+    m_windowSeparator->setVisible(!windows.isEmpty());
+    int number = 0;
+    for (QMdiSubWindow* window : windows) {
+        const auto* child = qobject_cast<cChildWindow*>(window->widget());
+        if (!child)
+            continue;
+        const QString format = ++number < 10 ? QStringLiteral("&%1 %2") : QStringLiteral("%1 %2");
+        QString title = child->windowTitle();
+        title.replace(QLatin1Char('&'), QLatin1String("&&"));
+        QAction* action = m_windowMenu->addAction(format.arg(number).arg(title));
+        action->setCheckable(true);
+        action->setChecked(child == activeChild());
+        connect(action, &QAction::triggered, m_windowMapper, QOverload<>::of(&QSignalMapper::map));
+        m_windowMapper->setMapping(action, window);
+        m_windowActions.append(action);
+    }
+}
+
+void cMainWindow::cmdWindowNew() {
+    cProject* project = activeProject();
+    if (!project)
+        return;
+    cChildWindow* child = IndependentWindows ? showSingleView(*this, project, nextSingleType())
+                                             : showFourViews(*this, project);
+    project->updateTitles();
+    focusWindow(child);
+    updateUi();
+}
+
+void cMainWindow::cmdWindowCascade() {
+    m_mdiArea->cascadeSubWindows();
+}
+
+void cMainWindow::cmdWindowTile() {
+    m_mdiArea->tileSubWindows();
+}
+
+void cMainWindow::cmdWindowNext() {
+    m_mdiArea->activateNextSubWindow();
+}
+
+void cMainWindow::cmdWindowPrev() {
+    m_mdiArea->activatePreviousSubWindow();
+}
+
+// ---- The console
+
+void cMainWindow::cmdWindowMessages() {
+    if (const auto* action = qobject_cast<const QAction*>(sender()))
+        m_consoleDock->setVisible(action->isChecked());
+}
+
+void cMainWindow::cmdWindowExportMessages() {
+    const QString text = m_consoleText->toPlainText();
+    if (text.isEmpty())
+        return;
+    const QString name =
+        askSaveName(RecentMapDirectory, {{tr("Text files (*.txt)"), QStringLiteral(".txt")}});
+    if (name.isEmpty())
+        return;
+    QFile file(name);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+        QMessageBox::warning(this, QStringLiteral("Karvex"),
+                             tr("Failed to write: %1\n%2").arg(name, file.errorString()));
+        return;
+    }
+    QTextStream(&file) << text;
+    appendConsole(tr("Messages exported to \"%1\"").arg(name), false, false);
+}

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+// How a project comes into being, how it asks before it goes, and its titles.
+#include "shell/tProject.h"
+
+#include "dialogs/tSelectGameCfgDialog.h"
+#include "dialogs/tWaitDialog.h"
+#include "document/tEntity.h"
+#include "resources/tGameConfigRegistry.h"
+#include "shell/tMainWindow.h"
+#include "support/tConsole.h"
+#include "support/tSystem.h"
+#include "views/tCanvas.h"
+#include "views/tChildWindow.h"
+
+#include <QMessageBox>
+#include <algorithm>
+
+static const QString PROGRAM_NAME = QStringLiteral("Karvex");
+
+cProject::cProject() : map(std::make_unique<cMap>(this)) {}
+
+cProject::~cProject() {
+    if (gameConfig)
+        --gameConfig->useCount;
+    detachWindows();
+    map.reset();
+    if (g_mainWindow) {
+        g_mainWindow->setStatusPane(QString(), 2);
+        g_mainWindow->setStatusPane(QString(), 4);
+    }
+}
+
+void cProject::detachWindows() {
+    for (cChildWindow* window : windows) {
+        window->closing = true;
+        window->project = nullptr;
+    }
+    windows.clear();
+}
+
+cConfigFolders* cProject::viewConfig() {
+    return gameConfig;
+}
+
+// ---- The game configuration
+
+bool cProject::selectGameConfig() {
+    const cGameConfigRegistry& registry = g_mainWindow->configs();
+    if (registry.configs.isEmpty()) {
+        refuseWithoutConfig(QCoreApplication::translate(
+            "cProject",
+            "No game configurations are available. You must set them up in the \"Game Profiles\" "
+            "tab of the Options dialog box before creating or loading a map.\n\nDo you want to "
+            "create a new game configuration now?"));
+        return false;
+    }
+    QList<cGameConfig*> enabled;
+    for (cGameConfig* config : registry.configs)
+        if (config->enabled)
+            enabled.append(config);
+    if (enabled.isEmpty()) {
+        refuseWithoutConfig(QCoreApplication::translate(
+            "cProject",
+            "No game configurations are available. However, there are some configurations set "
+            "up, but they are disabled. You must enable them in the \"Game Profiles\" tab of the "
+            "Options dialog box before creating or loading a map.\n\nDo you want to do this "
+            "now?"));
+        return false;
+    }
+    cGameConfig* chosen = enabled.first();
+    if (enabled.size() > 1) {
+        cSelectGameCfgDialog dialog(registry, g_mainWindow);
+        chosen =
+            dialog.exec() == QDialog::Accepted ? registry.find(dialog.selectedName()) : nullptr;
+    }
+    if (!chosen)
+        return false;
+    takeConfig(chosen);
+    precacheConfig();
+    return true;
+}
+
+void cProject::refuseWithoutConfig(const QString& text) {
+    const auto answer =
+        QMessageBox::warning(g_mainWindow, PROGRAM_NAME, text, QMessageBox::Yes | QMessageBox::No);
+    if (answer == QMessageBox::Yes)
+        g_mainWindow->openGameProfiles();
+}
+
+void cProject::takeConfig(cGameConfig* config) {
+    gameConfig = config;
+    gameConfigName = config->title;
+    ++config->useCount;
+}
+
+void cProject::precacheConfig() {
+    cGameConfigRegistry& registry = g_mainWindow->configs();
+    if (registry.needsPrecache(gameConfig)) {
+        const cBusy busy;
+        cWaitDialog wait(
+            QCoreApplication::translate("cProject", "Precaching game configuration..."), QString(),
+            g_mainWindow);
+        g_waitDialog = &wait;
+        wait.show();
+        wait.centerOnMainWindow();
+        registry.precache(gameConfig);
+        g_waitDialog = nullptr;
+    }
+    TempBuffer_FreeAll();
+}
+
+void cProject::activateConfig() {
+    g_mainWindow->configs().setCurrent(gameConfig);
+    setActiveConfig(gameConfig);
+}
+
+void cProject::reconfigure() {
+    gameConfig = g_mainWindow->configs().find(gameConfigName);
+    applyScrollbarSetting();
+    redrawViews(REDRAW_ALL);
+}
+
+// ---- New
+
+bool cProject::newProject() {
+    static int counter = 1;
+
+    if (!selectGameConfig())
+        return false;
+    const cBusy busy;
+    title = QStringLiteral("Map%1").arg(counter++);
+    map->clearMap();
+    activateConfig();
+    createWorldspawn();
+    map->buildCullTree();
+    Print("Created new project with game configuration \"%s\"",
+          gameConfigName.toLocal8Bit().constData());
+    return true;
+}
+
+void cProject::createWorldspawn() {
+    static const float origin[3] = {0, 0, 0};
+    const cEntityClass* worldClass = g_mainWindow->configs().findWorldspawn(gameConfig);
+    const QByteArray name =
+        worldClass ? worldClass->name.toLocal8Bit() : QByteArrayLiteral("worldspawn");
+    cEntityData* world = map->addEntity(name.constData(), origin, EF_WORLD);
+    resetEntityFromClass(world);
+    updateEntity(world, 0);
+}
+
+// ---- Closing
+
+bool cProject::confirmClose() {
+    if (!dirty)
+        return true;
+    const auto answer = QMessageBox::warning(
+        g_mainWindow, PROGRAM_NAME,
+        QCoreApplication::translate("cProject", "Save changes to %1?").arg(title),
+        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+    if (answer == QMessageBox::No)
+        return true;
+    if (answer != QMessageBox::Yes)
+        return false;
+    return path.isEmpty() ? saveAsNewFile() : saveProject(path);
+}
+
+bool cProject::saveAsNewFile() {
+    const QString directory = gameConfig ? gameConfig->mapSourceFileDirectory : QString();
+    const QString name = g_mainWindow->askSaveName(
+        directory, {{QStringLiteral("Map Projects (*.kvx)"), QStringLiteral(".kvx")}});
+    if (name.isEmpty())
+        return false;
+    if (!saveProject(name))
+        return false;
+    g_mainWindow->addRecentFile(name);
+    return true;
+}
+
+bool cProject::closeProject() {
+    if (!closing && !confirmClose())
+        return false;
+    closing = true;
+    const QList<cChildWindow*> all = windows;
+    detachWindows();
+    for (cChildWindow* window : all)
+        if (QWidget* subWindow = window->parentWidget())
+            subWindow->close();
+    return true;
+}
+
+bool cProject::windowClosing(cChildWindow* window) {
+    if (windows.size() == 1 && windows.first() == window && !confirmClose())
+        return false;
+    windows.removeOne(window);
+    window->project = nullptr;
+    if (!windows.isEmpty()) {
+        updateTitles();
+        return true;
+    }
+    closing = true;
+    g_mainWindow->removeProject(this); // deletes this
+    return true;
+}
+
+// ---- Titles
+
+void cProject::setDirty(bool flag) {
+    dirty = flag;
+    updateTitles();
+}
+
+void cProject::updateTitles() {
+    const QString mark = dirty ? QStringLiteral("*") : QString();
+    for (int i = 0; i < windows.size(); ++i) {
+        const QString number = windows.size() > 1 ? QStringLiteral(":%1").arg(i + 1) : QString();
+        windows[i]->setWindowTitle(title + number + mark);
+    }
+}

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// One open document: its map, its game configuration, its file names and its windows. Asks before
+// it goes away. It lives in the shell because it holds windows and puts questions; the map knows
+// it as an opaque pointer only.
+#pragma once
+
+#include "document/tMap.h"
+#include "views/tDocumentViews.h"
+
+#include <QString>
+#include <memory>
+
+struct cGameConfig;
+struct cMapFormat;
+
+class cProject : public cDocumentViews {
+public:
+    cProject();
+    ~cProject() override;
+    cProject(const cProject&) = delete;
+    cProject& operator=(const cProject&) = delete;
+
+    // Fills a fresh project. False: nothing was made; the caller deletes the project.
+    bool newProject();
+    bool loadProject(const QString& path);
+
+    bool saveProject(const QString& path);   // project format, or what the suffix asks for
+    bool exportProject(const QString& path); // neither dirty nor title change
+    bool confirmClose();                     // "Save changes"; true: go on
+    bool closeProject();                     // all windows, after the question; false: refused
+    void detachWindows();                    // the program ends: no window knows the project
+
+    void setDirty(bool flag);
+    void updateTitles();
+    void reconfigure(); // the configurations are new objects
+
+    // ---- cDocumentViews
+
+    bool windowClosing(cChildWindow* window) override;
+    cConfigFolders* viewConfig() override;
+    cMap* viewMap() override { return map.get(); }
+
+    bool isNew = true; // until saved or loaded
+    bool dirty = false;
+    bool closing = false; // the last window has gone: nothing is asked any more
+    QString path;         // empty on a new project
+    QString exportPath;   // of the last export, not stored
+    QString title;        // for window titles and questions
+    QString gameConfigName;
+    cGameConfig* gameConfig = nullptr; // counted in its useCount; null once it has gone
+    std::unique_ptr<cMap> map;
+
+private:
+    bool selectGameConfig();
+    void refuseWithoutConfig(const QString& text);
+    void takeConfig(cGameConfig* config);
+    void precacheConfig();
+    void activateConfig();
+    void createWorldspawn();
+    bool readFile(const QString& file);
+    bool importMap(const QString& file);
+    bool saveAsNewFile();
+    void becomeFile(const QString& file);
+    // Runs the formats that fit, in order; false at the first that fails.
+    bool runFormats(const QList<const cMapFormat*>& formats, const QString& file);
+};

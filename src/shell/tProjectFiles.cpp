@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+// How a project reaches the disk and comes back: its own format, and the formats of the plug-ins.
+#include "document/tProjectFile.h"
+#include "pluginhost/tPluginManager.h"
+#include "resources/tGameConfigRegistry.h"
+#include "resources/tTextureCatalogue.h"
+#include "shell/tMainWindow.h"
+#include "shell/tProject.h"
+#include "support/tConsole.h"
+
+#include <QApplication>
+#include <QFileInfo>
+
+// The wait cursor, for as long as it lives.
+class cWaitCursor {
+public:
+    cWaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~cWaitCursor() { QApplication::restoreOverrideCursor(); }
+    cWaitCursor(const cWaitCursor&) = delete;
+    cWaitCursor& operator=(const cWaitCursor&) = delete;
+};
+
+static bool isProjectFile(const QString& file) {
+    return !QFileInfo(file).suffix().compare(QLatin1String("kvx"), Qt::CaseInsensitive);
+}
+
+static QString extensionOf(const QString& file) {
+    return QLatin1Char('.') + QFileInfo(file).suffix().toLower();
+}
+
+static QString fileNameOf(const QString& file) {
+    return QFileInfo(file).fileName();
+}
+
+// library 0 stands for any.
+static QList<const cMapFormat*> fittingFormats(const QList<cMapFormat>& formats, uint32_t library,
+                                               const QString& extension) {
+    QList<const cMapFormat*> fitting;
+    for (const cMapFormat& format : formats)
+        if ((!library || format.library == library) &&
+            !format.extension.compare(extension, Qt::CaseInsensitive))
+            fitting.append(&format);
+    return fitting;
+}
+
+bool cProject::runFormats(const QList<const cMapFormat*>& formats, const QString& file) {
+    const QByteArray name = file.toLocal8Bit();
+    return std::all_of(formats.begin(), formats.end(), [&](const cMapFormat* format) {
+        return format->function(format->id, name.constData(), &map->data) != 0;
+    });
+}
+
+static const cMapProfile& profileOf(const cProject& project) {
+    return *g_mainWindow->configs().profileOf(project.gameConfig);
+}
+
+// ---- Load
+
+bool cProject::loadProject(const QString& file) {
+    if (!selectGameConfig())
+        return false;
+    const cWaitCursor waitCursor;
+    const cBusy busy;
+    map->clearMap();
+    activateConfig();
+    cTextureCatalogue* catalogue = g_mainWindow->configs().currentCatalogue;
+    if (catalogue)
+        catalogue->removeMissingEntries();
+    const bool read = readFile(file);
+    if (catalogue)
+        catalogue->addMissingEntries();
+    if (!read) {
+        map->clearMap();
+        return false;
+    }
+    map->finishLoad();
+    exportPath.clear();
+    becomeFile(file);
+    Print("Loaded project with game configuration \"%s\"",
+          gameConfigName.toLocal8Bit().constData());
+    return true;
+}
+
+bool cProject::readFile(const QString& file) {
+    return isProjectFile(file) ? cProjectFile(*map, file).load() : importMap(file);
+}
+
+bool cProject::importMap(const QString& file) {
+    const cMapProfile& own = profileOf(*this);
+    if (!own.library)
+        return false;
+    const QList<cMapFormat>& formats = g_mainWindow->plugins().importFormats;
+    const QString extension = extensionOf(file);
+    QList<const cMapFormat*> fitting = fittingFormats(formats, own.library, extension);
+    if (fitting.isEmpty()) {
+        fitting = fittingFormats(formats, 0, extension);
+        if (!fitting.isEmpty())
+            Warning("map format is not native for \"%s\", loading anyway...", own.title);
+    }
+    if (fitting.isEmpty()) {
+        Error("map format is not supported");
+        return false;
+    }
+    return runFormats(fitting, file);
+}
+
+// ---- Save
+
+bool cProject::saveProject(const QString& file) {
+    const cBusy busy;
+    if (isProjectFile(file)) {
+        if (!cProjectFile(*map, file).save())
+            return false;
+        becomeFile(file);
+        return true;
+    }
+    const cMapProfile& own = profileOf(*this);
+    QList<const cMapFormat*> fitting;
+    if (own.library)
+        fitting =
+            fittingFormats(g_mainWindow->plugins().exportFormats, own.library, extensionOf(file));
+    if (fitting.isEmpty()) {
+        Error("map format is not supported (please save the project as either KVX or any format "
+              "supported by %s plugin)",
+              own.name);
+        return false;
+    }
+    if (!runFormats(fitting, file))
+        return false;
+    becomeFile(file);
+    return true;
+}
+
+void cProject::becomeFile(const QString& file) {
+    isNew = false;
+    path = file;
+    title = fileNameOf(file);
+    setDirty(false);
+}
+
+bool cProject::exportProject(const QString& file) {
+    const cMapProfile& own = profileOf(*this);
+    if (!own.library)
+        return false;
+    const cBusy busy;
+    const QList<const cMapFormat*> fitting =
+        fittingFormats(g_mainWindow->plugins().exportFormats, own.library, QStringLiteral(".map"));
+    if (fitting.isEmpty()) {
+        Error("map format is not supported");
+        return false;
+    }
+    if (!runFormats(fitting, file))
+        return false;
+    exportPath = file;
+    return true;
+}

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+// Replies by a polling timer; a folder with one plug-in, one game data file, one configuration.
+#include "gui/tGuiTest.h"
+
+#include "support/tSystem.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QPushButton>
+#include <QTextEdit>
+
+static constexpr int POLL_INTERVAL = 10; // ms
+
+cReplies::cReplies() {
+    connect(&m_timer, &QTimer::timeout, this, &cReplies::poll);
+    m_timer.start(POLL_INTERVAL);
+}
+
+void cReplies::poll() {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (!modal || !modal->isVisible()) {
+        m_answered = nullptr;
+        return;
+    }
+    if (modal == m_answered || modal->objectName() == QLatin1String("cWaitDialog"))
+        return;
+    m_answered = modal;
+    if (m_replies.empty()) {
+        ADD_FAILURE() << "nobody expected the dialog " << modal->windowTitle().toStdString();
+        modal->close();
+        return;
+    }
+    const auto reply = m_replies.front();
+    m_replies.pop_front();
+    reply(modal);
+}
+
+void cReplies::expectBox(QMessageBox::StandardButton button, const QString& textPart) {
+    expect([=](QWidget* modal) {
+        auto* box = qobject_cast<QMessageBox*>(modal);
+        if (!box || !box->button(button)) {
+            ADD_FAILURE() << "no box with that button";
+            modal->close();
+            return;
+        }
+        EXPECT_TRUE(box->text().contains(textPart)) << box->text().toStdString();
+        box->button(button)->click();
+    });
+}
+
+void cReplies::expectFile(const QString& path) {
+    expect([=](QWidget* modal) {
+        auto* name = modal->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        auto* dialog = qobject_cast<QFileDialog*>(modal);
+        if (!name || !dialog) {
+            ADD_FAILURE() << "not a file dialog";
+            modal->close();
+            return;
+        }
+        name->setText(path);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+}
+
+void cReplies::expectCancel() {
+    expect([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Escape); });
+}
+
+void cGuiTest::SetUp() {
+    ASSERT_TRUE(m_folder.isValid());
+    setAppBaseDir(m_folder.path());
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(QStringLiteral("plugins")));
+    ASSERT_TRUE(
+        QFile::copy(QStringLiteral(KARVEX_TEST_PLUGIN), file(QStringLiteral("plugins/tptest.so"))));
+    write(QStringLiteral("test.fgd"),
+          "@SolidClass = worldspawn : \"World\" [ message(string) : \"Text\" : \"hello\" ]\n");
+    writeConfigs(1);
+}
+
+void cGuiTest::TearDown() {
+    window.reset();
+    EXPECT_EQ(replies.pending(), 0) << "an expected dialog never came";
+}
+
+void cGuiTest::start() {
+    window = std::make_unique<cMainWindow>();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    settle();
+}
+
+bool cGuiTest::close() {
+    const bool closed = window->close();
+    settle();
+    return closed;
+}
+
+void cGuiTest::restart() {
+    ASSERT_TRUE(close());
+    window.reset();
+    start();
+}
+
+void cGuiTest::write(const QString& name, const QByteArray& bytes) const {
+    QFile out(file(name));
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+    ASSERT_EQ(out.write(bytes), bytes.size());
+}
+
+QByteArray cGuiTest::read(const QString& name) const {
+    QFile in(file(name));
+    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+}
+
+void cGuiTest::writeConfigs(int enabled, int disabled) const {
+    QByteArray text;
+    for (int i = 0; i < enabled + disabled; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        text += "[Config" + number + "]\nTitle=Game " + number +
+                "\nEnabled=" + (i < enabled ? "true" : "false") +
+                "\nMapProfile=test\nGameData0=" + file(QStringLiteral("test.fgd")).toLocal8Bit() +
+                "\nGameBasedir=" + m_folder.path().toLocal8Bit() +
+                "\nMapSourceFileDirectory=" + m_folder.path().toLocal8Bit() + "\n";
+    }
+    write(QStringLiteral("TDKGameCfg.ini"), text);
+}
+
+QAction* cGuiTest::action(const char* id, int copy) const {
+    for (QAction* a : window->actions)
+        if (a->objectName() == QLatin1String(id) && copy-- == 0)
+            return a;
+    ADD_FAILURE() << "no action " << id;
+    return nullptr;
+}
+
+cProject* cGuiTest::newProject() {
+    trigger("FileNew");
+    settle();
+    return active();
+}
+
+int cGuiTest::windowCount() const {
+    return window->mdiArea()->subWindowList().size();
+}
+
+QString cGuiTest::pane(int index) const {
+    return window->statusPane(index)->text();
+}
+
+QString cGuiTest::console() const {
+    return window->consoleText()->toPlainText();
+}
+
+void cGuiTest::settle() const {
+    for (int i = 0; i < 5; ++i) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QTest::qWait(5);
+    }
+}

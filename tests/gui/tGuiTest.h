@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+// The whole program in a folder of its own: the real main window, driven by its actions and by
+// real events. Questions and file dialogs are answered by a queue of replies; one that nobody
+// expected fails the test and is dismissed, so that nothing hangs.
+#pragma once
+
+#include "shell/tMainWindow.h"
+#include "shell/tProject.h"
+
+#include <QAction>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <deque>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace testing::internal {
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+} // namespace testing::internal
+
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+
+// Answers the modal widgets in the order they come up.
+class cReplies : public QObject {
+public:
+    cReplies();
+
+    // A reply must close the widget it is given.
+    void expect(std::function<void(QWidget*)> reply) { m_replies.push_back(std::move(reply)); }
+    void expectBox(QMessageBox::StandardButton button, const QString& textPart);
+    void expectFile(const QString& path); // a file dialog takes this name
+    void expectCancel();                  // any dialog is rejected
+    int pending() const { return int(m_replies.size()); }
+
+private:
+    void poll();
+
+    std::deque<std::function<void(QWidget*)>> m_replies;
+    QWidget* m_answered = nullptr;
+    QTimer m_timer;
+};
+
+class cGuiTest : public testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // Builds the window and waits until it is active.
+    void start();
+    // As the user's close button; true if the window went.
+    bool close();
+    void restart();
+
+    QString file(const QString& name) const { return m_folder.filePath(name); }
+    void write(const QString& name, const QByteArray& bytes) const;
+    QByteArray read(const QString& name) const;
+    void writeConfigs(int enabled, int disabled = 0) const;
+
+    QAction* action(const char* id, int copy = 0) const; // copy 0 is the menu's
+    void trigger(const char* id) const { action(id)->trigger(); }
+    cProject* newProject(); // the new one, active
+    cProject* active() const { return window->activeProject(); }
+    int windowCount() const;
+    QString pane(int index) const;
+    QString console() const;
+    void settle() const; // lets the events that are due run
+
+    std::unique_ptr<cMainWindow> window;
+    cReplies replies;
+
+private:
+    QTemporaryDir m_folder;
+};

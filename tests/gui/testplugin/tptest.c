@@ -1,0 +1,74 @@
+/* SPDX-License-Identifier: MIT */
+/* A plug-in for the program's tests: profile "test", map files that hold nothing but the number
+ * of their entities, and an action that says it ran. */
+#include "pluginhost/tPluginInterface.h"
+
+#include <stdio.h>
+#include <string.h>
+
+static const cHostServices* g_services;
+
+static void sayHello(uintptr_t user) {
+    g_services->Sys_Print("test action %i ran", (int)user);
+}
+
+int32_t tpMain(const cHostServices* services) {
+    g_services = services;
+    return 1;
+}
+
+void tpEnumProfiles(tpProfileCallback callback, void* library) {
+    cMapProfile profile;
+    memset(&profile, 0, sizeof profile);
+    strcpy(profile.name, "test");
+    strcpy(profile.title, "Test game");
+    callback(&profile, library);
+}
+
+int32_t tpEnumImportFormats(tpFormatCallback callback, void* library) {
+    return callback(1, ".map", "Test maps", library);
+}
+
+int32_t tpEnumExportFormats(tpFormatCallback callback, void* library) {
+    return callback(1, ".map", "Test maps", library) + callback(2, ".tst", "Test texts", library);
+}
+
+void tpEnumActions(tpActionCallback callback, void* manager) {
+    static const cAction always = {"Say &hello", "Says hello", "Test", "Ctrl+F12", 0, 7, sayHello};
+    static const cAction inProject = {
+        "With document", 0, "Test", 0, AF_HIDE_WITHOUT_PROJECT | AF_DISABLE_WITHOUT_PROJECT, 8,
+        sayHello};
+    callback(&always, manager);
+    callback(&inProject, manager);
+}
+
+int32_t tpExport(uint32_t cookie, const char* path, cMapData* map) {
+    FILE* file = fopen(path, "w");
+    int count = 0;
+    const cEntityData* entity;
+    if (!file)
+        return 0;
+    for (entity = map->entities; entity; entity = entity->next)
+        ++count;
+    fprintf(file, "%u %i\n", cookie, count);
+    fclose(file);
+    return 1;
+}
+
+/* A negative count fails after the entities before it were made. */
+int32_t tpImport(uint32_t cookie, const char* path, cMapData* map) {
+    static const float origin[3] = {0, 0, 0};
+    FILE* file = fopen(path, "r");
+    unsigned format = 0;
+    int count = 0;
+    int i;
+    (void)cookie;
+    if (!file)
+        return 0;
+    if (fscanf(file, "%u %i", &format, &count) != 2)
+        count = -1;
+    fclose(file);
+    for (i = 0; i < (count < 0 ? -count : count); ++i)
+        g_services->Entity_Create(map, i ? "info_null" : "worldspawn", origin, i ? 0 : EF_WORLD);
+    return count > 0;
+}

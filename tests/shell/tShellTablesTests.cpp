@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+// The tables of the shell on their own: settings, colours, commands; and the small rules of
+// start-up.
+#include "shell/tColorScheme.h"
+#include "shell/tCommandTable.h"
+#include "shell/tSettingsTable.h"
+#include "shell/tStartup.h"
+#include "support/tBuildNumber.h"
+
+#include <QFile>
+#include <QSet>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+QString iniIn(const QTemporaryDir& folder) {
+    return folder.filePath(QStringLiteral("test.ini"));
+}
+
+struct cChange {
+    cSettings& settings;
+    void operator()(bool cSettings::*m) const { settings.*m = !(settings.*m); }
+    void operator()(int cSettings::*m) const { settings.*m += 7; }
+    void operator()(float cSettings::*m) const { settings.*m += 0.25f; }
+    void operator()(QString cSettings::*m) const { settings.*m += QStringLiteral("/мир"); }
+};
+
+} // namespace
+
+TEST(SettingsTable, everyRowComesBack) {
+    const QTemporaryDir folder;
+    cSettings changed;
+    for (const cSettingRow& row : settingsTable())
+        std::visit(cChange{changed}, row.member);
+    {
+        QSettings file(iniIn(folder), QSettings::IniFormat);
+        writeSettings(file, changed);
+    }
+    cSettings loaded;
+    QSettings file(iniIn(folder), QSettings::IniFormat);
+    readSettings(file, loaded);
+    for (const cSettingRow& row : settingsTable())
+        std::visit([&](auto m) { EXPECT_EQ(loaded.*m, changed.*m) << row.key; }, row.member);
+    EXPECT_EQ(loaded.gridSize, changed.GridDefaultSize);
+}
+
+TEST(SettingsTable, missingKeysKeepDefaultsAndNoKeyStandsTwice) {
+    const QTemporaryDir folder;
+    QSettings file(iniIn(folder), QSettings::IniFormat);
+    cSettings loaded;
+    readSettings(file, loaded);
+    const cSettings defaults;
+    QSet<QString> keys;
+    for (const cSettingRow& row : settingsTable()) {
+        std::visit([&](auto m) { EXPECT_EQ(loaded.*m, defaults.*m) << row.key; }, row.member);
+        const QString key = QString::fromLatin1(row.key);
+        EXPECT_FALSE(keys.contains(key)) << row.key;
+        keys.insert(key);
+    }
+}
+
+TEST(SettingsTable, clampsWhatIsTooSmall) {
+    struct {
+        int undo, wantedUndo, bullet, wantedBullet;
+        float scale, wantedScale;
+    } const cases[] = {{3, 5, 3, 4, 0.05f, 1.0f}, {5, 5, 4, 4, 0.1f, 0.1f}, {4, 5, 9, 9, 2, 2}};
+    for (const auto& c : cases) {
+        cSettings s;
+        s.UndoLevels = c.undo;
+        s.SelectionBulletSize = s.VertexToolBulletSize = c.bullet;
+        s.DefaultTextureScale = c.scale;
+        clampSettings(s, 2048);
+        EXPECT_EQ(s.UndoLevels, c.wantedUndo);
+        EXPECT_EQ(s.SelectionBulletSize, c.wantedBullet);
+        EXPECT_EQ(s.VertexToolBulletSize, c.wantedBullet);
+        EXPECT_EQ(s.DefaultTextureScale, c.wantedScale);
+    }
+}
+
+TEST(SettingsTable, choosesTextureQualityByMemory) {
+    struct {
+        uint32_t megabytes;
+        int quality;
+    } const cases[] = {{0, 5},   {127, 1}, {128, 2},  {255, 2}, {256, 3},
+                       {511, 3}, {512, 4}, {1023, 4}, {1024, 5}};
+    for (const auto& c : cases) {
+        cSettings s;
+        EXPECT_TRUE(clampSettings(s, c.megabytes));
+        EXPECT_EQ(s.TextureQuality, c.quality) << c.megabytes;
+        s.TextureQuality = 2;
+        EXPECT_FALSE(clampSettings(s, c.megabytes));
+        EXPECT_EQ(s.TextureQuality, 2);
+    }
+}
+
+TEST(ColorScheme, readsNumbersClampedAndMissingOnesAsBlack) {
+    const QTemporaryDir folder;
+    QSettings file(iniIn(folder), QSettings::IniFormat);
+    file.setValue(QStringLiteral("COLOR_TEXT"), QStringLiteral("300  -5 7"));
+    file.setValue(QStringLiteral("COLOR_CAPTION"), QStringLiteral("10 20"));
+    file.setValue(QStringLiteral("COLOR_2D_VERTEX"), QStringLiteral("1 2 3 128"));
+    file.setValue(QStringLiteral("COLOR_2D_CAMERA"), QStringLiteral("red 2 3"));
+    cColorScheme scheme;
+    scheme.readScheme(file);
+    EXPECT_EQ(scheme.color(COLOR_TEXT), QColor(255, 0, 7, 255));
+    EXPECT_EQ(scheme.color(COLOR_CAPTION), QColor(10, 20, 0));
+    EXPECT_EQ(scheme.color(COLOR_2D_VERTEX), QColor(1, 2, 3, 128));
+    EXPECT_EQ(scheme.color(COLOR_2D_CAMERA), QColor(0, 2, 3));
+    EXPECT_EQ(scheme.color(COLOR_SELECTED_FILL), QColor(0, 0, 0)) << "a scheme without the key";
+    EXPECT_EQ(scheme.bytes(COLOR_2D_VERTEX)[3], 128);
+}
+
+TEST(ColorScheme, customColorsComeBackAndReplaceTheCurrentOnes) {
+    const QTemporaryDir folder;
+    QSettings file(iniIn(folder), QSettings::IniFormat);
+    file.setValue(QStringLiteral("COLOR_2D_GRID_MAJOR"), QStringLiteral("1 2 3 128"));
+    cColorScheme first;
+    first.readCustom(file);
+    EXPECT_TRUE(first.setCustomColor("COLOR_TEXT", 9, 8, 7));
+    EXPECT_FALSE(first.setCustomColor("COLOR_NONE", 9, 8, 7));
+    first.writeCustom(file);
+    EXPECT_EQ(file.value(QStringLiteral("COLOR_2D_GRID_MAJOR")).toString(),
+              QStringLiteral("1 2 3 128"));
+    EXPECT_EQ(file.value(QStringLiteral("COLOR_TEXT")).toString(), QStringLiteral("9 8 7"));
+
+    cColorScheme second;
+    EXPECT_EQ(second.color(COLOR_TEXBROWSER_TEXT_SELECTED), QColor(255, 255, 100));
+    EXPECT_EQ(second.customColor(COLOR_TEXBROWSER_TEXT_SELECTED), QColor(255, 255, 0));
+    second.readCustom(file);
+    EXPECT_EQ(second.color(COLOR_TEXT), QColor(255, 255, 255)) << "the current copy is untouched";
+    second.useCustom();
+    for (int i = 0; i < cColorScheme::colorCount(); ++i)
+        EXPECT_EQ(second.color(i), first.customColor(i)) << i;
+}
+
+TEST(ColorScheme, unknownIndicesAndKeysNeverFail) {
+    const cColorScheme scheme;
+    for (int index : {-1, int(COLOR_COUNT)}) {
+        EXPECT_EQ(scheme.colorF(index), (std::array<float, 4>{0, 0, 0, 0}));
+        EXPECT_EQ(scheme.colorRgba(index), (std::array<uint8_t, 4>{0, 0, 0, 255}));
+        EXPECT_TRUE(cColorScheme::colorKey(index).isEmpty());
+    }
+    EXPECT_EQ(scheme.colorRgba("COLOR_2D_GRID_AXIS"), (std::array<uint8_t, 4>{50, 100, 100, 255}));
+    EXPECT_EQ(scheme.colorRgba("color_2d_grid_axis"), (std::array<uint8_t, 4>{0, 0, 0, 255}));
+    EXPECT_EQ(scheme.colorDark(COLOR_TEXT, 0.78), QColor(255, 255, 255).darker(128));
+}
+
+TEST(CommandTable, everyRowIsWhole) {
+    QSet<QString> ids;
+    for (const cCommandRow& row : commandTable()) {
+        ASSERT_NE(row.menu, nullptr);
+        if (!row.text) {
+            EXPECT_EQ(row.slot, nullptr);
+            continue;
+        }
+        const bool isSubMenu = row.flags & (CMD_ELEMENTS_MENU | CMD_SCHEMES_MENU | CMD_WEB_MENU);
+        EXPECT_EQ(row.slot == nullptr, isSubMenu) << row.id;
+        const QString id = QString::fromLatin1(row.id);
+        EXPECT_FALSE(ids.contains(id)) << row.id;
+        ids.insert(id);
+        if (row.icon) {
+            EXPECT_TRUE(QFile::exists(QStringLiteral(":/qrc/%1.png").arg(QLatin1String(row.icon))))
+                << row.icon;
+        }
+    }
+    EXPECT_TRUE(ids.contains(QStringLiteral("FileExport2")));
+}
+
+TEST(Startup, programFolderIsBesideSystemFolders) {
+    const struct {
+        const char* application;
+        const char* expected;
+    } cases[] = {
+        {"/opt/karvex", "/opt/karvex"},
+        {"/opt/system", "/opt/system/../sdk"},
+        {"/opt/system64", "/opt/system64/../sdk"},
+        {"/opt/ecosystem", "/opt/ecosystem/../sdk"},
+        {"/opt/system/bin", "/opt/system/bin"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(programDirectory(QString::fromLatin1(c.application)),
+                  QString::fromLatin1(c.expected));
+}
+
+TEST(Startup, buildNumberCountsDays) {
+    const struct {
+        const char* date;
+        int number;
+    } cases[] = {{"Jan 23 2014", 155}, {"Jan  1 2014", 133}, {"Feb  1 2014", 164},
+                 {"Mar  1 2016", 922}, {"Dec 31 2014", 497}, {"DEC 31 2014", 497}};
+    for (const auto& c : cases)
+        EXPECT_EQ(buildNumberOf(c.date), c.number) << c.date;
+}

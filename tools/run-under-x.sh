@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# Runs a command under a virtual X server with a window manager, both waited for: without one
+# there is no activation, no focus and no shortcut. The result is the command's.
+#   run-under-x.sh COMMAND [ARGUMENT...]
+set -eu
+
+work=$(mktemp -d)
+servers=()
+stop() {
+    for id in "${servers[@]}"; do
+        kill "$id" 2>/dev/null || :
+        wait "$id" 2>/dev/null || :
+    done
+    rm -rf "$work"
+}
+trap stop EXIT
+
+# The server picks a free display itself and writes its number.
+Xvfb -displayfd 3 -screen 0 1600x1000x24 +extension GLX -nolisten tcp \
+    3>"$work/display" >"$work/xvfb.log" 2>&1 &
+servers+=($!)
+for _ in $(seq 200); do
+    [ -s "$work/display" ] && break
+    sleep 0.05
+done
+[ -s "$work/display" ] || {
+    cat "$work/xvfb.log" >&2
+    exit 70
+}
+
+export DISPLAY=":$(cat "$work/display")"
+export XDG_RUNTIME_DIR="$work"
+export LANG=C.UTF-8
+chmod 700 "$work"
+
+openbox >"$work/openbox.log" 2>&1 &
+servers+=($!)
+for _ in $(seq 200); do
+    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+    sleep 0.05
+done
+
+status=0
+"$@" || status=$?
+exit "$status"
