@@ -55,13 +55,13 @@ void cMap::clearMap() {
         }
         releaseEntity(entity);
     }
-    clearVisGroups();
-    freeOverlays();
+    data = {};
+    data.map = this;
     m_entitiesById.clear();
     m_brushesById.clear();
     m_groupsById.clear();
-    data = {};
-    data.map = this;
+    clearVisGroups();
+    freeOverlays();
     picks.clear();
     markChanged();
 }

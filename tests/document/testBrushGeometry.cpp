@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: MIT
+#include "document/tBrush.h"
+#include "document/tBrushGeometry.h"
+#include "document/tEntity.h"
+#include "document/tFace.h"
+#include "document/tMapLists.h"
+#include "document/tWinding.h"
+#include "support/tMapTools.h"
+#include "support/tTestHost.h"
+#include "support/tVec.h"
+
+#include <gtest/gtest.h>
+
+static constexpr float MINS[3] = {-32, -16, 0};
+static constexpr float MAXS[3] = {32, 48, 64};
+
+static int faceCount(const cBrushData* brush) {
+    int count = 0;
+    for ([[maybe_unused]] const cFaceData* face : facesOf(brush))
+        ++count;
+    return count;
+}
+
+class BrushGeometry : public testing::Test {
+protected:
+    void SetUp() override { world = addWorldTo(map); }
+
+    cFaceData* addPlane(cBrushData* brush, const float* normal, float dist) {
+        cFaceTexture tex = {};
+        tex.uScale = tex.vScale = 1;
+        cFaceData* face = map.addFace(brush, tex, 0);
+        vecCopy(normal, face->normal);
+        T_VectorNormalize(face->normal);
+        face->dist = dist;
+        face->planeType = planeTypeForNormal(face->normal);
+        face->flags |= FF_RESET_AXES;
+        return face;
+    }
+
+    // A block cut by a number of random planes that keep its middle.
+    cBrushData* addRandomSolid(int cuts) {
+        cBrushData* brush = addBox(map, world, MINS, MAXS);
+        for (int i = 0; i < cuts; ++i) {
+            float normal[3];
+            for (float& component : normal)
+                component = float(T_RandomLong(-100, 100));
+            if (isZeroVector(normal))
+                continue;
+            T_VectorNormalize(normal);
+            const float middle[3] = {0, 16, 32};
+            addPlane(brush, normal, vecDot(normal, middle) + float(T_RandomLong(8, 40)));
+        }
+        for (cFaceData* face : facesOf(brush))
+            face->flags |= FF_DIRTY;
+        rebuildBrush(brush, UM_WINDINGS);
+        return brush;
+    }
+
+    cTestHost host;
+    cMap map{nullptr};
+    cEntityData* world = nullptr;
+};
+
+// Closed: every edge of one face is an edge of another, the other way round.
+static bool isClosed(const cBrushData* brush, float tolerance) {
+    for (const cFaceData* face : facesOf(brush)) {
+        for (int i = 0; i < face->vertexCount; ++i) {
+            const float* a = face->vertices[i].xyz;
+            const float* b = face->vertices[(i + 1) % face->vertexCount].xyz;
+            bool met = false;
+            for (const cFaceData* other : facesOf(brush)) {
+                for (int j = 0; other != face && j < other->vertexCount; ++j) {
+                    float d1[3], d2[3];
+                    vecSubtract(a, other->vertices[(j + 1) % other->vertexCount].xyz, d1);
+                    vecSubtract(b, other->vertices[j].xyz, d2);
+                    met |= vecLength(d1) < tolerance && vecLength(d2) < tolerance;
+                }
+            }
+            if (!met)
+                return false;
+        }
+    }
+    return true;
+}
+
+// Corners near an integer move onto it, by a hundredth at the most; that tilts a tiny face.
+static bool hasTinyEdge(const cBrushData* brush) {
+    for (const cFaceData* face : facesOf(brush)) {
+        for (int i = 0; i < face->vertexCount; ++i) {
+            float edge[3];
+            vecSubtract(face->vertices[i].xyz, face->vertices[(i + 1) % face->vertexCount].xyz,
+                        edge);
+            if (vecLength(edge) < 1.0f)
+                return true;
+        }
+    }
+    return false;
+}
+
+TEST_F(BrushGeometry, boxHasIntegerVerticesAndSixQuadsOutward) {
+    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    ASSERT_EQ(faceCount(brush), 6);
+    for (const cFaceData* face : facesOf(brush)) {
+        ASSERT_EQ(face->vertexCount, 4);
+        EXPECT_EQ(face->face->glMode, 7);
+        for (int i = 0; i < 4; ++i) {
+            for (int axis = 0; axis < 3; ++axis) {
+                const float c = face->vertices[i].xyz[axis];
+                EXPECT_TRUE(c == MINS[axis] || c == MAXS[axis]);
+            }
+            EXPECT_EQ(vecDot(face->normal, face->vertices[i].xyz), face->dist);
+        }
+        float outward[3];
+        vecSubtract(face->face->center, brush->brush->center, outward);
+        EXPECT_GT(vecDot(outward, face->normal), 0);
+    }
+    for (int axis = 0; axis < 3; ++axis) {
+        EXPECT_EQ(brush->mins[axis], MINS[axis]);
+        EXPECT_EQ(brush->maxs[axis], MAXS[axis]);
+    }
+    EXPECT_TRUE(isClosed(brush, 0.001f));
+    EXPECT_EQ(checkMapInvariants(map), QString());
+}
+
+TEST_F(BrushGeometry, randomSolidsAreClosedConvexAndKeepTheirPlanesThroughVertices) {
+    const unsigned seed = 20261122;
+    SCOPED_TRACE(seed);
+    T_RandomSeed(seed);
+    int checked = 0;
+    for (int i = 0; i < 300; ++i) {
+        cBrushData* brush = addRandomSolid(i % 9);
+        QString error;
+        if (hasTinyEdge(brush))
+            continue;
+        ++checked;
+        EXPECT_TRUE(checkBrush(brush, false, &error)) << qPrintable(error) << " solid " << i;
+        EXPECT_TRUE(isClosed(brush, 0.05f)) << "solid " << i;
+        for (cFaceData* face : facesOf(brush)) {
+            const cPlane before = planeOf(face);
+            ASSERT_TRUE(rebuildFace(face, UM_PLANES));
+            // Vertices are rounded to a hundredth at the most, so long thin faces may tilt.
+            EXPECT_GT(vecDot(before.normal, face->normal), 0.99f) << "solid " << i;
+        }
+    }
+    EXPECT_GT(checked, 150);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+}
+
+TEST_F(BrushGeometry, ofEqualPlanesTheLastOneIsBuilt) {
+    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    const float up[3] = {0, 0, 1};
+    cFaceData* later = addPlane(brush, up, MAXS[2] + 0.0005f);
+    for (cFaceData* face : facesOf(brush)) {
+        Mem_Free(face->vertices);
+        face->vertices = nullptr;
+        face->vertexCount = 0;
+        face->flags |= FF_DIRTY;
+    }
+    rebuildBrush(brush, UM_WINDINGS);
+    EXPECT_EQ(later->vertexCount, 4);
+    int empty = 0;
+    for (const cFaceData* face : facesOf(brush))
+        empty += face->vertexCount == 0 ? 1 : 0;
+    EXPECT_EQ(empty, 1);
+    EXPECT_EQ(removeDuplicatePlanes(brush), 1);
+    EXPECT_TRUE(brush->flags & BF_DIRTY);
+    EXPECT_EQ(faceCount(brush), 6);
+}
+
+TEST_F(BrushGeometry, faceThatClipsToNothingIsDeleted) {
+    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    const float up[3] = {0, 0, 1};
+    addPlane(brush, up, MAXS[2] + 100);
+    for (cFaceData* face : facesOf(brush))
+        face->flags |= FF_DIRTY;
+    rebuildBrush(brush, UM_WINDINGS);
+    EXPECT_EQ(faceCount(brush), 6);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+}
+
+TEST_F(BrushGeometry, facesAreSortedAndTiesTurnRound) {
+    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    std::vector<uint32_t> before, after;
+    for (const cFaceData* face : facesOf(brush))
+        before.push_back(face->id);
+    sortFaces(brush);
+    for (const cFaceData* face : facesOf(brush))
+        after.push_back(face->id);
+    EXPECT_EQ(before[0], after[1]);
+    EXPECT_EQ(before[1], after[0]);
+    const cFaceData* last = nullptr;
+    for (const cFaceData* face : facesOf(brush)) {
+        if (last) {
+            EXPECT_LE(last->planeType, face->planeType);
+        }
+        last = face;
+    }
+}
+
+TEST_F(BrushGeometry, snapTakesCoordinatesNearIntegersOnly) {
+    float v[3] = {-3.499f, -3.995f, 2.0099f};
+    snapCoordinates(v);
+    EXPECT_EQ(v[0], -3.499f);
+    EXPECT_EQ(v[1], -4);
+    EXPECT_EQ(v[2], 2);
+}
+
+TEST_F(BrushGeometry, checkBrushNamesTheFault) {
+    QString error;
+    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    cFaceData* face = brush->faces;
+    const float normal[3] = {face->normal[0], face->normal[1], face->normal[2]};
+    vecMA(face->vertices[0].xyz, 8.0f, normal, face->vertices[0].xyz);
+    EXPECT_FALSE(checkBrush(brush, false, &error));
+    EXPECT_EQ(error, QStringLiteral("face is not planar"));
+
+    cBrushData* twice = addBox(map, world, MINS, MAXS);
+    vecCopy(twice->faces->normal, twice->faces->next->normal);
+    twice->faces->next->dist = twice->faces->dist;
+    EXPECT_FALSE(checkBrush(twice, false, &error));
+    EXPECT_EQ(error, QStringLiteral("brush has coplanar planes"));
+
+    cBrushData* hollow = addBox(map, world, MINS, MAXS);
+    hollow->faces->dist -= 10;
+    EXPECT_FALSE(checkBrush(hollow, true, &error));
+    EXPECT_EQ(error, QStringLiteral("brush is not convex"));
+    hollow->faces->dist += 9.6f;
+    EXPECT_TRUE(checkBrush(hollow, true, &error)) << "half a unit is allowed";
+}
+
+TEST_F(BrushGeometry, splitGivesTwoSolidsThatCoverTheWhole) {
+    const unsigned seed = 77;
+    T_RandomSeed(seed);
+    for (int i = 0; i < 100; ++i) {
+        cBrushData* brush = addRandomSolid(i % 6);
+        cPlane plane = {};
+        for (float& component : plane.normal)
+            component = float(T_RandomLong(-100, 100));
+        plane.normal[0] += 0.5f;
+        T_VectorNormalize(plane.normal);
+        plane.dist = vecDot(plane.normal, brush->brush->center) + float(T_RandomLong(-2, 2));
+        plane.planeType = planeTypeForNormal(plane.normal);
+        cBrushData *front = nullptr, *back = nullptr;
+        splitBrush(brush, plane, &front, &back);
+        ASSERT_TRUE(front && back) << i;
+        QString error;
+        EXPECT_TRUE(checkBrush(front, false, &error)) << qPrintable(error) << i;
+        EXPECT_TRUE(checkBrush(back, false, &error)) << qPrintable(error) << i;
+        EXPECT_TRUE(isClosed(front, 0.05f)) << i;
+        EXPECT_TRUE(isClosed(back, 0.05f)) << i;
+        for (int axis = 0; axis < 3; ++axis) {
+            EXPECT_NEAR(std::min(front->mins[axis], back->mins[axis]), brush->mins[axis], 0.02f);
+            EXPECT_NEAR(std::max(front->maxs[axis], back->maxs[axis]), brush->maxs[axis], 0.02f);
+        }
+        EXPECT_FALSE(front->faces->flags & FF_RESET_AXES);
+    }
+    EXPECT_EQ(checkMapInvariants(map), QString());
+}
+
+TEST_F(BrushGeometry, intersectionSeesTouchingAndApart) {
+    const float far[3] = {100, 100, 100}, farMax[3] = {120, 120, 120};
+    const float touch[3] = {32, -16, 0}, touchMax[3] = {64, 48, 64};
+    const float in[3] = {0, 0, 10}, inMax[3] = {100, 100, 100};
+    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    EXPECT_FALSE(brushesIntersect(brush, addBox(map, world, far, farMax)));
+    EXPECT_FALSE(brushesIntersect(brush, addBox(map, world, touch, touchMax)));
+    EXPECT_TRUE(brushesIntersect(brush, addBox(map, world, in, inMax)));
+}
+
+TEST_F(BrushGeometry, offsetGrowsOutward) {
+    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    offsetBrushPlanes(brush, 4);
+    for (int axis = 0; axis < 3; ++axis) {
+        EXPECT_EQ(brush->mins[axis], MINS[axis] - 4);
+        EXPECT_EQ(brush->maxs[axis], MAXS[axis] + 4);
+    }
+}
+
+TEST_F(BrushGeometry, boxTestsKeepTheirMargins) {
+    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    EXPECT_TRUE(brushInsideBox(brush, MINS, MAXS));
+    const float beside[3] = {32.0005f, -16, 0}, besideMax[3] = {64, 48, 64};
+    EXPECT_TRUE(brushTouchesBox(brush, beside, besideMax));
+    const float apart[3] = {32.01f, -16, 0};
+    EXPECT_FALSE(brushTouchesBox(brush, apart, besideMax));
+    const float tiny[3] = {0, 16, 32};
+    EXPECT_TRUE(brushCenterInBox(brush, tiny, tiny));
+    EXPECT_FALSE(boxesOverlap(MINS, MAXS, beside, besideMax));
+}
+
+TEST(Shading, fullLightAndTheDarkSide) {
+    EXPECT_EQ(shadeForVector(0, 0, 1), 1.0f);
+    EXPECT_NEAR(shadeForVector(-0.2672612f, -0.5345225f, -0.8017837f), 0.3f, 0.01f);
+    EXPECT_NEAR(shadeForVector(1, 0, 0), 0.93363f, 1e-4f);
+}
