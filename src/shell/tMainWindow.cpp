@@ -67,6 +67,7 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     updateUi();
     show();
     raise();
+    updateScreenElements(); // what shows is known only now
     m_configs->load();
     qApp->installEventFilter(this);
     statusBar()->showMessage(m_mdiArea->statusTip());
@@ -143,9 +144,7 @@ void cMainWindow::createConsole() {
                                            Qt::TextSelectableByKeyboard);
     m_consoleText->setAutoFillBackground(true);
     m_consoleText->setStatusTip(helpTip());
-    QPalette panel = m_consoleText->palette();
-    panel.setBrush(QPalette::Base, palette().window());
-    m_consoleText->setPalette(panel);
+    makeConsoleLookLikePanel();
 
     m_consoleDock = new QDockWidget(tr("Messages"), this);
     m_consoleDock->setObjectName(QStringLiteral("console"));
@@ -156,6 +155,12 @@ void cMainWindow::createConsole() {
     connect(m_consoleDock, &QDockWidget::visibilityChanged, this,
             &cMainWindow::updateScreenElements);
     m_consoleEvents.start();
+}
+
+void cMainWindow::makeConsoleLookLikePanel() {
+    QPalette panel = QApplication::palette();
+    panel.setBrush(QPalette::Base, panel.window());
+    m_consoleText->setPalette(panel);
 }
 
 void cMainWindow::createServices() {

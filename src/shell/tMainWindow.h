@@ -231,6 +231,7 @@ private:
     void setDefaultGLFormat();
     void createDocks();
     void createConsole();
+    void makeConsoleLookLikePanel();
     void createServices();
     void createMdiArea();
     void createStatusBar();
