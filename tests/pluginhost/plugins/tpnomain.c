@@ -1,0 +1,5 @@
+/* SPDX-License-Identifier: MIT */
+/* A library that is no plug-in: it has no tpMain. */
+int tpNothing(void) {
+    return 1;
+}

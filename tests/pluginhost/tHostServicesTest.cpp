@@ -1,0 +1,405 @@
+// SPDX-License-Identifier: MIT
+// The service table as a plug-in sees it: every entry filled, safe on null, guarded on the border.
+#include "pluginhost/tHostServices.h"
+
+#include "document/tEntity.h"
+#include "document/tMap.h"
+#include "document/tMapLists.h"
+#include "pluginhost/tPluginDialogForm.h"
+#include "pluginhost/tRenderServices.h"
+#include "resources/tGameConfig.h"
+#include "resources/tTextureManager.h"
+#include "support/tBuildNumber.h"
+#include "support/tMath.h"
+#include "support/tTestHost.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <cstring>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+
+static QString str(const char* text) {
+    return QString::fromLatin1(text);
+}
+
+class cHostServicesTest : public testing::Test {
+protected:
+    bool reported(const char* text) { return m_host.count(eMessage::Error, str(text)) == 1; }
+
+    cTestHost m_host;
+    const cHostServices& m_services = *hostServices();
+};
+
+TEST_F(cHostServicesTest, tableIsWhole) {
+    EXPECT_EQ(m_services.size, sizeof(cHostServices));
+    EXPECT_EQ(&m_services, hostServices());
+    const size_t count = sizeof(cHostServices) / sizeof(void*) - 1;
+    EXPECT_EQ(count, 113u);
+    void* entries[113];
+    memcpy(entries, reinterpret_cast<const char*>(&m_services) + sizeof(void*), sizeof entries);
+    for (size_t i = 0; i < count; ++i)
+        EXPECT_NE(entries[i], nullptr) << "service " << i + 1;
+}
+
+TEST_F(cHostServicesTest, consoleMemoryAndVersion) {
+    m_services.Sys_Print("a %i", 1);
+    m_services.Sys_DPrint("b");
+    m_services.Sys_Warning("c");
+    m_services.Sys_Error("d %s", "x");
+    ASSERT_EQ(m_host.messages.size(), 4u);
+    EXPECT_EQ(m_host.messages[0].text, str("a 1"));
+    EXPECT_EQ(m_host.messages[3].level, eMessage::Error);
+    auto* block = static_cast<char*>(m_services.Sys_Alloc(100));
+    EXPECT_EQ(std::string(block, 100), std::string(100, '\0'));
+    m_services.Sys_Free(block);
+    m_services.Sys_Free(nullptr);
+    char* copy = m_services.Sys_StrDup("text");
+    EXPECT_STREQ(copy, "text");
+    m_services.Sys_Free(copy);
+    EXPECT_EQ(m_services.Sys_StrDup(nullptr), nullptr);
+    EXPECT_EQ(m_services.Sys_Version(),
+              QStringLiteral("Karvex 1.0.%1").arg(buildNumber()).toStdString());
+    EXPECT_EQ(m_services.Sys_TextureBrightness(), 1.0);
+    cGameConfig config;
+    config.textureBrightness = 100;
+    const cActiveConfigScope active(&config);
+    EXPECT_DOUBLE_EQ(m_services.Sys_TextureBrightness(), 2.0);
+}
+
+TEST_F(cHostServicesTest, filesAndTokens) {
+    QTemporaryDir folder;
+    cGameConfig config;
+    config.gameBasedir = folder.path();
+    const cActiveConfigScope active(&config);
+    QFile file(folder.filePath(str("a.txt")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("(1 2 3) word");
+    file.close();
+    char path[512];
+    ASSERT_EQ(m_services.File_Find("a.txt", path, sizeof path), 1);
+    EXPECT_EQ(m_services.File_Find("b.txt", path + 256, 256), 0);
+    int32_t size = 0;
+    void* data = m_services.File_Load(path, &size);
+    EXPECT_EQ(size, 12);
+    m_services.Sys_Free(data);
+    ASSERT_EQ(m_services.Parser_LoadFile(path), 1);
+    float vector[3];
+    m_services.Parser_ParseVector(3, vector);
+    EXPECT_THAT(vector, ElementsAre(1.f, 2.f, 3.f));
+    EXPECT_EQ(m_services.Parser_TokenAvailable(), 1);
+    EXPECT_EQ(m_services.Parser_GetToken(0), 1);
+    EXPECT_STREQ(m_services.Parser_Token(), "word");
+    EXPECT_EQ(m_services.Parser_GetToken(1), 0);
+    EXPECT_EQ(m_services.Parser_HasFailed(), 0);
+    m_services.Parser_ParseError("why %i", 5);
+    EXPECT_TRUE(reported("parse error at line 1: why 5"));
+    EXPECT_EQ(m_services.Parser_HasFailed(), 1);
+    m_services.Parser_ClearFailure();
+    m_services.Parser_Close();
+}
+
+// ---- Maps
+
+class cHostMapTest : public cHostServicesTest {
+protected:
+    cMap m_map{nullptr};
+    cMapData* m_data = &m_map.data;
+    cMap m_other{nullptr};
+};
+
+TEST_F(cHostMapTest, makesAndRemovesObjects) {
+    const float origin[3] = {1, 2, 3};
+    cEntityData* point = m_services.Entity_Create(m_data, "light", origin, EF_POINT);
+    cEntityData* world = m_services.Entity_Create(m_data, "worldspawn", nullptr, EF_WORLD);
+    EXPECT_EQ(m_data->entities, world) << "the world goes to the head";
+    EXPECT_EQ(m_data->entitiesTail, point);
+    EXPECT_THAT(point->origin, ElementsAre(1.f, 2.f, 3.f));
+    EXPECT_EQ(m_map.findEntityById(point->id), point);
+    cBrushData* brush = m_services.Brush_Create(m_data, world);
+    cFaceTexture tex = {};
+    memset(tex.name, 'x', sizeof tex.name);
+    cFaceData* face = m_services.Face_Create(m_data, brush, &tex, 5);
+    ASSERT_TRUE(face);
+    EXPECT_EQ(face->vertexCount, 5);
+    EXPECT_EQ(strlen(face->tex.name), 63u) << "an unterminated name is cut";
+    m_services.Face_Delete(m_data, face);
+    EXPECT_EQ(brush->faces, nullptr);
+    m_services.Face_Create(m_data, brush, &tex, 3);
+    selectedPush(m_data->selectedBrushes, brush);
+    m_services.Brush_Delete(m_data, brush);
+    EXPECT_EQ(world->brushes, nullptr);
+    EXPECT_EQ(m_data->selectedBrushes, nullptr);
+}
+
+TEST_F(cHostMapTest, findsByExactValue) {
+    cEntityData* a = m_services.Entity_Create(m_data, "a", nullptr, EF_POINT);
+    cEntityData* b = m_services.Entity_Create(m_data, "b", nullptr, EF_POINT);
+    addEpairLast(a, "name", "Lamp");
+    addEpairLast(b, "NAME", "lamp");
+    EXPECT_EQ(m_services.Entity_Find(m_data, "name", "lamp"), b);
+    EXPECT_EQ(m_services.Entity_Find(m_data, "name", "none"), nullptr);
+    EXPECT_EQ(m_services.Entity_Find(m_data, nullptr, "lamp"), nullptr);
+}
+
+TEST_F(cHostMapTest, objectsOfAnotherMapAndNullAreLeftAlone) {
+    cEntityData* foreign = m_other.addEntity("a", m_other.data.cordonMins, EF_POINT);
+    cEntityData* solid = m_services.Entity_Create(m_data, "door", nullptr, 0);
+    cBrushData* brush = m_services.Brush_Create(m_data, solid);
+    const uint32_t id = m_services.VisGroup_Create(m_data);
+    cFaceTexture tex = {};
+    EXPECT_EQ(m_services.Entity_Create(nullptr, "a", nullptr, 0), nullptr);
+    EXPECT_EQ(m_services.Entity_Create(m_data, nullptr, nullptr, 0), nullptr);
+    EXPECT_EQ(m_services.Brush_Create(m_data, foreign), nullptr);
+    EXPECT_EQ(m_services.Brush_Create(m_data, nullptr), nullptr);
+    EXPECT_EQ(m_services.Face_Create(m_data, brush, nullptr, 3), nullptr);
+    EXPECT_EQ(m_services.Face_Create(&m_other.data, brush, &tex, 3), nullptr);
+    EXPECT_EQ(m_services.Face_Create(m_data, brush, &tex, -1), nullptr);
+    m_services.Brush_Delete(&m_other.data, brush);
+    EXPECT_EQ(solid->brushes, brush);
+    m_services.Entity_AddToVisGroup(m_data, foreign, id);
+    EXPECT_EQ(m_services.Entity_GetVisGroupCount(foreign), 0);
+    m_services.Entity_Update(nullptr, 0);
+    m_services.Entity_SetColor(nullptr, nullptr);
+    EXPECT_EQ(m_services.Entity_GetColor(nullptr, nullptr), nullptr);
+    EXPECT_EQ(m_services.Brush_GetVisGroupId(nullptr, 0), 0u);
+    m_services.Brush_Delete(m_data, nullptr);
+    m_services.Face_Delete(m_data, nullptr);
+    m_services.Group_Delete(m_data, nullptr);
+    m_services.VisGroup_Clear(nullptr);
+    EXPECT_EQ(m_services.VisGroup_GetCount(nullptr), 0);
+    EXPECT_EQ(m_services.VisGroup_IndexOf(nullptr, 1), -1);
+}
+
+TEST_F(cHostMapTest, colorsComeBack) {
+    const uint8_t color[4] = {1, 2, 3, 255};
+    uint8_t out[4] = {};
+    cEntityData* world = m_services.Entity_Create(m_data, "worldspawn", nullptr, EF_WORLD);
+    cBrushData* brush = m_services.Brush_Create(m_data, world);
+    cGroupData* group = m_services.Group_Create(m_data);
+    m_services.Entity_SetColor(world, color);
+    EXPECT_EQ(m_services.Entity_GetColor(world, out), out);
+    EXPECT_THAT(out, ElementsAreArray(color));
+    memset(out, 0, sizeof out);
+    m_services.Brush_SetColor(brush, color);
+    EXPECT_THAT(std::vector<uint8_t>(m_services.Brush_GetColor(brush, out), out + 3),
+                ElementsAre(1, 2, 3));
+    memset(out, 0, sizeof out);
+    m_services.Group_SetColor(group, color);
+    EXPECT_THAT(std::vector<uint8_t>(m_services.Group_GetColor(group, out), out + 3),
+                ElementsAre(1, 2, 3));
+}
+
+TEST_F(cHostMapTest, groupsTakeOnlyWhatMayJoin) {
+    cEntityData* world = m_services.Entity_Create(m_data, "worldspawn", nullptr, EF_WORLD);
+    cEntityData* light = m_services.Entity_Create(m_data, "light", nullptr, EF_POINT);
+    cEntityData* door = m_services.Entity_Create(m_data, "door", nullptr, 0);
+    cBrushData* brush = m_services.Brush_Create(m_data, world);
+    cBrushData* panel = m_services.Brush_Create(m_data, door);
+    cGroupData* group = m_services.Group_Create(m_data);
+    cGroupData* outer = m_services.Group_Create(m_data);
+    cGroupData* foreign = m_services.Group_Create(&m_other.data);
+    m_services.Group_AddEntity(group, world);
+    m_services.Group_AddBrush(group, panel);
+    m_services.Group_AddEntity(foreign, light);
+    m_services.Group_AddBrush(foreign, brush);
+    m_services.Group_AddGroup(foreign, group);
+    m_services.Group_AddEntity(nullptr, light);
+    m_services.Group_AddBrush(group, nullptr);
+    EXPECT_EQ(group->memberCount + foreign->memberCount, 0);
+    EXPECT_EQ(group->parent, nullptr);
+    m_services.Group_AddEntity(group, light);
+    m_services.Group_AddBrush(group, brush);
+    m_services.Group_AddGroup(outer, group);
+    EXPECT_EQ(group->memberCount, 2);
+    EXPECT_EQ(light->group, group);
+    EXPECT_EQ(group->parent, outer);
+    m_services.Group_Delete(&m_other.data, group);
+    EXPECT_EQ(light->group, group);
+    m_services.Group_Delete(m_data, group);
+    EXPECT_EQ(light->group, outer) << "members go up one level";
+}
+
+TEST_F(cHostMapTest, visGroups) {
+    const uint8_t color[4] = {9, 8, 7, 6};
+    const uint32_t first = m_services.VisGroup_Create(m_data);
+    const uint32_t second = m_services.VisGroup_Create(m_data);
+    m_services.VisGroup_Set(m_data, first, "A long name", 40, color);
+    m_services.VisGroup_Set(m_data, second, nullptr, 40, nullptr);
+    m_services.VisGroup_Set(m_data, 999, "none", 5, color);
+    ASSERT_EQ(m_services.VisGroup_GetCount(m_data), 2);
+    EXPECT_EQ(m_services.VisGroup_IndexOf(m_data, second), 0) << "an id that is taken is refused";
+    EXPECT_EQ(m_services.VisGroup_IndexOf(m_data, 40), 1);
+    EXPECT_EQ(m_services.VisGroup_IndexOf(m_data, first), -1);
+    char name[7];
+    uint32_t id = 0;
+    uint8_t out[4];
+    EXPECT_EQ(m_services.VisGroup_Get(m_data, 1, name, sizeof name, &id, out), 1);
+    EXPECT_STREQ(name, "A long");
+    EXPECT_EQ(id, 40u);
+    EXPECT_THAT(out, ElementsAreArray(color));
+    EXPECT_EQ(m_services.VisGroup_Get(m_data, 2, name, sizeof name, &id, out), 0);
+    EXPECT_EQ(m_services.VisGroup_Get(m_data, 0, nullptr, 0, nullptr, nullptr), 1);
+
+    cEntityData* light = m_services.Entity_Create(m_data, "light", nullptr, EF_POINT);
+    m_services.Entity_AddToVisGroup(m_data, light, 40);
+    m_services.Entity_AddToVisGroup(m_data, light, 40);
+    m_services.Entity_AddToVisGroup(m_data, light, second);
+    EXPECT_EQ(m_services.Entity_GetVisGroupCount(light), 2);
+    EXPECT_EQ(m_services.Entity_GetVisGroupId(light, 0), 40u);
+    EXPECT_EQ(m_services.Entity_GetVisGroupId(light, 2), 0u);
+    m_services.Entity_RemoveFromVisGroup(m_data, light, 40);
+    m_services.VisGroup_Delete(m_data, second);
+    EXPECT_EQ(m_services.Entity_GetVisGroupCount(light), 0);
+    m_services.VisGroup_Clear(m_data);
+    EXPECT_EQ(m_services.VisGroup_GetCount(m_data), 0);
+}
+
+TEST_F(cHostMapTest, packagePathsOfTheProject) {
+    cTextureManager textures;
+    textures.addPackageFormat({1, str(".pak"), str("Package"), nullptr, nullptr, nullptr, nullptr});
+    cGameConfig config;
+    config.parcels =
+        QStringList{str("/a/one.PAK::"), str("/a/dir::*.tga;*.png"), str("/b/two.pak::")};
+    char* paths = m_services.Sys_StrDup("old");
+    EXPECT_EQ(m_services.Map_GetPackagePaths(m_data, &paths, ';'), 0) << "no project";
+    EXPECT_STREQ(paths, "old");
+    cHostServiceContext context;
+    context.configOf = [&](const cMapData* map) { return map == m_data ? &config : nullptr; };
+    context.textures = &textures;
+    setHostServiceContext(context);
+    EXPECT_EQ(m_services.Map_GetPackagePaths(m_data, &paths, ';'), 1);
+    EXPECT_STREQ(paths, "/a/one.PAK;/b/two.pak");
+    m_services.Sys_Free(paths);
+    setHostServiceContext({});
+}
+
+TEST_F(cHostMapTest, capturesWithoutAStepChangeNothing) {
+    cEntityData* light = m_services.Entity_Create(m_data, "light", nullptr, EF_POINT);
+    const uint64_t revision = m_map.revision();
+    m_services.History_Begin(m_data, "step");
+    m_services.History_EntityChanged(light);
+    m_services.History_EntityDeleted(nullptr);
+    m_services.History_SelectedBrushesChanged(m_data, 1);
+    m_services.History_End(m_data);
+    EXPECT_EQ(m_map.revision(), revision);
+}
+
+// ---- Dialogs
+
+class cTestForm : public cPluginDialogForm {
+public:
+    explicit cTestForm(QStringList& calls) : m_calls(calls) {}
+    ~cTestForm() override { m_calls << str("gone"); }
+
+    void initExternalCommand(const char*, const char*) override {}
+    void initInternalCommand(const char*, void (*)()) override {}
+    void setProgress(int value, int) override { m_calls << QString::number(value); }
+    void addTextEdit(const char*, const char*, const char*, uint32_t) override {}
+    void addCheckBox(const char* option, const char*, bool checked, uint32_t) override {
+        m_calls << str(option) + QString::number(checked);
+    }
+    void addRadioBox(const char*, const char*, bool, uint32_t) override {}
+    void addSpinBox(const char*, const char*, int, int, int, int, uint32_t) override {}
+    void addSpinBoxFloat(const char*, const char*, float, float, float, float, uint32_t) override {}
+    void addComboBox(const char*, const char*, int, const char*, uint32_t) override {}
+    void addFileEdit(const char*, const char*, const char*, const char*, uint32_t) override {}
+    void addFileList(const char*, const char*, const char*, const char*, uint32_t) override {}
+    void addDirectoryEdit(const char*, const char*, const char*, uint32_t) override {}
+    void queryArgument(const char* option, char* out, int size) override {
+        qstrncpy(out, option, uint(size));
+    }
+    int queryArgumentInt(const char*) override { return 5; }
+    float queryArgumentFloat(const char*) override { return 0.5f; }
+    void print(const char* text) override { m_calls << str(text); }
+    void run() override { m_calls << str("run"); }
+
+private:
+    QStringList& m_calls;
+};
+
+static QStringList g_calls;
+
+TEST_F(cHostServicesTest, dialogCallsNeedAnActiveForm) {
+    m_services.Dialog_Begin("title");
+    EXPECT_TRUE(reported("plug-in dialogs are not available"));
+    char out[4] = "abc";
+    m_services.Dialog_InitExternalCommand("", "");
+    m_services.Dialog_InitInternalCommand("", nullptr);
+    m_services.Dialog_SetProgress(1, 2);
+    m_services.Dialog_AddTextEdit("o", "l", "v", 0);
+    m_services.Dialog_AddCheckBox("o", "l", 0, 0);
+    m_services.Dialog_AddRadioBox("o", "l", 0, 0);
+    m_services.Dialog_AddSpinBox("o", "l", 0, 0, 1, 1, 0);
+    m_services.Dialog_AddSpinBoxFloat("o", "l", 0, 0, 1, 1, 0);
+    m_services.Dialog_AddComboBox("o", "l", 0, "", 0);
+    m_services.Dialog_AddFileEdit("o", "l", "", "", 0);
+    m_services.Dialog_AddFileList("o", "l", "", "", 0);
+    m_services.Dialog_AddDirectoryEdit("o", "l", "", 0);
+    m_services.Dialog_QueryArgument("o", out, sizeof out);
+    EXPECT_EQ(m_services.Dialog_QueryArgumentInt("o"), 0);
+    EXPECT_EQ(m_services.Dialog_QueryArgumentFloat("o"), 0.0f);
+    m_services.Dialog_Print("silent");
+    m_services.Dialog_End();
+    EXPECT_STREQ(out, "");
+    for (const char* name :
+         {"InitExternalCommand", "InitInternalCommand", "SetProgress", "AddTextEdit", "AddCheckBox",
+          "AddRadioBox", "AddSpinBox", "AddSpinBoxFloat", "AddComboBox", "AddFileEdit",
+          "AddFileList", "AddDirectoryEdit", "QueryArgument", "QueryArgumentInt",
+          "QueryArgumentFloat", "End"})
+        EXPECT_TRUE(reported(
+            QStringLiteral("Dialog_%1 called with no active dialog").arg(str(name)).toLatin1()))
+            << name;
+    EXPECT_EQ(m_host.messages.size(), 17u);
+}
+
+TEST_F(cHostServicesTest, dialogLivesFromBeginToEnd) {
+    g_calls.clear();
+    setPluginDialogFactory([](const char*) -> std::unique_ptr<cPluginDialogForm> {
+        return std::make_unique<cTestForm>(g_calls);
+    });
+    m_services.Dialog_Begin("title");
+    m_services.Dialog_Begin("again");
+    EXPECT_TRUE(reported("can't start new dialog while the previous is active"));
+    m_services.Dialog_AddCheckBox("c", "label", 7, 0);
+    m_services.Dialog_AddCheckBox(nullptr, "label", 1, 0);
+    m_services.Dialog_AddCheckBox("c", nullptr, 1, 0);
+    EXPECT_EQ(m_host.count(eMessage::Error, str("Dialog_AddCheckBox called with bad parameters")),
+              2);
+    m_services.Dialog_SetProgress(3, 4);
+    m_services.Dialog_Print("%s", std::string(9000, 'x').c_str());
+    char out[3];
+    m_services.Dialog_QueryArgument("abcdef", out, sizeof out);
+    EXPECT_STREQ(out, "ab");
+    EXPECT_EQ(m_services.Dialog_QueryArgumentInt("a"), 5);
+    m_services.Dialog_End();
+    EXPECT_EQ(g_calls, QStringList({str("c1"), str("3"), QString(8191, QLatin1Char('x')),
+                                    str("run"), str("gone")}));
+    setPluginDialogFactory(nullptr);
+}
+
+// ---- Model stream
+
+TEST_F(cHostServicesTest, drawingIsForwardedToTheViews) {
+    m_services.Render_Vertex(nullptr);
+    EXPECT_EQ(m_services.Render_ShadeFloor(), 0.2f);
+    EXPECT_EQ(m_services.Render_Shade(nullptr), 1.0f);
+    const float up[3] = {0, 0, 1}, down[3] = {0, 0, -1};
+    EXPECT_GT(m_services.Render_Shade(up), m_services.Render_Shade(down));
+
+    static float st[2];
+    static uint32_t state;
+    const cRenderServices before = g_renderServices;
+    g_renderServices.texCoord = [](float s, float t) { st[0] = s, st[1] = t; };
+    g_renderServices.setState = [](uint32_t value) { state = value; };
+    g_renderServices.getState = [] { return state; };
+    const float coordinates[2] = {0.25f, 0.5f};
+    m_services.Render_TexCoordV(coordinates);
+    m_services.Render_TexCoordV(nullptr);
+    m_services.Render_SetState(0x40);
+    EXPECT_THAT(st, ElementsAre(0.25f, 0.5f));
+    EXPECT_EQ(m_services.Render_GetState(), 0x40u);
+    g_renderServices = before;
+}

@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+// The loader, on plug-ins loaded from disk: order, messages, what each offer leads to.
+#include "pluginhost/tPluginManager.h"
+
+#include "document/tEntity.h"
+#include "document/tMap.h"
+#include "document/tMapLists.h"
+#include "pluginhost/tFlagCaptions.h"
+#include "pluginhost/tPrimitiveList.h"
+#include "resources/tGameConfigRegistry.h"
+#include "resources/tGameDataRegistry.h"
+#include "resources/tModelManager.h"
+#include "resources/tTextureManager.h"
+#include "support/tTestHost.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+
+static QString str(const char* text) {
+    return QString::fromLatin1(text);
+}
+
+class cPluginManagerTest : public testing::Test {
+protected:
+    cPluginManagerTest() {
+        cPluginTargets targets;
+        targets.configs = &m_configs;
+        targets.textures = &m_textures;
+        targets.models = &m_models;
+        targets.captions = &m_captions;
+        targets.registerPrimitive = [this](const cPrimitive* p) {
+            m_primitives.registerPrimitive(p);
+        };
+        m_manager = std::make_unique<cPluginManager>(targets);
+    }
+
+    QString provide(const char* name, const QString& as) {
+        const QString path = m_folder.filePath(as);
+        EXPECT_TRUE(QFile::copy(str(KARVEX_TEST_PLUGINS "/") + str(name), path));
+        return path;
+    }
+    int count(eMessage level, const char* text) { return m_host.count(level, str(text)); }
+
+    cTestHost m_host;
+    QTemporaryDir m_folder;
+    cGameDataRegistry m_gameData;
+    cTextureManager m_textures;
+    cModelManager m_models;
+    cGameConfigRegistry m_configs{m_gameData, m_textures, &m_models};
+    cFlagCaptions m_captions;
+    cPrimitiveList m_primitives;
+    std::unique_ptr<cPluginManager> m_manager;
+};
+
+TEST_F(cPluginManagerTest, emptyOrMissingDirectoryIsSilent) {
+    m_manager->loadAll(m_folder.path());
+    m_manager->loadAll(m_folder.filePath(str("absent")));
+    EXPECT_TRUE(m_host.messages.empty());
+    EXPECT_TRUE(m_manager->libraries.empty());
+    EXPECT_TRUE(m_manager->actions.empty());
+}
+
+TEST_F(cPluginManagerTest, refusedLibrariesCostTheirMessageOnly) {
+    QFile text(m_folder.filePath(str("tpa.so")));
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    text.write("no library at all");
+    text.close();
+    provide("tpnomain.so", str("tpb.so"));
+    provide("tprefuse.so", str("tpc.so"));
+    const QString good = provide("tpfull.so", str("tpd.so"));
+    provide("tpfull.so", str("other.so"));
+    m_manager->loadAll(m_folder.path());
+
+    const QString folder = m_folder.path() + QLatin1Char('/');
+    QStringList errors;
+    for (const auto& m : m_host.messages) {
+        if (m.level == eMessage::Error)
+            errors << m.text;
+    }
+    EXPECT_EQ(errors.mid(0, 3),
+              QStringList({str("Couldn't load \"%1tpa.so\"").arg(folder),
+                           str("Couldn't find \"tpMain\" export in \"%1tpb.so\"").arg(folder),
+                           str("Couldn't initialize \"%1tpc.so\"").arg(folder)}));
+    EXPECT_EQ(count(eMessage::Warning, "is not for me"), 1) << "it did get the table";
+    EXPECT_EQ(count(eMessage::Print, "Adding: "), 1);
+    ASSERT_EQ(m_manager->libraries.size(), 1u);
+    EXPECT_EQ(m_manager->libraries[0]->fileName(), good);
+
+    QFile maps(str("/proc/self/maps"));
+    ASSERT_TRUE(maps.open(QIODevice::ReadOnly));
+    const QByteArray mapped = maps.readAll();
+    EXPECT_TRUE(mapped.contains(good.toLocal8Bit()));
+    EXPECT_FALSE(mapped.contains((folder + str("tpb.so")).toLocal8Bit()));
+    EXPECT_FALSE(mapped.contains((folder + str("tpc.so")).toLocal8Bit()));
+}
+
+TEST_F(cPluginManagerTest, countsAreTold) {
+    ASSERT_TRUE(m_manager->load(provide("tpfull.so", str("tpfull.so"))));
+    QStringList lines;
+    for (const auto& m : m_host.messages) {
+        if (m.level == eMessage::Print)
+            lines << m.text.section(QLatin1Char('/'), 0, 0);
+    }
+    EXPECT_EQ(lines.join(QLatin1Char('\n')),
+              str("Adding: \"\n2 map export format(s) registered\n"
+                  "1 map import format(s) registered\n1 texture format(s) registered\n"
+                  "1 package format(s) registered\n1 sprite format(s) registered\n"
+                  "1 model format(s) registered\n2 primitive type(s) registered"));
+    EXPECT_EQ(count(eMessage::Debug, "tpfull on Karvex 1.0."), 1);
+}
+
+TEST_F(cPluginManagerTest, formatsGoWithTheProfilesOfTheirPlugin) {
+    m_manager->load(provide("tppartial.so", str("tpa.so")));
+    m_manager->load(provide("tpfull.so", str("tpb.so")));
+    const cMapProfile* profile = m_configs.profiles.value(str("test"));
+    ASSERT_TRUE(profile);
+    EXPECT_EQ(profile->library, 2u) << "the place in the list, from 1";
+    EXPECT_STREQ(profile->title, "Test game");
+    EXPECT_EQ(profile->detailContentMask, 0x100u);
+    EXPECT_EQ(count(eMessage::Warning, "empty profile name!"), 1);
+    EXPECT_EQ(count(eMessage::Warning, "profile \"test\" is already registered!"), 1);
+
+    ASSERT_EQ(m_manager->exportFormats.size(), 2);
+    ASSERT_EQ(m_manager->importFormats.size(), 1);
+    const cMapFormat* text =
+        cPluginManager::findFormat(m_manager->exportFormats, profile->library, str(".txt"));
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->id, 11u);
+    EXPECT_EQ(text->description, str("Test list"));
+    EXPECT_FALSE(cPluginManager::findFormat(m_manager->exportFormats, 1, str(".txt")));
+    ASSERT_EQ(m_textures.textureFormats.size(), 1);
+    EXPECT_EQ(m_textures.textureFormats[0].extension, str(".grey"));
+    EXPECT_TRUE(m_textures.textureFormats[0].setPalette);
+    EXPECT_TRUE(m_textures.isPackageExtension(str(".names")));
+    EXPECT_FALSE(m_textures.isPackageExtension(str(".Names")));
+    ASSERT_EQ(m_models.spriteFormats.size(), 1);
+    EXPECT_FALSE(m_models.spriteFormats[0].unload);
+    ASSERT_EQ(m_models.modelFormats.size(), 1);
+    EXPECT_TRUE(m_models.modelFormats[0].render);
+    EXPECT_FALSE(m_models.modelFormats[0].getBounds);
+}
+
+TEST_F(cPluginManagerTest, formatsThatLackTheirFunctionsAreNotEntered) {
+    const QString path = provide("tppartial.so", str("tppartial.so"));
+    ASSERT_TRUE(m_manager->load(path));
+    EXPECT_TRUE(m_manager->exportFormats.isEmpty());
+    EXPECT_TRUE(m_manager->importFormats.isEmpty());
+    EXPECT_EQ(count(eMessage::Print, "1 map import format(s) registered"), 1);
+    EXPECT_EQ(count(eMessage::Print, "7 model format(s) registered"), 1);
+    EXPECT_EQ(count(eMessage::Print, "texture format"), 0);
+    const std::pair<const char*, const char*> missing[] = {
+        {"texture format \".tex\" (Texture)", "tpLoadTexture"},
+        {"package format \".pak\" (Package)", "tpGetPackageInfo"},
+        {"sprite format \".spr\" (Sprite)", "tpLoadSprite"},
+        {"model format \".mdl\" (Model)", "tpRenderModel"}};
+    EXPECT_EQ(m_host.count(eMessage::Warning, QString()), 4);
+    for (const auto& m : missing)
+        EXPECT_EQ(m_host.count(eMessage::Warning,
+                               str("Plugin \"%1\" defines %2, but doesn't export \"%3\" function!")
+                                   .arg(path, str(m.first), str(m.second))),
+                  1)
+            << m.first;
+    EXPECT_TRUE(m_textures.textureFormats.isEmpty());
+    EXPECT_TRUE(m_textures.packageFormats.isEmpty());
+    EXPECT_TRUE(m_models.spriteFormats.isEmpty());
+    EXPECT_TRUE(m_models.modelFormats.isEmpty());
+}
+
+TEST_F(cPluginManagerTest, actionsAreOrderedByCategory) {
+    provide("tpfull.so", str("tpfull.so"));
+    m_manager->loadAll(m_folder.path());
+    std::vector<std::string> titles;
+    for (const auto& action : m_manager->actions)
+        titles.push_back(action->title);
+    EXPECT_THAT(titles, ElementsAre("empty", "a1", "b1", "b2", "none"));
+    EXPECT_EQ(count(eMessage::Error, "registerAction: action title is NULL!"), 1);
+    EXPECT_EQ(count(eMessage::Error, "registerAction: dispatch function for \"idle\" is NULL!"), 1);
+}
+
+TEST_F(cPluginManagerTest, actionRunsUnderTheCurrentConfiguration) {
+    provide("tpfull.so", str("tpfull.so"));
+    m_manager->loadAll(m_folder.path());
+    cGameConfig* config = m_configs.addConfig(str("Game"));
+    m_configs.setCurrent(config);
+    m_manager->runAction(3);
+    const auto* last =
+        reinterpret_cast<const uintptr_t*>(m_manager->libraries[0]->resolve("g_lastAction"));
+    ASSERT_TRUE(last);
+    EXPECT_EQ(*last, 4u);
+    EXPECT_EQ(activeConfig(), config);
+    m_manager->runAction(99);
+    m_manager->runAction(-1);
+    EXPECT_EQ(*last, 4u);
+    setActiveConfig(nullptr);
+}
+
+TEST_F(cPluginManagerTest, primitivesAndCaptions) {
+    m_manager->load(provide("tpfull.so", str("tpfull.so")));
+    ASSERT_EQ(m_primitives.all().size(), 2u);
+    EXPECT_STREQ(m_primitives.all()[0].category, "(unknown)");
+    EXPECT_STREQ(m_primitives.all()[1].name, "Block");
+    EXPECT_EQ(count(eMessage::Error, "registerPrimitive: primitive name is NULL!"), 1);
+    EXPECT_EQ(count(eMessage::Error, "registerPrimitive: dispatch function for \"Ghost\" is NULL!"),
+              1);
+    const cFlagCaptions::cTable& table = m_captions.of(str("test"));
+    EXPECT_EQ(table.surface[11], str("slick"));
+    EXPECT_EQ(table.content[31], str("detail"));
+    EXPECT_EQ(table.content[0], QString());
+    EXPECT_FALSE(m_captions.has(str("other")));
+}
+
+TEST_F(cPluginManagerTest, importedMapIsWhole) {
+    m_manager->load(provide("tpfull.so", str("tpfull.so")));
+    cMap map(nullptr);
+    const cMapFormat& format = m_manager->importFormats[0];
+    ASSERT_TRUE(format.function(format.id, "any.map", &map.data));
+    ASSERT_TRUE(map.world());
+    EXPECT_STREQ(map.world()->classname, "worldspawn");
+    const cBrushData* brush = map.world()->brushes;
+    ASSERT_TRUE(brush);
+    int faces = 0;
+    for (const cFaceData* face : facesOf(brush)) {
+        EXPECT_EQ(face->vertexCount, 4);
+        EXPECT_FLOAT_EQ(face->dist, 32.0f);
+        ++faces;
+    }
+    EXPECT_EQ(faces, 6);
+    EXPECT_THAT(brush->maxs, testing::Each(testing::FloatNear(32.0f, 0.01f)));
+    EXPECT_STREQ(getEpairValue(map.data.entitiesTail, "TargetName"), "lamp");
+
+    const QString out = m_folder.filePath(str("out.txt"));
+    const cMapFormat& exporter = m_manager->exportFormats[1];
+    ASSERT_TRUE(exporter.function(exporter.id, out.toLocal8Bit().constData(), &map.data));
+    QFile file(out);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), QByteArray("11 worldspawn\n11 light\n"));
+}
