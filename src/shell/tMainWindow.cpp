@@ -187,8 +187,7 @@ void cMainWindow::createMdiArea() {
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this,
             &cMainWindow::changeSubwindowActiveState);
     m_windowMapper = new QSignalMapper(this);
-    connect(m_windowMapper, &QSignalMapper::mappedWidget, this,
-            &cMainWindow::setActiveChildWindow);
+    connect(m_windowMapper, &QSignalMapper::mappedWidget, this, &cMainWindow::setActiveChildWindow);
     setCentralWidget(m_mdiArea);
 }
 

@@ -49,6 +49,7 @@ public:
     static void switchActive(cViewHost& host, cCanvas* canvas);
     // Pictures kept between frames are drawn anew, in all views: textures or models changed.
     static void invalidatePictures();
+    static void setKeepPictures(bool keep); // off: every frame walks the map, to compare
 
     void setScrollBars(QScrollBar* horizontal, QScrollBar* vertical);
     void showScrollBars(bool show);
@@ -274,6 +275,8 @@ private:
     void drawPicture();
     void drawMapPicture();
     void updatePicture();
+    bool keepsPicture();
+    void beginOutsidePaint();
     void drawWorldOverlays();
     void drawCordon();
     void drawCameraMarker();

@@ -12,6 +12,7 @@
 #include "views/tChildWindow.h"
 #include "views/tDocumentViews.h"
 #include "views/tGLState.h"
+#include "views/tModelStream.h"
 #include "views/tTool.h"
 #include "views/tViewHost.h"
 
@@ -23,8 +24,13 @@
 #define GL_MULTISAMPLE 0x809D
 #endif
 
-static uint32_t s_frame = 0;        // grows at each view set-up
+static uint32_t s_frame = 0; // grows at each view set-up
+static bool s_keepPictures = true;
 static uint32_t s_pictureEpoch = 0; // grows when kept pictures are to be forgotten
+
+void cCanvas::setKeepPictures(bool keep) {
+    s_keepPictures = keep;
+}
 
 void cCanvas::invalidatePictures() {
     ++s_pictureEpoch;
@@ -74,6 +80,7 @@ void cCanvas::initializeGL() {
     setSwapIntervalZero();
     glClearColor(0, 0, 0, 1);
     hasMultisample = format().sampleBuffers();
+    cModelStream::install(); // models draw into views only
 }
 
 void cCanvas::resizeGL(int newWidth, int newHeight) {
@@ -230,13 +237,17 @@ void cCanvas::updatePicture() {
     m_picture->end(key, stats);
 }
 
+// A window with samples takes no copy; its picture is drawn each time.
+bool cCanvas::keepsPicture() {
+    return s_keepPictures && !hasMultisample && m_picture->isUsable(size());
+}
+
 int cCanvas::pictureCount() const {
     return m_picture->drawCount();
 }
 
 void cCanvas::drawPicture() {
-    // A window with samples takes no copy; its picture is drawn each time.
-    if (hasMultisample || !m_picture->isUsable(size())) {
+    if (!keepsPicture()) {
         drawMapPicture();
         return;
     }
@@ -247,15 +258,21 @@ void cCanvas::drawPicture() {
     loadMatrices();
 }
 
+// The context for what runs between two frames, set up even before the first of them.
+void cCanvas::beginOutsidePaint() {
+    glInit();
+    makeCurrent();
+}
+
 bool cCanvas::readDepth(int x, int y, float* depth) {
     if (!map() || x < 0 || y < 0 || x >= width() || y >= height())
         return false;
-    makeCurrent();
+    beginOutsidePaint();
     refreshViewInfo();
     const int row = height() - 1 - y;
     const cActiveConfigScope scope(project()->viewConfig());
     setupView();
-    if (!hasMultisample && m_picture->isUsable(size())) {
+    if (keepsPicture()) {
         updatePicture();
         m_picture->readDepth(x, row, depth);
     } else {
@@ -404,7 +421,7 @@ void cCanvas::drawPick(int x, int y, int pickFlags) {
 int cCanvas::pickObject(int x, int y, int pickFlags) {
     if (!map() || x < 0 || y < 0 || x >= width() || y >= height())
         return 0;
-    makeCurrent();
+    beginOutsidePaint();
     stats = {};
     refreshViewInfo();
     const cActiveConfigScope scope(project()->viewConfig());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "views/tModelStream.h"
 
+#include "pluginhost/tRenderServices.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
 #include "views/tGLState.h"
@@ -137,4 +138,22 @@ void cModelStream::setState(uint32_t state) {
 
 void cModelStream::getView(float* out) const {
     memcpy(out, m_view, sizeof m_view);
+}
+
+void cModelStream::install() {
+    cRenderServices& services = g_renderServices;
+    services.pointSize = [](float size) { instance().pointSize(size); };
+    services.lineWidth = [](float width) { instance().lineWidth(width); };
+    services.texture = [](const cTextureImage* image) { instance().texture(image); };
+    services.primitive = [](int32_t code) { instance().primitive(code); };
+    services.flush = [] { instance().flush(); };
+    services.color = [](uint8_t r, uint8_t g, uint8_t b, uint8_t a) {
+        instance().color(r, g, b, a);
+    };
+    services.colorV = [](const uint8_t* rgba) { instance().colorV(rgba); };
+    services.texCoord = [](float s, float t) { instance().texCoord(s, t); };
+    services.vertex = [](const float* xyz) { instance().vertex(xyz); };
+    services.getState = [] { return instance().state(); };
+    services.setState = [](uint32_t state) { instance().setState(state); };
+    services.getView = [](float* out) { instance().getView(out); };
 }

@@ -12,6 +12,7 @@ public:
     static constexpr int CAPACITY = 8192;
 
     static cModelStream& instance();
+    static void install(); // makes it the drawing behind the Render_ services
 
     // Around the call of a plug-in's render function, with a current context.
     void beginModelDraw(const cViewInfo& view);

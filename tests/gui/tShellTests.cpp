@@ -15,6 +15,7 @@
 #include <QMenuBar>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTextBlock>
 #include <QTextEdit>
 #include <QToolBar>
 

@@ -9,9 +9,11 @@
 #include "document/tFace.h"
 #include "document/tGroup.h"
 #include "document/tMapLists.h"
+#include "pluginhost/tRenderServices.h"
 #include "support/tColors.h"
 #include "support/tVec.h"
 #include "views/tGLState.h"
+#include "views/tModelStream.h"
 
 #include <cstring>
 #include <functional>
@@ -300,6 +302,54 @@ TEST_F(DrawTest, pictureIsKeptUntilSomethingItShowsChanges) {
     }
 }
 
+TEST_F(DrawTest, keptPictureLooksLikeOneDrawnDirectly) {
+    for (int i = 0; i < 12; ++i)
+        addBox(float(100 + i * 60), float(i * 37 % 200 - 100), -30, float(140 + i * 60),
+               float(i * 37 % 200 - 60), 30);
+    select(addBox(90, -20, -80, 130, 30, -40));
+    const float origin[3] = {0, 0, 20};
+    cCanvas* canvas = openCamera(RM_FILLED, origin);
+    const auto both = [&] {
+        const QImage kept = picture(canvas);
+        cCanvas::setKeepPictures(false);
+        const QImage direct = picture(canvas);
+        cCanvas::setKeepPictures(true);
+        return kept == direct;
+    };
+    EXPECT_TRUE(both());
+    canvas->setViewType(VIEW_CAMERA, RM_WIREFRAME);
+    EXPECT_TRUE(both());
+    canvas->setViewType(VIEW_TOP);
+    EXPECT_TRUE(both());
+}
+
+TEST_F(DrawTest, toolsDrawBehindAndBeforeTheMapByDepth) {
+    class cMarkTool : public cTool {
+    public:
+        void draw(cCanvas* canvas, const cViewInfo&, cDrawStats&) override {
+            const float nearMins[3] = {50, -5, -5}, nearMaxs[3] = {55, 5, 5};
+            const float farMins[3] = {300, -200, -5}, farMaxs[3] = {305, 200, 5};
+            glColor4ub(0, 255, 0, 255);
+            canvas->drawBoxFill(nearMins, nearMaxs);
+            canvas->drawBoxFill(farMins, farMaxs);
+        }
+    } tool;
+    cBrushData* wall = addBox(100, -50, -50, 150, 50, 50);
+    const uint8_t blue[4] = {0, 0, 255, 255};
+    memcpy(wall->brush->drawColor, blue, 4);
+    for (cFaceData* face : facesOf(wall))
+        memcpy(face->face->color, blue, 4);
+    const float origin[3] = {0, 0, 0};
+    cCanvas* canvas = openCamera(RM_FILLED, origin);
+    viewHost.currentTool = &tool;
+    const QImage image = picture(canvas);
+    viewHost.currentTool = nullptr;
+    EXPECT_EQ(qGreen(image.pixel(pixelOf(canvas, 50, 0, 0))), 255) << "before the wall";
+    EXPECT_EQ(qGreen(image.pixel(pixelOf(canvas, 100, 40, 0))), 0) << "behind it";
+    EXPECT_GT(qBlue(image.pixel(pixelOf(canvas, 100, 40, 0))), 100);
+    EXPECT_EQ(qGreen(image.pixel(pixelOf(canvas, 300, 190, 0))), 255) << "beside it";
+}
+
 TEST_F(DrawTest, connectionsJoinTargetToItsName) {
     cEntityData* button = addPointEntity(-100, 0, 0);
     cEntityData* lamp = addPointEntity(100, 0, 0);
@@ -342,6 +392,106 @@ TEST_F(DrawTest, gridShowsMinorMajorAndAxisLines) {
     EXPECT_EQ(lineAt(240), qRgb(0, 0, 0));
     host.EnableGrid2D = false;
     EXPECT_EQ(lineAt(256), qRgb(0, 0, 0));
+}
+
+TEST_F(DrawTest, stippledAndDarkerWhileMoving) {
+    cBrushData* brush = addBox(0, 0, 0, 120, 120, 64);
+    host.setColor(COLOR_BRUSH_DEFAULT, 0, 200, 0);
+    host.UseVisgroupColors = false;
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    const auto litAlongEdge = [&] {
+        const QImage image = picture(canvas);
+        int lit = 0, most = 0;
+        for (int y = 10; y < 50; ++y) {
+            const QRgb c = near(image, pixelOf(canvas, 0, float(y), 0), 0);
+            most = std::max(most, qGreen(c));
+        }
+        const QPoint edge = pixelOf(canvas, 0, 10, 0);
+        for (int i = 0; i < 40; ++i)
+            for (int dx = -1; dx <= 1; ++dx)
+                lit += qGreen(image.pixel(edge + QPoint(dx, -i))) > 50;
+        return std::make_pair(lit, most);
+    };
+    EXPECT_EQ(litAlongEdge(), std::make_pair(40, 200));
+    for (cFaceData* face : facesOf(brush))
+        face->flags |= FF_MOVING;
+    document.map.markChanged();
+    const auto moving = litAlongEdge();
+    EXPECT_EQ(moving.second, 150);
+    EXPECT_LT(moving.first, 40);
+    EXPECT_GT(moving.first, 10);
+}
+
+TEST_F(DrawTest, pointfileAndPortalsLieOverTheMap) {
+    cMap& map = document.map;
+    map.points = static_cast<cPathPoint*>(Mem_Alloc(2 * sizeof(cPathPoint)));
+    map.points[0] = {{255, 0, 0, 255}, {-100, 0, 0}};
+    map.points[1] = {{0, 0, 255, 255}, {100, 0, 0}};
+    map.pointCount = 2;
+    cCanvas* top = openCanvas(VIEW_TOP);
+    top->zoomTo(1);
+    const QImage image = picture(top);
+    EXPECT_GT(qRed(image.pixel(pixelOf(top, -80, 0, 0))), 200);
+    EXPECT_GT(qBlue(image.pixel(pixelOf(top, 80, 0, 0))), 200);
+    map.portals = static_cast<cPortal*>(Mem_Alloc(sizeof(cPortal)));
+    map.portals->vertexCount = 3;
+    const float corners[3][3] = {{100, -50, -50}, {100, 50, -50}, {100, 0, 50}};
+    memcpy(map.portals->points, corners, sizeof corners);
+    const float origin[3] = {0, 0, 0};
+    cCanvas* camera = openCamera(RM_FILLED, origin);
+    EXPECT_EQ(picture(camera).pixel(pixelOf(camera, 100, 20, -50)), qRgb(0, 0, 255));
+}
+
+TEST_F(DrawTest, entityBoxIsShadedAndCovers) {
+    addPointEntity(100, 0, 0);
+    const float origin[3] = {0, 0, 60};
+    cCanvas* camera = openCamera(RM_FILLED, origin);
+    const QImage image = picture(camera);
+    const QRgb top = image.pixel(pixelOf(camera, 100, 0, 8));
+    const QRgb side = image.pixel(pixelOf(camera, 92, 0, 0));
+    EXPECT_EQ(qRed(top), 220) << "the default colour in full light";
+    EXPECT_GT(qRed(top), qRed(side));
+    EXPECT_GT(qRed(side), 100);
+}
+
+// ---- Model stream
+
+TEST_F(DrawTest, modelStreamDrawsWhenFullAndPutsStateBack) {
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->makeCurrent();
+    GL_ResetState(GLS_DEFAULT);
+    g_renderServices.primitive(RP_LINES);
+    cModelStream& stream = cModelStream::instance();
+    stream.beginModelDraw(canvas->viewInfo);
+    EXPECT_TRUE(glIsEnabled(GL_TEXTURE_COORD_ARRAY));
+    const float p[3] = {1, 2, 3};
+    g_renderServices.primitive(RP_TRIANGLES);
+    for (int i = 0; i < cModelStream::CAPACITY - 1; ++i)
+        g_renderServices.vertex(p);
+    EXPECT_EQ(stream.pending(), cModelStream::CAPACITY - 1);
+    g_renderServices.vertex(p);
+    EXPECT_EQ(stream.pending(), 0);
+    g_renderServices.vertex(p);
+    g_renderServices.lineWidth(3);
+    EXPECT_EQ(stream.pending(), 0) << "a change of state draws what came before it";
+    g_renderServices.color(1, 2, 3, 4);
+    EXPECT_TRUE(glIsEnabled(GL_COLOR_ARRAY));
+    g_renderServices.setState(GLS_BLEND_ALPHA);
+    EXPECT_EQ(g_renderServices.getState(), uint32_t(GLS_BLEND_ALPHA));
+    float view[12];
+    g_renderServices.getView(view);
+    EXPECT_FLOAT_EQ(view[5], canvas->viewInfo.forward[2]);
+    stream.endModelDraw();
+    GLfloat width = 0;
+    GLint culled = 0;
+    glGetFloatv(GL_LINE_WIDTH, &width);
+    glGetIntegerv(GL_CULL_FACE_MODE, &culled);
+    EXPECT_FLOAT_EQ(width, 1);
+    EXPECT_EQ(culled, GL_BACK);
+    EXPECT_FALSE(glIsEnabled(GL_COLOR_ARRAY));
+    EXPECT_EQ(GL_CurrentState(), uint32_t(GLS_DEFAULT));
+    canvas->doneCurrent();
 }
 
 // ---- GL state
