@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The frame around the documents: commands, bars, keys, console, settings and layout.
+#include "dialogs/tWaitDialog.h"
 #include "gui/tGuiTest.h"
 #include "shell/tColorScheme.h"
 #include "support/tConsole.h"
@@ -8,11 +9,13 @@
 
 #include <QApplication>
 #include <QDockWidget>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMovie>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTextBlock>
@@ -333,6 +336,31 @@ TEST_F(ShellTest, messagesAreExportedUnlessThereAreNone) {
     replies.expectFile(QStringLiteral("/proc/none/log.txt"));
     replies.expectBox(QMessageBox::Ok, QStringLiteral("Failed to write: /proc/none/log.txt\n"));
     trigger("WindowMsgExp");
+}
+
+// While the wait window is up, progress goes to it and debug messages go nowhere.
+TEST_F(ShellTest, waitWindowTakesProgressAndStaysUp) {
+    start();
+    window->consoleText()->clear();
+    {
+        cWaitDialog wait(QStringLiteral("Working"), QString(), window.get());
+        g_waitDialog = &wait;
+        wait.show();
+        wait.centerOnMainWindow();
+        window->showProgress(QStringLiteral("one of <many>"));
+        EXPECT_EQ(wait.findChild<QLabel*>(QStringLiteral("lblText"))->text(),
+                  QStringLiteral("one of <many>"));
+        EXPECT_NE(wait.findChild<QLabel*>(QStringLiteral("lblDrums"))->movie(), nullptr);
+        EXPECT_TRUE(wait.findChild<QLabel*>(QStringLiteral("lblDrums"))->movie()->isValid());
+        DPrint("hidden");
+        QTest::keyClick(&wait, Qt::Key_Escape);
+        wait.close();
+        EXPECT_TRUE(wait.isVisible());
+        EXPECT_EQ(wait.size(), QSize(480, 91));
+        g_waitDialog = nullptr;
+    }
+    DPrint("shown");
+    EXPECT_EQ(console(), QStringLiteral("shown"));
 }
 
 TEST_F(ShellTest, manyMessagesAllArrive) {
