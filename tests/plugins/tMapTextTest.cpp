@@ -414,11 +414,14 @@ static QByteArray contents(const QString& path) {
     return file.readAll();
 }
 
-class MapFile : public MapText, public testing::WithParamInterface<QString> {};
+class MapFile : public MapText, public testing::WithParamInterface<std::string> {
+protected:
+    static QString mapPath() { return QString::fromStdString(GetParam()); }
+};
 
 TEST_P(MapFile, comesBackThroughBothTextsAndTheProjectFile) {
     cMap map(nullptr);
-    ASSERT_TRUE(importFile(map, GetParam()));
+    ASSERT_TRUE(importFile(map, mapPath()));
     ASSERT_EQ(checkMapInvariants(map).toStdString(), "");
     EXPECT_EQ(count(eMessage::Error, ""), 0);
     int brushes = 0;
@@ -436,7 +439,7 @@ TEST_P(MapFile, comesBackThroughBothTextsAndTheProjectFile) {
     EXPECT_EQ(result.brushes, brushes);
     EXPECT_EQ(result.inexact, 0);
     const QStringList written = pairsInText(contents(axial));
-    const QStringList original = pairsInText(contents(GetParam()));
+    const QStringList original = pairsInText(contents(mapPath()));
     for (const QString& pair : original)
         EXPECT_TRUE(written.contains(pair)) << pair.toStdString();
     EXPECT_EQ(written.size(), original.size());
@@ -468,21 +471,22 @@ TEST_P(MapFile, comesBackThroughBothTextsAndTheProjectFile) {
 }
 
 // The maps of the sample game, and those of other makers where their folder is.
-static QStringList mapFiles() {
-    QStringList files;
+static std::vector<std::string> mapFiles() {
+    std::vector<std::string> files;
     for (const QString& folder :
          {str(KARVEX_SOURCE) + str("/game/maps"), str(KARVEX_REAL_DATA) + str("/maps")}) {
         const QDir directory(folder);
         if (folder.startsWith(QLatin1Char('/')) && directory.exists()) {
             for (const QString& name : directory.entryList({str("*.map")}, QDir::Files))
-                files << directory.filePath(name);
+                files.push_back(directory.filePath(name).toStdString());
         }
     }
     return files;
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    All, MapFile, testing::ValuesIn(mapFiles()), [](const testing::TestParamInfo<QString>& file) {
-        QString name = file.param.section(QLatin1Char('/'), -1);
+    All, MapFile, testing::ValuesIn(mapFiles()),
+    [](const testing::TestParamInfo<std::string>& file) {
+        QString name = QString::fromStdString(file.param).section(QLatin1Char('/'), -1);
         return name.replace(QRegularExpression(str("[^A-Za-z0-9]")), str("_")).toStdString();
     });
