@@ -45,8 +45,20 @@ cChildWindow* ViewFixture::openWindow(int type, int width, int height) {
     window->createViews(type);
     window->show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
-    QApplication::processEvents();
+    EXPECT_TRUE(QTest::qWaitFor([=] { return window->size() == QSize(width, height); }, 5000));
     window->autosize();
+    // The layout hands the views their sizes in its own time; scroll bars and handles take some.
+    const int parts = type < 0 ? 2 : 1;
+    const auto isLaidOut = [=] {
+        for (const cCanvas* canvas : window->canvases) {
+            if (canvas->width() < width / parts - 40 || canvas->height() < height / parts - 40)
+                return false;
+        }
+        return true;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isLaidOut, 5000))
+        << window->width() << "x" << window->height() << " canvas "
+        << window->canvases[0]->width() << "x" << window->canvases[0]->height() << " type " << type;
     QApplication::processEvents();
     return window;
 }
