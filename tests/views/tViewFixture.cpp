@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QtTest/QTest>
+#include <algorithm>
 #include <cstring>
 
 const uint8_t* cColorHost::schemeColor(int index) const {
@@ -38,6 +39,15 @@ ViewFixture::~ViewFixture() {
         delete document.windows.first();
 }
 
+// Every view has its share of the window, and has painted at that size.
+static bool isSettled(const cChildWindow& window) {
+    return std::all_of(window.canvases.begin(), window.canvases.end(), [&](const cCanvas* c) {
+        return c->width() > window.width() / 3 && c->height() > window.height() / 3 &&
+               c->viewInfo.frame > 0 && c->centerX == c->width() / 2 &&
+               c->centerY == c->height() / 2;
+    });
+}
+
 cChildWindow* ViewFixture::openWindow(int type, int width, int height) {
     auto* window = new cChildWindow(&document);
     window->setAttribute(Qt::WA_DeleteOnClose, false);
@@ -45,9 +55,8 @@ cChildWindow* ViewFixture::openWindow(int type, int width, int height) {
     window->createViews(type);
     window->show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
-    QApplication::processEvents();
     window->autosize();
-    QApplication::processEvents();
+    EXPECT_TRUE(QTest::qWaitFor([window] { return isSettled(*window); }));
     return window;
 }
 
