@@ -13,6 +13,7 @@
 
 #include <QFontMetrics>
 #include <QGLFramebufferObject>
+#include <QGridLayout>
 #include <QScrollBar>
 
 static constexpr int SAMPLES = 4;
@@ -162,6 +163,23 @@ void cCanvas::setTimerRunning(bool running) {
         m_timer.stop();
     else if (isCamera())
         applyTimerRule();
+}
+
+// ---- Size
+
+// Views are native windows: under load the X server's report of the size they were created with
+// may come after the layout has given them their cell, and would undo it.
+void cCanvas::resizeEvent(QResizeEvent* event) {
+    QGLWidget::resizeEvent(event);
+    QTimer::singleShot(0, this, &cCanvas::fillCell);
+}
+
+void cCanvas::fillCell() {
+    const auto* grid =
+        parentWidget() ? qobject_cast<QGridLayout*>(parentWidget()->layout()) : nullptr;
+    const QRect cell = grid ? grid->cellRect(0, 0) : QRect();
+    if (cell.isValid() && cell != geometry())
+        setGeometry(cell);
 }
 
 // ---- Activity
