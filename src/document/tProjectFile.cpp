@@ -230,7 +230,18 @@ static void recountMembers(cMap& map) {
     }
 }
 
+// Each group read went to the head; the file's order is the list's.
+static void reverseGroups(cMap& map) {
+    cGroupData* head = nullptr;
+    for (cGroupData* group : groupsOf(map.data)) {
+        listRemove(map.data.groups, group);
+        listPushHead(head, group);
+    }
+    map.data.groups = head;
+}
+
 void cProjectFile::finishMap() {
+    reverseGroups(m_map);
     const cEntityData* first = m_map.data.entities;
     if (!first || !(first->flags & EF_WORLD))
         m_map.addWorld("worldspawn");

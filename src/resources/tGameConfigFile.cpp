@@ -4,6 +4,7 @@
 #include "resources/tGameConfigRegistry.h"
 
 #include "support/tConsole.h"
+#include "support/tIniFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -13,22 +14,21 @@
 struct cTextKey {
     const char* key;
     QString cGameConfig::*field;
-    bool isPath; // looked for in the game's folders when it is not absolute
 };
 
-// In the order of the file; the folders come first because other paths lie in them.
+// Paths; other paths lie in the first two, so these are read before them.
 static const cTextKey FOLDER_KEYS[] = {
-    {"GameBasedir", &cGameConfig::gameBasedir, true},
-    {"GameModdir", &cGameConfig::gameModdir, true},
-    {"MapSourceFileDirectory", &cGameConfig::mapSourceFileDirectory, true},
+    {"GameBasedir", &cGameConfig::gameBasedir},
+    {"GameModdir", &cGameConfig::gameModdir},
+    {"MapSourceFileDirectory", &cGameConfig::mapSourceFileDirectory},
 };
 
 static const cTextKey TEXT_KEYS[] = {
-    {"MapProfile", &cGameConfig::mapProfile, false},
-    {"DefaultPointClass", &cGameConfig::defaultPointClass, false},
-    {"DefaultSolidClass", &cGameConfig::defaultSolidClass, false},
-    {"GameExecutable", &cGameConfig::gameExecutable, false},
-    {"GameCommandLine", &cGameConfig::gameCommandLine, false},
+    {"MapProfile", &cGameConfig::mapProfile},
+    {"DefaultPointClass", &cGameConfig::defaultPointClass},
+    {"DefaultSolidClass", &cGameConfig::defaultSolidClass},
+    {"GameExecutable", &cGameConfig::gameExecutable},
+    {"GameCommandLine", &cGameConfig::gameCommandLine},
 };
 
 static QString keyOf(const char* text) {
@@ -82,49 +82,49 @@ static QString storedPath(const cGameConfig& config, const QString& path) {
 
 // ---- Reading
 
-static QString readText(const QSettings& file, const QString& key) {
-    const QVariant value = file.value(key);
-    // A text with commas that was written without quotes comes back as a list.
-    return value.type() == QVariant::StringList ? value.toStringList().join(QStringLiteral(", "))
-                                                : value.toString();
-}
+// One group of the file.
+struct cGroupReader {
+    const cIniFile& file;
+    QString group;
 
-static QStringList readList(const QSettings& file, const QString& pattern) {
-    QStringList list;
-    for (int i = 0; file.contains(pattern.arg(i)); ++i)
-        list.append(readText(file, pattern.arg(i)));
-    return list;
-}
+    QString text(const QString& key) const { return file.value(group, key); }
+    QString text(const char* key) const { return text(keyOf(key)); }
+    int number(const char* key, int absent) const {
+        const QString value = file.value(group, keyOf(key));
+        return value.isNull() ? absent : value.toInt();
+    }
+    QStringList list(const QString& pattern) const {
+        QStringList result;
+        for (int i = 0; file.contains(group, pattern.arg(i)); ++i)
+            result.append(text(pattern.arg(i)));
+        return result;
+    }
+};
 
-static void readConfig(const QSettings& file, cGameConfig& config) {
-    config.title = readText(file, keyOf("Title"));
-    config.enabled = file.value(keyOf("Enabled"), false).toBool();
-    config.textureFormat = file.value(keyOf("TextureFormat"), 0).toInt();
-    config.textureBrightness = file.value(keyOf("TextureBrightness"), 50).toInt();
+static void readConfig(const cGroupReader& reader, cGameConfig& config) {
+    config.title = reader.text("Title");
+    config.enabled = QVariant(reader.text("Enabled")).toBool();
+    config.textureFormat = reader.number("TextureFormat", 0);
+    config.textureBrightness = reader.number("TextureBrightness", 50);
     for (const cTextKey& text : TEXT_KEYS)
-        config.*text.field = readText(file, keyOf(text.key));
+        config.*text.field = reader.text(text.key);
     for (const cTextKey& folder : FOLDER_KEYS)
-        config.*folder.field = resolvedPath(config, readText(file, keyOf(folder.key)));
-    config.paletteFile = resolvedPath(config, readText(file, keyOf("PaletteFile")));
+        config.*folder.field = resolvedPath(config, reader.text(folder.key));
+    config.paletteFile = resolvedPath(config, reader.text("PaletteFile"));
     for (int i = 0; i < cGameConfig::MAP_TOOL_COUNT; ++i)
-        config.mapTool[i] = readText(file, QStringLiteral("MapTool%1").arg(i));
-    for (const QString& path : readList(file, QStringLiteral("GameData%1")))
+        config.mapTool[i] = reader.text(QStringLiteral("MapTool%1").arg(i));
+    for (const QString& path : reader.list(QStringLiteral("GameData%1")))
         config.gameData.append(resolvedPath(config, path));
-    for (const QString& key : readList(file, QStringLiteral("Parcel%1")))
+    for (const QString& key : reader.list(QStringLiteral("Parcel%1")))
         config.parcels.append(resolvedKey(config, key));
 }
 
 void cGameConfigRegistry::load(const QString& path) {
     clearConfigs();
-    QSettings file(path, QSettings::IniFormat);
-    file.setIniCodec(QTextCodec::codecForLocale());
-    for (int i = 0;; ++i) {
-        file.beginGroup(groupOf(i));
-        if (!file.contains(keyOf("Title")))
-            break;
+    const cIniFile file(path);
+    for (int i = 0; file.contains(groupOf(i), keyOf("Title")); ++i) {
         cGameConfig* config = new cGameConfig;
-        readConfig(file, *config);
-        file.endGroup();
+        readConfig({file, groupOf(i)}, *config);
         enter(config);
         acquireResources(*config);
         if (g_host && !g_host->NoPrecache)

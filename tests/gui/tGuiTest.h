@@ -9,7 +9,9 @@
 
 #include <QAction>
 #include <QFileDialog>
+#include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -44,7 +46,7 @@ private:
     void poll();
 
     std::deque<std::function<void(QWidget*)>> m_replies;
-    QWidget* m_answered = nullptr;
+    QPointer<QWidget> m_answered; // the next one may lie at the same address
     QTimer m_timer;
 };
 
@@ -75,6 +77,7 @@ protected:
 
     std::unique_ptr<cMainWindow> window;
     cReplies replies;
+    QStringList said; // by the status bar, since the last start
 
 private:
     QTemporaryDir m_folder;
