@@ -17,9 +17,15 @@
 #include <QScrollBar>
 
 static constexpr int SAMPLES = 4;
+static constexpr int DEPTH_BITS = 24;
+static constexpr int STENCIL_BITS = 8;
 
 QGLFormat cCanvas::viewFormat() {
-    QGLFormat format(QGL::Rgba | QGL::DirectRendering | QGL::DoubleBuffer | QGL::DepthBuffer);
+    // Depth with a stencil, as the kept pictures have: depth is copied between equal formats only.
+    QGLFormat format(QGL::Rgba | QGL::DirectRendering | QGL::DoubleBuffer | QGL::DepthBuffer |
+                     QGL::StencilBuffer);
+    format.setDepthBufferSize(DEPTH_BITS);
+    format.setStencilBufferSize(STENCIL_BITS);
     format.setSwapInterval(0);
     if (g_host->Antialiasing) {
         format.setSampleBuffers(true);
