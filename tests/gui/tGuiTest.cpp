@@ -145,6 +145,19 @@ cProject* cGuiTest::newProject() {
     return active();
 }
 
+void cGuiTest::focus(QWidget* widget) const {
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        widget->setFocus();
+        return QApplication::focusWidget() == widget;
+    }));
+}
+
+bool cGuiTest::answered() const {
+    return QTest::qWaitFor(
+        [this] { return !replies.pending() && !QApplication::activeModalWidget(); });
+}
+
 int cGuiTest::windowCount() const {
     return window->mdiArea()->subWindowList().size();
 }

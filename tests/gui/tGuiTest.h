@@ -70,6 +70,8 @@ protected:
     void trigger(const char* id) const { action(id)->trigger(); }
     cProject* newProject(); // the new one, active
     cProject* active() const { return window->activeProject(); }
+    void focus(QWidget* widget) const; // waits until it has it
+    bool answered() const;             // waits for the last expected dialog
     int windowCount() const;
     QString pane(int index) const;
     QString console() const;

@@ -169,6 +169,15 @@ TEST_F(ShellTest, viewTypeCommandsActOnTheActiveView) {
     EXPECT_EQ(window->previousCanvas, project->windows[0]->canvases[0]);
 }
 
+// The program's own GL formats must let the views keep their pictures between frames.
+TEST_F(ShellTest, viewsOfTheProgramKeepTheirPictures) {
+    start();
+    for (cCanvas* canvas : newProject()->windows[0]->canvases) {
+        canvas->requestRedraw(true);
+        EXPECT_GT(canvas->pictureCount(), 0) << canvas->viewType;
+    }
+}
+
 TEST_F(ShellTest, tenthWindowHasNoMnemonic) {
     start();
     newProject();
@@ -214,9 +223,7 @@ TEST_F(ShellTest, gridKeysStepOnceAndStopAtTheEnds) {
     start();
     newProject();
     cCanvas* canvas = window->activeCanvas;
-    canvas->setFocus();
-    settle();
-    ASSERT_EQ(QApplication::focusWidget(), canvas);
+    focus(canvas);
     QTest::keyClick(canvas->windowHandle() ? canvas->windowHandle() : window->windowHandle(),
                     Qt::Key_Plus);
     EXPECT_EQ(window->gridSize, 64) << "one press, one step";
@@ -239,8 +246,7 @@ TEST_F(ShellTest, heldKeysFollowPressAndRelease) {
     start();
     newProject();
     cCanvas* canvas = window->activeCanvas;
-    canvas->setFocus();
-    settle();
+    focus(canvas);
     const auto send = [&](QEvent::Type type, int key, bool repeat) {
         QKeyEvent event(type, key, Qt::NoModifier, QString(), repeat);
         QApplication::sendEvent(canvas, &event);
@@ -278,9 +284,7 @@ TEST_F(ShellTest, keysOfATextEntryAreItsOwn) {
     dock->setWidget(edit);
     window->addDockWidget(Qt::TopDockWidgetArea, dock);
     settle();
-    edit->setFocus();
-    settle();
-    ASSERT_EQ(QApplication::focusWidget(), edit);
+    focus(edit);
     QTest::keyPress(edit, Qt::Key_W);
     QTest::keyClick(edit, Qt::Key_Plus);
     EXPECT_EQ(window->heldKeys, 0u);
@@ -290,15 +294,16 @@ TEST_F(ShellTest, keysOfATextEntryAreItsOwn) {
 TEST_F(ShellTest, shortcutsWorkFromAView) {
     start();
     newProject();
+    focus(window->activeCanvas);
     QTest::keyClick(window->windowHandle(), Qt::Key_N, Qt::ControlModifier);
     settle();
     EXPECT_EQ(window->projects.size(), 2);
-    replies.expectCancel();
-    QTest::keyClick(window->windowHandle(), Qt::Key_E, Qt::AltModifier); // Export Messages
-    settle();
-    replies.expectCancel();
-    QTest::keyClick(window->windowHandle(), Qt::Key_B, Qt::AltModifier); // Export Again
-    settle();
+    for (int key : {Qt::Key_E, Qt::Key_B}) { // Export Messages, Export Again
+        focus(window->activeCanvas);
+        replies.expectCancel();
+        QTest::keyClick(window->windowHandle(), Qt::Key(key), Qt::AltModifier);
+        EXPECT_TRUE(answered()) << key;
+    }
 }
 
 // ---- Console
