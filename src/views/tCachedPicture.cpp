@@ -22,13 +22,21 @@ bool cCachedPicture::isUsable(const QSize& size) {
     m_refused = !hasBlit();
     if (m_refused)
         return false;
-    m_buffer.reset();
-    m_buffer =
-        std::make_unique<QGLFramebufferObject>(size, QGLFramebufferObject::CombinedDepthStencil);
-    m_refused = !m_buffer->isValid() || !copyToWindow(size);
-    if (m_refused)
-        m_buffer.reset();
+    m_refused = !createBuffer(size);
     return !m_refused;
+}
+
+// Depth is copied only between equal formats, and a window may come with a stencil or without.
+bool cCachedPicture::createBuffer(const QSize& size) {
+    for (const auto attachment :
+         {QGLFramebufferObject::CombinedDepthStencil, QGLFramebufferObject::Depth}) {
+        m_buffer.reset();
+        m_buffer = std::make_unique<QGLFramebufferObject>(size, attachment);
+        if (m_buffer->isValid() && copyToWindow(size))
+            return true;
+    }
+    m_buffer.reset();
+    return false;
 }
 
 // A window with another depth format or with samples refuses the copy.

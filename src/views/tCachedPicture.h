@@ -33,6 +33,7 @@ public:
     int drawCount() const { return m_drawCount; } // how often it was drawn anew
 
 private:
+    bool createBuffer(const QSize& size);
     bool copyToWindow(const QSize& size);
 
     std::unique_ptr<QGLFramebufferObject> m_buffer;

@@ -13,15 +13,19 @@
 
 #include <QFontMetrics>
 #include <QGLFramebufferObject>
+#include <QGridLayout>
 #include <QScrollBar>
 
 static constexpr int SAMPLES = 4;
+static constexpr int DEPTH_BITS = 24;
+static constexpr int STENCIL_BITS = 8;
 
 QGLFormat cCanvas::viewFormat() {
-    // With the stencil buffer the depth has the format of the kept pictures, which are copied
-    // into the window with their depth.
+    // Depth with a stencil, as the kept pictures have: depth is copied between equal formats only.
     QGLFormat format(QGL::Rgba | QGL::DirectRendering | QGL::DoubleBuffer | QGL::DepthBuffer |
                      QGL::StencilBuffer);
+    format.setDepthBufferSize(DEPTH_BITS);
+    format.setStencilBufferSize(STENCIL_BITS);
     format.setSwapInterval(0);
     if (g_host->Antialiasing) {
         format.setSampleBuffers(true);
@@ -165,6 +169,23 @@ void cCanvas::setTimerRunning(bool running) {
         m_timer.stop();
     else if (isCamera())
         applyTimerRule();
+}
+
+// ---- Size
+
+// Views are native windows: under load the X server's report of the size they were created with
+// may come after the layout has given them their cell, and would undo it.
+void cCanvas::resizeEvent(QResizeEvent* event) {
+    QGLWidget::resizeEvent(event);
+    QTimer::singleShot(0, this, &cCanvas::fillCell);
+}
+
+void cCanvas::fillCell() {
+    const auto* grid =
+        parentWidget() ? qobject_cast<QGridLayout*>(parentWidget()->layout()) : nullptr;
+    const QRect cell = grid ? grid->cellRect(0, 0) : QRect();
+    if (cell.isValid() && cell != geometry())
+        setGeometry(cell);
 }
 
 // ---- Activity

@@ -196,6 +196,7 @@ protected:
     void resizeGL(int newWidth, int newHeight) override;
     void paintGL() override;
     void glDraw() override;
+    void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -209,6 +210,7 @@ protected:
 
 private:
     // tCanvas.cpp
+    void fillCell();
     void setAxes(int type);
     void measureCaption();
     void applyTimerRule();

@@ -57,7 +57,6 @@ QWidget* cChildWindow::createCell(const QGLFormat& format, int type, QWidget* pa
     grid->addWidget(horizontal, 1, 0);
     grid->addWidget(vertical, 0, 1);
     canvas->setScrollBars(horizontal, vertical);
-    canvas->installEventFilter(this);
     canvases.push_back(canvas);
     canvas->setViewType(type);
     return cell;
@@ -163,17 +162,6 @@ void cChildWindow::applyScrollbarSetting() {
             canvas->updateScrollBars();
         canvas->projectionDirty = true;
     }
-}
-
-bool cChildWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize || event->type() == QEvent::Show) {
-        QWidget* cell = static_cast<QWidget*>(watched)->parentWidget();
-        QTimer::singleShot(0, cell, [cell] {
-            cell->layout()->invalidate();
-            cell->layout()->activate();
-        });
-    }
-    return QWidget::eventFilter(watched, event);
 }
 
 void cChildWindow::resizeEvent(QResizeEvent* event) {

@@ -57,10 +57,6 @@ protected:
 
 private:
     QWidget* createCell(const QGLFormat& format, int type, QWidget* parent);
-    // A view is a native window: the X server may answer its creation after the layout has set
-    // its size, and the view would keep the old one. So each answer is held against the layout.
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
     QSplitter* createRow(const QGLFormat& format, int leftType, int rightType, const char* name);
     void createFourViews(const QGLFormat& format);
     void layOutCells();

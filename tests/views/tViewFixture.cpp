@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QtTest/QTest>
+#include <algorithm>
 #include <cstring>
 
 const uint8_t* cColorHost::schemeColor(int index) const {
@@ -38,6 +39,15 @@ ViewFixture::~ViewFixture() {
         delete document.windows.first();
 }
 
+// Every view has its share of the window, and has painted at that size.
+static bool isSettled(const cChildWindow& window) {
+    return std::all_of(window.canvases.begin(), window.canvases.end(), [&](const cCanvas* c) {
+        return c->width() > window.width() / 3 && c->height() > window.height() / 3 &&
+               c->viewInfo.frame > 0 && c->centerX == c->width() / 2 &&
+               c->centerY == c->height() / 2;
+    });
+}
+
 cChildWindow* ViewFixture::openWindow(int type, int width, int height) {
     auto* window = new cChildWindow(&document);
     window->setAttribute(Qt::WA_DeleteOnClose, false);
@@ -45,21 +55,8 @@ cChildWindow* ViewFixture::openWindow(int type, int width, int height) {
     window->createViews(type);
     window->show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
-    EXPECT_TRUE(QTest::qWaitFor([=] { return window->size() == QSize(width, height); }, 5000));
     window->autosize();
-    // The layout hands the views their sizes in its own time; scroll bars and handles take some.
-    const int parts = type < 0 ? 2 : 1;
-    const auto isLaidOut = [=] {
-        for (const cCanvas* canvas : window->canvases) {
-            if (canvas->width() < width / parts - 40 || canvas->height() < height / parts - 40)
-                return false;
-        }
-        return true;
-    };
-    EXPECT_TRUE(QTest::qWaitFor(isLaidOut, 5000))
-        << window->width() << "x" << window->height() << " canvas "
-        << window->canvases[0]->width() << "x" << window->canvases[0]->height() << " type " << type;
-    QApplication::processEvents();
+    EXPECT_TRUE(QTest::qWaitFor([window] { return isSettled(*window); }));
     return window;
 }
 
