@@ -103,9 +103,10 @@ static double texelOf(const float* p, const float* axis, float scale, float shif
 }
 
 // How far the written projection, as floats, puts any vertex from where the block has it.
-static double worstError(const cFaceData* face, const cClassicProjection& projection) {
+static double worstError(const cFaceData* face, const float* readNormal,
+                         const cClassicProjection& projection) {
     cFaceTexture written = face->tex;
-    applyClassicProjection(projection, face->normal, &written);
+    applyClassicProjection(projection, readNormal, &written);
     const cFaceTexture& tex = face->tex;
     double worst = 0;
     for (int i = 0; i < face->vertexCount; ++i) {
@@ -158,9 +159,9 @@ static void roundToOwn(const cFaceTexture& tex, cClassicProjection* p) {
     preferOwn(&p->shift[1], tex.vShift);
 }
 
-bool classicProjectionOf(const cFaceData* face, cClassicProjection* out) {
+bool classicProjectionOf(const cFaceData* face, const float* readNormal, cClassicProjection* out) {
     const cFaceTexture& tex = face->tex;
-    const cBaseAxes& base = baseAxesFor(face->normal);
+    const cBaseAxes& base = baseAxesFor(readNormal);
     if (face->normal[base.normalAxis] == 0) {
         *out = {{double(tex.uShift), double(tex.vShift)}, double(tex.rotation), {1, 1}};
         return false;
@@ -175,7 +176,7 @@ bool classicProjectionOf(const cFaceData* face, cClassicProjection* out) {
     for (const double rotation : {double(tex.rotation), std::round(byU), byU, (byU + byV) * 0.5}) {
         cClassicProjection candidate = projectionAt(face, base, u, v, rotation);
         roundToOwn(tex, &candidate);
-        const double error = worstError(face, candidate);
+        const double error = worstError(face, readNormal, candidate);
         if (best >= 0 && !(error < best))
             continue;
         best = error;

@@ -25,5 +25,7 @@ void applyClassicProjection(const cClassicProjection& projection, const float* n
                             cFaceTexture* tex);
 
 // The projection that lays the block's texture on the plane, exactly or as near as can be.
-// False when no vertex-exact one exists: some vertex is off by more than a hundredth of a texel.
-bool classicProjectionOf(const cFaceData* face, cClassicProjection* out);
+// The normal is the one that a reader finds in the written points: near a tie it decides which
+// axes the line is read with. False when no exact projection exists, that is when some vertex is
+// off by more than a hundredth of a texel.
+bool classicProjectionOf(const cFaceData* face, const float* readNormal, cClassicProjection* out);

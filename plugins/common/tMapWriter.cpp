@@ -156,30 +156,39 @@ int cMapWriter::containerOf(const cGroupData* group, uint32_t visGroup) {
     return index;
 }
 
-// In the order in which the world's brushes, then the entities, name them.
+void cMapWriter::collectEntity(const cEntityData* entity) {
+    cEntityData* record = const_cast<cEntityData*>(entity);
+    const int count = m_host->Entity_GetVisGroupCount(record);
+    homeOf(entity->group, count ? m_host->Entity_GetVisGroupId(record, 0) : 0);
+    m_lostMemberships += count > 1 ? 1 : 0;
+}
+
+void cMapWriter::collectBrush(cBrushData* brush) {
+    const int count = m_host->Brush_GetVisGroupCount(brush);
+    const int home = homeOf(brush->group, count ? m_host->Brush_GetVisGroupId(brush, 0) : 0);
+    m_lostMemberships += count > 1 ? 1 : 0;
+    if (home < 0)
+        m_worldBrushes.push_back(brush);
+    else
+        m_containers[size_t(home)].brushes.push_back(brush);
+}
+
+// In the order in which the world's brushes, then the entities, name them; empty layers last.
 void cMapWriter::collectContainers() {
-    for (const cEntityData* entity = m_map->entities; entity; entity = entity->next) {
-        if (!(entity->flags & EF_WORLD)) {
-            const int count = m_host->Entity_GetVisGroupCount(const_cast<cEntityData*>(entity));
-            if (isWritten(entity))
-                homeOf(entity->group,
-                       count ? m_host->Entity_GetVisGroupId(const_cast<cEntityData*>(entity), 0)
-                             : 0);
-            m_lostMemberships += count > 1 ? 1 : 0;
-            continue;
-        }
-        for (cBrushData* brush = entity->brushes; brush; brush = brush->next) {
-            if (!isWritten(brush))
-                continue;
-            const int count = m_host->Brush_GetVisGroupCount(brush);
-            const uint32_t visGroup = count ? m_host->Brush_GetVisGroupId(brush, 0) : 0;
-            const int home = homeOf(brush->group, visGroup);
-            m_lostMemberships += count > 1 ? 1 : 0;
-            if (home < 0)
-                m_worldBrushes.push_back(brush);
-            else
-                m_containers[size_t(home)].brushes.push_back(brush);
-        }
+    for (cBrushData* brush = m_map->entities->brushes; brush; brush = brush->next) {
+        if (isWritten(brush))
+            collectBrush(brush);
+    }
+    for (const cEntityData* entity = m_map->entities->next; entity; entity = entity->next) {
+        if (isWritten(entity))
+            collectEntity(entity);
+    }
+    for (int i = 0; i < m_host->VisGroup_GetCount(m_map); ++i) {
+        char name[2];
+        uint32_t id = 0;
+        uint8_t color[4];
+        if (m_host->VisGroup_Get(m_map, i, name, sizeof name, &id, color))
+            layerOf(id);
     }
 }
 
@@ -244,9 +253,8 @@ static std::string originText(const float* origin) {
     std::string text;
     for (int i = 0; i < 3; ++i) {
         char digits[64];
-        const float value = origin[i] == 0 ? 0.0f : origin[i];
         const auto end =
-            std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed);
+            std::to_chars(digits, digits + sizeof digits, origin[i], std::chars_format::fixed);
         text += (i ? " " : "") + std::string(digits, end.ptr);
     }
     return text;
@@ -302,11 +310,12 @@ void cMapWriter::writeBrush(const cBrushData* brush) {
 }
 
 void cMapWriter::writeFace(const cFaceData* face) {
-    writePoints(face);
+    float readNormal[3] = {face->normal[0], face->normal[1], face->normal[2]};
+    writePoints(face, readNormal);
     const cFaceTexture& tex = face->tex;
     const bool bare = tex.name[0] && tex.name[0] != '"' && !strpbrk(tex.name, " \t\r\n");
     m_text += bare ? tex.name : "\"" + std::string(tex.name) + "\"";
-    writeTexture(face);
+    writeTexture(face, readNormal);
     if (tex.contentFlags || tex.surfaceFlags || tex.value) {
         for (uint32_t flags : {tex.contentFlags, tex.surfaceFlags, tex.value})
             m_text += ' ' + std::to_string(int32_t(flags));
@@ -314,7 +323,7 @@ void cMapWriter::writeFace(const cFaceData* face) {
     m_text += '\n';
 }
 
-void cMapWriter::writeTexture(const cFaceData* face) {
+void cMapWriter::writeTexture(const cFaceData* face, const float* readNormal) {
     const cFaceTexture& tex = face->tex;
     const auto numbers = [this](std::initializer_list<double> values) {
         for (double value : values) {
@@ -334,7 +343,7 @@ void cMapWriter::writeTexture(const cFaceData* face) {
         return;
     }
     cClassicProjection projection;
-    if (!classicProjectionOf(face, &projection))
+    if (!classicProjectionOf(face, readNormal, &projection))
         ++m_inexactFaces;
     numbers({projection.shift[0], projection.shift[1], projection.rotation, projection.scale[0],
              projection.scale[1]});
@@ -393,7 +402,7 @@ static void planePoints(const cFaceData* face, double reach, double points[3][3]
     }
 }
 
-void cMapWriter::writePoints(const cFaceData* face) {
+void cMapWriter::writePoints(const cFaceData* face, float* readNormal) {
     double best[3][3] = {};
     double candidate[3][3];
     double error = vertexPoints(face, best) ? planeError(face, best) : 1e9;
@@ -405,6 +414,9 @@ void cMapWriter::writePoints(const cFaceData* face) {
         error = e;
         memcpy(best, candidate, sizeof best);
     }
+    cMapPlane plane;
+    for (int i = 0; planeFromPoints(best, &plane) && i < 3; ++i)
+        readNormal[i] = float(plane.normal[i]);
     for (const auto& point : best) {
         m_text += "( ";
         for (double coordinate : point) {

@@ -30,6 +30,8 @@ private:
     bool insideCordon(const float* mins, const float* maxs) const;
 
     void collectContainers();
+    void collectEntity(const cEntityData* entity);
+    void collectBrush(cBrushData* brush);
     int containerOf(const cGroupData* group, uint32_t visGroup);
     int layerOf(uint32_t visGroup);
     int homeOf(const cGroupData* group, uint32_t visGroup);
@@ -41,8 +43,8 @@ private:
     void writePair(const std::string& key, const std::string& value);
     void writeBrush(const cBrushData* brush);
     void writeFace(const cFaceData* face);
-    void writePoints(const cFaceData* face);
-    void writeTexture(const cFaceData* face);
+    void writePoints(const cFaceData* face, float* readNormal);
+    void writeTexture(const cFaceData* face, const float* readNormal);
     void writeSeal();
     void writeBox(const float* mins, const float* maxs);
     void number(double value);

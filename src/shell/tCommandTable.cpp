@@ -72,7 +72,7 @@ static const cCommandRow g_rows[] = {
     {MAP_MENU, nullptr, "MapSWS", "Sa&ve window state", "sws", nullptr,
         "Save current window state as default", &W::cmdMapSaveWindowState, NO_KEY, E | CMD_BAR_VIEW, 0, 7, 0},
 
-    {VIEW_MENU, "Screen &Elements", "-", "Screen &Elements", nullptr, nullptr,
+    {VIEW_MENU, nullptr, "-", "Screen &Elements", nullptr, nullptr,
         "Toggle visibility of screen elements", nullptr, NO_KEY, M | NE | CMD_ELEMENTS_MENU, 0, 0, 0},
     SEPARATOR(VIEW_MENU, nullptr, M, 0, 0),
     {VIEW_MENU, nullptr, "View2DXY", "2D &X/Y", "xy", nullptr,

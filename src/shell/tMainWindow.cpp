@@ -24,6 +24,7 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScreen>
 #include <QSignalMapper>
 #include <QStatusBar>
 #include <QTextEdit>
@@ -44,6 +45,7 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     setObjectName(QStringLiteral("TDK_MainWindow"));
     setWindowTitle(tr("Karvex"));
     setWindowIcon(QIcon(QStringLiteral(":/qrc/karvex16.png")));
+    resizeToScreen();
     setDefaultGLFormat();
     createDocks();
     Print("%s", qPrintable(tr("%1 initialized (ELF build %2 %3)")
@@ -65,6 +67,7 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     updateUi();
     show();
     raise();
+    updateScreenElements(); // what shows is known only now
     m_configs->load();
     qApp->installEventFilter(this);
     statusBar()->showMessage(m_mdiArea->statusTip());
@@ -73,7 +76,8 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
 cMainWindow::~cMainWindow() {
     g_closing = true;
     qApp->removeEventFilter(this);
-    disconnect(m_mdiArea, nullptr, this, nullptr);
+    for (QObject* child : findChildren<QObject*>())
+        child->disconnect(this); // what hides or goes from here on finds a window half gone
     for (cProject* project : projects)
         project->detachWindows();
     qDeleteAll(projects);
@@ -97,6 +101,15 @@ cMainWindow::~cMainWindow() {
     g_viewHost = nullptr;
     g_host = nullptr;
     g_mainWindow = nullptr;
+}
+
+// Until there is a stored layout, most of the screen, in its middle.
+void cMainWindow::resizeToScreen() {
+    constexpr double SCREEN_SHARE = 0.85;
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    QRect place(QPoint(), available.size() * SCREEN_SHARE);
+    place.moveCenter(available.center());
+    setGeometry(place);
 }
 
 // Views that need depth ask for it themselves.
@@ -131,9 +144,7 @@ void cMainWindow::createConsole() {
                                            Qt::TextSelectableByKeyboard);
     m_consoleText->setAutoFillBackground(true);
     m_consoleText->setStatusTip(helpTip());
-    QPalette panel = m_consoleText->palette();
-    panel.setBrush(QPalette::Base, palette().window());
-    m_consoleText->setPalette(panel);
+    makeConsoleLookLikePanel();
 
     m_consoleDock = new QDockWidget(tr("Messages"), this);
     m_consoleDock->setObjectName(QStringLiteral("console"));
@@ -144,6 +155,12 @@ void cMainWindow::createConsole() {
     connect(m_consoleDock, &QDockWidget::visibilityChanged, this,
             &cMainWindow::updateScreenElements);
     m_consoleEvents.start();
+}
+
+void cMainWindow::makeConsoleLookLikePanel() {
+    QPalette panel = QApplication::palette();
+    panel.setBrush(QPalette::Base, panel.window());
+    m_consoleText->setPalette(panel);
 }
 
 void cMainWindow::createServices() {

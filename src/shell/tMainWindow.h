@@ -227,9 +227,11 @@ protected:
 
 private:
     // Construction, in order (tMainWindow.cpp)
+    void resizeToScreen();
     void setDefaultGLFormat();
     void createDocks();
     void createConsole();
+    void makeConsoleLookLikePanel();
     void createServices();
     void createMdiArea();
     void createStatusBar();

@@ -95,6 +95,7 @@ void cMainWindow::applyPalette() {
         QApplication::setPalette(m_startPalette);
         m_paletteChanged = false;
     }
+    makeConsoleLookLikePanel();
 }
 
 // ---- Recent files

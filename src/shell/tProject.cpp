@@ -105,6 +105,9 @@ void cProject::precacheConfig() {
         wait.centerOnMainWindow();
         registry.precache(gameConfig);
         g_waitDialog = nullptr;
+        // A wait window that goes before the window manager has seen it takes the focus along.
+        wait.hide();
+        g_mainWindow->activateWindow();
     }
     TempBuffer_FreeAll();
 }

@@ -80,7 +80,7 @@ bool cMapPainter::drawBrush(cBrushData* brush, uint32_t passFlags) {
     brush->lastFrame = m_view.frame;
     ++m_stats.brushes;
     const cBrushLook look = lookOf(brush);
-    m_batch.beginEdges();
+    m_batch.beginEdges(m_view.axisDepth);
     for (cFaceData* face : facesOf(brush))
         if (face->face->isVisible(m_view))
             drawFace(face, look);

@@ -18,7 +18,10 @@
 static constexpr int SAMPLES = 4;
 
 QGLFormat cCanvas::viewFormat() {
-    QGLFormat format(QGL::Rgba | QGL::DirectRendering | QGL::DoubleBuffer | QGL::DepthBuffer);
+    // With the stencil buffer the depth has the format of the kept pictures, which are copied
+    // into the window with their depth.
+    QGLFormat format(QGL::Rgba | QGL::DirectRendering | QGL::DoubleBuffer | QGL::DepthBuffer |
+                     QGL::StencilBuffer);
     format.setSwapInterval(0);
     if (g_host->Antialiasing) {
         format.setSampleBuffers(true);

@@ -318,18 +318,23 @@ bool cCanvas::projectToScreen(const float in[3], float out[2]) const {
 
 // ---- Matrices, in the column order of OpenGL
 
+// A back clip that leaves nothing to see counts as none.
+static float farPlaneDistance() {
+    static constexpr float WITHOUT_CLIP = 500.0f;
+    return float(g_host->BackClip) > NEAR_PLANE ? float(g_host->BackClip) : WITHOUT_CLIP;
+}
+
 void cCanvas::buildProjection() {
-    const float farPlane = float(g_host->BackClip);
+    const float farPlane = farPlaneDistance();
     tanX = std::tan(fov * float(M_PI) / 360.0f);
     tanY = float(height()) / float(std::max(1, width())) * tanX;
     fovV = std::atan2(tanY, 1.0f) * 360.0f / float(M_PI);
-    const bool usable = farPlane > NEAR_PLANE;
     std::fill_n(projection, 16, 0.0f);
     projection[0] = 1.0f / tanX;
     projection[5] = 1.0f / std::max(tanY, 1e-6f);
-    projection[10] = usable ? (1.0f + farPlane) / (1.0f - farPlane) : -1.004008f;
+    projection[10] = (1.0f + farPlane) / (1.0f - farPlane);
     projection[11] = -1.0f;
-    projection[14] = usable ? 2.0f * farPlane / (1.0f - farPlane) : -2.004008f;
+    projection[14] = 2.0f * farPlane / (1.0f - farPlane);
     projectionDirty = false;
     viewDirty = true;
 }
@@ -384,10 +389,6 @@ static void addSide(cFrustum& frustum, const float* axis, const float* forward, 
     addThrough(frustum, normal, origin);
 }
 
-static float backClipDistance() {
-    return std::max(float(g_host->BackClip), 2 * NEAR_PLANE);
-}
-
 void cCanvas::buildFrustum3D() {
     const float sideH = 90.0f - fov * 0.5f;
     const float sideV = 90.0f - fovV * 0.5f;
@@ -399,7 +400,7 @@ void cCanvas::buildFrustum3D() {
     addThrough(frustum, forward, origin);
     float back[3], farPoint[3];
     vecNegate(forward, back);
-    vecMA(origin, backClipDistance(), forward, farPoint);
+    vecMA(origin, farPlaneDistance(), forward, farPoint);
     addThrough(frustum, back, farPoint);
 }
 

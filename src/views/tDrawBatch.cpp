@@ -93,9 +93,16 @@ void cDrawBatch::boxLines(const float* mins, const float* maxs, const uint8_t* r
 
 // ---- Edges
 
-void cDrawBatch::beginEdges() {
+void cDrawBatch::beginEdges(int depthAxis) {
     ++m_edgeStamp;
     m_edgeCount = 0;
+    m_depthAxis = depthAxis;
+}
+
+void cDrawBatch::flattened(const float* p, float* out) const {
+    vecCopy(p, out);
+    if (m_depthAxis >= 0)
+        out[m_depthAxis] = 0;
 }
 
 static uint32_t hashPoint(const float* p) {
@@ -115,7 +122,10 @@ static bool sameEdge(const float* ends, const float* a, const float* b) {
 
 // Looks the edge up in a hash table with linear probing; a table half full takes no more and
 // calls every edge new, which costs a line drawn twice.
-bool cDrawBatch::isNewEdge(const float* a, const float* b, const uint8_t* rgba) {
+bool cDrawBatch::isNewEdge(const float* from, const float* to, const uint8_t* rgba) {
+    float a[3], b[3];
+    flattened(from, a);
+    flattened(to, b);
     uint32_t color;
     memcpy(&color, rgba, sizeof color);
     const uint32_t sum = hashPoint(a) + hashPoint(b);

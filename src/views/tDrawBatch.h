@@ -32,8 +32,9 @@ public:
     void triangle(const float* a, const float* b, const float* c, const uint8_t* rgba);
     void boxLines(const float* mins, const float* maxs, const uint8_t* rgba);
 
-    // Between beginEdges calls an edge of one colour is kept once, whichever way it runs.
-    void beginEdges();
+    // Between beginEdges calls an edge of one colour is kept once, whichever way it runs. With
+    // a depth axis edges that cover each other on the screen count as one.
+    void beginEdges(int depthAxis = -1);
     void loop(const cFaceData* face, const uint8_t* rgba);
     void stippledLoop(const cFaceData* face, const uint8_t* rgba);
     void vertices(const cFaceData* face, const uint8_t* rgba); // as points, each place once
@@ -66,7 +67,8 @@ private:
     };
     using cVertices = std::vector<cBatchVertex>;
 
-    bool isNewEdge(const float* a, const float* b, const uint8_t* rgba);
+    void flattened(const float* p, float* out) const;
+    bool isNewEdge(const float* from, const float* to, const uint8_t* rgba);
     void put(cVertices& vertices, const float* p, const uint8_t* rgba);
     void drawVertices(cVertices& vertices, unsigned primitive);
     void drawTriangles();
@@ -92,6 +94,7 @@ private:
     std::vector<cEdgeSlot> m_edges = std::vector<cEdgeSlot>(EDGE_SLOTS);
     uint32_t m_edgeStamp = 0;
     int m_edgeCount = 0;
+    int m_depthAxis = -1;
     uint32_t m_lastTexture = 0; // of the textured faces pending
     int m_sent = 0;
 };

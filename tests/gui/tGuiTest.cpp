@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTextEdit>
 
 static constexpr int POLL_INTERVAL = 10; // ms
@@ -87,6 +88,9 @@ void cGuiTest::TearDown() {
 
 void cGuiTest::start() {
     window = std::make_unique<cMainWindow>();
+    said.clear();
+    QObject::connect(window->statusBar(), &QStatusBar::messageChanged, &replies,
+                     [this](const QString& text) { said.append(text); });
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     settle();
 }
@@ -139,6 +143,19 @@ cProject* cGuiTest::newProject() {
     trigger("FileNew");
     settle();
     return active();
+}
+
+void cGuiTest::focus(QWidget* widget) const {
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        widget->setFocus();
+        return QApplication::focusWidget() == widget;
+    }));
+}
+
+bool cGuiTest::answered() const {
+    return QTest::qWaitFor(
+        [this] { return !replies.pending() && !QApplication::activeModalWidget(); });
 }
 
 int cGuiTest::windowCount() const {

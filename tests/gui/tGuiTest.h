@@ -9,7 +9,9 @@
 
 #include <QAction>
 #include <QFileDialog>
+#include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -44,7 +46,7 @@ private:
     void poll();
 
     std::deque<std::function<void(QWidget*)>> m_replies;
-    QWidget* m_answered = nullptr;
+    QPointer<QWidget> m_answered; // the next one may lie at the same address
     QTimer m_timer;
 };
 
@@ -68,6 +70,8 @@ protected:
     void trigger(const char* id) const { action(id)->trigger(); }
     cProject* newProject(); // the new one, active
     cProject* active() const { return window->activeProject(); }
+    void focus(QWidget* widget) const; // waits until it has it
+    bool answered() const;             // waits for the last expected dialog
     int windowCount() const;
     QString pane(int index) const;
     QString console() const;
@@ -75,6 +79,7 @@ protected:
 
     std::unique_ptr<cMainWindow> window;
     cReplies replies;
+    QStringList said; // by the status bar, since the last start
 
 private:
     QTemporaryDir m_folder;

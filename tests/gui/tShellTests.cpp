@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The frame around the documents: commands, bars, keys, console, settings and layout.
+#include "dialogs/tWaitDialog.h"
 #include "gui/tGuiTest.h"
 #include "shell/tColorScheme.h"
 #include "support/tConsole.h"
@@ -8,11 +9,13 @@
 
 #include <QApplication>
 #include <QDockWidget>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMovie>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTextBlock>
@@ -26,6 +29,13 @@ static QMenu* menuOf(const cMainWindow& window, const char* title) {
         if (action->menu() && action->text() == QLatin1String(title))
             return action->menu();
     ADD_FAILURE() << "no menu " << title;
+    return nullptr;
+}
+
+static QMenu* elementsMenu(const cMainWindow& window) {
+    for (QAction* action : menuOf(window, "&View")->actions())
+        if (action->text() == QLatin1String("Screen &Elements"))
+            return action->menu();
     return nullptr;
 }
 
@@ -48,7 +58,6 @@ TEST_F(ShellTest, withoutDocumentOnlySomeCommandsShow) {
     EXPECT_FALSE(action("FileClose")->isEnabled());
     EXPECT_TRUE(action("WindowMsg")->isCheckable() && action("WindowMsg")->isEnabled());
     EXPECT_FALSE(menuOf(*window, "&Map")->menuAction()->isVisible());
-    EXPECT_TRUE(action("MapLWS")->isEnabled()) << "hidden, but never disabled";
     EXPECT_FALSE(action("MapLWS")->isVisible());
 
     newProject();
@@ -121,7 +130,7 @@ TEST_F(ShellTest, togglesSetTheirSettingAndSaySo) {
             trigger(c.id);
             EXPECT_EQ(window.get()->*c.setting, !before) << c.id;
             if (c.on) {
-                EXPECT_EQ(pane(0), QString::fromLatin1(before ? c.off : c.on));
+                EXPECT_EQ(said.last(), QString::fromLatin1(before ? c.off : c.on));
             }
         }
     }
@@ -158,6 +167,15 @@ TEST_F(ShellTest, viewTypeCommandsActOnTheActiveView) {
     window->setActiveCanvas(project->windows[0]->canvases[1]);
     EXPECT_TRUE(action("View2DXY")->isChecked());
     EXPECT_EQ(window->previousCanvas, project->windows[0]->canvases[0]);
+}
+
+// The program's own GL formats must let the views keep their pictures between frames.
+TEST_F(ShellTest, viewsOfTheProgramKeepTheirPictures) {
+    start();
+    for (cCanvas* canvas : newProject()->windows[0]->canvases) {
+        canvas->requestRedraw(true);
+        EXPECT_GT(canvas->pictureCount(), 0) << canvas->viewType;
+    }
 }
 
 TEST_F(ShellTest, tenthWindowHasNoMnemonic) {
@@ -205,9 +223,7 @@ TEST_F(ShellTest, gridKeysStepOnceAndStopAtTheEnds) {
     start();
     newProject();
     cCanvas* canvas = window->activeCanvas;
-    canvas->setFocus();
-    settle();
-    ASSERT_EQ(QApplication::focusWidget(), canvas);
+    focus(canvas);
     QTest::keyClick(canvas->windowHandle() ? canvas->windowHandle() : window->windowHandle(),
                     Qt::Key_Plus);
     EXPECT_EQ(window->gridSize, 64) << "one press, one step";
@@ -230,8 +246,7 @@ TEST_F(ShellTest, heldKeysFollowPressAndRelease) {
     start();
     newProject();
     cCanvas* canvas = window->activeCanvas;
-    canvas->setFocus();
-    settle();
+    focus(canvas);
     const auto send = [&](QEvent::Type type, int key, bool repeat) {
         QKeyEvent event(type, key, Qt::NoModifier, QString(), repeat);
         QApplication::sendEvent(canvas, &event);
@@ -269,9 +284,7 @@ TEST_F(ShellTest, keysOfATextEntryAreItsOwn) {
     dock->setWidget(edit);
     window->addDockWidget(Qt::TopDockWidgetArea, dock);
     settle();
-    edit->setFocus();
-    settle();
-    ASSERT_EQ(QApplication::focusWidget(), edit);
+    focus(edit);
     QTest::keyPress(edit, Qt::Key_W);
     QTest::keyClick(edit, Qt::Key_Plus);
     EXPECT_EQ(window->heldKeys, 0u);
@@ -281,15 +294,16 @@ TEST_F(ShellTest, keysOfATextEntryAreItsOwn) {
 TEST_F(ShellTest, shortcutsWorkFromAView) {
     start();
     newProject();
+    focus(window->activeCanvas);
     QTest::keyClick(window->windowHandle(), Qt::Key_N, Qt::ControlModifier);
     settle();
     EXPECT_EQ(window->projects.size(), 2);
-    replies.expectCancel();
-    QTest::keyClick(window->windowHandle(), Qt::Key_E, Qt::AltModifier); // Export Messages
-    settle();
-    replies.expectCancel();
-    QTest::keyClick(window->windowHandle(), Qt::Key_B, Qt::AltModifier); // Export Again
-    settle();
+    for (int key : {Qt::Key_E, Qt::Key_B}) { // Export Messages, Export Again
+        focus(window->activeCanvas);
+        replies.expectCancel();
+        QTest::keyClick(window->windowHandle(), Qt::Key(key), Qt::AltModifier);
+        EXPECT_TRUE(answered()) << key;
+    }
 }
 
 // ---- Console
@@ -325,9 +339,33 @@ TEST_F(ShellTest, messagesAreExportedUnlessThereAreNone) {
     EXPECT_EQ(read(QStringLiteral("log.txt")), QByteArray("one\ntwo"));
     EXPECT_TRUE(console().contains(QStringLiteral("Messages exported to \"")));
     replies.expectFile(QStringLiteral("/proc/none/log.txt"));
-    replies.expectBox(QMessageBox::Ok, QString());
-    replies.expectCancel();
+    replies.expectBox(QMessageBox::Ok, QStringLiteral("Failed to write: /proc/none/log.txt\n"));
     trigger("WindowMsgExp");
+}
+
+// While the wait window is up, progress goes to it and debug messages go nowhere.
+TEST_F(ShellTest, waitWindowTakesProgressAndStaysUp) {
+    start();
+    window->consoleText()->clear();
+    {
+        cWaitDialog wait(QStringLiteral("Working"), QString(), window.get());
+        g_waitDialog = &wait;
+        wait.show();
+        wait.centerOnMainWindow();
+        window->showProgress(QStringLiteral("one of <many>"));
+        EXPECT_EQ(wait.findChild<QLabel*>(QStringLiteral("lblText"))->text(),
+                  QStringLiteral("one of <many>"));
+        EXPECT_NE(wait.findChild<QLabel*>(QStringLiteral("lblDrums"))->movie(), nullptr);
+        EXPECT_TRUE(wait.findChild<QLabel*>(QStringLiteral("lblDrums"))->movie()->isValid());
+        DPrint("hidden");
+        QTest::keyClick(&wait, Qt::Key_Escape);
+        wait.close();
+        EXPECT_TRUE(wait.isVisible());
+        EXPECT_EQ(wait.size(), QSize(480, 91));
+        g_waitDialog = nullptr;
+    }
+    DPrint("shown");
+    EXPECT_EQ(console(), QStringLiteral("shown"));
 }
 
 TEST_F(ShellTest, manyMessagesAllArrive) {
@@ -411,7 +449,7 @@ TEST_F(ShellTest, layoutComesBack) {
     start();
     auto* bar = window->findChild<QToolBar*>(QStringLiteral("Mapv&iew Bar"));
     ASSERT_NE(bar, nullptr);
-    for (QAction* a : window->findChildren<QAction*>())
+    for (QAction* a : elementsMenu(*window)->actions())
         if (a->text() == QLatin1String("Mapv&iew Bar") || a->text() == QLatin1String("&Status Bar"))
             a->trigger();
     trigger("WindowMsg");

@@ -49,6 +49,15 @@ protected:
         return canvas->pickObject(p.x(), p.y(), flags);
     }
 
+    // Pixels that differ in colour.
+    static int countDifferent(const QImage& a, const QImage& b) {
+        int count = 0;
+        for (int y = 0; y < a.height(); ++y)
+            for (int x = 0; x < a.width(); ++x)
+                count += (a.pixel(x, y) & 0xffffff) != (b.pixel(x, y) & 0xffffff);
+        return count;
+    }
+
     static QRgb near(const QImage& image, const QPoint& p, int channelRed) {
         // The brightest pixel of that channel in a 5 by 5 field: lines may lie a pixel aside.
         QRgb best = 0;
@@ -200,12 +209,10 @@ TEST_F(DrawTest, pictureIsTheSameWithAndWithoutCullTree) {
         const QImage with = picture(camera);
         host.UseCullTree = false;
         const QImage without = picture(camera);
-        int different = 0, lit = 0;
-        for (int y = 30; y < with.height(); ++y)
-            for (int x = 0; x < with.width(); ++x) {
-                different += with.pixel(x, y) != without.pixel(x, y);
-                lit += qGray(with.pixel(x, y)) > 0;
-            }
+        QImage black(with.size(), QImage::Format_RGB32);
+        black.fill(Qt::black);
+        const int lit = countDifferent(with, black);
+        const int different = countDifferent(with, without);
         EXPECT_GT(lit, 1000) << mode;
         // In wireframe the order decides where two lines of the same depth cross.
         EXPECT_LE(different, mode == RM_FILLED ? 0 : lit / 50) << mode;
@@ -309,18 +316,20 @@ TEST_F(DrawTest, keptPictureLooksLikeOneDrawnDirectly) {
     select(addBox(90, -20, -80, 130, 30, -40));
     const float origin[3] = {0, 0, 20};
     cCanvas* canvas = openCamera(RM_FILLED, origin);
-    const auto both = [&] {
+    const auto difference = [&] {
         const QImage kept = picture(canvas);
         cCanvas::setKeepPictures(false);
         const QImage direct = picture(canvas);
         cCanvas::setKeepPictures(true);
-        return kept == direct;
+        return countDifferent(kept, direct);
     };
-    EXPECT_TRUE(both());
+    // A window counts its rows the other way round, so the last pixel of a line may differ.
+    const int lineEnds = 12;
+    EXPECT_EQ(difference(), 0);
     canvas->setViewType(VIEW_CAMERA, RM_WIREFRAME);
-    EXPECT_TRUE(both());
+    EXPECT_LE(difference(), lineEnds);
     canvas->setViewType(VIEW_TOP);
-    EXPECT_TRUE(both());
+    EXPECT_LE(difference(), lineEnds);
 }
 
 TEST_F(DrawTest, toolsDrawBehindAndBeforeTheMapByDepth) {
@@ -453,6 +462,26 @@ TEST_F(DrawTest, entityBoxIsShadedAndCovers) {
     EXPECT_EQ(qRed(top), 220) << "the default colour in full light";
     EXPECT_GT(qRed(top), qRed(side));
     EXPECT_GT(qRed(side), 100);
+}
+
+TEST_F(DrawTest, smoothedViewsPickExactlyToo) {
+    host.Antialiasing = true;
+    cBrushData* brush = addBox(100, -50, -50, 150, 50, 50);
+    brush->brush->pickId = 0x123456;
+    const float origin[3] = {0, 0, 0};
+    cCanvas* camera = openCamera(RM_FILLED, origin);
+    if (!camera->hasMultisample)
+        GTEST_LOG_(INFO) << "the driver gives no samples";
+    EXPECT_GT(qGray(picture(camera).pixel(pixelOf(camera, 100, 10, 10))), 10);
+    for (int x = 0; x < camera->width(); x += 7) {
+        const int number = camera->pickObject(x, camera->height() / 2);
+        EXPECT_TRUE(number == 0 || number == 0x123456) << x;
+    }
+    EXPECT_EQ(pickAt(camera, 100, 0, 0), 0x123456);
+    float hit[3];
+    const QPoint p = pixelOf(camera, 100, 20, 10);
+    ASSERT_TRUE(camera->screenToWorld(p.x(), p.y(), 0, hit));
+    EXPECT_FLOAT_EQ(hit[0], 100);
 }
 
 // ---- Model stream

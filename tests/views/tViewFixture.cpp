@@ -102,9 +102,24 @@ void ViewFixture::select(cBrushData* brush) {
     document.map.markChanged();
 }
 
+// Reads the frame before it is swapped away: what the back buffer holds later is nobody's promise.
+class cGrabTool : public cTool {
+public:
+    void drawOverlay(cCanvas* canvas, const cViewInfo&) override {
+        image = QImage(canvas->size(), QImage::Format_RGBA8888);
+        glReadPixels(0, 0, image.width(), image.height(), GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
+        image = image.mirrored();
+    }
+    QImage image;
+};
+
 QImage ViewFixture::picture(cCanvas* canvas) {
+    cGrabTool grab;
+    viewHost.suspendedTool = &grab;
     canvas->requestRedraw(true);
-    return canvas->grabFrameBuffer();
+    viewHost.suspendedTool = nullptr;
+    EXPECT_EQ(grab.image.size(), canvas->size()) << "the view did not paint";
+    return grab.image;
 }
 
 void ViewFixture::pressKey(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers) {

@@ -74,7 +74,7 @@ protected:
     cEntityData* addPointEntity(float x, float y, float z);
     void select(cBrushData* brush);
 
-    // What the view shows after a fresh frame.
+    // What a fresh frame shows, without texts and caption.
     QImage picture(cCanvas* canvas);
     void pressKey(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 

@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+// Which events of a view reach the tool, and what the view answers itself.
+#include "views/tViewFixture.h"
+
+#include "views/tGLState.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStringList>
+
+// Writes down what it is asked; takes what it is told to take.
+class cRecordingTool : public cTool {
+public:
+    bool setCursor(cCanvas* canvas) override {
+        canvas->setCursor(Qt::CrossCursor);
+        return true;
+    }
+    bool contextMenu(cCanvas*, int, int, const QPoint&) override { return note("menu"); }
+    bool keyPress(cCanvas*, int key, Qt::KeyboardModifiers) override { return note("key %d", key); }
+    bool mousePress(cCanvas*, int x, int y, int button, Qt::KeyboardModifiers) override {
+        return note("press %d %d %d", x, y, button);
+    }
+    bool mouseRelease(cCanvas*, int, int, int button, Qt::KeyboardModifiers) override {
+        return note("release %d", button);
+    }
+    bool mouseMove(cCanvas*, int x, int, Qt::MouseButtons, Qt::KeyboardModifiers) override {
+        return note("move %d", x) && takesMoves;
+    }
+
+    template<class... T> bool note(const char* format, T... values) {
+        calls += QString::asprintf(format, values...);
+        return true;
+    }
+    QStringList taken() {
+        QStringList result;
+        result.swap(calls);
+        return result;
+    }
+
+    QStringList calls;
+    bool takesMoves = false;
+};
+
+class CanvasMouseTest : public ViewFixture {
+protected:
+    void SetUp() override {
+        canvas = openCanvas(VIEW_TOP);
+        canvas->zoomTo(1);
+        viewHost.currentTool = &tool;
+        QApplication::processEvents();
+        tool.calls.clear();
+    }
+    void TearDown() override { viewHost.currentTool = nullptr; }
+
+    void mouse(QEvent::Type type, int x, int y, Qt::MouseButton button, Qt::MouseButtons held) {
+        const QPoint at(x, y);
+        QMouseEvent event(type, at, canvas->mapToGlobal(at), button, held, Qt::NoModifier);
+        QApplication::sendEvent(canvas, &event);
+    }
+
+    cRecordingTool tool;
+    cCanvas* canvas = nullptr;
+};
+
+TEST_F(CanvasMouseTest, buttonsGoToTheToolByNumber) {
+    mouse(QEvent::MouseButtonPress, 200, 150, Qt::LeftButton, Qt::LeftButton);
+    EXPECT_EQ(tool.taken(), QStringList(QStringLiteral("press 200 150 1")));
+    canvas->leftDown = true;
+    mouse(QEvent::MouseButtonRelease, 200, 150, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(tool.taken(), QStringList(QStringLiteral("release 1")));
+    EXPECT_FALSE(canvas->leftDown);
+    EXPECT_TRUE(canvas->cameraMoved);
+    mouse(QEvent::MouseButtonPress, 210, 150, Qt::RightButton, Qt::RightButton);
+    EXPECT_EQ(tool.taken(),
+              (QStringList{QStringLiteral("press 210 150 2"), QStringLiteral("menu")}));
+}
+
+TEST_F(CanvasMouseTest, captionAndSpaceKeepPressesFromTheTool) {
+    mouse(QEvent::MouseMove, 3, 3, Qt::NoButton, Qt::NoButton);
+    EXPECT_TRUE(canvas->captionHover);
+    EXPECT_EQ(canvas->cursor().shape(), Qt::ArrowCursor);
+    tool.calls.clear();
+    mouse(QEvent::MouseButtonPress, 3, 3, Qt::LeftButton, Qt::LeftButton);
+    EXPECT_TRUE(tool.taken().isEmpty());
+    mouse(QEvent::MouseMove, 200, 150, Qt::NoButton, Qt::NoButton);
+    EXPECT_FALSE(canvas->captionHover);
+    EXPECT_EQ(canvas->cursor().shape(), Qt::CrossCursor);
+    canvas->spaceLook = true;
+    tool.calls.clear();
+    mouse(QEvent::MouseButtonPress, 200, 150, Qt::LeftButton, Qt::LeftButton);
+    EXPECT_TRUE(tool.taken().isEmpty());
+}
+
+TEST_F(CanvasMouseTest, movesShowTheSnappedPlace) {
+    host.gridSize = 32;
+    mouse(QEvent::MouseMove, canvas->width() / 2 + 40, canvas->height() / 2 + 70, Qt::NoButton,
+          Qt::NoButton);
+    EXPECT_EQ(host.panes[3], QStringLiteral("@32, -64"));
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(canvas, &leave);
+    EXPECT_EQ(host.panes[3], QString());
+}
+
+TEST_F(CanvasMouseTest, idleMovesActivateOnlyInTheActiveWindow) {
+    viewHost.setActiveCanvas(nullptr);
+    viewHost.windowIsActive = false;
+    mouse(QEvent::MouseMove, 100, 100, Qt::NoButton, Qt::NoButton);
+    EXPECT_EQ(viewHost.activeCanvas, nullptr);
+    EXPECT_TRUE(tool.taken().isEmpty());
+    viewHost.windowIsActive = true;
+    mouse(QEvent::MouseMove, 101, 100, Qt::NoButton, Qt::NoButton);
+    EXPECT_EQ(viewHost.activeCanvas, canvas);
+    EXPECT_EQ(tool.taken(), QStringList(QStringLiteral("move 101")));
+}
+
+TEST_F(CanvasMouseTest, middleButtonDragsTheView) {
+    const int x = canvas->centerX, y = canvas->centerY;
+    mouse(QEvent::MouseMove, 150, 120, Qt::NoButton, Qt::MiddleButton);
+    EXPECT_TRUE(canvas->middleDown);
+    EXPECT_EQ(canvas->cursor().shape(), Qt::BlankCursor);
+    EXPECT_FLOAT_EQ(canvas->offsetX, 0);
+    mouse(QEvent::MouseMove, x + 10, y - 4, Qt::NoButton, Qt::MiddleButton);
+    EXPECT_FLOAT_EQ(canvas->offsetX, -20);
+    EXPECT_FLOAT_EQ(canvas->offsetY, 8);
+    mouse(QEvent::MouseButtonRelease, x, y, Qt::MiddleButton, Qt::NoButton);
+    EXPECT_FALSE(canvas->middleDown);
+    EXPECT_EQ(canvas->cursor().shape(), Qt::CrossCursor);
+    tool.takesMoves = true;
+    mouse(QEvent::MouseMove, 150, 120, Qt::NoButton, Qt::MiddleButton);
+    EXPECT_FALSE(canvas->middleDown) << "a move that the tool took pans nothing";
+}
+
+TEST_F(CanvasMouseTest, keysReachTheToolWhateverTheViewDidWithThem) {
+    for (const int key : {Qt::Key_6, Qt::Key_Left, Qt::Key_Tab, Qt::Key_Escape})
+        pressKey(canvas, key);
+    EXPECT_EQ(tool.taken().size(), 4);
+    QKeyEvent repeatedArrow(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier, QString(), true);
+    QKeyEvent repeatedDigit(QEvent::KeyPress, Qt::Key_8, Qt::NoModifier, QString(), true);
+    const float offset = canvas->offsetX, zoom = canvas->zoom;
+    QApplication::sendEvent(canvas, &repeatedArrow);
+    QApplication::sendEvent(canvas, &repeatedDigit);
+    EXPECT_FLOAT_EQ(canvas->offsetX, offset - 64);
+    EXPECT_FLOAT_EQ(canvas->zoom, zoom);
+    EXPECT_TRUE(tool.taken().isEmpty());
+}
+
+TEST_F(CanvasMouseTest, shiftZFillsTheWindow) {
+    cChildWindow* window = openWindow(-1, 800, 600);
+    pressKey(window->canvases[2], Qt::Key_Z, Qt::ShiftModifier);
+    EXPECT_EQ(window->maximizedCanvas, window->canvases[2]);
+    pressKey(window->canvases[2], 1071, Qt::ShiftModifier);
+    EXPECT_EQ(window->maximizedCanvas, nullptr);
+}
+
+TEST_F(CanvasMouseTest, cameraReleaseEndsMotionAndSpaceLook) {
+    canvas->setViewType(VIEW_CAMERA);
+    pressKey(canvas, Qt::Key_P);
+    EXPECT_FALSE(canvas->cameraMoved);
+    for (const int key : {int(Qt::Key_W), 1067, int(Qt::Key_Up)}) {
+        canvas->cameraMoved = false;
+        pressKey(canvas, key);
+        EXPECT_TRUE(canvas->cameraMoved) << key;
+    }
+    QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
+    QApplication::sendEvent(canvas, &space);
+    EXPECT_TRUE(canvas->spaceLook);
+    pressKey(canvas, Qt::Key_Space);
+    EXPECT_FALSE(canvas->spaceLook);
+}
