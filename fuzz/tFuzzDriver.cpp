@@ -41,6 +41,11 @@ static void tooSlow(int) {
     _exit(1);
 }
 
+static void aborted(int) {
+    keepInput();
+    _exit(1);
+}
+
 static void run(const cInput& input) {
     g_input = input;
     alarm(SECONDS_PER_INPUT);
@@ -153,6 +158,7 @@ int main(int argc, char** argv) {
         return 1;
     __sanitizer_set_death_callback(keepInput);
     signal(SIGALRM, tooSlow);
+    signal(SIGABRT, aborted);
     const std::vector<cInput> corpus = readCorpus(paths);
     for (const cInput& input : corpus)
         run(input);

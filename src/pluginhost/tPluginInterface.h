@@ -577,7 +577,7 @@ typedef void (*tpRenderModelFunction)(uint32_t formatId, int32_t mode, float fra
 #define TP_ASSERT(condition) _Static_assert(condition, #condition)
 #endif
 /* n pointers and b bytes in all, as the size on this machine */
-#define TP_SIZE(size32, size64) (sizeof(void*) == 8 ? (size_t)(size64) : (size_t)(size32))
+#define TP_SIZE(size32, size64) (sizeof(void*) == 8 ? size64##u : size32##u)
 
 TP_ASSERT(sizeof(cFaceTexture) == 124);
 TP_ASSERT(sizeof(cFaceVertex) == 24);

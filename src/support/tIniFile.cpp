@@ -156,6 +156,12 @@ QString cIniFile::decodedValue(const QString& raw) {
     const QString text = cValueDecoder(raw).decode();
     if (text.startsWith(QStringLiteral("@@")))
         return text.mid(1);
+    // Texts with a zero in them are written so; no other kind of object is a text.
+    for (const char* wrapper : {"@String(", "@ByteArray("}) {
+        const QLatin1String start(wrapper);
+        if (text.startsWith(start) && text.endsWith(QLatin1Char(')')))
+            return text.mid(start.size(), text.size() - start.size() - 1);
+    }
     if (text == QStringLiteral("@Invalid()"))
         return QString();
     return text;

@@ -29,7 +29,8 @@ TEST(IniFileTest, textWrittenBySettingsComesBack) {
                                str("1"),
                                str("true"),
                                str("[x]"),
-                               str("%41")};
+                               str("%41"),
+                               QString(QChar(0)) + str("zero")};
     QTemporaryDir folder;
     const QString path = folder.filePath(str("a.ini"));
     {
