@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+// The reader of project files: whatever it accepts is a consistent map.
+#include "document/tProjectFile.h"
+#include "support/tMapTools.h"
+#include "tFuzzHost.h"
+
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
+    static cFuzzHost host;
+    cMap map(nullptr);
+    const QByteArray file(reinterpret_cast<const char*>(bytes), int(size));
+    if (!cProjectFile(map, QString()).loadBytes(file))
+        return 0;
+    map.finishLoad();
+    if (!checkMapInvariants(map).isEmpty())
+        abort();
+    return 0;
+}
