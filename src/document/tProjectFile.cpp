@@ -361,7 +361,9 @@ bool cProjectFile::readBrush(cStream& stream, cEntityData* entity) {
         return false;
     }
     rebuildBrush(brush, UM_RESET_AXES | UM_PLANES);
-    setGroup(brush->group, brush->rootGroup, groupId);
+    // Brushes of other entities go with their entity's group.
+    if (entity->flags & EF_WORLD)
+        setGroup(brush->group, brush->rootGroup, groupId);
     if (flags & BF_SELECTED)
         selectedPush(m_map.data.selectedBrushes, brush);
     return true;
