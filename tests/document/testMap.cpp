@@ -133,6 +133,9 @@ TEST_F(Map, renderKeysReadColoursAmountsAndModes) {
                            {"_color", "255 128 0", {255, 128, 0, 255}, 0},
                            {"_color", "1.002 0 0", {1, 0, 0, 255}, 0},
                            {"_light", "0 0 0", {255, 255, 255, 255}, 0},
+                           {"_light", "bright", {255, 255, 255, 255}, 0},
+                           {"color", "nan 255 -5", {0, 255, 0, 255}, 0},
+                           {"renderamt", "4294967296", {0, 0, 0, 255}, 0},
                            {"renderamt", "300", {0, 0, 0, 255}, 0},
                            {"renderamt", "-1", {0, 0, 0, 0}, 0},
                            {"alpha", "0.5", {0, 0, 0, 127}, 5},
@@ -198,6 +201,37 @@ TEST_F(Map, joiningAWholeGroupCountsItOnce) {
     map.dissolveGroup(second, true);
     EXPECT_EQ(a->rootGroup, first);
     EXPECT_TRUE(isSelected(first));
+}
+
+TEST_F(Map, nestingGroupsMovesTheRootOfAllMembersAndNeverClosesACircle) {
+    cGroupData* inner = map.addGroup();
+    cGroupData* outer = map.addGroup();
+    cBrushData* a = addRandomBox(world);
+    cBrushData* b = addRandomBox(world);
+    map.joinGroupBrush(a, inner);
+    map.joinGroupBrush(b, inner);
+    map.joinGroupGroup(inner, outer);
+    EXPECT_EQ(a->rootGroup, outer);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+    // One member takes its whole group along.
+    cGroupData* top = map.addGroup();
+    map.joinGroupBrush(a, top);
+    EXPECT_EQ(b->rootGroup, top);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+    // From one parent to another, past an object that stays behind.
+    cBrushData* stays = addRandomBox(world);
+    map.joinGroupBrush(stays, top);
+    cGroupData* elsewhere = map.addGroup();
+    map.joinGroupGroup(inner, elsewhere);
+    EXPECT_EQ(b->rootGroup, elsewhere);
+    EXPECT_EQ(stays->rootGroup, top);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+    // A direct member of the outer group cannot take it below one of its own children.
+    map.joinGroupGroup(outer, top);
+    map.joinGroupBrush(stays, outer);
+    EXPECT_EQ(host.count(eMessage::Warning, QStringLiteral("duplicate group for brush")), 1);
+    EXPECT_EQ(top->parent, nullptr);
+    EXPECT_EQ(checkMapInvariants(map), QString());
 }
 
 TEST_F(Map, visgroupsCountShowAndRenumber) {
