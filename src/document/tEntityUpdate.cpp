@@ -273,17 +273,20 @@ void readModelKeys(cEntityData* entity) {
 // ---- The whole
 
 static void updateSolidBounds(cEntityData* entity, uint32_t mode) {
-    if (!entity->brushes) {
-        vecSet(entity->mins, 0.0f, 0.0f, 0.0f);
-        vecSet(entity->maxs, 0.0f, 0.0f, 0.0f);
-        return;
-    }
+    bool any = false;
     T_ClearBounds(entity->mins, entity->maxs);
     for (cBrushData* brush : brushesOf(entity)) {
         if (brush->flags & BF_DIRTY)
             rebuildBrush(brush, mode);
+        if (!brush->faces)
+            continue; // no place of its own
         T_AddBoxToBounds(brush->mins, brush->maxs, entity->mins, entity->maxs);
+        any = true;
     }
+    if (any)
+        return;
+    vecSet(entity->mins, 0.0f, 0.0f, 0.0f);
+    vecSet(entity->maxs, 0.0f, 0.0f, 0.0f);
 }
 
 static void reevaluate(cEntityData* entity) {

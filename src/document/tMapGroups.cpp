@@ -185,7 +185,9 @@ static void markDirty(cMap& map) {
 
 cVisGroup* cMap::createVisGroup(const char* name) {
     auto* visGroup = new cVisGroup(name);
-    visGroup->id = nextId(lastVisGroupId);
+    do { // past the ids that came in from outside
+        visGroup->id = nextId(lastVisGroupId);
+    } while (visGroups.contains(visGroup->id));
     visGroups.insert(visGroup->id, visGroup);
     markDirty(*this);
     return visGroup;

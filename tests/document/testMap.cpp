@@ -122,6 +122,24 @@ TEST_F(Map, classlessEntityWithoutBrushesIsAPointOf16Units) {
     EXPECT_TRUE(map.addEntity("AnyPathNode", ORIGIN, 0)->flags & EF_PATH);
 }
 
+TEST_F(Map, solidEntityHasTheBoundsOfItsBrushesAlone) {
+    cEntityData* door = map.addEntity("door", ORIGIN, 0);
+    const float mins[3] = {100, 110, 120}, maxs[3] = {130, 140, 150};
+    cBrushData* panel = addBox(map, door, mins, maxs);
+    cBrushData* hollow = map.addBrush(door);
+    updateEntity(door, 0);
+    EXPECT_EQ(memcmp(door->mins, mins, sizeof mins), 0) << "a brush without faces has no place";
+    EXPECT_EQ(memcmp(door->maxs, maxs, sizeof maxs), 0);
+    map.freeBrush(panel);
+    EXPECT_FALSE(map.removeEmptySolidEntity(door));
+    map.freeBrush(hollow);
+    updateEntity(door, 0);
+    EXPECT_EQ(door->maxs[0], 0);
+    EXPECT_TRUE(map.removeEmptySolidEntity(door));
+    EXPECT_EQ(host.count(eMessage::Print, QStringLiteral("removing the empty solid entity: door")),
+              1);
+}
+
 TEST_F(Map, renderKeysReadColoursAmountsAndModes) {
     struct cCase {
         const char* key;
@@ -255,6 +273,11 @@ TEST_F(Map, visgroupsCountShowAndRenumber) {
     EXPECT_FALSE(map.purgeVisGroups());
     EXPECT_EQ(two->id, 1u);
     EXPECT_EQ(map.lastVisGroupId, 1u);
+    map.setVisGroupId(two, 0xFFFFFFFFu);
+    map.createVisGroup("first");
+    map.setVisGroupId(map.findVisGroup(1), 2);
+    map.lastVisGroupId = 1;
+    EXPECT_EQ(map.createVisGroup("next")->id, 3u) << "an id in use is passed over";
     EXPECT_EQ(checkMapInvariants(map), QString());
 }
 
