@@ -8,6 +8,7 @@
 #include "support/tMapTools.h"
 #include "tFuzzHost.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
@@ -17,8 +18,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     if (!reader.read())
         return 0;
     map.finishLoad();
-    if (!checkMapInvariants(map).isEmpty())
+    const QString problem = checkMapInvariants(map);
+    if (!problem.isEmpty()) {
+        fprintf(stderr, "%s\n", qPrintable(problem));
         abort();
+    }
     for (const eFaceLine kind : {eFaceLine::Classic, eFaceLine::Axial})
         cMapWriter(hostServices(), &map.data, kind, "seal").write("/dev/null");
     return 0;

@@ -4,6 +4,7 @@
 #include "support/tMapTools.h"
 #include "tFuzzHost.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
@@ -13,7 +14,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     if (!cProjectFile(map, QString()).loadBytes(file))
         return 0;
     map.finishLoad();
-    if (!checkMapInvariants(map).isEmpty())
+    const QString problem = checkMapInvariants(map);
+    if (!problem.isEmpty()) {
+        fprintf(stderr, "%s\n", qPrintable(problem));
         abort();
+    }
     return 0;
 }
