@@ -257,6 +257,53 @@ TEST_F(BrushGeometry, splitGivesTwoSolidsThatCoverTheWhole) {
     EXPECT_EQ(checkMapInvariants(map), QString());
 }
 
+TEST_F(BrushGeometry, splitMakesOnlyThePieceAskedFor) {
+    cBrushData* brush = addBox(map, world, MINS, MAXS, "wall");
+    const cPlane above = {{0, 0, 1}, 100, 2, 0};
+    const cPlane through = {{0, 0, 1}, 16, 2, 0};
+    cBrushData *front = brush, *back = nullptr;
+    splitBrush(brush, above, &front, nullptr);
+    EXPECT_EQ(front, nullptr);
+    splitBrush(brush, through, nullptr, &back);
+    ASSERT_NE(back, nullptr);
+    EXPECT_EQ(faceCount(back), 6);
+    EXPECT_EQ(back->maxs[2], 16);
+    EXPECT_EQ(back->owner, world);
+    int brushes = 0;
+    for (const cBrushData* each : brushesOf(world)) {
+        ++brushes;
+        for (const cFaceData* face : facesOf(each))
+            EXPECT_STREQ(face->tex.name, "wall");
+    }
+    EXPECT_EQ(brushes, 2);
+    EXPECT_EQ(classifyBrush(back, through.normal, 16), -1);
+    EXPECT_EQ(classifyBrush(brush, through.normal, 16), 0);
+    EXPECT_EQ(classifyBrush(brush, through.normal, 0), 1);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+}
+
+TEST_F(BrushGeometry, vertexGoesInBehindItsIndex) {
+    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    cFaceData* face = brush->faces;
+    const uint32_t last = uint32_t(face->vertexCount) - 1;
+    float middle[3];
+    for (int i = 0; i < 3; ++i)
+        middle[i] = (face->vertices[last].xyz[i] + face->vertices[0].xyz[i]) / 2;
+    insertFaceVertex(face, int(last), middle, true);
+    ASSERT_EQ(face->vertexCount, 5);
+    EXPECT_EQ(memcmp(face->vertices[4].xyz, middle, sizeof middle), 0);
+    EXPECT_EQ(face->vertices[4].tag, 1);
+    EXPECT_EQ(face->vertices[3].tag, 0);
+    // The plane comes through a corner on a straight edge; turned round it looks the other way.
+    const float normal[3] = {face->normal[0], face->normal[1], face->normal[2]};
+    ASSERT_TRUE(rebuildFace(face, UM_PLANES));
+    EXPECT_EQ(memcmp(face->normal, normal, sizeof normal), 0);
+    EXPECT_EQ(face->face->glMode, 9);
+    reverseFace(face);
+    ASSERT_TRUE(rebuildFace(face, UM_PLANES));
+    EXPECT_EQ(vecDot(face->normal, normal), -1);
+}
+
 TEST_F(BrushGeometry, intersectionSeesTouchingAndApart) {
     const float far[3] = {100, 100, 100}, farMax[3] = {120, 120, 120};
     const float touch[3] = {32, -16, 0}, touchMax[3] = {64, 48, 64};
