@@ -11,7 +11,7 @@ tools/setup.sh
 build() {
     cmake --preset "$1" >"build-$1.log" 2>&1 || { cat "build-$1.log"; exit 1; }
     rm -f "build-$1.log"
-    cmake --build --preset "$1"
+    cmake --build --preset "$@"
 }
 
 case "${1:-}" in
@@ -25,7 +25,7 @@ asan)
     ;;
 '')
     if [ -n "${CI:-}" ]; then
-        build asan
+        build asan --target coretests
         ctest --test-dir build/asan --output-on-failure -j2 -L core
     fi
     build release
