@@ -216,9 +216,6 @@ void cCanvas::resetInputState(bool keepTimer) {
     mouselook = spaceLook = false;
     cameraMoved = false;
     moveKeys = 0;
-    for (float& v : velocity)
-        v = 0;
-    pitchRate = yawRate = 0;
     if (viewType < 0)
         return;
     updateCursor();
