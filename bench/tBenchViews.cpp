@@ -63,8 +63,8 @@ private:
 };
 
 cShownCity::cShownCity(int brushes) {
-    static constexpr int SETTLE_TIME = 3000; // ms
-    bench().host.EnergySavingMode = true;    // frames come from here alone
+    static constexpr int SETTLE_TIME = 20000; // ms
+    bench().host.EnergySavingMode = true;     // frames come from here alone
     bench().host.DrawCamera = false;
     bench().import(m_document.map, brushes);
     m_window = std::make_unique<cChildWindow>(&m_document);
@@ -156,6 +156,7 @@ static void pick(benchmark::State& state, cCanvas* (cShownCity::*which)() const)
 #define KVX_VIEW_SIZES                                                                             \
     ArgNames({"brushes", "tree"})                                                                  \
         ->ArgsProduct({{1000, 10000, 50000}, {0, 1}})                                              \
+        ->UseRealTime()                                                                            \
         ->Unit(benchmark::kMillisecond)
 BENCHMARK(frameAnew)->KVX_VIEW_SIZES;
 BENCHMARK(frameKept)->KVX_VIEW_SIZES;

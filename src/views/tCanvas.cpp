@@ -136,6 +136,10 @@ void cCanvas::setViewType(int type, int mode) {
         renderMode = isCamera() ? RM_TEXTURED : RM_WIREFRAME;
     setAxes(type);
     viewDirty = projectionDirty = modelviewDirty = true;
+    if (isCamera()) { // points may be projected before the first frame
+        buildProjection();
+        buildModelview();
+    }
     fillViewVectors();
     measureCaption();
     applyTimerRule();
