@@ -2,45 +2,7 @@
 // The classic plug-in: profile "classic", maps whose face lines are of the classic kind.
 #include "common/tMapProfiles.h"
 
-#define TP_EXPORT extern "C" __attribute__((visibility("default")))
+static const cMapPlugin PLUGIN = {"classic", "Classic map text", "Classic Maps",
+                                  eFaceLine::Classic};
 
-static const char PROFILE[] = "classic";
-static constexpr uint32_t MAP_FORMAT = 1;
-static const cHostServices* g_services = nullptr;
-
-TP_EXPORT int32_t tpMain(const cHostServices* host) {
-    // An older host lacks services that are called here.
-    if (!host || host->size < sizeof(cHostServices))
-        return 0;
-    g_services = host;
-    return 1;
-}
-
-TP_EXPORT void tpEnumProfiles(tpProfileCallback callback, void* library) {
-    const cMapProfile profile = makeProfile(PROFILE, "Classic map text");
-    callback(&profile, library);
-}
-
-TP_EXPORT int32_t tpEnumExportFormats(tpFormatCallback callback, void* library) {
-    return callback(MAP_FORMAT, ".map", "Classic Maps", library);
-}
-
-TP_EXPORT int32_t tpEnumImportFormats(tpFormatCallback callback, void* library) {
-    return callback(MAP_FORMAT, ".map", "Map Texts", library);
-}
-
-TP_EXPORT void tpEnumSurfaceFlags(tpCaptionCallback callback, void* library) {
-    enumSurfaceFlags(PROFILE, callback, library);
-}
-
-TP_EXPORT void tpEnumContentFlags(tpCaptionCallback callback, void* library) {
-    enumContentFlags(PROFILE, callback, library);
-}
-
-TP_EXPORT int32_t tpImport(uint32_t, const char* path, cMapData* map) {
-    return importMap(g_services, path, map);
-}
-
-TP_EXPORT int32_t tpExport(uint32_t, const char* path, cMapData* map) {
-    return exportMap(g_services, path, map, eFaceLine::Classic);
-}
+#include "common/tMapPluginExports.h"

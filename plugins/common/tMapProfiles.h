@@ -5,6 +5,14 @@
 #include "common/tMapWriter.h"
 #include "tPluginInterface.h"
 
+// What a map text plug-in is.
+struct cMapPlugin {
+    const char* profile;
+    const char* title;
+    const char* exportName;
+    eFaceLine kind;
+};
+
 // A complete profile record under that name and title.
 cMapProfile makeProfile(const char* name, const char* title);
 

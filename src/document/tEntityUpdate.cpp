@@ -11,6 +11,8 @@
 #include "support/tSystem.h"
 #include "support/tVec.h"
 
+#include <algorithm>
+
 // Colours whose largest component is below this are given as 0 to 1.
 static constexpr float UNIT_COLOR_LIMIT = 1.001f;
 static constexpr uint32_t TRANSPARENT_STATE_BITS = 0x10ff;
@@ -33,14 +35,16 @@ static uint32_t renderFlagsForMode(int mode) {
     }
 }
 
+// What is no number counts as 0.
 static uint8_t clampByte(double value) {
-    return uint8_t(value < 0 ? 0 : value > 255 ? 255 : int(value));
+    return uint8_t(!(value > 0) ? 0 : value > 255 ? 255 : int(value));
 }
 
 static void readColor(cEntityData* entity, const char* text) {
     float rgb[3] = {0, 0, 0};
-    if (!text || sscanf(text, "%f %f %f", &rgb[0], &rgb[1], &rgb[2]) < 1)
+    if (!text)
         return;
+    sscanf(text, "%f %f %f", &rgb[0], &rgb[1], &rgb[2]); // what is missing stays 0
     const float largest = std::fmax(rgb[0], std::fmax(rgb[1], rgb[2]));
     const float factor = largest < UNIT_COLOR_LIMIT ? 255.0f : 1.0f;
     for (int i = 0; i < 3; ++i)
@@ -51,7 +55,8 @@ static void readColor(cEntityData* entity, const char* text) {
 
 static int intValue(const cEntityData* entity, const char* key, int byDefault) {
     const char* text = getEpairValue(entity, key);
-    return text ? int(strtol(text, nullptr, 10)) : byDefault;
+    return text ? int(std::clamp(strtol(text, nullptr, 10), -0x7fffffffL - 1, 0x7fffffffL))
+                : byDefault;
 }
 
 static float floatValue(const cEntityData* entity, const char* key, float byDefault) {
@@ -268,17 +273,20 @@ void readModelKeys(cEntityData* entity) {
 // ---- The whole
 
 static void updateSolidBounds(cEntityData* entity, uint32_t mode) {
-    if (!entity->brushes) {
-        vecSet(entity->mins, 0.0f, 0.0f, 0.0f);
-        vecSet(entity->maxs, 0.0f, 0.0f, 0.0f);
-        return;
-    }
+    bool any = false;
     T_ClearBounds(entity->mins, entity->maxs);
     for (cBrushData* brush : brushesOf(entity)) {
         if (brush->flags & BF_DIRTY)
             rebuildBrush(brush, mode);
+        if (!brush->faces)
+            continue; // no place of its own
         T_AddBoxToBounds(brush->mins, brush->maxs, entity->mins, entity->maxs);
+        any = true;
     }
+    if (any)
+        return;
+    vecSet(entity->mins, 0.0f, 0.0f, 0.0f);
+    vecSet(entity->maxs, 0.0f, 0.0f, 0.0f);
 }
 
 static void reevaluate(cEntityData* entity) {

@@ -19,19 +19,38 @@ static bool onChain(const cGroupData* chain, const cGroupData* group) {
     return false;
 }
 
+// A group has got another parent: all objects below it have another outermost group.
+static void moveRoots(cMapData& map, const cGroupData* moved, const cGroupData* formerRoot) {
+    if (moved->memberCount <= 0)
+        return;
+    const auto move = [moved, formerRoot](auto* object) {
+        if (object->rootGroup == formerRoot && onChain(object->group, moved))
+            object->rootGroup = outermostGroup(object->group);
+    };
+    for (cEntityData* entity : entitiesOf(map)) {
+        move(entity);
+        for (cBrushData* brush : brushesOf(entity))
+            move(brush);
+    }
+}
+
 // What an object's joining does to the groups; false: it is in that group already, below others.
-template<class T> static bool joinGroup(T* object, cGroupData* group) {
+template<class T> static bool joinGroup(cMapData& map, T* object, cGroupData* group) {
     if (onChain(object->group, group)) {
         if (group->parent)
             return false;
         object->rootGroup = group;
         return true;
     }
-    if (object->rootGroup) {
+    if (cGroupData* root = object->rootGroup) {
+        // A chain that came back to its own root would have no end.
+        if (onChain(group, root))
+            return false;
         // The object's whole group becomes a child, once, however many members join.
-        if (object->rootGroup->parent != group) {
-            object->rootGroup->parent = group;
+        if (root->parent != group) {
+            root->parent = group;
             ++group->memberCount;
+            moveRoots(map, root, root);
         }
     } else {
         object->group = group;
@@ -42,13 +61,13 @@ template<class T> static bool joinGroup(T* object, cGroupData* group) {
 }
 
 void cMap::joinGroupEntity(cEntityData* entity, cGroupData* group) {
-    if (!joinGroup(entity, group))
+    if (!joinGroup(data, entity, group))
         Warning("duplicate group for entity %s", entity->classname ? entity->classname : "");
     markChanged();
 }
 
 void cMap::joinGroupBrush(cBrushData* brush, cGroupData* group) {
-    if (!joinGroup(brush, group))
+    if (!joinGroup(data, brush, group))
         Warning("duplicate group for brush");
     markChanged();
 }
@@ -59,10 +78,12 @@ void cMap::joinGroupGroup(cGroupData* child, cGroupData* group) {
         Warning("duplicate group for another group");
         return;
     }
+    const cGroupData* formerRoot = outermostGroup(child);
     if (child->parent)
         --child->parent->memberCount;
     child->parent = group;
     ++group->memberCount;
+    moveRoots(data, child, formerRoot);
     markChanged();
 }
 
@@ -164,7 +185,9 @@ static void markDirty(cMap& map) {
 
 cVisGroup* cMap::createVisGroup(const char* name) {
     auto* visGroup = new cVisGroup(name);
-    visGroup->id = nextId(lastVisGroupId);
+    do { // past the ids that came in from outside
+        visGroup->id = nextId(lastVisGroupId);
+    } while (visGroups.contains(visGroup->id));
     visGroups.insert(visGroup->id, visGroup);
     markDirty(*this);
     return visGroup;

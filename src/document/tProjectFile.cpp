@@ -20,8 +20,7 @@
 static const char MAGIC[4] = {'K', 'V', 'X', 'P'};
 static constexpr int MAX_ERROR_TEXT = 255;
 // The least a record takes in the file; a count that promises more than is left is a lie.
-static constexpr size_t MIN_STRING = 4, MIN_GROUP = 20, MIN_VISGROUP = 13, MIN_BRUSH = 24,
-                        MIN_FACE = 152;
+static constexpr size_t MIN_GROUP = 20, MIN_VISGROUP = 13, MIN_FACE = 152;
 
 // ---- The stream: one call serves both directions
 
@@ -70,11 +69,14 @@ public:
         return field && raw(field, size_t(length));
     }
 
-    // A count of records, each of at least that many bytes.
+    // A count of records, each of at least that many bytes, that takes memory at once.
     bool count(int32_t& number, size_t recordSize) {
         return value(number) &&
                (m_writing || (number >= 0 && size_t(number) <= m_left / recordSize));
     }
+    // A count of records that are read one by one: of a list that the end of the file cuts short,
+    // what is there counts.
+    bool listCount(int32_t& number) { return value(number) && number >= 0; }
 
     bool close() {
         const bool closed = fclose(m_file) == 0;
@@ -129,9 +131,8 @@ bool cProjectFile::face(cStream& stream, cFaceData* face) {
            stream.raw(face->vertices, size_t(face->vertexCount) * sizeof(cFaceVertex));
 }
 
-static void reportOpen(const char* action, const QString& path) {
-    Error("can't %s \"%s\" (%.*s)", action, path.toLocal8Bit().constData(), MAX_ERROR_TEXT,
-          strerror(errno));
+static void reportOpen(const char* action, const QByteArray& path) {
+    Error("can't %s \"%s\" (%.*s)", action, path.constData(), MAX_ERROR_TEXT, strerror(errno));
 }
 
 // ---- Loading
@@ -141,7 +142,7 @@ bool cProjectFile::load() {
     Print("Loading: \"%s\"", path.constData());
     cStream stream(fopen(path.constData(), "rb"), false);
     if (!stream.isOpen()) {
-        reportOpen("read", m_path);
+        reportOpen("read", path);
         return false;
     }
     return readMap(stream);
@@ -184,6 +185,9 @@ bool cProjectFile::readGroups(cStream& stream) {
         if (!group(stream, record))
             return false;
         m_maxGroupId = std::max({m_maxGroupId, record.id, record.parentId});
+        // No object could name such a group.
+        if (record.id == 0 || m_map.findGroupById(record.id))
+            continue;
         // Looked up before the group itself is there, so that no group is its own parent.
         cGroupData* parent = record.parentId ? m_map.findGroupById(record.parentId) : nullptr;
         cGroupData* made = m_map.insertGroup(record.id);
@@ -257,7 +261,7 @@ void cProjectFile::setGroup(cGroupData*& group, cGroupData*& rootGroup, uint32_t
 
 template<class T> bool cProjectFile::readMemberships(cStream& stream, T* object) {
     int32_t count = 0;
-    if (!stream.count(count, sizeof(uint32_t)))
+    if (!stream.listCount(count))
         return false;
     for (int i = 0; i < count; ++i) {
         uint32_t id = 0;
@@ -271,7 +275,7 @@ template<class T> bool cProjectFile::readMemberships(cStream& stream, T* object)
 
 bool cProjectFile::readEpairs(cStream& stream, cEntityData* entity) {
     int32_t count = 0;
-    if (!stream.count(count, 2 * MIN_STRING))
+    if (!stream.listCount(count))
         return false;
     cEpair** end = &entity->epairs;
     for (int i = 0; i < count; ++i) {
@@ -331,7 +335,7 @@ bool cProjectFile::readEntity(cStream& stream) {
 
 bool cProjectFile::readBrushes(cStream& stream, cEntityData* entity) {
     int32_t count = 0;
-    if (!stream.count(count, MIN_BRUSH))
+    if (!stream.listCount(count))
         return false;
     for (int i = 0; i < count; ++i) {
         if (!readBrush(stream, entity))
@@ -361,7 +365,9 @@ bool cProjectFile::readBrush(cStream& stream, cEntityData* entity) {
         return false;
     }
     rebuildBrush(brush, UM_RESET_AXES | UM_PLANES);
-    setGroup(brush->group, brush->rootGroup, groupId);
+    // Brushes of other entities go with their entity's group.
+    if (entity->flags & EF_WORLD)
+        setGroup(brush->group, brush->rootGroup, groupId);
     if (flags & BF_SELECTED)
         selectedPush(m_map.data.selectedBrushes, brush);
     return true;
@@ -394,7 +400,7 @@ bool cProjectFile::save() {
     Print("Saving: \"%s\"", path.constData());
     cStream stream(fopen(path.constData(), "wb"), true);
     if (!stream.isOpen()) {
-        reportOpen("write", m_path);
+        reportOpen("write", path);
         return false;
     }
     m_version = VERSION;

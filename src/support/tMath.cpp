@@ -224,16 +224,15 @@ const char* T_Stristr(const char* text, const char* find) {
     const auto same = [](char a, char b) {
         return tolower(static_cast<unsigned char>(a)) == tolower(static_cast<unsigned char>(b));
     };
-    for (; strlen(text) >= length; ++text) {
+    for (;; ++text) {
         size_t i = 0;
         while (i < length && same(text[i], find[i]))
             ++i;
         if (i == length)
             return text;
         if (!*text)
-            break;
+            return nullptr;
     }
-    return nullptr;
 }
 
 void T_ExtractFilePath(const char* path, char* out, size_t size) {

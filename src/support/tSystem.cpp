@@ -253,7 +253,10 @@ QString relativePath(const QString& base, const QString& path) {
     folder.replace(QLatin1Char('\\'), QLatin1Char('/'));
     file.replace(QLatin1Char('\\'), QLatin1Char('/'));
     const QString parent = QDir(QStringLiteral("%1/..").arg(folder)).canonicalPath();
-    return !parent.isEmpty() && file.startsWith(parent) ? file.mid(parent.size() + 1) : file;
+    if (parent.isEmpty() || !file.startsWith(parent))
+        return file;
+    // The root ends with its slash already.
+    return file.mid(parent.endsWith(QLatin1Char('/')) ? parent.size() : parent.size() + 1);
 }
 
 // ---- Numbers
@@ -306,6 +309,6 @@ void snapVector(float* v) {
     for (int i = 0; i < 3; ++i) {
         const double rounded = roundHalfAway(v[i]);
         if (std::fabs(double(v[i]) - rounded) < SNAP_EPSILON)
-            v[i] = float(rounded);
+            v[i] = float(rounded) + 0.0f; // no negative zero
     }
 }

@@ -62,10 +62,11 @@ template<class T> inline T vecLength(const T* v) {
     return std::sqrt(vecDot(v, v));
 }
 
-// Unit length in place; returns the former length, and leaves a zero vector alone.
+// Unit length in place; returns the former length, and leaves a zero vector alone. Divides, so
+// that an axial vector of any length comes out with a component of exactly 1.
 template<class T> inline T vecNormalize(T* v) {
     const T length = vecLength(v);
     if (length > T(0))
-        vecScale(v, T(1) / length, v);
+        vecSet(v, v[0] / length, v[1] / length, v[2] / length);
     return length;
 }

@@ -122,6 +122,24 @@ TEST_F(Map, classlessEntityWithoutBrushesIsAPointOf16Units) {
     EXPECT_TRUE(map.addEntity("AnyPathNode", ORIGIN, 0)->flags & EF_PATH);
 }
 
+TEST_F(Map, solidEntityHasTheBoundsOfItsBrushesAlone) {
+    cEntityData* door = map.addEntity("door", ORIGIN, 0);
+    const float mins[3] = {100, 110, 120}, maxs[3] = {130, 140, 150};
+    cBrushData* panel = addBox(map, door, mins, maxs);
+    cBrushData* hollow = map.addBrush(door);
+    updateEntity(door, 0);
+    EXPECT_EQ(memcmp(door->mins, mins, sizeof mins), 0) << "a brush without faces has no place";
+    EXPECT_EQ(memcmp(door->maxs, maxs, sizeof maxs), 0);
+    map.freeBrush(panel);
+    EXPECT_FALSE(map.removeEmptySolidEntity(door));
+    map.freeBrush(hollow);
+    updateEntity(door, 0);
+    EXPECT_EQ(door->maxs[0], 0);
+    EXPECT_TRUE(map.removeEmptySolidEntity(door));
+    EXPECT_EQ(host.count(eMessage::Print, QStringLiteral("removing the empty solid entity: door")),
+              1);
+}
+
 TEST_F(Map, renderKeysReadColoursAmountsAndModes) {
     struct cCase {
         const char* key;
@@ -133,6 +151,9 @@ TEST_F(Map, renderKeysReadColoursAmountsAndModes) {
                            {"_color", "255 128 0", {255, 128, 0, 255}, 0},
                            {"_color", "1.002 0 0", {1, 0, 0, 255}, 0},
                            {"_light", "0 0 0", {255, 255, 255, 255}, 0},
+                           {"_light", "bright", {255, 255, 255, 255}, 0},
+                           {"color", "nan 255 -5", {0, 255, 0, 255}, 0},
+                           {"renderamt", "4294967296", {0, 0, 0, 255}, 0},
                            {"renderamt", "300", {0, 0, 0, 255}, 0},
                            {"renderamt", "-1", {0, 0, 0, 0}, 0},
                            {"alpha", "0.5", {0, 0, 0, 127}, 5},
@@ -200,6 +221,37 @@ TEST_F(Map, joiningAWholeGroupCountsItOnce) {
     EXPECT_TRUE(isSelected(first));
 }
 
+TEST_F(Map, nestingGroupsMovesTheRootOfAllMembersAndNeverClosesACircle) {
+    cGroupData* inner = map.addGroup();
+    cGroupData* outer = map.addGroup();
+    cBrushData* a = addRandomBox(world);
+    cBrushData* b = addRandomBox(world);
+    map.joinGroupBrush(a, inner);
+    map.joinGroupBrush(b, inner);
+    map.joinGroupGroup(inner, outer);
+    EXPECT_EQ(a->rootGroup, outer);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+    // One member takes its whole group along.
+    cGroupData* top = map.addGroup();
+    map.joinGroupBrush(a, top);
+    EXPECT_EQ(b->rootGroup, top);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+    // From one parent to another, past an object that stays behind.
+    cBrushData* stays = addRandomBox(world);
+    map.joinGroupBrush(stays, top);
+    cGroupData* elsewhere = map.addGroup();
+    map.joinGroupGroup(inner, elsewhere);
+    EXPECT_EQ(b->rootGroup, elsewhere);
+    EXPECT_EQ(stays->rootGroup, top);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+    // A direct member of the outer group cannot take it below one of its own children.
+    map.joinGroupGroup(outer, top);
+    map.joinGroupBrush(stays, outer);
+    EXPECT_EQ(host.count(eMessage::Warning, QStringLiteral("duplicate group for brush")), 1);
+    EXPECT_EQ(top->parent, nullptr);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+}
+
 TEST_F(Map, visgroupsCountShowAndRenumber) {
     cVisGroup* one = map.createVisGroup("one");
     cVisGroup* two = map.createVisGroup("two");
@@ -221,6 +273,11 @@ TEST_F(Map, visgroupsCountShowAndRenumber) {
     EXPECT_FALSE(map.purgeVisGroups());
     EXPECT_EQ(two->id, 1u);
     EXPECT_EQ(map.lastVisGroupId, 1u);
+    map.setVisGroupId(two, 0xFFFFFFFFu);
+    map.createVisGroup("first");
+    map.setVisGroupId(map.findVisGroup(1), 2);
+    map.lastVisGroupId = 1;
+    EXPECT_EQ(map.createVisGroup("next")->id, 3u) << "an id in use is passed over";
     EXPECT_EQ(checkMapInvariants(map), QString());
 }
 

@@ -192,6 +192,28 @@ TEST_F(ProjectFile, cutAnywhereItLoadsWhatThereWas) {
     EXPECT_GT(loads, 10);
 }
 
+TEST_F(ProjectFile, cutInsideALongListKeepsWhatStandsBeforeTheCut) {
+    cMap source(nullptr);
+    cEntityData* world = addWorldTo(source);
+    const float mins[3] = {0, 0, 0}, maxs[3] = {8, 8, 8};
+    for (int i = 0; i < 200; ++i)
+        addBox(source, world, mins, maxs);
+    const QByteArray bytes = savedBytes(source);
+    const int headSize = bytes.indexOf("worldspawn") + 110;
+    const int brushSize = (bytes.size() - headSize) / 200;
+    cMap loaded(nullptr);
+    ASSERT_TRUE(cProjectFile(loaded, QString()).loadBytes(bytes.left(headSize + brushSize * 2)));
+    int brushes = 0;
+    for (const cBrushData* brush : brushesOf(loaded.world())) {
+        EXPECT_EQ(brush->maxs[0], 8);
+        ++brushes;
+    }
+    EXPECT_GE(brushes, 1);
+    EXPECT_LE(brushes, 2);
+    EXPECT_EQ(loaded.world()->maxs[2], 8) << "bounds of what is left";
+    EXPECT_EQ(checkMapInvariants(loaded), QString());
+}
+
 TEST_F(ProjectFile, flippedBytesLeaveAConsistentMap) {
     const QByteArray bytes = savedBytes(map);
     const unsigned seed = 424242;
