@@ -5,65 +5,16 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tProjectFile.h"
-#include "pluginhost/tPluginManager.h"
-#include "resources/tGameConfigRegistry.h"
 #include "resources/tGameData.h"
 #include "resources/tGameDataRegistry.h"
-#include "resources/tModelManager.h"
-#include "resources/tTextureManager.h"
-#include "support/tTestHost.h"
 #include "tBenchCity.h"
+#include "tBenchImport.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <iostream>
 #include <malloc.h>
-
-// The plug-ins and a folder, once for all runs.
-struct cBench {
-    cBench() {
-        cPluginTargets targets;
-        targets.configs = &configs;
-        manager = std::make_unique<cPluginManager>(targets);
-        manager->loadAll(QStringLiteral(KARVEX_PLUGINS));
-    }
-
-    QString cityFile(int brushes) {
-        const QString path = folder.filePath(QStringLiteral("city%1.map").arg(brushes));
-        if (!QFile::exists(path)) {
-            QFile file(path);
-            if (file.open(QIODevice::WriteOnly))
-                file.write(QByteArray::fromStdString(cityText(brushes)));
-        }
-        return path;
-    }
-
-    bool import(cMap& map, int brushes) {
-        const cMapFormat& f = manager->importFormats.first();
-        const QByteArray path = cityFile(brushes).toLocal8Bit();
-        const bool read = f.function(f.id, path.constData(), &map.data) != 0;
-        map.finishLoad();
-        host.messages.clear();
-        return read;
-    }
-
-    QString path(const char* name) const { return folder.filePath(QString::fromLatin1(name)); }
-
-    QTemporaryDir folder;
-    cTestHost host;
-    cGameDataRegistry gameData;
-    cTextureManager textures;
-    cModelManager models;
-    cGameConfigRegistry configs{gameData, textures, &models};
-    std::unique_ptr<cPluginManager> manager;
-};
-
-static cBench& bench() {
-    static cBench instance;
-    return instance;
-}
 
 static void countPerBrush(benchmark::State& state) {
     state.counters["brushes/s"] =

@@ -136,6 +136,10 @@ void cCanvas::setViewType(int type, int mode) {
         renderMode = isCamera() ? RM_TEXTURED : RM_WIREFRAME;
     setAxes(type);
     viewDirty = projectionDirty = modelviewDirty = true;
+    if (isCamera()) { // points may be projected before the first frame
+        buildProjection();
+        buildModelview();
+    }
     fillViewVectors();
     measureCaption();
     applyTimerRule();
@@ -216,9 +220,6 @@ void cCanvas::resetInputState(bool keepTimer) {
     mouselook = spaceLook = false;
     cameraMoved = false;
     moveKeys = 0;
-    for (float& v : velocity)
-        v = 0;
-    pitchRate = yawRate = 0;
     if (viewType < 0)
         return;
     updateCursor();

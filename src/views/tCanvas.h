@@ -68,7 +68,7 @@ public:
     float minZoom() const;
     void zoomTo(float value);               // clamped; about the view's centre of coordinates
     void zoomAt(float value, int x, int y); // keeps the world point under the pixel
-    void setZoom(float value);              // zoomTo, scroll bars and redraw
+    void setZoom(float value);              // zoomAt the middle, scroll bars and redraw
     void pan(float dx, float dy);
     void setOffset(float x, float y); // clamped, with scroll bars and redraw
     void clampOffset();

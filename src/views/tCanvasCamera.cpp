@@ -194,9 +194,10 @@ void cCanvas::processCameraMoved() {
 }
 
 void cCanvas::runFrame() {
+    // The time runs on while nothing is drawn, so that a wait does not end in a leap.
+    const float dt = float(m_lastFrameTime.restart()) * 0.001f;
     if (cBusy::isBusy())
         return;
-    const float dt = float(m_lastFrameTime.restart()) * 0.001f;
     fpsTime += dt;
     if (fpsTime >= 1.0f) {
         fps = float(frameCount) / fpsTime;

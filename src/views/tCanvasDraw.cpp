@@ -187,6 +187,7 @@ cPictureKey cCanvas::pictureKey() const {
     key.add(shown->pointCount);
     key.add(shown->portals);
     key.add(s_pictureEpoch);
+    key.add(g_host->profile().targetPrefixCharacters);
     const int numbers[] = {width(),
                            height(),
                            viewType,

@@ -15,6 +15,14 @@ struct cGridRange {
     int stride; // above 1 where lines lie closer than a pixel
 };
 
+// A power of two, so that highlighted lines stay among those drawn.
+static int strideFor(float pixelsPerStep) {
+    int stride = 1;
+    while (float(stride * 2) * pixelsPerStep <= 1.0f)
+        stride *= 2;
+    return stride;
+}
+
 static float shownStep(const cCanvas& canvas) {
     static constexpr float MIN_PIXELS = 4, COARSER = 8;
     float step = float(g_host->gridSize);
@@ -29,8 +37,10 @@ static cGridRange visibleRange(const cCanvas& canvas, float center, int pixels, 
     const float low = (center - half + canvas.halfWorldSize) / step;
     const float high = (center + half + canvas.halfWorldSize) / step;
     const int count = int(2 * canvas.halfWorldSize / step);
-    return {std::max(0, int(std::floor(low))), std::min(count, int(std::ceil(high))),
-            std::max(1, int(std::floor(1.0f / (step * canvas.zoom))))};
+    const int stride = strideFor(step * canvas.zoom);
+    // From a multiple of the stride: the same lines whatever part of the world is seen.
+    const int first = std::max(0, int(std::floor(low))) / stride * stride;
+    return {first, std::min(count, int(std::ceil(high))), stride};
 }
 
 static cGridRange rangeH(const cCanvas& canvas, float step) {

@@ -110,9 +110,11 @@ void cChildWindow::splitterMovedV() {
 }
 
 void cChildWindow::autosize() {
-    if (maximizedCanvas)
+    if (maximizedCanvas) {
         maximizedCanvas->viewDirty = true;
-    maximizedCanvas = nullptr;
+        maximizedCanvas = nullptr;
+        applyScrollbarSetting(); // the other views get theirs back
+    }
     if (splitterTop && splitterBottom && splitterVertical)
         layOutCells();
 }
@@ -138,9 +140,6 @@ void cChildWindow::toggleMaximized(cCanvas* canvas) {
     if (canvases.size() != FOUR_VIEWS)
         return;
     if (canvas == maximizedCanvas) {
-        maximizedCanvas = nullptr;
-        applyScrollbarSetting();
-        canvas->viewDirty = true;
         autosize();
         return;
     }

@@ -26,8 +26,9 @@ static QByteArray nameOf(const char* value) {
 
 // A name without the character in front that only says how to fire it.
 static const char* withoutPrefix(const char* target) {
-    const char* prefixes = g_host->profile().targetPrefixCharacters;
-    return *target && strchr(prefixes, *target) ? target + 1 : target;
+    const auto& prefixes = g_host->profile().targetPrefixCharacters;
+    const size_t count = strnlen(prefixes, sizeof prefixes);
+    return *target && memchr(prefixes, *target, count) ? target + 1 : target;
 }
 
 static cTargetNames visibleTargets(const cMap& map) {

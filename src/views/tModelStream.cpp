@@ -29,6 +29,7 @@ void cModelStream::beginModelDraw(const cViewInfo& view) {
     vecCopy(view.right, m_view + 6);
     vecCopy(view.up, m_view + 9);
     glCullFace(GL_FRONT);
+    glEnableClientState(GL_VERTEX_ARRAY);
     glEnableClientState(GL_TEXTURE_COORD_ARRAY);
     glColorPointer(4, GL_UNSIGNED_BYTE, sizeof(cVertex), m_vertices[0].color);
     glTexCoordPointer(2, GL_FLOAT, sizeof(cVertex), m_vertices[0].st);

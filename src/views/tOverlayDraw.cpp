@@ -23,8 +23,11 @@ void cCanvas::drawCordon() {
     static constexpr float LINE_WIDTH = 2.0f;
     const cMapData& shown = map()->data;
     if (!g_host->EnableCordon || isCordonTool(g_viewHost->currentTool) ||
-        isCordonTool(g_viewHost->suspendedTool) || vecLength(shown.cordonMins) == 0 ||
-        vecLength(shown.cordonMaxs) == 0)
+        isCordonTool(g_viewHost->suspendedTool))
+        return;
+    const bool bothSet = vecLength(shown.cordonMins) != 0 && vecLength(shown.cordonMaxs) != 0;
+    const bool eitherSet = vecLength(shown.cordonMins) != 0 || vecLength(shown.cordonMaxs) != 0;
+    if (isCamera() ? !bothSet : !eitherSet)
         return;
     const uint8_t* color = g_host->schemeColor(COLOR_CORDON_LINE);
     if (isCamera()) {
@@ -32,8 +35,8 @@ void cCanvas::drawCordon() {
         glColor4ub(color[0], color[1], color[2], uint8_t(color[3] / 2));
         drawBoxFill(shown.cordonMins, shown.cordonMaxs);
         GL_State(GLS_DEFAULT);
-        glLineWidth(LINE_WIDTH);
     }
+    glLineWidth(LINE_WIDTH);
     glColor4ub(color[0], color[1], color[2], 255);
     drawBoxLines(shown.cordonMins, shown.cordonMaxs);
     glLineWidth(1);

@@ -281,6 +281,22 @@ TEST_F(CanvasTest, heldKeysFlyTheCamera) {
     viewHost.heldKeys = 0;
 }
 
+TEST_F(CanvasTest, flightGoesOnWhenTheMouseLeaves) {
+    cCanvas* canvas = openCanvas(VIEW_CAMERA);
+    host.TimeToTopSpeed = 1000;
+    host.ForwardSpeed = 100;
+    viewHost.heldKeys = 1u << HK_W;
+    canvas->runMotion(0.5f);
+    const float speed = canvas->velocity[0];
+    EXPECT_GE(speed, 50);
+    canvas->resetInputState(true);
+    canvas->runMotion(0.25f);
+    EXPECT_GT(canvas->velocity[0], speed);
+    viewHost.heldKeys = 0;
+    canvas->runMotion(0.01f);
+    EXPECT_FLOAT_EQ(canvas->velocity[0], 0);
+}
+
 TEST_F(CanvasTest, projectionWorksWithoutBackClip) {
     host.BackClip = 1;
     cCanvas* canvas = openCanvas(VIEW_CAMERA);

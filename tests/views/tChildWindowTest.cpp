@@ -45,6 +45,14 @@ TEST_F(ChildWindowTest, eachViewMayFillTheWindowAndGoBack) {
     }
 }
 
+TEST_F(ChildWindowTest, autosizeEndsAMaximizedViewAndGivesTheBarsBack) {
+    window->toggleMaximized(window->canvases[2]);
+    window->autosize();
+    EXPECT_EQ(window->maximizedCanvas, nullptr);
+    for (size_t i = 1; i < 4; ++i)
+        EXPECT_FALSE(window->canvases[i]->horizontalBar()->isHidden()) << i;
+}
+
 TEST_F(ChildWindowTest, rowsKeepTheirColumnsAligned) {
     window->splitterTop->setSizes({200, 590});
     emit window->splitterTop->splitterMoved(200, 1);

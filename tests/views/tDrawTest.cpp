@@ -377,6 +377,91 @@ TEST_F(DrawTest, connectionsJoinTargetToItsName) {
     EXPECT_EQ(near(picture(canvas), between, 0), qRgb(0, 255, 0));
 }
 
+TEST_F(DrawTest, cordonIsAnOutlineIn2DAndABoxBetweenTwoSetCornersIn3D) {
+    host.setColor(COLOR_CORDON_LINE, 0, 255, 0);
+    host.EnableCordon = true;
+    cMapData& shown = document.map.data;
+    vecSet(shown.cordonMins, 0.0f, 0.0f, 0.0f);
+    vecSet(shown.cordonMaxs, 100.0f, 80.0f, 60.0f);
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    const QImage flat = picture(canvas);
+    EXPECT_EQ(near(flat, pixelOf(canvas, 100, 40, 0), 0), qRgb(0, 255, 0)) << "a corner may be 0";
+    EXPECT_EQ(qGreen(near(flat, pixelOf(canvas, 50, 40, 0), 0)), 0) << "not filled";
+    const float origin[3] = {-200, 0, 30};
+    canvas->setViewType(VIEW_CAMERA, RM_FILLED);
+    canvas->setCameraOrigin(origin);
+    const QPoint side = pixelOf(canvas, 0, 10, 40);
+    EXPECT_EQ(qGreen(picture(canvas).pixel(side)), 0);
+    vecSet(shown.cordonMins, 0.0f, -80.0f, 5.0f);
+    EXPECT_NEAR(qGreen(picture(canvas).pixel(side)), 127, 2) << "half seen through";
+    const QRgb edge = near(picture(canvas), pixelOf(canvas, 0, 10, 60), 0);
+    EXPECT_EQ(qGreen(edge), 255);
+    class cCordonTool : public cTool {
+    } tool;
+    tool.setId(TOOL_CORDON);
+    viewHost.currentTool = &tool;
+    EXPECT_EQ(qGreen(picture(canvas).pixel(side)), 0) << "its tool draws it";
+    viewHost.currentTool = nullptr;
+}
+
+TEST_F(DrawTest, cameraMarkerPointsWhereTheCameraLooks) {
+    cChildWindow* window = openWindow(-1, 900, 700);
+    host.DrawCamera = true;
+    host.setColor(COLOR_2D_CAMERA, 0, 255, 0);
+    const float place[3] = {64, 32, 0}, angles[3] = {-45, 135, 0};
+    document.setZoomAll(1);
+    document.setCameraOrigin(place);
+    document.setCameraAngles(angles);
+    const auto lit = [&](cCanvas* canvas, float dh, float dv) {
+        float p[3];
+        vecCopy(place, p);
+        p[canvas->axisH] += dh;
+        p[canvas->axisV] += dv;
+        return qGreen(near(picture(canvas), pixelOf(canvas, p[0], p[1], p[2]), 0)) == 255;
+    };
+    cCanvas* top = window->canvases[1];
+    cCanvas* side = window->canvases[2];
+    EXPECT_TRUE(lit(top, -40, 0)) << "yaw 135 plus 45";
+    EXPECT_TRUE(lit(top, 0, 40)) << "yaw 135 minus 45";
+    EXPECT_FALSE(lit(top, 40, 0));
+    EXPECT_FALSE(lit(top, -56, 0)) << "48 pixels long";
+    EXPECT_TRUE(lit(side, 40, 0)) << "pitch -45 plus 45";
+    EXPECT_TRUE(lit(side, 0, -40));
+    EXPECT_TRUE(lit(top, 12, 2)) << "the diamond";
+    document.setZoomAll(2);
+    EXPECT_TRUE(lit(top, -20, 0)) << "of the same size in pixels";
+    EXPECT_FALSE(lit(top, -28, 0));
+}
+
+TEST_F(DrawTest, handlesArePickedOnlyWhenAskedFor) {
+    cBrushData* brush = addBox(0, 0, 0, 64, 64, 64);
+    select(brush);
+    cCanvas* canvas = openCanvas(VIEW_TOP);
+    canvas->zoomTo(1);
+    EXPECT_EQ(pickAt(canvas, 32, 32, 0), 0);
+    host.SelectByHandles = true;
+    EXPECT_EQ(pickAt(canvas, 32, 32, 0), brush->brush->pickId);
+    EXPECT_EQ(pickAt(canvas, 32, 38, 0), 0) << "the diamond ends 4.25 pixels from the centre";
+    host.toolId = TOOL_TEXTURE;
+    EXPECT_EQ(pickAt(canvas, 32, 32, 0), 0) << "no handles among faces";
+}
+
+TEST_F(DrawTest, gridOnFacesOnlyNearTheCamera) {
+    addBox(100, -100, -100, 150, 100, 100);
+    host.gridSize = 32;
+    const float nearby[3] = {0, 0, 10}, away[3] = {-600, 0, 10};
+    cCanvas* canvas = openCamera(RM_FILLED, nearby);
+    const auto greenAt = [&] {
+        return qGreen(near(picture(canvas), pixelOf(canvas, 99.75f, 32, 15), 0)) == 255;
+    };
+    EXPECT_FALSE(greenAt());
+    host.EnableGrid3D = true;
+    EXPECT_TRUE(greenAt()) << "a line of constant y";
+    canvas->setCameraOrigin(away);
+    EXPECT_FALSE(greenAt()) << "further off than 16 grid steps";
+}
+
 TEST_F(DrawTest, gridShowsMinorMajorAndAxisLines) {
     host.EnableGrid2D = true;
     host.gridSize = 32;

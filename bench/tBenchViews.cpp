@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+// A frame of the four views of a generated city, and a pick, on a real display. Run under
+// tools/run-under-x.sh; the camera flies low over one end of the city and looks along it.
+#include "document/tMap.h"
+#include "support/tSystem.h"
+#include "tBenchImport.h"
+#include "views/tCanvas.h"
+#include "views/tChildWindow.h"
+#include "views/tDocumentViews.h"
+#include "views/tViewHost.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QGLWidget>
+#include <benchmark/benchmark.h>
+#include <clocale>
+#include <cstdio>
+#include <iostream>
+
+class cBenchViewHost : public cViewHost {
+public:
+    cBenchViewHost() : m_share(std::make_unique<QGLWidget>(cCanvas::viewFormat())) {
+        g_viewHost = this;
+    }
+    ~cBenchViewHost() override { g_viewHost = nullptr; }
+
+    void setActiveCanvas(cCanvas* canvas) override { cCanvas::switchActive(*this, canvas); }
+    cTool* cameraTool() const override { return nullptr; }
+    QMenu* popupMenu(const char*) const override { return nullptr; }
+    QGLWidget* shareWidget() override { return m_share.get(); }
+    void openObjectProperties() override {}
+    void updateViewControls() override {}
+    bool isActiveWindow(const cChildWindow*) const override { return true; }
+
+private:
+    std::unique_ptr<QGLWidget> m_share;
+};
+
+class cBenchDocument : public cDocumentViews {
+public:
+    bool windowClosing(cChildWindow*) override { return true; }
+    cConfigFolders* viewConfig() override { return &folders; }
+    cMap* viewMap() override { return &map; }
+
+    cMap map{nullptr};
+    cConfigFolders folders;
+};
+
+// A city in a shown window of four views.
+class cShownCity {
+public:
+    explicit cShownCity(int brushes);
+    void frame();
+    cCanvas* camera() const { return m_window->canvases[0]; }
+    cCanvas* top() const { return m_window->canvases[1]; }
+    bool isShown() const;
+
+private:
+    static constexpr int WIDTH = 1200, HEIGHT = 900;
+
+    cBenchDocument m_document;
+    std::unique_ptr<cChildWindow> m_window;
+};
+
+cShownCity::cShownCity(int brushes) {
+    static constexpr int SETTLE_TIME = 20000; // ms
+    bench().host.EnergySavingMode = true;     // frames come from here alone
+    bench().host.DrawCamera = false;
+    bench().import(m_document.map, brushes);
+    m_window = std::make_unique<cChildWindow>(&m_document);
+    m_window->setAttribute(Qt::WA_DeleteOnClose, false);
+    m_window->resize(WIDTH, HEIGHT);
+    m_window->createViews(-1);
+    m_window->show();
+    QElapsedTimer time;
+    time.start();
+    while (!isShown() && time.elapsed() < SETTLE_TIME)
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    m_window->autosize();
+    QApplication::processEvents();
+    static const float place[3] = {-3800, 0, 500}, direction[3] = {-10, 0, 0};
+    camera()->setViewType(VIEW_CAMERA, RM_FILLED);
+    camera()->setCameraOrigin(place);
+    camera()->setCameraAngles(direction);
+    m_document.setZoomAll(0.0625f);
+    frame();
+}
+
+bool cShownCity::isShown() const {
+    for (const cCanvas* canvas : m_window->canvases)
+        if (canvas->viewInfo.frame == 0 || canvas->width() < WIDTH / 3)
+            return false;
+    return true;
+}
+
+void cShownCity::frame() {
+    for (cCanvas* canvas : m_window->canvases) {
+        canvas->requestRedraw(true);
+        canvas->makeCurrent();
+        glFinish();
+    }
+}
+
+// Arguments: brushes, cull tree on.
+static void frameAnew(benchmark::State& state) {
+    bench().host.UseCullTree = state.range(1) != 0;
+    cShownCity city(int(state.range(0)));
+    if (!city.isShown()) {
+        state.SkipWithError("the views were not shown");
+        return;
+    }
+    for (auto _ : state) {
+        cCanvas::invalidatePictures();
+        city.frame();
+    }
+    state.counters["culls"] = city.camera()->stats.culls;
+    state.counters["drawn3D"] = city.camera()->stats.brushes;
+    state.counters["drawn2D"] = city.top()->stats.brushes;
+}
+
+static void frameKept(benchmark::State& state) {
+    bench().host.UseCullTree = state.range(1) != 0;
+    cShownCity city(int(state.range(0)));
+    const int before = city.camera()->pictureCount();
+    for (auto _ : state)
+        city.frame();
+    if (city.camera()->pictureCount() != before || before == 0)
+        state.SkipWithError("the picture was not kept");
+}
+
+// One view alone, by its place in the window, drawn anew.
+static void oneView(benchmark::State& state, cCanvas* (cShownCity::*which)() const) {
+    bench().host.UseCullTree = state.range(1) != 0;
+    cShownCity city(int(state.range(0)));
+    cCanvas* canvas = (city.*which)();
+    for (auto _ : state) {
+        cCanvas::invalidatePictures();
+        canvas->requestRedraw(true);
+        canvas->makeCurrent();
+        glFinish();
+    }
+}
+
+static void pick(benchmark::State& state, cCanvas* (cShownCity::*which)() const) {
+    bench().host.UseCullTree = state.range(1) != 0;
+    cShownCity city(int(state.range(0)));
+    cCanvas* canvas = (city.*which)();
+    int x = 0, hits = 0;
+    for (auto _ : state) {
+        x = (x + 37) % canvas->width();
+        hits += canvas->pickObject(x, canvas->height() * 3 / 4) != 0;
+    }
+    state.counters["hits"] = benchmark::Counter(hits, benchmark::Counter::kAvgIterations);
+}
+
+#define KVX_VIEW_SIZES                                                                             \
+    ArgNames({"brushes", "tree"})                                                                  \
+        ->ArgsProduct({{1000, 10000, 50000}, {0, 1}})                                              \
+        ->UseRealTime()                                                                            \
+        ->Unit(benchmark::kMillisecond)
+BENCHMARK(frameAnew)->KVX_VIEW_SIZES;
+BENCHMARK(frameKept)->KVX_VIEW_SIZES;
+BENCHMARK_CAPTURE(oneView, camera, &cShownCity::camera)->KVX_VIEW_SIZES;
+BENCHMARK_CAPTURE(oneView, top, &cShownCity::top)->KVX_VIEW_SIZES;
+BENCHMARK_CAPTURE(pick, camera, &cShownCity::camera)->KVX_VIEW_SIZES;
+BENCHMARK_CAPTURE(pick, top, &cShownCity::top)->KVX_VIEW_SIZES;
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    setlocale(LC_ALL, "C");
+    benchmark::Initialize(&argc, argv);
+    // The readers' messages are no result.
+    if (!freopen("/dev/null", "w", stdout))
+        return 1;
+    bench();
+    const cBenchViewHost views;
+    benchmark::ConsoleReporter reporter(benchmark::ConsoleReporter::OO_Tabular);
+    reporter.SetOutputStream(&std::cerr);
+    reporter.SetErrorStream(&std::cerr);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return 0;
+}
