@@ -10,6 +10,7 @@
 #include "document/tFaceMapping.h"
 #include "document/tGroup.h"
 #include "document/tMapLists.h"
+#include "document/tTexture.h"
 #include "document/tVisGroup.h"
 #include "support/tConsole.h"
 #include "support/tHost.h"
@@ -368,6 +369,20 @@ void cMap::finishLoad() {
     }
     computeVisGroupVisibility();
     buildCullTree();
+    markChanged();
+}
+
+void cMap::renewFaces() {
+    for (cEntityData* entity : entitiesOf(data)) {
+        for (cBrushData* brush : brushesOf(entity)) {
+            for (cFaceData* face : facesOf(brush)) {
+                if (!face->texture || !(face->texture->flags & TF_REPLACED))
+                    continue;
+                updateFaceTransparency(face);
+                rebuildFace(face, 0);
+            }
+        }
+    }
     markChanged();
 }
 

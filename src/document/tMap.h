@@ -123,6 +123,8 @@ public:
     // Transparency flags from the settings, visgroup visibility, the cull tree: after a read.
     void finishLoad();
     void buildCullTree();
+    // Faces whose placeholder has become a real texture take over its size and transparency.
+    void renewFaces();
     void recolor(); // after a change of the colour scheme
 
     // Grows with every change that a view could show.

@@ -2,6 +2,8 @@
 // The colour table itself, its lookups, and the text form of a colour.
 #include "shell/tColorScheme.h"
 
+#include "support/tIniFile.h"
+
 #include <QListWidget>
 #include <QSettings>
 #include <cstring>
@@ -139,18 +141,18 @@ static QString colorToText(const QColor& color) {
     return color.alpha() == 255 ? rgb : QStringLiteral("%1 %2").arg(rgb).arg(color.alpha());
 }
 
-void cColorScheme::readColors(QSettings& settings, cColors& colors) {
+void cColorScheme::readColors(const cIniFile& file, const QString& group, cColors& colors) {
     for (int i = 0; i < COLOR_COUNT; ++i)
-        colors[size_t(i)] = colorFromText(settings.value(colorKey(i)).toString());
+        colors[size_t(i)] = colorFromText(file.value(group, colorKey(i)));
 }
 
-void cColorScheme::readScheme(QSettings& settings) {
-    readColors(settings, m_current);
+void cColorScheme::readScheme(const cIniFile& file, const QString& group) {
+    readColors(file, group, m_current);
     updateBytes();
 }
 
-void cColorScheme::readCustom(QSettings& settings) {
-    readColors(settings, m_custom);
+void cColorScheme::readCustom(const cIniFile& file, const QString& group) {
+    readColors(file, group, m_custom);
 }
 
 void cColorScheme::writeCustom(QSettings& settings) const {

@@ -13,6 +13,7 @@
 
 class QListWidget;
 class QSettings;
+class cIniFile;
 
 class cColorScheme {
 public:
@@ -44,11 +45,10 @@ public:
     bool setCustomColor(const char* key, int red, int green, int blue); // false: unknown key
     void useCustom(); // the custom colours become the current ones
 
-    // ---- The current group of a settings file. Every key is overwritten; one that is missing
-    // becomes black.
-    void readScheme(QSettings& settings);
-    void readCustom(QSettings& settings);
-    void writeCustom(QSettings& settings) const;
+    // ---- A group of a settings file. Every key is overwritten; one that is missing becomes black.
+    void readScheme(const cIniFile& file, const QString& group);
+    void readCustom(const cIniFile& file, const QString& group);
+    void writeCustom(QSettings& settings) const; // into the current group
 
     // The display names, with the index as each item's user data.
     static void fillList(QListWidget* list);
@@ -58,7 +58,7 @@ private:
 
     static int indexOf(const char* key); // -1 when unknown
     static bool isValid(int index) { return index >= 0 && index < COLOR_COUNT; }
-    static void readColors(QSettings& settings, cColors& colors);
+    static void readColors(const cIniFile& file, const QString& group, cColors& colors);
     void updateBytes();
 
     cColors m_current;

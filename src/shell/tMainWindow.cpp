@@ -3,6 +3,7 @@
 // that every later message reaches it, the plug-ins' data last.
 #include "shell/tMainWindow.h"
 
+#include "dialogs/tWaitDialog.h"
 #include "document/tWinding.h"
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tHostServices.h"
@@ -171,10 +172,7 @@ void cMainWindow::createServices() {
     m_captions = std::make_unique<cFlagCaptions>();
     m_primitives = std::make_unique<cPrimitiveList>();
     m_configs = std::make_unique<cGameConfigRegistry>(*m_gameData, *m_textures, m_models.get());
-    m_configs->callbacks.reconfigureProjects = [this] {
-        for (cProject* project : projects)
-            project->reconfigure();
-    };
+    connectConfigs();
 
     cPluginTargets targets;
     targets.configs = m_configs.get();
@@ -194,6 +192,22 @@ void cMainWindow::createServices() {
     };
     setHostServiceContext(context);
     m_shareWidget = std::make_unique<QGLWidget>();
+}
+
+void cMainWindow::connectConfigs() {
+    cGameConfigCallbacks& calls = m_configs->callbacks;
+    calls.showWaitDialog = [this](const QString& text) { showWaitDialog(text); };
+    calls.hideWaitDialog = [this] { hideWaitDialog(); };
+    calls.reconfigureProjects = [this] {
+        for (cProject* project : projects)
+            project->reconfigure();
+    };
+    calls.renewFaces = [this] {
+        for (cProject* project : projects) {
+            project->map->renewFaces();
+            project->redrawViews(REDRAW_ALL);
+        }
+    };
 }
 
 void cMainWindow::createMdiArea() {

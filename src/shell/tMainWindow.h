@@ -39,6 +39,7 @@ class cModelManager;
 class cPluginManager;
 class cPrimitiveList;
 class cTextureManager;
+class cWaitDialog;
 class QCustomAction;
 class QCustomSeparator;
 struct cMapFormat;
@@ -77,7 +78,7 @@ public:
     void openArgument(const QString& path);
     // The windows of a new or opened project, by the user's settings.
     void createProjectWindows(cProject* project);
-    // Ends at the first one whose document refuses; false then.
+    // Every window puts its own question; false if one has stayed.
     bool closeAllWindows();
     void openGameProfiles(); // where game configurations are set up
 
@@ -106,6 +107,10 @@ public:
     void openObjectProperties() override {}
     void updateViewControls() override;
     bool isActiveWindow(const cChildWindow* window) const override;
+
+    // The one for precaching; a wait window that is up already stays.
+    void showWaitDialog(const QString& text);
+    void hideWaitDialog();
 
     // ---- Console
 
@@ -143,6 +148,7 @@ public:
 
     cPluginManager& plugins() { return *m_plugins; }
     cGameConfigRegistry& configs() { return *m_configs; }
+    cGameDataRegistry& gameData() { return *m_gameData; }
     cTextureManager& textures() { return *m_textures; }
     cColorScheme& colors() { return *m_colors; }
     QMdiArea* mdiArea() const { return m_mdiArea; }
@@ -233,6 +239,7 @@ private:
     void createConsole();
     void makeConsoleLookLikePanel();
     void createServices();
+    void connectConfigs();
     void createMdiArea();
     void createStatusBar();
     void createTools();
@@ -262,6 +269,7 @@ private:
     void toggleHideBit(int bit);
     void setViewType(int type, int mode);
     void activateProject(cProject* project);
+    void returnToActiveProject();
     void updateTimers();
     cProject* projectOf(const cCanvas* canvas) const;
 
@@ -309,6 +317,7 @@ private:
     QSignalMapper* m_windowMapper = nullptr;
     std::array<QLabel*, STATUS_PANES> m_statusPanes = {};
     std::unique_ptr<QGLWidget> m_shareWidget;
+    std::unique_ptr<cWaitDialog> m_waitDialog;
 
     QList<QMenu*> m_menus; // of the menu bar
     QList<QToolBar*> m_toolBars;

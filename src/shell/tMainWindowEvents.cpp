@@ -156,10 +156,14 @@ void cMainWindow::leaveFaceMode() {
 }
 
 bool cMainWindow::closeAllWindows() {
+    QList<QPointer<QMdiSubWindow>> windows;
     for (QMdiSubWindow* window : m_mdiArea->subWindowList())
-        if (!window->close())
-            return false;
-    return true;
+        windows.append(window);
+    bool all = true;
+    for (const QPointer<QMdiSubWindow>& window : windows)
+        if (window && !window->close())
+            all = false;
+    return all;
 }
 
 void cMainWindow::closeEvent(QCloseEvent* event) {

@@ -41,6 +41,8 @@ void cMainWindow::removeProject(cProject* project) {
         setActiveCanvas(nullptr);
     projects.removeOne(project);
     delete project;
+    if (cProject* next = activeProject())
+        activateProject(next); // the one that went has cleared the status panes
 }
 
 static void raiseWindows(const cProject* project) {
@@ -65,6 +67,8 @@ bool cMainWindow::openFile(const QString& path) {
     auto project = std::make_unique<cProject>();
     if (!project->loadProject(path)) {
         QApplication::beep();
+        project.reset();
+        returnToActiveProject();
         return false;
     }
     cProject* opened = project.release();
@@ -78,6 +82,14 @@ bool cMainWindow::openFile(const QString& path) {
     return true;
 }
 
+// A project that came to nothing has taken over configuration and status panes.
+void cMainWindow::returnToActiveProject() {
+    cProject* project = activeProject();
+    if (project)
+        activateProject(project);
+    checkActiveState(!project);
+}
+
 void cMainWindow::openArgument(const QString& path) {
     if (path.contains(QLatin1Char('.')))
         openFile(QFileInfo(path).absoluteFilePath());
@@ -87,8 +99,11 @@ void cMainWindow::openArgument(const QString& path) {
 
 void cMainWindow::cmdFileNew() {
     auto project = std::make_unique<cProject>();
-    if (!project->newProject())
+    if (!project->newProject()) {
+        project.reset();
+        returnToActiveProject();
         return;
+    }
     cProject* made = project.release();
     projects.append(made);
     createProjectWindows(made);

@@ -71,6 +71,26 @@ void cMainWindow::showProgress(const QString& text) {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
+void cMainWindow::showWaitDialog(const QString& text) {
+    if (g_waitDialog)
+        return;
+    m_waitDialog = std::make_unique<cWaitDialog>(text, QString(), this);
+    g_waitDialog = m_waitDialog.get();
+    m_waitDialog->show();
+    m_waitDialog->centerOnMainWindow();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void cMainWindow::hideWaitDialog() {
+    if (!m_waitDialog)
+        return;
+    g_waitDialog = nullptr;
+    // A wait window that goes before the window manager has seen it takes the focus along.
+    m_waitDialog->hide();
+    m_waitDialog.reset();
+    activateWindow();
+}
+
 void cMainWindow::setStatusPane(const QString& text, int pane) {
     if (pane < 0 || pane >= STATUS_PANES || !m_statusPanes[size_t(pane)])
         return;

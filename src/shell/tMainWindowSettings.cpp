@@ -5,6 +5,7 @@
 #include "shell/tMainWindow.h"
 #include "shell/tSettingsTable.h"
 #include "support/tConsole.h"
+#include "support/tIniFile.h"
 #include "support/tSystem.h"
 
 #include <QAction>
@@ -27,16 +28,13 @@ static QString recentKey(int index) {
 }
 
 void cMainWindow::loadSettings() {
-    QSettings file(settingsPath(), QSettings::IniFormat);
-    file.setIniCodec(QTextCodec::codecForLocale());
+    const cIniFile file(settingsPath());
     readSettings(file, *this);
-    file.beginGroup(RECENT_GROUP);
     for (int i = 0; i < RECENT_FILES; ++i) {
-        const QString path = file.value(recentKey(i)).toString();
+        const QString path = file.value(RECENT_GROUP, recentKey(i));
         if (!path.isEmpty())
             recentFiles.append(path);
     }
-    file.endGroup();
     refreshRecentFiles();
     updateSettingChecks();
     const uint32_t memory = Sys_PhysicalMemory();
@@ -68,20 +66,14 @@ void cMainWindow::saveSettings() {
 // ---- Colours
 
 void cMainWindow::loadColorSchemes() {
-    QSettings file(settingsPath(), QSettings::IniFormat);
-    file.setIniCodec(QTextCodec::codecForLocale());
-    file.beginGroup(CUSTOM_GROUP);
-    if (file.contains(TITLE_KEY))
-        m_colors->readCustom(file);
-    file.endGroup();
-    if (CurrentColorScheme == -1) {
+    const cIniFile file(settingsPath());
+    if (file.contains(CUSTOM_GROUP, TITLE_KEY))
+        m_colors->readCustom(file, CUSTOM_GROUP);
+    const QString group = QStringLiteral("ColorScheme%1").arg(CurrentColorScheme);
+    if (CurrentColorScheme == -1)
         m_colors->useCustom();
-    } else {
-        file.beginGroup(QStringLiteral("ColorScheme%1").arg(CurrentColorScheme));
-        if (file.contains(TITLE_KEY))
-            m_colors->readScheme(file);
-        file.endGroup();
-    }
+    else if (file.contains(group, TITLE_KEY))
+        m_colors->readScheme(file, group);
     applyPalette();
 }
 

@@ -16,7 +16,6 @@
 #include <QMessageBox>
 #include <QSignalMapper>
 #include <QTextEdit>
-#include <QTextStream>
 
 // ---- Making windows
 
@@ -157,11 +156,14 @@ void cMainWindow::cmdWindowExportMessages() {
     if (name.isEmpty())
         return;
     QFile file(name);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+    const auto writeText = [&] {
+        return file.open(QIODevice::WriteOnly | QIODevice::Text) &&
+               file.write(text.toLocal8Bit()) >= 0 && file.flush();
+    };
+    if (!writeText()) {
         QMessageBox::warning(this, QStringLiteral("Karvex"),
                              tr("Failed to write: %1\n%2").arg(name, file.errorString()));
         return;
     }
-    QTextStream(&file) << text;
-    appendConsole(tr("Messages exported to \"%1\"").arg(name), false, false);
+    appendConsole(tr("Messages exported to \"%1\"").arg(name), false, true);
 }

@@ -3,7 +3,6 @@
 #include "shell/tProject.h"
 
 #include "dialogs/tSelectGameCfgDialog.h"
-#include "dialogs/tWaitDialog.h"
 #include "document/tEntity.h"
 #include "resources/tGameConfigRegistry.h"
 #include "shell/tMainWindow.h"
@@ -97,17 +96,10 @@ void cProject::precacheConfig() {
     cGameConfigRegistry& registry = g_mainWindow->configs();
     if (registry.needsPrecache(gameConfig)) {
         const cBusy busy;
-        cWaitDialog wait(
-            QCoreApplication::translate("cProject", "Precaching game configuration..."), QString(),
-            g_mainWindow);
-        g_waitDialog = &wait;
-        wait.show();
-        wait.centerOnMainWindow();
+        g_mainWindow->showWaitDialog(
+            QCoreApplication::translate("cProject", "Precaching game configuration..."));
         registry.precache(gameConfig);
-        g_waitDialog = nullptr;
-        // A wait window that goes before the window manager has seen it takes the focus along.
-        wait.hide();
-        g_mainWindow->activateWindow();
+        g_mainWindow->hideWaitDialog();
     }
     TempBuffer_FreeAll();
 }

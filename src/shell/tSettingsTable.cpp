@@ -2,6 +2,8 @@
 // The settings in the order of the file, and their limits.
 #include "shell/tSettingsTable.h"
 
+#include "support/tIniFile.h"
+
 #include <QSettings>
 #include <iterator>
 
@@ -122,12 +124,15 @@ template<class T> static QVariant toVariant(const T& value) {
     return value;
 }
 
-void readSettings(QSettings& file, cSettings& settings) {
+// Keys without a group stand under "General" in the file.
+void readSettings(const cIniFile& file, cSettings& settings) {
     for (const cSettingRow& row : settingsTable()) {
-        const QString path = pathOf(row);
-        if (file.contains(path))
-            std::visit([&](auto member) { assign(settings.*member, file.value(path)); },
-                       row.member);
+        const QString group = QString::fromLatin1(row.group ? row.group : "General");
+        const QString key = QString::fromLatin1(row.key);
+        if (!file.contains(group, key))
+            continue;
+        const QVariant value = file.value(group, key);
+        std::visit([&](auto member) { assign(settings.*member, value); }, row.member);
     }
     settings.gridSize = qBound(1, settings.GridDefaultSize, 512);
 }

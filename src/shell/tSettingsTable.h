@@ -9,6 +9,7 @@
 #include <variant>
 
 class QSettings;
+class cIniFile;
 
 struct cSettingRow {
     const char* group; // null: no group
@@ -27,7 +28,7 @@ struct cSettingRows {
 cSettingRows settingsTable();
 
 // A key that the file lacks leaves its member alone.
-void readSettings(QSettings& file, cSettings& settings);
+void readSettings(const cIniFile& file, cSettings& settings);
 void writeSettings(QSettings& file, const cSettings& settings);
 
 // What follows a read: the texture quality for a machine of that many megabytes (0: unknown)

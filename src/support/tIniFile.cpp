@@ -25,7 +25,7 @@ QString cIniFile::value(const QString& group, const QString& key, const QString&
 // ---- Lines
 
 void cIniFile::parse(const QString& text) {
-    QString group;
+    QString group = QStringLiteral("General"); // of keys before the first group
     QString line;
     for (QString part : text.split(QLatin1Char('\n'))) {
         if (part.endsWith(QLatin1Char('\r')))

@@ -70,10 +70,11 @@ void cCanvas::switchActive(cViewHost& host, cCanvas* canvas) {
     if (before == canvas)
         return;
     host.activeCanvas = canvas;
-    if (before) {
-        host.previousCanvas = before;
+    if (before == host.previousCanvas)
+        return;
+    host.previousCanvas = before;
+    if (before)
         before->resetInputState(false);
-    }
 }
 
 void cCanvas::setScrollBars(QScrollBar* horizontal, QScrollBar* vertical) {

@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The life of documents as a user leads it: new, save, open, export, close, with every question.
+#include "dialogs/tWaitDialog.h"
 #include "document/tEntity.h"
 #include "document/tMapLists.h"
+#include "document/tTexture.h"
 #include "gui/tGuiTest.h"
 #include "resources/tGameConfigRegistry.h"
+#include "resources/tGameDataRegistry.h"
+#include "resources/tTextureManager.h"
+#include "support/tSystem.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QListWidget>
 #include <QMdiArea>
@@ -170,6 +176,21 @@ TEST_F(DocumentTest, closingTheProgramAsksAndSavesOnlyWhenItEnds) {
     EXPECT_TRUE(QFile::exists(file(QStringLiteral("TDKLayout.dat"))));
 }
 
+// A refusal keeps its own document only; all others are asked for as well.
+TEST_F(DocumentTest, closeAllAsksForEveryDocument) {
+    start();
+    cProject* first = newProject();
+    first->setDirty(true);
+    newProject()->setDirty(true);
+    replies.expectBox(QMessageBox::Cancel, first->title);
+    replies.expectBox(QMessageBox::No, active()->title);
+    trigger("FileCloseAll");
+    settle();
+    EXPECT_EQ(window->projects, QList<cProject*>{first});
+    EXPECT_EQ(active(), first);
+    EXPECT_TRUE(first->dirty);
+}
+
 TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndTheLastOneAsks) {
     start();
     cProject* project = newProject();
@@ -260,6 +281,89 @@ TEST_F(DocumentTest, failedLoadLeavesNothingBehind) {
     EXPECT_TRUE(console().contains(QStringLiteral("map format is not supported")));
     EXPECT_TRUE(window->recentFiles.isEmpty());
     EXPECT_FALSE(cBusy::isBusy());
+}
+
+// Neither the configuration nor the panes of the document that is open may be lost to one that
+// came to nothing.
+TEST_F(DocumentTest, failedOrCancelledProjectLeavesTheActiveOneInCharge) {
+    writeConfigs(2);
+    start();
+    const auto choose = [](int row) {
+        return [row](QWidget* modal) {
+            modal->findChild<QListWidget*>(QStringLiteral("lstGameCfg"))->setCurrentRow(row);
+            modal->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        };
+    };
+    replies.expect(choose(0));
+    const cProject* project = newProject();
+    ASSERT_NE(project, nullptr);
+    const QString sentence = pane(2);
+    EXPECT_FALSE(sentence.isEmpty());
+    replies.expect(choose(1));
+    EXPECT_FALSE(window->openFile(file(QStringLiteral("absent.kvx"))));
+    EXPECT_EQ(window->configs().current, project->gameConfig);
+    EXPECT_EQ(activeConfig(), project->gameConfig);
+    EXPECT_EQ(pane(2), sentence);
+    replies.expectCancel();
+    trigger("FileNew");
+    settle();
+    EXPECT_EQ(pane(2), sentence);
+
+    replies.expect(choose(1));
+    newProject();
+    EXPECT_EQ(pane(1), QStringLiteral("Game 1 (test)"));
+    trigger("FileClose");
+    settle();
+    EXPECT_EQ(active(), project);
+    EXPECT_EQ(pane(1), QStringLiteral("Game 0 (test)"));
+    EXPECT_EQ(pane(2), sentence);
+}
+
+class cWaitWatch : public QObject {
+public:
+    bool seen = false;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        seen |=
+            event->type() == QEvent::Show && watched->objectName() == QLatin1String("cWaitDialog");
+        return false;
+    }
+};
+
+// The preferences give an edited copy back while a document is open.
+TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
+    start();
+    cProject* project = newProject();
+    ASSERT_NE(project, nullptr);
+    cEntityData* world = project->map->world();
+    cBrushData* brush = project->map->addBrush(world);
+    cFaceTexture texture = {};
+    qstrncpy(texture.name, "wall", sizeof texture.name);
+    texture.uScale = texture.vScale = 1;
+    texture.uAxis[0] = texture.vAxis[1] = 1;
+    cFaceData* face = project->map->addFace(brush, texture, 3);
+    ASSERT_NE(face->texture, nullptr);
+    face->vertices[1].xyz[0] = 64;
+    face->vertices[2].xyz[1] = 64;
+    face->texture->width = face->texture->height = 128; // as a late file of that name would
+    face->texture->flags |= TF_REPLACED;
+
+    cGameConfigRegistry edited(window->gameData(), window->textures(), nullptr);
+    edited.assign(window->configs(), false);
+    edited.setCurrentByTitle(QStringLiteral("Game 0"));
+    write(QStringLiteral("more.fgd"), "@PointClass = lamp : \"Lamp\" []");
+    edited.current->gameData << file(QStringLiteral("more.fgd"));
+    window->gameData().acquire(edited.current->gameData.last());
+    cWaitWatch watch;
+    qApp->installEventFilter(&watch);
+    window->configs().assign(edited, true);
+    EXPECT_TRUE(watch.seen) << "the new file had to be read";
+    EXPECT_EQ(g_waitDialog, nullptr);
+    EXPECT_EQ(project->gameConfig, window->configs().find(QStringLiteral("Game 0")));
+    EXPECT_EQ(window->configs().current, project->gameConfig);
+    EXPECT_EQ(project->gameConfig->useCount, 1);
+    EXPECT_NE(window->findClass("lamp", CF_POINT), nullptr);
+    EXPECT_FLOAT_EQ(face->vertices[1].st[0], 0.5f) << "64 of 128 texels";
+    EXPECT_EQ(face->texture->flags & TF_REPLACED, 0u);
 }
 
 TEST_F(DocumentTest, commandLineFileWantsAPoint) {

@@ -6,6 +6,7 @@
 #include "shell/tSettingsTable.h"
 #include "shell/tStartup.h"
 #include "support/tBuildNumber.h"
+#include "support/tIniFile.h"
 
 #include <QFile>
 #include <QSet>
@@ -39,8 +40,7 @@ TEST(SettingsTable, everyRowComesBack) {
         writeSettings(file, changed);
     }
     cSettings loaded;
-    QSettings file(iniIn(folder), QSettings::IniFormat);
-    readSettings(file, loaded);
+    readSettings(cIniFile(iniIn(folder)), loaded);
     for (const cSettingRow& row : settingsTable())
         std::visit([&](auto m) { EXPECT_EQ(loaded.*m, changed.*m) << row.key; }, row.member);
     EXPECT_EQ(loaded.gridSize, changed.GridDefaultSize);
@@ -48,9 +48,8 @@ TEST(SettingsTable, everyRowComesBack) {
 
 TEST(SettingsTable, missingKeysKeepDefaultsAndNoKeyStandsTwice) {
     const QTemporaryDir folder;
-    QSettings file(iniIn(folder), QSettings::IniFormat);
     cSettings loaded;
-    readSettings(file, loaded);
+    readSettings(cIniFile(iniIn(folder)), loaded);
     const cSettings defaults;
     QSet<QString> keys;
     for (const cSettingRow& row : settingsTable()) {
@@ -95,15 +94,29 @@ TEST(SettingsTable, choosesTextureQualityByMemory) {
     }
 }
 
+// What another program would build from such a value is no text for us.
+TEST(SettingsTable, objectsInTheFileAreNotBuilt) {
+    const QTemporaryDir folder;
+    QFile file(iniIn(folder));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("UndoLevels=30\n[View2D]\nGridDefaultSize=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x10)\n"
+               "DottedGrid=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff\n");
+    file.close();
+    cSettings loaded;
+    readSettings(cIniFile(iniIn(folder)), loaded);
+    EXPECT_EQ(loaded.UndoLevels, 30) << "a key before the first group";
+    EXPECT_EQ(loaded.gridSize, 1) << "16 if the object were built";
+}
+
 TEST(ColorScheme, readsNumbersClampedAndMissingOnesAsBlack) {
     const QTemporaryDir folder;
-    QSettings file(iniIn(folder), QSettings::IniFormat);
-    file.setValue(QStringLiteral("COLOR_TEXT"), QStringLiteral("300  -5 7"));
-    file.setValue(QStringLiteral("COLOR_CAPTION"), QStringLiteral("10 20"));
-    file.setValue(QStringLiteral("COLOR_2D_VERTEX"), QStringLiteral("1 2 3 128"));
-    file.setValue(QStringLiteral("COLOR_2D_CAMERA"), QStringLiteral("red 2 3"));
+    QFile file(iniIn(folder));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[ColorScheme1]\nCOLOR_TEXT=300  -5 7\nCOLOR_CAPTION=10 20\n"
+               "COLOR_2D_VERTEX=1 2 3 128\nCOLOR_2D_CAMERA=red 2 3\n");
+    file.close();
     cColorScheme scheme;
-    scheme.readScheme(file);
+    scheme.readScheme(cIniFile(iniIn(folder)), QStringLiteral("ColorScheme1"));
     EXPECT_EQ(scheme.color(COLOR_TEXT), QColor(255, 0, 7, 255));
     EXPECT_EQ(scheme.color(COLOR_CAPTION), QColor(10, 20, 0));
     EXPECT_EQ(scheme.color(COLOR_2D_VERTEX), QColor(1, 2, 3, 128));
@@ -114,21 +127,26 @@ TEST(ColorScheme, readsNumbersClampedAndMissingOnesAsBlack) {
 
 TEST(ColorScheme, customColorsComeBackAndReplaceTheCurrentOnes) {
     const QTemporaryDir folder;
+    const QString group = QStringLiteral("Custom");
     QSettings file(iniIn(folder), QSettings::IniFormat);
+    file.beginGroup(group);
     file.setValue(QStringLiteral("COLOR_2D_GRID_MAJOR"), QStringLiteral("1 2 3 128"));
+    file.sync();
     cColorScheme first;
-    first.readCustom(file);
+    first.readCustom(cIniFile(iniIn(folder)), group);
     EXPECT_TRUE(first.setCustomColor("COLOR_TEXT", 9, 8, 7));
     EXPECT_FALSE(first.setCustomColor("COLOR_NONE", 9, 8, 7));
     first.writeCustom(file);
-    EXPECT_EQ(file.value(QStringLiteral("COLOR_2D_GRID_MAJOR")).toString(),
+    file.sync();
+    const cIniFile written(iniIn(folder));
+    EXPECT_EQ(written.value(group, QStringLiteral("COLOR_2D_GRID_MAJOR")),
               QStringLiteral("1 2 3 128"));
-    EXPECT_EQ(file.value(QStringLiteral("COLOR_TEXT")).toString(), QStringLiteral("9 8 7"));
+    EXPECT_EQ(written.value(group, QStringLiteral("COLOR_TEXT")), QStringLiteral("9 8 7"));
 
     cColorScheme second;
     EXPECT_EQ(second.color(COLOR_TEXBROWSER_TEXT_SELECTED), QColor(255, 255, 100));
     EXPECT_EQ(second.customColor(COLOR_TEXBROWSER_TEXT_SELECTED), QColor(255, 255, 0));
-    second.readCustom(file);
+    second.readCustom(written, group);
     EXPECT_EQ(second.color(COLOR_TEXT), QColor(255, 255, 255)) << "the current copy is untouched";
     second.useCustom();
     for (int i = 0; i < cColorScheme::colorCount(); ++i)
