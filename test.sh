@@ -16,7 +16,7 @@ build() {
 
 case "${1:-}" in
 lint)
-    cmake --preset release >/dev/null
+    build release
     exec tools/lint.sh
     ;;
 asan)

@@ -335,8 +335,8 @@ void justify(cFaceData* face, int mode, const float points[6][3], float fitX, fl
         tex.uShift = float(width) - b[2];
         break;
     case JUSTIFY_CENTER:
-        tex.uShift = float(width / 2) - (b[0] + b[2]) / 2;
-        tex.vShift = float(height / 2) - (b[1] + b[3]) / 2;
+        tex.uShift = float(width >> 1) - (b[0] + b[2]) / 2;
+        tex.vShift = float(height >> 1) - (b[1] + b[3]) / 2;
         break;
     case JUSTIFY_FIT:
         justifyFit(face, points, fitX, fitY, width, height);
