@@ -12,11 +12,12 @@
 static constexpr size_t PRINT_SIZE = 8192;
 
 static std::unique_ptr<cPluginDialogForm> g_form; // the active one
+static bool g_running = false;                    // g_form is, inside Dialog_End
 static cPluginDialogFactory g_factory = nullptr;
 
 void setPluginDialogFactory(cPluginDialogFactory factory) {
     g_factory = factory;
-    if (!factory)
+    if (!factory && !g_running)
         g_form.reset();
 }
 
@@ -65,9 +66,11 @@ static void setProgress(int32_t value, int32_t maximum) {
 
 static void end() {
     cPluginDialogForm* form = formFor("Dialog_End");
-    if (!form)
+    if (!form || g_running)
         return;
+    g_running = true;
     form->run();
+    g_running = false;
     g_form.reset();
 }
 

@@ -60,7 +60,8 @@ static cEntityData* entityCreate(cMapData* map, const char* classname, const flo
     static const float ZERO[3] = {0, 0, 0};
     if (!map || !classname)
         return nullptr;
-    return map->map->addEntity(classname, origin ? origin : ZERO, flags);
+    // Flags taken over from another entity: this one stands in no list of selected ones.
+    return map->map->addEntity(classname, origin ? origin : ZERO, flags & ~uint32_t(EF_SELECTED));
 }
 
 static void entityUpdate(cEntityData* entity, uint32_t mode) {

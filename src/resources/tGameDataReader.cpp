@@ -173,11 +173,12 @@ bool cGameDataReader::readOffset(int bit) {
 }
 
 bool cGameDataReader::readColor(int bit) {
-    float color[3];
-    if (!readNumbers(color, 3))
-        return false;
-    for (int i = 0; i < 3; ++i)
-        m_class->color[i] = uint8_t(qBound(0.0f, color[i], 255.0f));
+    for (int i = 0; i < 3; ++i) {
+        if (!cParser::requireToken(false))
+            return false;
+        const double value = strtod(cParser::token(), nullptr);
+        m_class->color[i] = uint8_t(value > 0 ? qMin(value, 255.0) : 0.0); // no number is 0
+    }
     m_class->color[3] = 255;
     m_class->flags |= uint32_t(bit);
     return matchNext(")");

@@ -134,6 +134,15 @@ TEST_F(cHostMapTest, makesAndRemovesObjects) {
     EXPECT_EQ(m_data->selectedBrushes, nullptr);
 }
 
+TEST_F(cHostMapTest, newEntityIsNotSelected) {
+    cEntityData* chosen = m_services.Entity_Create(m_data, "a", nullptr, EF_POINT);
+    selectedPush(m_data->selectedEntities, chosen);
+    cEntityData* copy = m_services.Entity_Create(m_data, "a", nullptr, chosen->flags);
+    EXPECT_TRUE(copy->flags & EF_POINT);
+    m_map.freeEntity(copy);
+    EXPECT_EQ(m_data->selectedEntities, chosen) << "the selection survives the copy";
+}
+
 TEST_F(cHostMapTest, findsByExactValue) {
     cEntityData* a = m_services.Entity_Create(m_data, "a", nullptr, EF_POINT);
     cEntityData* b = m_services.Entity_Create(m_data, "b", nullptr, EF_POINT);
@@ -314,7 +323,11 @@ public:
     int queryArgumentInt(const char*) override { return 5; }
     float queryArgumentFloat(const char*) override { return 0.5f; }
     void print(const char* text) override { m_calls << str(text); }
-    void run() override { m_calls << str("run"); }
+    void run() override {
+        m_calls << str("run");
+        hostServices()->Dialog_End(); // as a careless internal function does
+        hostServices()->Dialog_SetProgress(8, 9);
+    }
 
 private:
     QStringList& m_calls;
@@ -376,7 +389,7 @@ TEST_F(cHostServicesTest, dialogLivesFromBeginToEnd) {
     EXPECT_EQ(m_services.Dialog_QueryArgumentInt("a"), 5);
     m_services.Dialog_End();
     EXPECT_EQ(g_calls, QStringList({str("c1"), str("3"), QString(8191, QLatin1Char('x')),
-                                    str("run"), str("gone")}));
+                                    str("run"), str("8"), str("gone")}));
     setPluginDialogFactory(nullptr);
 }
 

@@ -100,7 +100,7 @@ TEST_F(cGameDataTest, headerItems) {
     read("@pointclass size(-1 -2 -3, 4 5 6) color(nan 1e99 -1e99) = a []");
     EXPECT_THAT(only().mins, ElementsAre(-1.f, -2.f, -3.f));
     EXPECT_THAT(only().maxs, ElementsAre(4.f, 5.f, 6.f));
-    EXPECT_THAT(only().color, ElementsAre(0, 0, 0, 255));
+    EXPECT_THAT(only().color, ElementsAre(0, 255, 0, 255));
 }
 
 TEST_F(cGameDataTest, inheritsWhatTheClassHasNotGiven) {
