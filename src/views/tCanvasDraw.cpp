@@ -380,7 +380,7 @@ void cCanvas::drawMoveIcon() {
     GL_State(GLS_DEFAULT | GLS_BLEND_ALPHA);
     glColor4ub(255, 255, 255, 255);
     glEnable(GL_TEXTURE_2D);
-    drawTexture(QRectF(centerX - ICON / 2, centerY - ICON / 2, ICON, ICON), m_moveIcon);
+    drawTexture(QRect(centerX - ICON / 2, centerY - ICON / 2, ICON, ICON), m_moveIcon);
     glDisable(GL_TEXTURE_2D);
     GL_State(GLS_DEFAULT);
 }

@@ -12,7 +12,7 @@ public:
     void clear() { m_bytes.clear(); }
     template<class T> void add(const T& value) {
         static_assert(std::is_trivially_copyable_v<T>);
-        addBytes(&value, sizeof value);
+        addBytes(&value, sizeof(T));
     }
     void addBytes(const void* bytes, size_t size) {
         const auto* first = static_cast<const uint8_t*>(bytes);
