@@ -6,7 +6,16 @@
 set -eu
 program=$1 map=$2 picture=$3
 log=$(mktemp)
-trap 'kill "$editor" 2>/dev/null; wait "$editor" 2>/dev/null; rm -f "$log"' EXIT
+# The editor is stopped on every way out; the result is the one decided before.
+finish() {
+    status=$?
+    set +e
+    kill "$editor" 2>/dev/null
+    wait "$editor" 2>/dev/null
+    rm -f "$log"
+    exit "$status"
+}
+trap finish EXIT
 
 stdbuf -oL "$program" "$map" >"$log" 2>&1 &
 editor=$!
