@@ -15,6 +15,7 @@
 static constexpr double NORMAL_EPSILON = 2e-5;
 static constexpr double DIST_EPSILON = 2e-3;
 static constexpr float SEAL_THICKNESS = 16;
+static constexpr size_t BUFFER_SIZE = 1 << 20;
 
 cMapWriter::cMapWriter(const cHostServices* host, cMapData* map, eFaceLine kind,
                        const char* sealTexture)
@@ -61,6 +62,11 @@ bool cMapWriter::write(const char* path) {
         m_host->Sys_Error("can't write \"%s\" (the map is empty)", path);
         return false;
     }
+    m_file = fopen(path, "wb");
+    if (!m_file) {
+        m_host->Sys_Error("can't write \"%s\" (%s)", path, strerror(errno));
+        return false;
+    }
     collectContainers();
     writeWorld(world);
     for (const cContainer& container : m_containers)
@@ -69,8 +75,12 @@ bool cMapWriter::write(const char* path) {
         if (isWritten(entity))
             writeEntity(entity);
     }
-    if (!save(path))
+    flush(0);
+    const bool closed = fclose(m_file) == 0;
+    if (m_failed || !closed) {
+        m_host->Sys_Error("can't write \"%s\" (%s)", path, strerror(errno));
         return false;
+    }
     if (m_inexactFaces)
         m_host->Sys_Warning("%i face(s) have texture axes that this format can't hold exactly",
                             m_inexactFaces);
@@ -83,17 +93,11 @@ bool cMapWriter::write(const char* path) {
     return true;
 }
 
-bool cMapWriter::save(const char* path) const {
-    FILE* file = fopen(path, "wb");
-    if (!file) {
-        m_host->Sys_Error("can't write \"%s\" (%s)", path, strerror(errno));
-        return false;
-    }
-    const bool written = fwrite(m_text.data(), 1, m_text.size(), file) == m_text.size();
-    const bool closed = fclose(file) == 0;
-    if (!written || !closed)
-        m_host->Sys_Error("can't write \"%s\" (%s)", path, strerror(errno));
-    return written && closed;
+void cMapWriter::flush(size_t keep) {
+    if (m_text.size() <= keep)
+        return;
+    m_failed |= fwrite(m_text.data(), 1, m_text.size(), m_file) != m_text.size();
+    m_text.clear();
 }
 
 // ---- Groups and layers
@@ -307,6 +311,7 @@ void cMapWriter::writeBrush(const cBrushData* brush) {
     for (const cFaceData* face = brush->faces; face; face = face->next)
         writeFace(face);
     m_text += "}\n";
+    flush(BUFFER_SIZE);
 }
 
 void cMapWriter::writeFace(const cFaceData* face) {

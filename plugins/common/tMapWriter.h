@@ -7,6 +7,8 @@
 #include "common/tMapContainers.h"
 #include "tPluginInterface.h"
 
+#include <cstdio>
+
 enum class eFaceLine { Classic, Axial };
 
 class cMapWriter {
@@ -48,13 +50,15 @@ private:
     void writeSeal();
     void writeBox(const float* mins, const float* maxs);
     void number(double value);
-    bool save(const char* path) const;
+    void flush(size_t keep); // hands the text to the file once there is more of it than that
 
     const cHostServices* m_host;
     cMapData* m_map;
     eFaceLine m_kind;
     std::string m_sealTexture;
-    std::string m_text;
+    FILE* m_file = nullptr;
+    bool m_failed = false;
+    std::string m_text; // what has not gone to the file yet
     std::vector<cContainer> m_containers;
     std::vector<const cBrushData*> m_worldBrushes;
     std::map<const cGroupData*, int> m_containerOfGroup;

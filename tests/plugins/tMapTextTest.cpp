@@ -393,6 +393,18 @@ TEST_F(MapText, exportHonoursHiddenObjectsAndSealsTheCordon) {
     }
 }
 
+TEST_F(MapText, fileThatCannotBeWrittenIsReported) {
+    cMap map(nullptr);
+    ASSERT_TRUE(importText(map, world(box("a"))));
+    const cMapFormat* f = format(manager->exportFormats, "Axial Maps");
+    ASSERT_NE(f, nullptr);
+    int failures = 0;
+    for (const char* target : {"/dev/full", "/no/such/folder/out.map"}) {
+        EXPECT_FALSE(f->function(f->id, target, &map.data)) << target;
+        EXPECT_EQ(count(eMessage::Error, "can't write \""), ++failures);
+    }
+}
+
 // ---- Round trips
 
 // Key/values as an independent look at the text finds them, of entities without containers.
