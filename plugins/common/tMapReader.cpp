@@ -39,7 +39,7 @@ bool cMapReader::read() {
     m_made.swap(m_worldMade);
     m_containers.bind(world);
     m_host->Entity_Update(world, UM_REEVALUATE | UM_WINDINGS);
-    checkBrushes(world, 0);
+    checkBrushes(world);
     reportCounts();
     return true;
 }
@@ -92,7 +92,7 @@ void cMapReader::readEntity() {
                 entity = beginEntity(&keys, true);
             }
             m_scan.take();
-            readBrush(entity, inContainer);
+            readBrush(entity);
         } else if (c == '}' || c == 0) {
             if (c == 0 && mayReport())
                 m_host->Sys_Error("line %i: the entity's brace is not closed", line);
@@ -108,7 +108,9 @@ void cMapReader::readEntity() {
     const bool solid = entity != nullptr;
     if (!entity)
         entity = beginEntity(&keys, false);
-    if (entity)
+    if (inContainer)
+        finishContainer();
+    else if (entity)
         finishEntity(entity, &keys, solid);
 }
 
@@ -202,14 +204,15 @@ static void readAngles(const cKeyValues& keys, float* angles) {
     }
 }
 
-void cMapReader::finishEntity(cEntityData* entity, cKeyValues* keys, bool solid) {
-    if (solid && isContainer(*keys)) {
-        for (const cMade& made : m_made) {
-            m_containers.addBrush(made.brush);
-            m_worldMade.push_back(made);
-        }
-        return;
+// The brushes of a group or a layer are the world's.
+void cMapReader::finishContainer() {
+    for (const cMade& made : m_made) {
+        m_containers.addBrush(made.brush);
+        m_worldMade.push_back(made);
     }
+}
+
+void cMapReader::finishEntity(cEntityData* entity, cKeyValues* keys, bool solid) {
     eraseKey(keys, "classname");
     if (!solid && entity != m_world)
         eraseKey(keys, "origin");
@@ -225,12 +228,12 @@ void cMapReader::finishEntity(cEntityData* entity, cKeyValues* keys, bool solid)
         return;
     }
     m_host->Entity_Update(entity, UM_REEVALUATE | UM_WINDINGS);
-    checkBrushes(entity, 0);
+    checkBrushes(entity);
 }
 
 // ---- Brushes
 
-void cMapReader::readBrush(cEntityData* owner, bool inContainer) {
+void cMapReader::readBrush(cEntityData* owner) {
     const int line = m_scan.line();
     bool broken = false;
     bool other = false;
@@ -277,7 +280,7 @@ void cMapReader::readBrush(cEntityData* owner, bool inContainer) {
     if (broken)
         ++m_brokenBrushes;
     else
-        makeBrush(owner, line, inContainer);
+        makeBrush(owner, line);
 }
 
 // A block in braces of a kind that is no plane, as a curved patch.
@@ -379,7 +382,7 @@ void cMapReader::readFlags(cFaceTexture* tex) {
     }
 }
 
-void cMapReader::makeBrush(cEntityData* owner, int line, bool inContainer) {
+void cMapReader::makeBrush(cEntityData* owner, int line) {
     cBrushData* brush = m_host->Brush_Create(m_map, owner);
     for (const cFace& source : m_faces) {
         cFaceData* face = m_host->Face_Create(m_map, brush, &source.tex, 0);
@@ -391,7 +394,7 @@ void cMapReader::makeBrush(cEntityData* owner, int line, bool inContainer) {
         }
         face->dist = float(source.plane.dist);
     }
-    m_made.push_back({brush, line, inContainer});
+    m_made.push_back({brush, line});
 }
 
 // ---- What came of them
@@ -410,10 +413,10 @@ static bool isClosed(const cBrushData* brush) {
     return true;
 }
 
-void cMapReader::checkBrushes(cEntityData* owner, size_t first) {
+void cMapReader::checkBrushes(cEntityData* owner) {
     bool removed = false;
-    for (size_t i = first; i < m_made.size(); ++i) {
-        cBrushData* brush = m_made[i].brush;
+    for (const cMade& made : m_made) {
+        cBrushData* brush = made.brush;
         // A second plane in the same place, or one that only touches, has no polygon.
         for (cFaceData *face = brush->faces, *next; face; face = next) {
             next = face->next;
@@ -423,7 +426,7 @@ void cMapReader::checkBrushes(cEntityData* owner, size_t first) {
         if (isClosed(brush))
             continue;
         if (mayReport())
-            m_host->Sys_Error("line %i: the brush has no volume", m_made[i].line);
+            m_host->Sys_Error("line %i: the brush has no volume", made.line);
         ++m_brokenBrushes;
         m_host->Brush_Delete(m_map, brush);
         removed = true;

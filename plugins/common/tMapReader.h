@@ -27,19 +27,20 @@ private:
     bool readPair(cKeyValues* keys);
     std::string lookAheadClassname() const;
     cEntityData* beginEntity(cKeyValues* keys, bool solid);
+    void finishContainer();
     void finishEntity(cEntityData* entity, cKeyValues* keys, bool solid);
     cEntityData* theWorld();
     void setEpairs(cEntityData* entity, const cKeyValues& keys);
 
-    void readBrush(cEntityData* owner, bool inContainer);
+    void readBrush(cEntityData* owner);
     bool readFace(cFace* face);
     bool readPoint(double* point);
     bool readTexture(cFace* face);
     bool readAxis(float* axis, float* shift);
     void readFlags(cFaceTexture* tex);
     void skipBlock(const std::string& kind, int line);
-    void makeBrush(cEntityData* owner, int line, bool inContainer);
-    void checkBrushes(cEntityData* owner, size_t first);
+    void makeBrush(cEntityData* owner, int line);
+    void checkBrushes(cEntityData* owner);
     void reportCounts();
     bool mayReport(); // the first few errors have their own line, all are counted
 
@@ -52,7 +53,6 @@ private:
     struct cMade {
         cBrushData* brush;
         int line;
-        bool inContainer;
     };
     std::vector<cMade> m_made;      // brushes of the entity being read
     std::vector<cMade> m_worldMade; // brushes of the world, built when all are there

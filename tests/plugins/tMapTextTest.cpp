@@ -284,6 +284,22 @@ TEST_F(MapText, whatIsBrokenIsNamedByLineAndTheRestKept) {
     }
 }
 
+// What an entity is stands fixed once its first brush is read.
+TEST_F(MapText, keysMayComeAfterTheBrushes) {
+    cMap map(nullptr);
+    const QByteArray text = world(QByteArray()) + "{\n" + box("d") +
+                            "\"classname\" \"func_door\"\n\"speed\" \"9\"\n}\n{\n" + box("g") +
+                            "\"classname\" \"func_group\" \"_tb_type\" \"_tb_group\"\n}\n";
+    ASSERT_TRUE(importText(map, text));
+    const cEntityData* door = map.world()->next;
+    ASSERT_NE(door, nullptr);
+    EXPECT_STREQ(door->classname, "func_door");
+    EXPECT_STREQ(getEpairValue(door, "speed"), "9");
+    ASSERT_NE(door->next, nullptr);
+    EXPECT_NE(door->next->brushes, nullptr);
+    EXPECT_EQ(checkMapInvariants(map).toStdString(), "");
+}
+
 TEST_F(MapText, cutAndFlippedTextsLeaveAConsistentMap) {
     const QByteArray text = world(box("a") + box("{b")) +
                             "{\"classname\" \"func_group\" \"_tb_type\" \"_tb_group\" \"_tb_id\" "
