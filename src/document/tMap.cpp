@@ -9,6 +9,7 @@
 #include "document/tFace.h"
 #include "document/tFaceMapping.h"
 #include "document/tGroup.h"
+#include "document/tHistory.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "document/tVisGroup.h"
@@ -18,6 +19,7 @@
 
 cMap::cMap(cProject* owner) : project(owner), data() {
     data.map = this;
+    history = std::make_unique<cHistory>(*this);
     updateSelectionMode();
 }
 
@@ -322,10 +324,12 @@ void cMap::freeEntity(cEntityData* entity) {
     markChanged();
 }
 
-bool cMap::removeEmptySolidEntity(cEntityData* entity) {
+bool cMap::removeEmptySolidEntity(cEntityData* entity, bool record) {
     if (entity->brushes || (entity->flags & (EF_WORLD | EF_POINT)))
         return false;
     Print("removing the empty solid entity: %s", entity->classname ? entity->classname : "");
+    if (record)
+        history->entityDeleted(entity);
     freeEntity(entity);
     return true;
 }

@@ -12,6 +12,7 @@
 #include <memory>
 
 class cCullTree;
+class cHistory;
 class cProject;
 class cVisGroup;
 struct cDrawStats;
@@ -30,6 +31,12 @@ struct cPortal {
     float points[128][3];
     cPortal* next;
 };
+
+// Values of cMap::selectionMode.
+enum eSelectionMode { MODE_GROUPS = 1, MODE_SINGLE = 2, MODE_FACES = 3 };
+
+// How selectInBox tests an object.
+enum eBoxMode { BOX_TOUCHING, BOX_CONTAINED, BOX_BY_CENTER };
 
 class cMap {
 public:
@@ -83,7 +90,10 @@ public:
     void freeEntity(cEntityData* entity); // with its brushes; the world is refused silently
     void freeGroup(cGroupData* group);
     // Removes a solid entity that has lost its last brush, with a message; true if it went.
-    bool removeEmptySolidEntity(cEntityData* entity);
+    // With record the open history step takes it.
+    bool removeEmptySolidEntity(cEntityData* entity, bool record = false);
+    // The entity with its brushes, without a message; the world is refused silently.
+    void removeEntityWhole(cEntityData* entity, bool record);
     // Moves a brush to the tail of another entity's list; both owners want an update after.
     void moveBrush(cBrushData* brush, cEntityData* entity);
 
@@ -94,9 +104,9 @@ public:
     void joinGroupGroup(cGroupData* child, cGroupData* group);
     void dissolveGroup(cGroupData* group, bool select);
     // For an object that goes: its group's count falls, and emptied groups go with it, bottom up,
-    // unless keepEmpty is set.
-    void leaveGroupEntity(cEntityData* entity, bool keepEmpty);
-    void leaveGroupBrush(cBrushData* brush, bool keepEmpty);
+    // unless keepEmpty is set. With record the open history step takes what goes.
+    void leaveGroupEntity(cEntityData* entity, bool keepEmpty, bool record = false);
+    void leaveGroupBrush(cBrushData* brush, bool keepEmpty, bool record = false);
 
     // ---- Visgroups
 
@@ -109,12 +119,44 @@ public:
     bool mergeVisGroups(uint32_t sourceId, uint32_t targetId);
     bool purgeVisGroups();
     void computeVisGroupVisibility(); // one pass over the map
+    cVisGroup* findVisGroupBySerial(uint32_t serial) const;
+    void assignVisGroup(uint32_t id);             // all selected objects join it
+    void markVisGroup(uint32_t id);               // its members become the selection
+    void setVisGroupVisible(cVisGroup* visGroup); // flips: hides or shows its members
+    // Hiding by hand; what is hidden leaves the selection. False: nothing was selected.
+    bool hideSelection();
+    bool hideUnselected();
+    struct cRevealed {
+        int entities = 0;
+        int brushes = 0;
+        int groups = 0;
+        int total() const { return entities + brushes + groups; }
+    };
+    cRevealed showHidden(); // every hidden object, whatever hid it
 
     // ---- Selection
 
+    // Every operation ends by describing the selection, except selectEntity and selectGroup;
+    // none opens a history step. Selected objects stand in their list newest first.
+
     int updateSelectionMode(); // 3 faces, 2 single objects, 1 groups as units
+    bool isPickSelected(int pick) const;
+    void selectEntity(cEntityData* entity); // with its brushes
+    void selectGroup(cGroupData* group);    // with its members
+    // Counted from 0 in list order; with skipHidden hidden ones are not counted.
+    void selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden);
+    void selectInBox(const float* mins, const float* maxs, int boxMode); // eBoxMode
+    void selectAll();
+    void selectFacesOfBrushes(); // of the selected brushes, in place of them
+    // toggle takes a selected object out; without it the caller has cleared the selection.
+    void selectBrushFacesByPick(int pick, bool toggle);
+    void selectByPick(int pick, bool toggle);
+    // Selected objects stay selected as groups act now: with each object its outermost group.
+    void selectRoots();
     void clearFaces();
     void clearSelection();
+    void clearSelectionFull(); // by a walk of the whole map, where the lists can't be relied on
+    bool hasSelection() const; // an object: group, entity or brush
     void dropHidden();
     void describeSelection(); // the sentence of status pane 2
 
@@ -135,6 +177,7 @@ public:
     void draw(cViewInfo& view, cDrawStats& stats);
 
     cProject* project;
+    std::unique_ptr<cHistory> history;   // never null
     std::unique_ptr<cCullTree> cullTree; // null until built
     cMapData data;
     cPickPool picks;
@@ -157,7 +200,8 @@ private:
     void releaseBrush(cBrushData* brush);
     void releaseEntity(cEntityData* entity);
     void releaseGroup(cGroupData* group);
-    void removeEmptiedGroups(cGroupData* group, const char* message, const char* classname);
+    void removeEmptiedGroups(cGroupData* group, bool record, const char* message,
+                             const char* classname);
     void freeOverlays();
     int countSelectedUnits() const;
     int countSelectedSolids() const;
@@ -167,6 +211,7 @@ private:
     QHash<uint32_t, cEntityData*> m_entitiesById;
     QHash<uint32_t, cBrushData*> m_brushesById;
     QHash<uint32_t, cGroupData*> m_groupsById;
+    QHash<uint32_t, cVisGroup*> m_visGroupsBySerial;
     uint64_t m_revision = 1;
 };
 

@@ -3,6 +3,7 @@
 #include "document/tBrush.h"
 #include "document/tEntity.h"
 #include "document/tGroup.h"
+#include "document/tHistory.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tVisGroup.h"
@@ -123,11 +124,14 @@ void cMap::dissolveGroup(cGroupData* group, bool select) {
     markChanged();
 }
 
-void cMap::removeEmptiedGroups(cGroupData* group, const char* message, const char* classname) {
+void cMap::removeEmptiedGroups(cGroupData* group, bool record, const char* message,
+                               const char* classname) {
     while (group) {
         cGroupData* parent = group->parent;
         if (group->memberCount <= 0) {
             Print(message, classname);
+            if (record)
+                history->groupDeleted(group);
             if (isSelected(group))
                 selectedRemove(data.selectedGroups, group);
             if (parent)
@@ -149,17 +153,17 @@ template<class T> static cGroupData* takeOut(T* object) {
     return group;
 }
 
-void cMap::leaveGroupEntity(cEntityData* entity, bool keepEmpty) {
+void cMap::leaveGroupEntity(cEntityData* entity, bool keepEmpty, bool record) {
     cGroupData* group = takeOut(entity);
     if (!keepEmpty)
-        removeEmptiedGroups(group, "removing the whole group: last entity deleted (%s)",
+        removeEmptiedGroups(group, record, "removing the whole group: last entity deleted (%s)",
                             entity->classname ? entity->classname : "");
 }
 
-void cMap::leaveGroupBrush(cBrushData* brush, bool keepEmpty) {
+void cMap::leaveGroupBrush(cBrushData* brush, bool keepEmpty, bool record) {
     cGroupData* group = takeOut(brush);
     if (!keepEmpty)
-        removeEmptiedGroups(group, "removing the whole group: last brush deleted%s", "");
+        removeEmptiedGroups(group, record, "removing the whole group: last brush deleted%s", "");
 }
 
 void cMap::freeGroup(cGroupData* group) {
@@ -185,6 +189,7 @@ static void markDirty(cMap& map) {
 
 cVisGroup* cMap::createVisGroup(const char* name) {
     auto* visGroup = new cVisGroup(name);
+    m_visGroupsBySerial.insert(visGroup->serial, visGroup);
     do { // past the ids that came in from outside
         visGroup->id = nextId(lastVisGroupId);
     } while (visGroups.contains(visGroup->id));
@@ -195,6 +200,10 @@ cVisGroup* cMap::createVisGroup(const char* name) {
 
 cVisGroup* cMap::findVisGroup(uint32_t id) const {
     return visGroups.value(id);
+}
+
+cVisGroup* cMap::findVisGroupBySerial(uint32_t serial) const {
+    return m_visGroupsBySerial.value(serial);
 }
 
 void cMap::setVisGroupId(cVisGroup* visGroup, uint32_t id) {
@@ -214,6 +223,7 @@ void cMap::clearVisGroups() {
     }
     qDeleteAll(visGroups);
     visGroups.clear();
+    m_visGroupsBySerial.clear();
     lastVisGroupId = 0;
 }
 
@@ -234,6 +244,7 @@ void cMap::removeVisGroup(cVisGroup* visGroup) {
             brush->brush->removeFromVisGroup(visGroup);
     }
     visGroups.remove(visGroup->id);
+    m_visGroupsBySerial.remove(visGroup->serial);
     delete visGroup;
     markDirty(*this);
 }
@@ -261,6 +272,7 @@ bool cMap::purgeVisGroups() {
         if (visGroup->objectCount > 0)
             continue;
         visGroups.remove(visGroup->id);
+        m_visGroupsBySerial.remove(visGroup->serial);
         delete visGroup;
         purged = true;
     }

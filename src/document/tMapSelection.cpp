@@ -8,8 +8,6 @@
 
 // The tool whose picks are faces.
 static constexpr int TEXTURE_TOOL = 5;
-// Values of cMap::selectionMode.
-enum { MODE_GROUPS = 1, MODE_SINGLE = 2, MODE_FACES = 3 };
 static constexpr int SELECTION_PANE = 2;
 
 int cMap::updateSelectionMode() {

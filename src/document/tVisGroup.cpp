@@ -11,7 +11,9 @@
 static const uint8_t WHITE[4] = {255, 255, 255, 255};
 static const uint8_t BLACK[4] = {0, 0, 0, 255};
 
-cVisGroup::cVisGroup(const char* nameText) : name(Mem_StrDup(nameText)) {
+static uint32_t g_lastSerial = 0;
+
+cVisGroup::cVisGroup(const char* nameText) : name(Mem_StrDup(nameText)), serial(++g_lastSerial) {
     const uint8_t* min = g_host ? g_host->schemeColor(COLOR_GROUP_RANDOM_MIN) : BLACK;
     const uint8_t* max = g_host ? g_host->schemeColor(COLOR_GROUP_RANDOM_MAX) : WHITE;
     for (int i = 0; i < 3; ++i)

@@ -16,7 +16,8 @@ public:
 
     char* name = nullptr; // owned, 8-bit
     uint8_t color[4];
-    uint32_t id = 0;     // unique in the map, its key in cMap::visGroups
-    int objectCount = 0; // entities and brushes that list it
+    uint32_t id = 0;       // unique in the map, its key in cMap::visGroups
+    const uint32_t serial; // never changes, unlike the id, and is never given again
+    int objectCount = 0;   // entities and brushes that list it
     bool visible = false;
 };

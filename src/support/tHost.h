@@ -34,6 +34,11 @@ public:
     virtual void setStatusPane(const QString& /*text*/, int /*pane*/) {}
 
     virtual void projectDirty(cProject* /*project*/) {}
+    virtual void historyChanged() {} // what can be undone or redone
+    // The set of visgroups, their member counts or what is visible of them.
+    virtual void visGroupsChanged(cMap& /*map*/) {}
+    // An edit is about to change the map: a running vertex morph ends with what it has reached.
+    virtual void endMorph() {}
     // The selection sentence was just described; whoever shows the selection refreshes.
     virtual void selectionDescribed(cMap& /*map*/) {}
     virtual int currentToolId() const { return 0; }

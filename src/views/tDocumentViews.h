@@ -3,7 +3,10 @@
 // views reach their document without knowing the shell.
 #pragma once
 
+#include "document/tSelectionBox.h"
+
 #include <QList>
+#include <array>
 
 class cCanvas;
 class cChildWindow;
@@ -36,4 +39,5 @@ public:
     cCanvas* firstCanvas() const;
 
     QList<cChildWindow*> windows; // in order of creation
+    std::array<cSelectionBox, TBX_COUNT> boxes;
 };

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// Undo and redo of one map. A step is a set of records that describe objects by id: an operation
+// opens a step, declares what it is going to change, changes it and closes the step. The history
+// knows nothing of operations. A record of a changed object is swapped with the live object, so
+// the same records serve undo and redo.
+//
+// An operation uses cHistoryStep, which closes on every way out.
+#pragma once
+
+#include "pluginhost/tPluginInterface.h"
+
+#include <memory>
+
+class cMap;
+struct cHistorySteps;
+
+class cHistory {
+public:
+    // Enabled by the setting UndoEnabled, with the setting UndoLevels as the number of steps.
+    explicit cHistory(cMap& map);
+    ~cHistory();
+    cHistory(const cHistory&) = delete;
+    cHistory& operator=(const cHistory&) = delete;
+
+    // Opens a step and ends all redo; the oldest step gives way when none is free. name is static
+    // text. Nothing happens while disabled. A running morph ends first.
+    void begin(const char* name);
+    void end(); // closes the open step, if any
+    void undo();
+    void redo();
+
+    bool canUndo() const;
+    bool canRedo() const;
+    const char* undoName() const; // of the newest step, "???" without one
+    const char* redoName() const;
+    bool isEnabled() const { return m_enabled; }
+    bool isRecording() const { return m_recording; }
+    void setEnabled(bool enabled); // disabling frees all steps
+    void applyLevels();            // the setting UndoLevels; another number frees all steps
+    void freeAll();                // every step and the memory of the steps
+    void clear();                  // every step; their places stay
+    static void freeRecordPools(); // of the whole program
+
+    // ---- Captures, into the open step; nothing happens without one, or for null. Changed and
+    // Deleted stand before the change, Created after the object is complete. The first capture of
+    // an object in a list stands. Without an argument: all objects of the selection list of the
+    // kind. An entity's capture does not hold its brushes.
+
+    void entityChanged(const cEntityData* entity);
+    void entityCreated(const cEntityData* entity);
+    void entityDeleted(const cEntityData* entity);
+    // Flags, ids, groups, colour, texture blocks; vertices only with geometry.
+    void brushChanged(const cBrushData* brush, bool withGeometry);
+    void brushCreated(const cBrushData* brush);
+    void brushDeleted(const cBrushData* brush);
+    void faceChanged(const cFaceData* face); // flags and texture block
+    void groupChanged(const cGroupData* group);
+    void groupCreated(const cGroupData* group);
+    void groupDeleted(const cGroupData* group);
+
+    void entitiesChanged();
+    void entitiesCreated();
+    void entitiesDeleted();
+    void brushesChanged(bool withGeometry);
+    void brushesCreated();
+    void brushesDeleted();
+    void facesChanged();
+    void groupsChanged();
+    void groupsCreated();
+    void groupsDeleted();
+
+    size_t recordBytes() const; // memory that the steps' records take, for measurements
+
+private:
+    cMap& m_map;
+    std::unique_ptr<cHistorySteps> m_steps;
+    bool m_enabled = true;
+    bool m_recording = false;
+    int m_levels = 50;
+};
+
+// An open step for the length of a block: cHistoryStep step(map, "Carve"); step->brushesChanged();
+// Views paint nothing meanwhile, since log lines run events while the map is half changed.
+class cHistoryStep {
+public:
+    cHistoryStep(cMap& map, const char* name);
+    ~cHistoryStep();
+    cHistoryStep(const cHistoryStep&) = delete;
+    cHistoryStep& operator=(const cHistoryStep&) = delete;
+
+    cHistory* operator->() const { return m_history; }
+
+private:
+    cHistory* m_history;
+    std::unique_ptr<class cBusy> m_busy;
+};

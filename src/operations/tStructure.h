@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// Operations on the selection that move objects between groups and entities, or remove them.
+// Each opens its own history step, leaves selection and lists consistent, describes the selection
+// and marks the document dirty; refreshing tools and views is the caller's business.
+#pragma once
+
+#include "pluginhost/tPluginInterface.h"
+
+class cMap;
+
+// All selected objects into one new outermost group, which becomes the selection. False without
+// a step: they belong to one outermost group already.
+bool groupSelection(cMap& map); // "Group"
+// Takes one level off the selected groups; their child groups stand selected after.
+void ungroupSelection(cMap& map); // "Ungroup"
+// Selected brushes and entities, and groups and entities that are empty without them.
+void deleteSelection(cMap& map); // "Delete Selection"
+// Selected brushes of entities become brushes of the world.
+void moveSelectionToWorld(cMap& map); // "Move to World"
+// Selected brushes become brushes of target, or of a new entity of the class without one.
+// Returns the entity, which is selected with all of its brushes.
+cEntityData* tieSelectionToEntity(cMap& map, const char* className,
+                                  cEntityData* target); // "Tie to Entity"
+// Sets or clears the profile's detail bits on all faces of the selected brushes. False without a
+// step: they are so already. "Make Detail", "Make Structural"
+bool setSelectionDetail(cMap& map, bool detail);
