@@ -64,7 +64,7 @@ void cMap::clearMap() {
     m_entitiesById.clear();
     m_brushesById.clear();
     m_groupsById.clear();
-    clearVisGroups();
+    freeVisGroups();
     freeOverlays();
     picks.clear();
     markChanged();
@@ -290,7 +290,7 @@ void cMap::freeFace(cFaceData* face) {
     markChanged();
 }
 
-void cMap::freeBrush(cBrushData* brush) {
+void cMap::freeBrush(cBrushData* brush, bool record) {
     if (isSelected(brush))
         selectedRemove(data.selectedBrushes, brush);
     for (cFaceData* face : facesOf(brush))
@@ -298,24 +298,24 @@ void cMap::freeBrush(cBrushData* brush) {
     if (cullTree)
         cullTree->remove(brush);
     picks.give(brush->brush->pickId);
-    leaveGroupBrush(brush, false);
+    leaveGroupBrush(brush, false, record);
     listRemove(brush->owner->brushes, brush->owner->brushesTail, brush);
     m_brushesById.remove(brush->id);
     releaseBrush(brush);
     markChanged();
 }
 
-void cMap::freeEntity(cEntityData* entity) {
+void cMap::freeEntity(cEntityData* entity, bool record) {
     if (entity->flags & EF_WORLD)
         return;
     for (cBrushData* brush : brushesOf(entity))
-        freeBrush(brush);
+        freeBrush(brush, record);
     if (isSelected(entity))
         selectedRemove(data.selectedEntities, entity);
     if (cullTree)
         cullTree->remove(entity);
     picks.give(entity->entity->pickId);
-    leaveGroupEntity(entity, false);
+    leaveGroupEntity(entity, false, record);
     listRemove(data.entities, data.entitiesTail, entity);
     m_entitiesById.remove(entity->id);
     releaseEntity(entity);
@@ -328,8 +328,19 @@ bool cMap::removeEmptySolidEntity(cEntityData* entity, bool record) {
     Print("removing the empty solid entity: %s", entity->classname ? entity->classname : "");
     if (record)
         history->entityDeleted(entity);
-    freeEntity(entity);
+    freeEntity(entity, record);
     return true;
+}
+
+void cMap::removeEntityWhole(cEntityData* entity, bool record) {
+    if (entity->flags & EF_WORLD)
+        return;
+    if (record) {
+        for (const cBrushData* brush : brushesOf(entity))
+            history->brushDeleted(brush);
+        history->entityDeleted(entity);
+    }
+    freeEntity(entity, record);
 }
 
 void cMap::moveBrush(cBrushData* brush, cEntityData* entity) {
