@@ -10,6 +10,7 @@
 #include "document/tFaceMapping.h"
 #include "document/tGroup.h"
 #include "document/tHistory.h"
+#include "document/tHistoryRecords.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "document/tVisGroup.h"
@@ -225,9 +226,6 @@ cGroupData* cMap::addGroup() {
     return group;
 }
 
-// Flags that say what happens to an object at this moment, which a copy does not take over.
-static constexpr uint32_t TRANSIENT_FLAGS = OF_SELECTED | BF_MOVING | BF_MARK | BF_MORPHED;
-
 static void copyFace(cMap* map, const cFaceData* source, cBrushData* brush) {
     cFaceData* face = map->addFace(brush, source->tex, source->vertexCount);
     face->flags |= source->flags & ~(TRANSIENT_FLAGS);
@@ -355,7 +353,8 @@ void cMap::moveBrush(cBrushData* brush, cEntityData* entity) {
     brush->owner = entity;
     listPushTail(entity->brushes, entity->brushesTail, brush);
     entity->flags |= EF_DIRTY;
-    if (cullTree)
+    // An entity's link follows with its update; once a brush would be once too often.
+    if (cullTree && (entity->flags & EF_WORLD))
         cullTree->updateBrush(brush);
     markChanged();
 }
