@@ -154,6 +154,7 @@ void deleteSelection(cMap& map) {
         }
     }
     map.clearSelection();
+    map.computeVisGroupVisibility();
     if (g_host)
         g_host->visGroupsChanged(map);
     markDirty(map);
