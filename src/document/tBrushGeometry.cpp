@@ -469,25 +469,30 @@ static bool boxesTouch(const float* aMins, const float* aMaxs, const float* bMin
     return true;
 }
 
+bool boxTouches(const float* mins, const float* maxs, const float* objectMins,
+                const float* objectMaxs) {
+    return boxesTouch(mins, maxs, objectMins, objectMaxs, BOX_EPSILON);
+}
+
+bool boxHolds(const float* mins, const float* maxs, const float* objectMins,
+              const float* objectMaxs) {
+    for (int i = 0; i < 3; ++i) {
+        if (!(mins[i] - BOX_EPSILON < objectMins[i] && maxs[i] + BOX_EPSILON > objectMaxs[i]))
+            return false;
+    }
+    return true;
+}
+
 bool brushTouchesBox(const cBrushData* brush, const float* mins, const float* maxs) {
-    return boxesTouch(mins, maxs, brush->mins, brush->maxs, BOX_EPSILON);
+    return boxTouches(mins, maxs, brush->mins, brush->maxs);
 }
 
 bool brushInsideBox(const cBrushData* brush, const float* mins, const float* maxs) {
-    for (int i = 0; i < 3; ++i) {
-        if (!(mins[i] - BOX_EPSILON < brush->mins[i] && maxs[i] + BOX_EPSILON > brush->maxs[i]))
-            return false;
-    }
-    return true;
+    return boxHolds(mins, maxs, brush->mins, brush->maxs);
 }
 
 bool brushCenterInBox(const cBrushData* brush, const float* mins, const float* maxs) {
-    const float* c = brush->brush->center;
-    for (int i = 0; i < 3; ++i) {
-        if (!(mins[i] - BOX_EPSILON < c[i] && c[i] < maxs[i] + BOX_EPSILON))
-            return false;
-    }
-    return true;
+    return boxHolds(mins, maxs, brush->brush->center, brush->brush->center);
 }
 
 bool boxesOverlap(const float* aMins, const float* aMaxs, const float* bMins, const float* bMaxs) {

@@ -47,6 +47,10 @@ void reverseFace(cFaceData* face);
 void insertFaceVertex(cFaceData* face, int index, const float* point, bool tag);
 
 // Tests on a box. Margin 0.001, for boxesOverlap 0.01.
+bool boxTouches(const float* mins, const float* maxs, const float* objectMins,
+                const float* objectMaxs);
+bool boxHolds(const float* mins, const float* maxs, const float* objectMins,
+              const float* objectMaxs);
 bool brushTouchesBox(const cBrushData* brush, const float* mins, const float* maxs);
 bool brushInsideBox(const cBrushData* brush, const float* mins, const float* maxs);
 bool brushCenterInBox(const cBrushData* brush, const float* mins, const float* maxs);

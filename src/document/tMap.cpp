@@ -10,6 +10,7 @@
 #include "document/tFaceMapping.h"
 #include "document/tGroup.h"
 #include "document/tHistory.h"
+#include "document/tHistoryRecords.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "document/tVisGroup.h"
@@ -63,7 +64,7 @@ void cMap::clearMap() {
     m_entitiesById.clear();
     m_brushesById.clear();
     m_groupsById.clear();
-    clearVisGroups();
+    freeVisGroups();
     freeOverlays();
     picks.clear();
     markChanged();
@@ -225,9 +226,6 @@ cGroupData* cMap::addGroup() {
     return group;
 }
 
-// Flags that say what happens to an object at this moment, which a copy does not take over.
-static constexpr uint32_t TRANSIENT_FLAGS = OF_SELECTED | BF_MOVING | BF_MARK | BF_MORPHED;
-
 static void copyFace(cMap* map, const cFaceData* source, cBrushData* brush) {
     cFaceData* face = map->addFace(brush, source->tex, source->vertexCount);
     face->flags |= source->flags & ~(TRANSIENT_FLAGS);
@@ -292,7 +290,7 @@ void cMap::freeFace(cFaceData* face) {
     markChanged();
 }
 
-void cMap::freeBrush(cBrushData* brush) {
+void cMap::freeBrush(cBrushData* brush, bool record) {
     if (isSelected(brush))
         selectedRemove(data.selectedBrushes, brush);
     for (cFaceData* face : facesOf(brush))
@@ -300,24 +298,24 @@ void cMap::freeBrush(cBrushData* brush) {
     if (cullTree)
         cullTree->remove(brush);
     picks.give(brush->brush->pickId);
-    leaveGroupBrush(brush, false);
+    leaveGroupBrush(brush, false, record);
     listRemove(brush->owner->brushes, brush->owner->brushesTail, brush);
     m_brushesById.remove(brush->id);
     releaseBrush(brush);
     markChanged();
 }
 
-void cMap::freeEntity(cEntityData* entity) {
+void cMap::freeEntity(cEntityData* entity, bool record) {
     if (entity->flags & EF_WORLD)
         return;
     for (cBrushData* brush : brushesOf(entity))
-        freeBrush(brush);
+        freeBrush(brush, record);
     if (isSelected(entity))
         selectedRemove(data.selectedEntities, entity);
     if (cullTree)
         cullTree->remove(entity);
     picks.give(entity->entity->pickId);
-    leaveGroupEntity(entity, false);
+    leaveGroupEntity(entity, false, record);
     listRemove(data.entities, data.entitiesTail, entity);
     m_entitiesById.remove(entity->id);
     releaseEntity(entity);
@@ -330,8 +328,19 @@ bool cMap::removeEmptySolidEntity(cEntityData* entity, bool record) {
     Print("removing the empty solid entity: %s", entity->classname ? entity->classname : "");
     if (record)
         history->entityDeleted(entity);
-    freeEntity(entity);
+    freeEntity(entity, record);
     return true;
+}
+
+void cMap::removeEntityWhole(cEntityData* entity, bool record) {
+    if (entity->flags & EF_WORLD)
+        return;
+    if (record) {
+        for (const cBrushData* brush : brushesOf(entity))
+            history->brushDeleted(brush);
+        history->entityDeleted(entity);
+    }
+    freeEntity(entity, record);
 }
 
 void cMap::moveBrush(cBrushData* brush, cEntityData* entity) {
@@ -344,7 +353,8 @@ void cMap::moveBrush(cBrushData* brush, cEntityData* entity) {
     brush->owner = entity;
     listPushTail(entity->brushes, entity->brushesTail, brush);
     entity->flags |= EF_DIRTY;
-    if (cullTree)
+    // An entity's link follows with its update; once a brush would be once too often.
+    if (cullTree && (entity->flags & EF_WORLD))
         cullTree->updateBrush(brush);
     markChanged();
 }

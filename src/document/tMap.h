@@ -9,7 +9,9 @@
 
 #include <QHash>
 #include <QMap>
+#include <QSet>
 #include <memory>
+#include <vector>
 
 class cCullTree;
 class cHistory;
@@ -86,13 +88,17 @@ public:
     // ---- Removal: out of all lists, pick numbers back, deleted.
 
     void freeFace(cFaceData* face);
-    void freeBrush(cBrushData* brush);    // never removes an emptied entity by itself
-    void freeEntity(cEntityData* entity); // with its brushes; the world is refused silently
+    // With record the open history step takes the groups that go with the object; the object
+    // itself is the caller's to capture.
+    void freeBrush(cBrushData* brush, bool record = false); // never removes an emptied entity
+    // With its brushes; the world is refused silently.
+    void freeEntity(cEntityData* entity, bool record = false);
     void freeGroup(cGroupData* group);
     // Removes a solid entity that has lost its last brush, with a message; true if it went.
     // With record the open history step takes it.
     bool removeEmptySolidEntity(cEntityData* entity, bool record = false);
-    // The entity with its brushes, without a message; the world is refused silently.
+    // The entity with its brushes, without a message; the world is refused silently. With record
+    // the open history step takes all of it.
     void removeEntityWhole(cEntityData* entity, bool record);
     // Moves a brush to the tail of another entity's list; both owners want an update after.
     void moveBrush(cBrushData* brush, cEntityData* entity);
@@ -102,7 +108,12 @@ public:
     void joinGroupEntity(cEntityData* entity, cGroupData* group);
     void joinGroupBrush(cBrushData* brush, cGroupData* group);
     void joinGroupGroup(cGroupData* child, cGroupData* group);
+    // All selected entities and all selected brushes of the world join, in one walk.
+    void joinSelection(cGroupData* group);
+    // Members and child groups go up one level; with select the child groups become selected and
+    // the open history step takes them. The group itself stays, empty. Several at once: one walk.
     void dissolveGroup(cGroupData* group, bool select);
+    void dissolveGroups(const std::vector<cGroupData*>& groups, bool select);
     // For an object that goes: its group's count falls, and emptied groups go with it, bottom up,
     // unless keepEmpty is set. With record the open history step takes what goes.
     void leaveGroupEntity(cEntityData* entity, bool keepEmpty, bool record = false);
@@ -151,7 +162,7 @@ public:
     // toggle takes a selected object out; without it the caller has cleared the selection.
     void selectBrushFacesByPick(int pick, bool toggle);
     void selectByPick(int pick, bool toggle);
-    // Selected objects stay selected as groups act now: with each object its outermost group.
+    // While groups act as units: with each selected object its outermost group and all members.
     void selectRoots();
     void clearFaces();
     void clearSelection();
@@ -196,6 +207,7 @@ public:
     static uint32_t nextId(uint32_t& counter);
 
 private:
+    struct cBoxTest;
     void releaseFace(cFaceData* face);
     void releaseBrush(cBrushData* brush);
     void releaseEntity(cEntityData* entity);
@@ -203,6 +215,18 @@ private:
     void removeEmptiedGroups(cGroupData* group, bool record, const char* message,
                              const char* classname);
     void freeOverlays();
+    void freeVisGroups();
+    int wantedSelectionMode() const;
+    void selectUnits(const QSet<const cGroupData*>& roots);
+    void selectMembers(const QSet<const cGroupData*>& roots);
+    QSet<const cGroupData*> selectedRoots() const;
+    void deselectEntity(cEntityData* entity);
+    void deselectGroup(cGroupData* group);
+    void pickGroup(cGroupData* group, bool toggle);
+    void pickEntity(cEntityData* entity, bool toggle);
+    void pickBrush(cBrushData* brush, bool toggle);
+    void boxBrushes(cEntityData* container, const cBoxTest& test, QSet<const cGroupData*>& touched);
+    void describeChange();
     int countSelectedUnits() const;
     int countSelectedSolids() const;
     QString selectionSentence() const;

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Groups and visgroups of a map.
-#include "document/tBrush.h"
-#include "document/tEntity.h"
+// Groups of a map: joining, dissolving, leaving.
 #include "document/tGroup.h"
 #include "document/tHistory.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
-#include "document/tVisGroup.h"
 #include "support/tConsole.h"
-#include "support/tHost.h"
 
 // ---- Joining
 
@@ -20,56 +16,87 @@ static bool onChain(const cGroupData* chain, const cGroupData* group) {
     return false;
 }
 
-// A group has got another parent: all objects below it have another outermost group.
-static void moveRoots(cMapData& map, const cGroupData* moved, const cGroupData* formerRoot) {
-    if (moved->memberCount <= 0)
-        return;
-    const auto move = [moved, formerRoot](auto* object) {
-        if (object->rootGroup == formerRoot && onChain(object->group, moved))
+// After a group has got another parent or gone: every grouped object's outermost group anew.
+static void renewRoots(cMapData& map) {
+    const auto renew = [](auto* object) {
+        if (object->group)
             object->rootGroup = outermostGroup(object->group);
     };
     for (cEntityData* entity : entitiesOf(map)) {
-        move(entity);
+        renew(entity);
+        if (!(entity->flags & EF_WORLD))
+            continue; // brushes of solid entities are never grouped
         for (cBrushData* brush : brushesOf(entity))
-            move(brush);
+            renew(brush);
     }
 }
 
-// What an object's joining does to the groups; false: it is in that group already, below others.
-template<class T> static bool joinGroup(cMapData& map, T* object, cGroupData* group) {
+enum class eJoined {
+    No,          // it is in that group already, below others
+    Alone,       // as the object itself
+    WithItsGroup // as a member of a group that became a child: other objects have another root now
+};
+
+template<class T> static eJoined joinGroup(T* object, cGroupData* group) {
     if (onChain(object->group, group)) {
         if (group->parent)
-            return false;
+            return eJoined::No;
         object->rootGroup = group;
-        return true;
+        return eJoined::Alone;
     }
+    eJoined joined = eJoined::Alone;
     if (cGroupData* root = object->rootGroup) {
         // A chain that came back to its own root would have no end.
         if (onChain(group, root))
-            return false;
+            return eJoined::No;
         // The object's whole group becomes a child, once, however many members join.
-        if (root->parent != group) {
-            root->parent = group;
-            ++group->memberCount;
-            moveRoots(map, root, root);
-        }
+        root->parent = group;
+        ++group->memberCount;
+        joined = eJoined::WithItsGroup;
     } else {
         object->group = group;
         ++group->memberCount;
     }
     object->rootGroup = outermostGroup(group);
-    return true;
+    return joined;
+}
+
+static eJoined joinWithWarning(cEntityData* entity, cGroupData* group) {
+    const eJoined joined = joinGroup(entity, group);
+    if (joined == eJoined::No)
+        Warning("duplicate group for entity %s", entity->classname ? entity->classname : "");
+    return joined;
+}
+
+static eJoined joinWithWarning(cBrushData* brush, cGroupData* group) {
+    const eJoined joined = joinGroup(brush, group);
+    if (joined == eJoined::No)
+        Warning("duplicate group for brush");
+    return joined;
 }
 
 void cMap::joinGroupEntity(cEntityData* entity, cGroupData* group) {
-    if (!joinGroup(data, entity, group))
-        Warning("duplicate group for entity %s", entity->classname ? entity->classname : "");
+    if (joinWithWarning(entity, group) == eJoined::WithItsGroup)
+        renewRoots(data);
     markChanged();
 }
 
 void cMap::joinGroupBrush(cBrushData* brush, cGroupData* group) {
-    if (!joinGroup(data, brush, group))
-        Warning("duplicate group for brush");
+    if (joinWithWarning(brush, group) == eJoined::WithItsGroup)
+        renewRoots(data);
+    markChanged();
+}
+
+void cMap::joinSelection(cGroupData* group) {
+    bool nested = false;
+    for (cEntityData* entity : selectedEntitiesOf(data))
+        nested |= joinWithWarning(entity, group) == eJoined::WithItsGroup;
+    for (cBrushData* brush : selectedBrushesOf(data)) {
+        if (brush->owner->flags & EF_WORLD)
+            nested |= joinWithWarning(brush, group) == eJoined::WithItsGroup;
+    }
+    if (nested)
+        renewRoots(data);
     markChanged();
 }
 
@@ -79,47 +106,68 @@ void cMap::joinGroupGroup(cGroupData* child, cGroupData* group) {
         Warning("duplicate group for another group");
         return;
     }
-    const cGroupData* formerRoot = outermostGroup(child);
     if (child->parent)
         --child->parent->memberCount;
     child->parent = group;
     ++group->memberCount;
-    moveRoots(data, child, formerRoot);
+    if (child->memberCount > 0)
+        renewRoots(data);
     markChanged();
 }
 
 // ---- Dissolving and leaving
 
-template<class T> static void liftOut(T* object, cGroupData* group) {
-    if (object->group == group) {
-        --group->memberCount;
-        object->group = group->parent;
-        if (group->parent)
-            ++group->parent->memberCount;
-    }
-    if (object->rootGroup != group)
+using cGroupSet = QSet<const cGroupData*>;
+
+static cGroupData* firstKept(cGroupData* group, const cGroupSet& dissolved) {
+    while (group && dissolved.contains(group))
+        group = group->parent;
+    return group;
+}
+
+// A member, object or group, of a dissolved group goes up to the first group that stays.
+static void liftMember(cGroupData*& membership, const cGroupSet& dissolved) {
+    cGroupData* group = membership;
+    if (!group || !dissolved.contains(group))
         return;
-    object->rootGroup = object->group;
-    while (object->rootGroup && object->rootGroup->parent && object->rootGroup->parent != group)
-        object->rootGroup = object->rootGroup->parent;
+    --group->memberCount;
+    membership = firstKept(group, dissolved);
+    if (membership)
+        ++membership->memberCount;
 }
 
 void cMap::dissolveGroup(cGroupData* group, bool select) {
-    for (cEntityData* entity : entitiesOf(data)) {
-        if (!(entity->flags & EF_WORLD))
-            liftOut(entity, group);
-        for (cBrushData* brush : brushesOf(entity))
-            liftOut(brush, group);
+    dissolveGroups({group}, select);
+}
+
+void cMap::dissolveGroups(const std::vector<cGroupData*>& groups, bool select) {
+    cGroupSet dissolved;
+    for (const cGroupData* group : groups)
+        dissolved.insert(group);
+    std::vector<cGroupData*> children;
+    for (cGroupData* group : groupsOf(data)) {
+        if (group->parent && dissolved.contains(group->parent) && !dissolved.contains(group))
+            children.push_back(group);
     }
-    for (cGroupData* child : groupsOf(data)) {
-        if (child->parent != group)
+    for (cGroupData* child : children) {
+        if (select) {
+            history->groupChanged(child);
+            if (!isSelected(child))
+                selectedPush(data.selectedGroups, child);
+        }
+        liftMember(child->parent, dissolved);
+    }
+    const auto lift = [&](auto* object) {
+        liftMember(object->group, dissolved);
+        if (object->rootGroup)
+            object->rootGroup = outermostGroup(object->group);
+    };
+    for (cEntityData* entity : entitiesOf(data)) {
+        lift(entity);
+        if (!(entity->flags & EF_WORLD))
             continue;
-        if (select && !isSelected(child))
-            selectedPush(data.selectedGroups, child);
-        --group->memberCount;
-        child->parent = group->parent;
-        if (group->parent)
-            ++group->parent->memberCount;
+        for (cBrushData* brush : brushesOf(entity))
+            lift(brush);
     }
     markChanged();
 }
@@ -169,7 +217,8 @@ void cMap::leaveGroupBrush(cBrushData* brush, bool keepEmpty, bool record) {
 void cMap::freeGroup(cGroupData* group) {
     if (isSelected(group))
         selectedRemove(data.selectedGroups, group);
-    dissolveGroup(group, false);
+    if (group->memberCount > 0)
+        dissolveGroup(group, false);
     if (group->parent)
         --group->parent->memberCount;
     picks.give(group->group->pickId);
@@ -177,127 +226,4 @@ void cMap::freeGroup(cGroupData* group) {
     m_groupsById.remove(group->id);
     releaseGroup(group);
     markChanged();
-}
-
-// ---- Visgroups
-
-static void markDirty(cMap& map) {
-    map.markChanged();
-    if (g_host)
-        g_host->projectDirty(map.project);
-}
-
-cVisGroup* cMap::createVisGroup(const char* name) {
-    auto* visGroup = new cVisGroup(name);
-    m_visGroupsBySerial.insert(visGroup->serial, visGroup);
-    do { // past the ids that came in from outside
-        visGroup->id = nextId(lastVisGroupId);
-    } while (visGroups.contains(visGroup->id));
-    visGroups.insert(visGroup->id, visGroup);
-    markDirty(*this);
-    return visGroup;
-}
-
-cVisGroup* cMap::findVisGroup(uint32_t id) const {
-    return visGroups.value(id);
-}
-
-cVisGroup* cMap::findVisGroupBySerial(uint32_t serial) const {
-    return m_visGroupsBySerial.value(serial);
-}
-
-void cMap::setVisGroupId(cVisGroup* visGroup, uint32_t id) {
-    if (visGroup->id == id || visGroups.contains(id))
-        return;
-    visGroups.remove(visGroup->id);
-    visGroup->id = id;
-    visGroups.insert(id, visGroup);
-    lastVisGroupId = std::max(lastVisGroupId, id);
-}
-
-void cMap::clearVisGroups() {
-    for (cEntityData* entity : entitiesOf(data)) {
-        entity->entity->visGroups.clear();
-        for (cBrushData* brush : brushesOf(entity))
-            brush->brush->visGroups.clear();
-    }
-    qDeleteAll(visGroups);
-    visGroups.clear();
-    m_visGroupsBySerial.clear();
-    lastVisGroupId = 0;
-}
-
-void cMap::renumberVisGroups() {
-    const QList<cVisGroup*> inOrder = visGroups.values();
-    visGroups.clear();
-    lastVisGroupId = 0;
-    for (cVisGroup* visGroup : inOrder) {
-        visGroup->id = nextId(lastVisGroupId);
-        visGroups.insert(visGroup->id, visGroup);
-    }
-}
-
-void cMap::removeVisGroup(cVisGroup* visGroup) {
-    for (cEntityData* entity : entitiesOf(data)) {
-        entity->entity->removeFromVisGroup(visGroup);
-        for (cBrushData* brush : brushesOf(entity))
-            brush->brush->removeFromVisGroup(visGroup);
-    }
-    visGroups.remove(visGroup->id);
-    m_visGroupsBySerial.remove(visGroup->serial);
-    delete visGroup;
-    markDirty(*this);
-}
-
-bool cMap::mergeVisGroups(uint32_t sourceId, uint32_t targetId) {
-    cVisGroup* source = findVisGroup(sourceId);
-    cVisGroup* target = findVisGroup(targetId);
-    if (!source || !target || source == target)
-        return false;
-    for (cEntityData* entity : entitiesOf(data)) {
-        if (entity->entity->visGroups.contains(source))
-            entity->entity->addToVisGroup(target);
-        for (cBrushData* brush : brushesOf(entity)) {
-            if (brush->brush->visGroups.contains(source))
-                brush->brush->addToVisGroup(target);
-        }
-    }
-    removeVisGroup(source);
-    return true;
-}
-
-bool cMap::purgeVisGroups() {
-    bool purged = false;
-    for (cVisGroup* visGroup : visGroups.values()) {
-        if (visGroup->objectCount > 0)
-            continue;
-        visGroups.remove(visGroup->id);
-        m_visGroupsBySerial.remove(visGroup->serial);
-        delete visGroup;
-        purged = true;
-    }
-    if (!purged)
-        return false;
-    renumberVisGroups();
-    markDirty(*this);
-    return true;
-}
-
-void cMap::computeVisGroupVisibility() {
-    for (cVisGroup* visGroup : visGroups)
-        visGroup->visible = false;
-    if (visGroups.isEmpty())
-        return;
-    for (const cEntityData* entity : entitiesOf(data)) {
-        if (!(entity->flags & (EF_WORLD | EF_HIDDEN))) {
-            for (cVisGroup* visGroup : entity->entity->visGroups)
-                visGroup->visible = true;
-        }
-        for (const cBrushData* brush : brushesOf(entity)) {
-            if (brush->flags & BF_HIDDEN)
-                continue;
-            for (cVisGroup* visGroup : brush->brush->visGroups)
-                visGroup->visible = true;
-        }
-    }
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What is selected in a map, and the sentence that tells it.
+// What is selected in a map, how much goes with a selected object, and the sentence that tells it.
 #include "document/tBrush.h"
 #include "document/tEntity.h"
+#include "document/tGroup.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "support/tHost.h"
@@ -10,13 +11,156 @@
 static constexpr int TEXTURE_TOOL = 5;
 static constexpr int SELECTION_PANE = 2;
 
-int cMap::updateSelectionMode() {
+int cMap::wantedSelectionMode() const {
     if (g_host && g_host->currentToolId() == TEXTURE_TOOL)
-        selectionMode = MODE_FACES;
-    else
-        selectionMode = g_host && g_host->IgnoreGroups ? MODE_SINGLE : MODE_GROUPS;
-    return selectionMode;
+        return MODE_FACES;
+    return g_host && g_host->IgnoreGroups ? MODE_SINGLE : MODE_GROUPS;
 }
+
+int cMap::updateSelectionMode() {
+    return selectionMode = wantedSelectionMode();
+}
+
+bool cMap::hasSelection() const {
+    return data.selectedGroups || data.selectedEntities || data.selectedBrushes;
+}
+
+// ---- Selecting
+
+template<class T> static void pushOnce(T*& head, T* item) {
+    if (!isSelected(item))
+        selectedPush(head, item);
+}
+
+void cMap::describeChange() {
+    markChanged();
+    describeSelection();
+}
+
+// The world itself is never selected.
+void cMap::selectEntity(cEntityData* entity) {
+    if (!(entity->flags & EF_WORLD))
+        pushOnce(data.selectedEntities, entity);
+    for (cBrushData* brush : brushesOf(entity))
+        pushOnce(data.selectedBrushes, brush);
+    markChanged();
+}
+
+void cMap::selectGroup(cGroupData* group) {
+    selectUnits({group});
+}
+
+void cMap::selectUnits(const QSet<const cGroupData*>& roots) {
+    if (roots.isEmpty())
+        return;
+    for (cGroupData* group : groupsOf(data)) {
+        if (roots.contains(group))
+            pushOnce(data.selectedGroups, group);
+    }
+    selectMembers(roots);
+}
+
+// How many objects lie below those outermost groups, by their counts.
+static int objectsBelow(const cMapData& map, const QSet<const cGroupData*>& roots) {
+    int count = 0;
+    for (cGroupData* group : groupsOf(map)) {
+        if (roots.contains(outermostGroup(group)))
+            count += group->memberCount - (group->parent ? 1 : 0);
+    }
+    return count;
+}
+
+// Brings in all objects below those outermost groups. One walk, which ends with the last member,
+// and none at all while all members are selected already.
+void cMap::selectMembers(const QSet<const cGroupData*>& roots) {
+    int left = objectsBelow(data, roots);
+    const auto isMember = [&](const auto* object) {
+        return object->rootGroup && roots.contains(object->rootGroup);
+    };
+    for (const cEntityData* entity : selectedEntitiesOf(data))
+        left -= isMember(entity) ? 1 : 0;
+    for (const cBrushData* brush : selectedBrushesOf(data))
+        left -= isMember(brush) ? 1 : 0;
+    const auto isMissing = [&](const auto* object) {
+        const bool missing = isMember(object) && !isSelected(object);
+        left -= missing ? 1 : 0;
+        return missing;
+    };
+    for (cEntityData* entity = data.entities; entity && left > 0; entity = entity->next) {
+        if (isMissing(entity))
+            selectEntity(entity);
+        if (!(entity->flags & EF_WORLD))
+            continue;
+        for (cBrushData* brush = entity->brushes; brush && left > 0; brush = brush->next) {
+            if (isMissing(brush))
+                selectedPush(data.selectedBrushes, brush);
+        }
+    }
+    markChanged();
+}
+
+// The outermost groups that selected objects lie in.
+QSet<const cGroupData*> cMap::selectedRoots() const {
+    QSet<const cGroupData*> roots;
+    for (const cEntityData* entity : selectedEntitiesOf(data)) {
+        if (entity->rootGroup)
+            roots.insert(entity->rootGroup);
+    }
+    for (const cBrushData* brush : selectedBrushesOf(data)) {
+        if (brush->rootGroup)
+            roots.insert(brush->rootGroup);
+    }
+    return roots;
+}
+
+void cMap::selectRoots() {
+    if (updateSelectionMode() != MODE_GROUPS)
+        return;
+    // A group inside another one acts through its outermost group alone.
+    for (cGroupData* group : selectedGroupsOf(data)) {
+        if (group->parent)
+            selectedRemove(data.selectedGroups, group);
+    }
+    selectUnits(selectedRoots());
+    describeChange();
+}
+
+void cMap::selectAll() {
+    if (updateSelectionMode() == MODE_GROUPS) {
+        for (cGroupData* group : groupsOf(data)) {
+            if (!group->parent && !(group->flags & GF_HIDDEN) && group->memberCount > 0)
+                pushOnce(data.selectedGroups, group);
+        }
+    }
+    for (cEntityData* entity : entitiesOf(data)) {
+        if (!entityVisible(entity))
+            continue;
+        if (!(entity->flags & EF_WORLD))
+            pushOnce(data.selectedEntities, entity);
+        for (cBrushData* brush : brushesOf(entity)) {
+            if (brushVisible(brush))
+                pushOnce(data.selectedBrushes, brush);
+        }
+    }
+    describeChange();
+}
+
+void cMap::selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden) {
+    for (cEntityData* entity : entitiesOf(data)) {
+        if ((skipHidden && !entityVisible(entity)) || entityIndex-- != 0)
+            continue;
+        for (cBrushData* brush : brushesOf(entity)) {
+            if ((skipHidden && !brushVisible(brush)) || brushIndex-- != 0)
+                continue;
+            pushOnce(data.selectedBrushes, brush);
+            break;
+        }
+        break;
+    }
+    describeChange();
+}
+
+// ---- Dropping
 
 template<class T, T* T::*Next> static void dropAll(T*& head, cListRange<T, Next> range) {
     for (T* item : range) {
@@ -26,10 +170,20 @@ template<class T, T* T::*Next> static void dropAll(T*& head, cListRange<T, Next>
     head = nullptr;
 }
 
+void cMap::selectFacesOfBrushes() {
+    dropAll(data.selectedGroups, selectedGroupsOf(data));
+    dropAll(data.selectedEntities, selectedEntitiesOf(data));
+    for (cBrushData* brush : selectedBrushesOf(data)) {
+        selectedRemove(data.selectedBrushes, brush);
+        for (cFaceData* face : facesOf(brush))
+            pushOnce(data.selectedFaces, face);
+    }
+    describeChange();
+}
+
 void cMap::clearFaces() {
     dropAll(data.selectedFaces, selectedFacesOf(data));
-    markChanged();
-    describeSelection();
+    describeChange();
 }
 
 void cMap::clearSelection() {
@@ -37,32 +191,61 @@ void cMap::clearSelection() {
     dropAll(data.selectedEntities, selectedEntitiesOf(data));
     dropAll(data.selectedBrushes, selectedBrushesOf(data));
     dropAll(data.selectedFaces, selectedFacesOf(data));
-    markChanged();
-    describeSelection();
+    describeChange();
+}
+
+template<class T> static void unflag(T* item) {
+    item->flags &= ~uint32_t(OF_SELECTED);
+    item->nextSelected = item->prevSelected = nullptr;
+}
+
+void cMap::clearSelectionFull() {
+    for (cGroupData* group : groupsOf(data))
+        unflag(group);
+    for (cEntityData* entity : entitiesOf(data)) {
+        unflag(entity);
+        for (cBrushData* brush : brushesOf(entity)) {
+            unflag(brush);
+            for (cFaceData* face : facesOf(brush))
+                unflag(face);
+        }
+    }
+    data.selectedGroups = nullptr;
+    data.selectedEntities = nullptr;
+    data.selectedBrushes = nullptr;
+    data.selectedFaces = nullptr;
+    describeChange();
+}
+
+template<class T, T* T::*Next, class Test>
+static bool dropUnless(T*& head, cListRange<T, Next> range, Test keeps) {
+    bool dropped = false;
+    for (T* item : range) {
+        if (keeps(item))
+            continue;
+        selectedRemove(head, item);
+        dropped = true;
+    }
+    return dropped;
 }
 
 void cMap::dropHidden() {
-    for (cGroupData* group : selectedGroupsOf(data)) {
-        if (group->flags & GF_HIDDEN)
-            selectedRemove(data.selectedGroups, group);
-    }
-    const auto shown = [](const cBrushData* brush) {
+    const auto brushShown = [](const cBrushData* brush) {
         return brushVisible(brush) && entityVisible(brush->owner);
     };
-    for (cFaceData* face : selectedFacesOf(data)) {
-        if (!shown(face->brush))
-            selectedRemove(data.selectedFaces, face);
+    dropUnless(data.selectedGroups, selectedGroupsOf(data),
+               [](const cGroupData* group) { return !(group->flags & GF_HIDDEN); });
+    dropUnless(data.selectedFaces, selectedFacesOf(data),
+               [&](const cFaceData* face) { return brushShown(face->brush); });
+    bool dropped = dropUnless(data.selectedBrushes, selectedBrushesOf(data), brushShown);
+    dropped |= dropUnless(data.selectedEntities, selectedEntitiesOf(data), entityVisible);
+    // A group goes with the last of its members.
+    if (dropped && data.selectedGroups) {
+        const QSet<const cGroupData*> roots = selectedRoots();
+        dropUnless(data.selectedGroups, selectedGroupsOf(data),
+                   [&](const cGroupData* group) { return roots.contains(group); });
     }
-    for (cBrushData* brush : selectedBrushesOf(data)) {
-        if (!shown(brush))
-            selectedRemove(data.selectedBrushes, brush);
-    }
-    for (cEntityData* entity : selectedEntitiesOf(data)) {
-        if (!entityVisible(entity))
-            selectedRemove(data.selectedEntities, entity);
-    }
-    markChanged();
-    describeSelection();
+    describeChange();
 }
 
 // ---- The sentence
@@ -138,6 +321,7 @@ QString cMap::selectionSentence() const {
 void cMap::describeSelection() {
     if (!g_host)
         return;
+    updateSelectionMode();
     g_host->setStatusPane(selectionSentence(), SELECTION_PANE);
     if (!data.selectedFaces)
         g_host->selectionDescribed(*this);

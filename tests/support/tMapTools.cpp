@@ -43,10 +43,10 @@ static QString floats(const float* values, int count) {
     return text;
 }
 
-static QString dumpFace(const cFaceData* face) {
+static QString dumpFace(const cFaceData* face, uint32_t flagMask = ~0u) {
     const cFaceTexture& tex = face->tex;
     QString text = QStringLiteral("face %1 plane %2 tex %3 %4 %5 %6")
-                       .arg(face->flags)
+                       .arg(face->flags & flagMask)
                        .arg(floats(face->normal, 3) + floats(&face->dist, 1))
                        .arg(floats(tex.uAxis, 11))
                        .arg(tex.contentFlags)
@@ -117,6 +117,123 @@ QStringList dumpMap(const cMap& map) {
     for (const cEntityData* entity : entitiesOf(map.data))
         dumpEntity(entity, lines);
     return lines;
+}
+
+// ---- By id
+
+namespace {
+// Lines that begin with the kind of object and its id, in that order.
+class cDumpById {
+public:
+    cDumpById(const cMap& map, bool withSelection)
+        : m_flags(withSelection ? ~0u : ~uint32_t(OF_SELECTED)) {
+        for (const cGroupData* group : groupsOf(map.data))
+            addGroup(group);
+        for (const cVisGroup* visGroup : map.visGroups)
+            add('v', visGroup->serial,
+                QStringLiteral("%1 objects %2 visible %3")
+                    .arg(QString::fromLocal8Bit(visGroup->name))
+                    .arg(visGroup->objectCount)
+                    .arg(visGroup->visible));
+        for (const cEntityData* entity : entitiesOf(map.data))
+            addEntity(entity);
+    }
+
+    QStringList lines() {
+        m_lines.sort();
+        return m_lines;
+    }
+
+private:
+    void add(char kind, uint32_t id, const QString& text) {
+        m_lines << QStringLiteral("%1%2 %3")
+                       .arg(QLatin1Char(kind))
+                       .arg(id, 10, 10, QLatin1Char('0'))
+                       .arg(text);
+    }
+
+    QString common(uint32_t flags, const cGroupData* group, const cGroupData* root,
+                   const QList<cVisGroup*>& visGroups) const {
+        QString text = QStringLiteral("flags %1 group %2 root %3 vis")
+                           .arg(flags & m_flags)
+                           .arg(group ? group->id : 0)
+                           .arg(root ? root->id : 0);
+        for (const cVisGroup* visGroup : visGroups)
+            text += QStringLiteral(" %1").arg(visGroup->serial);
+        return text;
+    }
+
+    void addGroup(const cGroupData* group) {
+        add('g', group->id,
+            QStringLiteral("flags %1 parent %2 members %3 color %4")
+                .arg(group->flags & m_flags)
+                .arg(group->parent ? group->parent->id : 0)
+                .arg(group->memberCount)
+                .arg(group->group->baseColor[0]));
+    }
+
+    void addBrush(const cBrushData* brush) {
+        add('b', brush->id,
+            QStringLiteral("owner %1 %2 reserved %3 color %4 box %5")
+                .arg(brush->owner->id)
+                .arg(common(brush->flags, brush->group, brush->rootGroup, brush->brush->visGroups))
+                .arg(brush->reserved)
+                .arg(brush->brush->baseColor[0])
+                .arg(floats(brush->mins, 3) + floats(brush->maxs, 3)));
+        for (const cFaceData* face : facesOf(brush))
+            add('f', face->id,
+                QStringLiteral("brush %1 %2").arg(brush->id).arg(dumpFace(face, m_flags)));
+    }
+
+    void addEntity(const cEntityData* entity) {
+        const QList<cVisGroup*>& visGroups = entity->entity->visGroups;
+        QString text = QStringLiteral("%1 %2 key %3 spawn %4 place %5 color %6 kind %7")
+                           .arg(QString::fromLocal8Bit(entity->classname),
+                                common(entity->flags, entity->group, entity->rootGroup, visGroups),
+                                QString::fromLocal8Bit(entity->flagsKey))
+                           .arg(entity->spawnFlags)
+                           .arg(floats(entity->origin, 3) + floats(entity->angles, 3) +
+                                floats(entity->mins, 3) + floats(entity->maxs, 3))
+                           .arg(entity->entity->color[0])
+                           .arg(entity->attachKind);
+        for (const cEpair* pair : epairsOf(entity))
+            text += QStringLiteral(" %1=%2").arg(QString::fromLocal8Bit(pair->key),
+                                                 QString::fromLocal8Bit(pair->value));
+        add('e', entity->id, text);
+        for (const cBrushData* brush : brushesOf(entity))
+            addBrush(brush);
+    }
+
+    uint32_t m_flags;
+    QStringList m_lines;
+};
+} // namespace
+
+QStringList dumpById(const cMap& map, bool withSelection) {
+    return cDumpById(map, withSelection).lines();
+}
+
+QString firstDifference(const QStringList& expected, const QStringList& got) {
+    const int common = std::min(expected.size(), got.size());
+    for (int i = 0; i < common; ++i) {
+        if (expected.at(i) != got.at(i))
+            return QStringLiteral("expected %1\n     got %2").arg(expected.at(i), got.at(i));
+    }
+    if (expected.size() == got.size())
+        return QString();
+    return expected.size() > common ? QStringLiteral("missing %1").arg(expected.at(common))
+                                    : QStringLiteral("too many: %1").arg(got.at(common));
+}
+
+void settle(cMap& map) {
+    for (cEntityData* entity : entitiesOf(map.data)) {
+        for (cBrushData* brush : brushesOf(entity)) {
+            brush->flags |= BF_DIRTY;
+            for (cFaceData* face : facesOf(brush))
+                face->flags |= FF_DIRTY;
+        }
+        updateEntity(entity, UM_PLANES);
+    }
 }
 
 // ---- Invariants
