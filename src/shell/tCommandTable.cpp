@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The rows of the command table, in menu order. A new command is a new row here and a slot of
-// cMainWindow; nothing else.
+// The rows of the command table, in menu order, and those of the tool bar. A new command is a new
+// row here and a slot of cMainWindow; nothing else.
 #include "shell/tCommandTable.h"
 
 #include "shell/tMainWindow.h"
@@ -11,18 +11,25 @@ static constexpr QKeySequence::StandardKey NO_KEY = QKeySequence::UnknownKey;
 
 // Sets of flags that many rows share.
 static constexpr uint32_t M = CMD_MAIN_MENU;
-static constexpr uint32_t N = CMD_SHOW_ALWAYS;
 static constexpr uint32_t E = CMD_ENABLE_ALWAYS;
-static constexpr uint32_t NE = N | E;
+static constexpr uint32_t NE = CMD_SHOW_ALWAYS | E;
 static constexpr uint32_t C = CMD_CHECKABLE;
 
+static constexpr uint32_t FACE_MODE = 1u << TOOL_TEXTURE;
+
 static constexpr char FILE_MENU[] = "&File";
+static constexpr char EDIT_MENU[] = "&Edit";
 static constexpr char MAP_MENU[] = "&Map";
 static constexpr char VIEW_MENU[] = "&View";
+static constexpr char TOOLS_MENU[] = "&Tools";
 static constexpr char PLUGIN_MENU[] = "Pl&ugins";
 static constexpr char WINDOW_MENU[] = "&Window";
+static constexpr char HELP_MENU[] = "&Help";
 static constexpr char GRID_MENU[] = "&Grid Settings";
 static constexpr char TRANSPARENCY_MENU[] = "&Transparency";
+static constexpr char TIE_MENU[] = "&Tie to entity";
+static constexpr char ALIGN_MENU[] = "&Align objects";
+static constexpr char FLIP_MENU[] = "&Flip objects";
 
 using W = cMainWindow;
 
@@ -50,11 +57,65 @@ static const cCommandRow g_rows[] = {
         "Export level to external format", &W::cmdFileExport, NO_KEY, M, 0, 0, 0},
     {FILE_MENU, nullptr, "FileExport2", "Export &Again", "savemap", "Alt+B",
         "Export level again to the same format", &W::cmdFileExportAgain, NO_KEY,
-        M | CMD_BAR_FILE | CMD_POPUP_OPERATIONS, 0, 4, 30},
+        M | CMD_BAR_FILE | CMD_POPUP_OPERATIONS | CMD_POPUP_SELECT | CMD_POPUP_SELECTION, 0, 4, 30},
+    SEPARATOR(FILE_MENU, nullptr, M | CMD_BAR_OPERATIONS, 28, 0),
+    {FILE_MENU, nullptr, "FileRun", "R&un...", "run", "F9",
+        "Run the map in the game", &W::cmdFileRun, NO_KEY, M | CMD_BAR_OPERATIONS, 0, 27, 0},
     SEPARATOR(FILE_MENU, nullptr, M | CMD_RECENT_BLOCK, 0, 0),
     SEPARATOR(FILE_MENU, nullptr, M | CMD_RECENT_END, 0, 0),
     {FILE_MENU, nullptr, "FileExit", "E&xit", nullptr, nullptr,
         "Quit the application; prompts to save documents", &W::cmdFileExit, NO_KEY, M | NE, 0, 0, 0},
+
+    {EDIT_MENU, nullptr, "EditUndo", "Undo", "undo", nullptr,
+        "Undo the last action", &W::cmdEditUndo, QKeySequence::Undo,
+        M | CMD_POPUP_OPERATIONS | CMD_POPUP_SELECT | CMD_POPUP_SELECTION, 0, 0, 50},
+    {EDIT_MENU, nullptr, "EditRedo", "Redo", "redo", nullptr,
+        "Redo the previously undone action", &W::cmdEditRedo, QKeySequence::Redo,
+        M | CMD_POPUP_OPERATIONS | CMD_POPUP_SELECT | CMD_POPUP_SELECTION, 0, 0, 60},
+    {EDIT_MENU, nullptr, "EditNoUndo", "Disabl&e Undo/Redo", nullptr, nullptr,
+        "Toggle Undo/Redo (off conserves memory)", &W::cmdEditToggleUndoRedo, NO_KEY, M, 0, 0, 0},
+    SEPARATOR(EDIT_MENU, nullptr, M | CMD_POPUP_OPERATIONS | CMD_POPUP_SELECT | CMD_POPUP_SELECTION, 0, 40),
+    {EDIT_MENU, nullptr, "EditCut", "Cu&t", "cut", nullptr,
+        "Cut the selection and put it on the Clipboard", &W::cmdEditCut, QKeySequence::Cut,
+        M | CMD_BAR_OPERATIONS | CMD_POPUP_SELECTION, 0, 12, 0},
+    {EDIT_MENU, nullptr, "EditCopy", "&Copy", "copy", nullptr,
+        "Copy the selection and put it on the Clipboard", &W::cmdEditCopy, QKeySequence::Copy,
+        M | CMD_BAR_OPERATIONS | CMD_POPUP_SELECTION, 0, 13, 0},
+    {EDIT_MENU, nullptr, "EditPaste", "Past&e", "paste", nullptr,
+        "Insert Clipboard contents", &W::cmdEditPaste, QKeySequence::Paste,
+        M | CMD_BAR_OPERATIONS | CMD_POPUP_OPERATIONS | CMD_POPUP_SELECT, 0, 14, 10},
+    {EDIT_MENU, nullptr, "EditPaste2", "Pa&ste Special...", nullptr, nullptr,
+        "Paste objects with special options", &W::cmdEditPasteSpecial, NO_KEY,
+        M | CMD_POPUP_OPERATIONS | CMD_POPUP_SELECT | CMD_POPUP_SELECTION, 0, 0, 20},
+    {EDIT_MENU, nullptr, "EditDelete", "&Delete", "del", nullptr,
+        "Delete marked objects", &W::cmdEditDelete, QKeySequence::Delete, M | CMD_POPUP_SELECTION, 0, 0, 0},
+    SEPARATOR(EDIT_MENU, nullptr, M | CMD_BAR_OPERATIONS | CMD_POPUP_SELECTION, 15, 70),
+    {EDIT_MENU, nullptr, "EditSelTouch", "Select &Touching", nullptr, nullptr,
+        "Select all objects touching the selection rectangle", &W::cmdEditSelectTouching, NO_KEY,
+        CMD_POPUP_SELECT, 0, 0, 1},
+    {EDIT_MENU, nullptr, "EditSelInside", "Select &Inside", nullptr, nullptr,
+        "Select all objects completely inside the selection rectangle", &W::cmdEditSelectInside, NO_KEY,
+        CMD_POPUP_SELECT, 0, 0, 2},
+    {EDIT_MENU, nullptr, "EditSelHandles", "Select &Handles", nullptr, nullptr,
+        "Select all objects with their handles inside the selection rectangle", &W::cmdEditSelectHandles, NO_KEY,
+        CMD_POPUP_SELECT, 0, 0, 3},
+    SEPARATOR(EDIT_MENU, nullptr, CMD_POPUP_SELECT, 0, 4),
+    {EDIT_MENU, nullptr, "EditSelNone", "C&lear selection", nullptr, "Ctrl+Q",
+        "Unselect all selected objects", &W::cmdEditSelectNone, NO_KEY, M, 0, 0, 0},
+    {EDIT_MENU, nullptr, "EditSelAll", "Select &all", nullptr, "Ctrl+A",
+        "Select all objects", &W::cmdEditSelectAll, NO_KEY, M, 0, 0, 0},
+    SEPARATOR(EDIT_MENU, nullptr, M | CMD_POPUP_SELECTION, 0, 230),
+    {EDIT_MENU, nullptr, "EditSelH", "Toggle Select-by-&Handles", "selh", nullptr,
+        "Select by handles only", &W::cmdEditSelectByHandles, NO_KEY, C | CMD_BAR_OPERATIONS, 0, 19, 0},
+    {EDIT_MENU, nullptr, "EditSelA", "Toggle au&to-selection", "sela", nullptr,
+        "Toggle auto-selection by mouse dragging", &W::cmdEditSelectAuto, NO_KEY,
+        C | CMD_BAR_OPERATIONS, 0, 20, 0},
+    {EDIT_MENU, nullptr, "EditCreate", "Create &Object", nullptr, nullptr,
+        "Create new object here", &W::cmdEditCreateObject, NO_KEY, CMD_POPUP_CREATE, 0, 0, 1},
+    {EDIT_MENU, nullptr, "EditProps", "Pr&operties", nullptr, "Alt+Enter",
+        "Edit object properties", &W::cmdEditProperties, NO_KEY, M | CMD_POPUP_SELECTION, FACE_MODE, 0, 240},
+    {EDIT_MENU, nullptr, "EditCreatePlaceholder", nullptr, nullptr, nullptr,
+        nullptr, nullptr, NO_KEY, CMD_POPUP_CREATE, 0, 0, 2},
 
     {MAP_MENU, nullptr, "MapSnap", "&Snap to Grid", nullptr, "Shift+W",
         "Toggle automatic snapping of vertices to grid", &W::cmdMapToggleGridSnap, NO_KEY, M | C, 0, 0, 0},
@@ -66,14 +127,41 @@ static const cCommandRow g_rows[] = {
         "Lower the size of the grid", &W::cmdMapSmallerGrid, NO_KEY, M | CMD_BAR_VIEW, 0, 3, 0},
     {MAP_MENU, GRID_MENU, "MapGrid+", "&Bigger Grid", "gridp", "]",
         "Raise the size of the grid", &W::cmdMapBiggerGrid, NO_KEY, M | CMD_BAR_VIEW, 0, 4, 0},
+    SEPARATOR(MAP_MENU, nullptr, M, 0, 0),
     SEPARATOR(MAP_MENU, nullptr, CMD_BAR_VIEW, 5, 0),
     {MAP_MENU, nullptr, "MapLWS", "&Load window state", "lws", nullptr,
         "Load default window state", &W::cmdMapLoadWindowState, NO_KEY, E | CMD_BAR_VIEW, 0, 6, 0},
     {MAP_MENU, nullptr, "MapSWS", "Sa&ve window state", "sws", nullptr,
         "Save current window state as default", &W::cmdMapSaveWindowState, NO_KEY, E | CMD_BAR_VIEW, 0, 7, 0},
+    {MAP_MENU, nullptr, "MapGoto", "Go to &brush number...", "search", "Ctrl+Shift+G",
+        "Selects a brush by number", &W::cmdMapGotoBrush, NO_KEY, M, 0, 0, 0},
+    {MAP_MENU, nullptr, "MapGoto2", "Go to &coordinates...", nullptr, nullptr,
+        "Place camera to the specified coordinates", &W::cmdMapGotoCoords, NO_KEY, M, 0, 0, 0},
+    {MAP_MENU, nullptr, "MapInfo", "Show &information...", nullptr, nullptr,
+        "Get information about the current map", &W::cmdMapShowInfo, NO_KEY, M, 0, 0, 0},
+    {MAP_MENU, nullptr, "MapEnts", "&Entity report...", nullptr, nullptr,
+        "Entity report", &W::cmdMapEntityReport, NO_KEY, M, 0, 0, 0},
+    {MAP_MENU, nullptr, "MapCheck", "Check for &problems", nullptr, "Alt+P",
+        "Check map for problems", &W::cmdMapCheckForProblems, NO_KEY, M, 0, 0, 0},
+    SEPARATOR(MAP_MENU, nullptr, M, 0, 0),
+    {MAP_MENU, nullptr, "MapProps", "&Map properties...", nullptr, nullptr,
+        "Edit global map properties", &W::cmdMapProperties, NO_KEY, M, FACE_MODE, 0, 0},
+    SEPARATOR(MAP_MENU, nullptr, M, 0, 0),
+    {MAP_MENU, nullptr, "MapLoadPTS", "&Load Pointfile...", nullptr, nullptr,
+        "Load PTS/LIN pointfile to visualize leaks", &W::cmdMapLoadPointfile, NO_KEY, M, 0, 0, 0},
+    {MAP_MENU, nullptr, "MapUnloadPTS", "&Unload Pointfile", nullptr, nullptr,
+        "Unload currently displayed pointfile", &W::cmdMapUnloadPointfile, NO_KEY, M, 0, 0, 0},
+    SEPARATOR(MAP_MENU, nullptr, M, 0, 0),
+    {MAP_MENU, nullptr, "MapLoadPTS", "Load Portal file...", nullptr, nullptr,
+        "Load portal file to visualize portals generated by a BSP compiler", &W::cmdMapLoadPortalfile, NO_KEY,
+        M, 0, 0, 0},
+    {MAP_MENU, nullptr, "MapUnloadPTS", "Unload Portal file", nullptr, nullptr,
+        "Unload currently displayed portal file", &W::cmdMapUnloadPortalfile, NO_KEY, M, 0, 0, 0},
 
     {VIEW_MENU, nullptr, "-", "Screen &Elements", nullptr, nullptr,
         "Toggle visibility of screen elements", nullptr, NO_KEY, M | NE | CMD_ELEMENTS_MENU, 0, 0, 0},
+    {VIEW_MENU, nullptr, "-", "&Color Schemes", nullptr, nullptr,
+        "Change visual appearance of the editor", nullptr, NO_KEY, M | NE | CMD_SCHEMES_MENU, 0, 0, 0},
     SEPARATOR(VIEW_MENU, nullptr, M, 0, 0),
     {VIEW_MENU, nullptr, "View2DXY", "2D &X/Y", "xy", nullptr,
         "View 2D X/Y axes", &W::cmdView2DXY, NO_KEY, M | C | CMD_POPUP_CANVAS, 0, 0, 1},
@@ -91,20 +179,24 @@ static const cCommandRow g_rows[] = {
     SEPARATOR(VIEW_MENU, nullptr, M, 0, 0),
     {VIEW_MENU, nullptr, "ViewAuto4", "&Autosize 4 Views", nullptr, "Ctrl+4",
         "Autosize the 4 views in a map window", &W::cmdViewAutosize, NO_KEY, M, 0, 0, 0},
+    {VIEW_MENU, nullptr, "ViewCenterSel", "&Center Views on Selection", nullptr, "Ctrl+E",
+        "Center the 2D views on the selected objects", &W::cmdViewCenterOnSelection, NO_KEY, M, 0, 0, 0},
     SEPARATOR(VIEW_MENU, nullptr, M, 0, 0),
     {VIEW_MENU, TRANSPARENCY_MENU, "ViewTexTrans", "&Special Textures", "trans", nullptr,
-        "Toggle transparency of special textures in 3D", &W::cmdViewToggleTexTrans, NO_KEY, M | C, 0, 0, 0},
+        "Toggle transparency of special textures in 3D", &W::cmdViewToggleTexTrans, NO_KEY,
+        M | C | CMD_BAR_OPERATIONS, 0, 29, 0},
     {VIEW_MENU, TRANSPARENCY_MENU, "ViewEntTrans", "&Entities", "trans2", nullptr,
-        "Toggle transparency of entities with non-standard rendermodes in 3D",
-        &W::cmdViewToggleEntTrans, NO_KEY, M | C, 0, 0, 0},
+        "Toggle transparency of entities with non-standard rendermodes in 3D", &W::cmdViewToggleEntTrans, NO_KEY,
+        M | C | CMD_BAR_OPERATIONS, 0, 30, 0},
     SEPARATOR(VIEW_MENU, nullptr, M, 0, 0),
     {VIEW_MENU, nullptr, "ViewConn", "Show C&onnections", "conn", nullptr,
-        "Show/hide connections between Targets and their Triggers",
-        &W::cmdViewToggleConnections, NO_KEY, M | C, 0, 0, 0},
+        "Show/hide connections between Targets and their Triggers", &W::cmdViewToggleConnections, NO_KEY,
+        M | C | CMD_BAR_OPERATIONS, 0, 31, 0},
     {VIEW_MENU, nullptr, "ViewMod2D", "Show &Models in 2D", "mod2d", nullptr,
-        "Show/hide models in 2D", &W::cmdViewToggleModels2D, NO_KEY, M | C, 0, 0, 0},
+        "Show/hide models in 2D", &W::cmdViewToggleModels2D, NO_KEY, M | C | CMD_BAR_OPERATIONS, 0, 32, 0},
     {VIEW_MENU, nullptr, "ViewNodraw", "Show &Nodraw Faces", "nodraw", nullptr,
-        "Show/hide nodraw (invisible) faces in 3D", &W::cmdViewToggleNodraw, NO_KEY, M | C, 0, 0, 0},
+        "Show/hide nodraw (invisible) faces in 3D", &W::cmdViewToggleNodraw, NO_KEY,
+        M | C | CMD_BAR_OPERATIONS, 0, 33, 0},
     SEPARATOR(VIEW_MENU, nullptr, M, 0, 0),
     {VIEW_MENU, nullptr, "ViewItems", "&Hide Items", nullptr, nullptr,
         "Hide all items", &W::cmdViewToggleItems, NO_KEY, M | C, 0, 0, 0},
@@ -112,6 +204,106 @@ static const cCommandRow g_rows[] = {
         "Hide all paths", &W::cmdViewTogglePaths, NO_KEY, M | C, 0, 0, 0},
     {VIEW_MENU, nullptr, "ViewDetail", "Hide &Detail", nullptr, nullptr,
         "Hide all detail brushes", &W::cmdViewToggleDetail, NO_KEY, M | C, 0, 0, 0},
+    SEPARATOR(VIEW_MENU, nullptr, M | CMD_BAR_OPERATIONS, 11, 0),
+    {VIEW_MENU, nullptr, "ViewHideSel", "H&ide Selected Objects", "hidesel", nullptr,
+        "Hide the selected objects temporarily", &W::cmdViewHideSelection, NO_KEY,
+        M | CMD_BAR_OPERATIONS, 0, 8, 0},
+    {VIEW_MENU, nullptr, "ViewHideUnsel", "Hide &Unselected Objects", "hideunsel", nullptr,
+        "Hide the UNselected objects temporarily", &W::cmdViewHideNotSelection, NO_KEY,
+        CMD_BAR_OPERATIONS, 0, 9, 0},
+    {VIEW_MENU, nullptr, "ViewShowHidden", "&Show Hidden Objects", "show", nullptr,
+        "Show all visgroups", &W::cmdViewShowHidden, NO_KEY, M | CMD_BAR_OPERATIONS, 0, 10, 0},
+
+    {TOOLS_MENU, nullptr, "ToolsCarve", "&Carve", "carve", "Shift+Ctrl+C",
+        "Carve using the selected objects", &W::cmdToolsCarve, NO_KEY,
+        M | CMD_BAR_OPERATIONS | CMD_POPUP_SELECTION, 0, 1, 110},
+    {TOOLS_MENU, nullptr, "ToolsMerge", "&Merge", "merge", "Shift+Ctrl+M",
+        "Merge the selected objects", &W::cmdToolsMerge, NO_KEY, M | CMD_BAR_OPERATIONS, 0, 2, 0},
+    {TOOLS_MENU, nullptr, "ToolsHollow", "Make &Hollow...", nullptr, "Ctrl+H",
+        "Make each of the selected solids a group of hollow objects", &W::cmdToolsHollow, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 120},
+    SEPARATOR(TOOLS_MENU, nullptr, M | CMD_BAR_OPERATIONS | CMD_POPUP_SELECTION, 3, 130),
+    {TOOLS_MENU, nullptr, "ToolsGroup", "&Group", "group", "Ctrl+G",
+        "Create an associative group with all the selected objects", &W::cmdToolsGroup, NO_KEY,
+        M | CMD_BAR_OPERATIONS | CMD_POPUP_SELECTION, 0, 4, 140},
+    {TOOLS_MENU, nullptr, "ToolsUngroup", "&Ungroup", "ungroup", "Ctrl+U",
+        nullptr, &W::cmdToolsUngroup, NO_KEY, M | CMD_BAR_OPERATIONS | CMD_POPUP_SELECTION, 0, 5, 150},
+    {TOOLS_MENU, nullptr, "ToolsIG", "Toggle group ignore", "ig", nullptr,
+        "Toggle group ignore", &W::cmdToolsIgnoreGroups, NO_KEY, C | CMD_BAR_OPERATIONS, 0, 6, 0},
+    SEPARATOR(TOOLS_MENU, nullptr, M | CMD_BAR_OPERATIONS | CMD_POPUP_SELECTION, 7, 160),
+    {TOOLS_MENU, nullptr, "ToolsMakeStruct", "Make &Structural", nullptr, nullptr,
+        "Make selected brushes structural (clear CONTENTS_DETAIL flag)", &W::cmdToolsMakeStructural, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 80},
+    {TOOLS_MENU, nullptr, "ToolsMakeDetail", "Make &Detail", nullptr, nullptr,
+        "Make selected brushes detail (set CONTENTS_DETAIL flag)", &W::cmdToolsMakeDetail, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 90},
+    {TOOLS_MENU, nullptr, "ToolsMakeSep", nullptr, nullptr, nullptr,
+        nullptr, nullptr, NO_KEY, M | CMD_POPUP_SELECTION, 0, 0, 100},
+    {TOOLS_MENU, nullptr, "ToolsToEntity", "&Tie to entity...", nullptr, "Ctrl+T",
+        "Create a new entity using the selected solids", &W::cmdToolsTieToEntity, NO_KEY, M, 0, 0, 0},
+    {TOOLS_MENU, nullptr, "ToolsToWorld", "&Move to world", nullptr, "Ctrl+W",
+        "Detach the selected solids from their entity", &W::cmdToolsMoveToWorld, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 190},
+    {TOOLS_MENU, TIE_MENU, "ToolsToEntityContext", "&Tie to entity", nullptr, nullptr,
+        "Create a new entity using the selected solids", &W::cmdToolsTieToEntity, NO_KEY,
+        CMD_POPUP_SELECTION, 0, 0, 170},
+    {TOOLS_MENU, TIE_MENU, "ToolsToEntityPlaceholder", nullptr, nullptr, nullptr,
+        nullptr, nullptr, NO_KEY, CMD_POPUP_SELECTION, 0, 0, 180},
+    SEPARATOR(TOOLS_MENU, nullptr, M | CMD_POPUP_SELECTION, 0, 200),
+    {TOOLS_MENU, nullptr, "ToolsTexAppl", "Te&xture application...", nullptr, nullptr,
+        "Texture application mode", &W::toolTextureApplication, NO_KEY, M, 0, 0, 0},
+    {TOOLS_MENU, nullptr, "ToolsTexRepl", "R&eplace textures...", nullptr, nullptr,
+        "Replace textures on all solids", &W::cmdToolsTextureReplace, NO_KEY, M, 0, 0, 0},
+    {TOOLS_MENU, nullptr, "ToolsTexLock", "Texture &lock (move+rotate)", "tl", "Shift+L",
+        "Toggle texture locking for movements and rotations", &W::cmdToolsTextureLock, NO_KEY,
+        M | C | CMD_BAR_OPERATIONS, 0, 21, 0},
+    {TOOLS_MENU, nullptr, "ToolsTexLockScale", "Texture &lock (scale)", "sl", "Shift+Ctrl+L",
+        "Toggle texture locking for scaling", &W::cmdToolsTextureLockScale, NO_KEY,
+        M | C | CMD_BAR_OPERATIONS, 0, 22, 0},
+    {TOOLS_MENU, nullptr, "ToolsTexA2View", "Align to view", nullptr, "Shift+Ctrl+A",
+        "Align texture on selected faces to 3D camera's view", &W::cmdToolsTextureAlignToView, NO_KEY,
+        M, 0, 0, 0},
+    {TOOLS_MENU, nullptr, "ToolsTexAlign", "Toggle texture alignment", "ta", nullptr,
+        "Toggle world/face texture alignment", &W::cmdToolsTextureAlignment, NO_KEY,
+        C | CMD_BAR_OPERATIONS, 0, 24, 0},
+    SEPARATOR(TOOLS_MENU, nullptr, M | CMD_BAR_OPERATIONS, 23, 0),
+    {TOOLS_MENU, nullptr, "ToolsSnapSel", "Snap selected to &grid", nullptr, "Ctrl+B",
+        "Snap the selected objects to the grid (without altering size/relativity)", &W::cmdToolsSnapToGrid, NO_KEY,
+        M, 0, 0, 0},
+    {TOOLS_MENU, nullptr, "ToolsSnapSel2", "Snap selected to grid &individually", nullptr, "Ctrl+Shift+B",
+        "Snap each selected object to the grid individually (without altering size/relativity)", &W::cmdToolsSnapToGrid2, NO_KEY,
+        M, 0, 0, 0},
+    {TOOLS_MENU, nullptr, "ToolsTransform", "Transfor&m...", nullptr, "Ctrl+M",
+        "Rotate, scale and/or move the selected objects", &W::cmdToolsTransform, NO_KEY, M, 0, 0, 0},
+    {TOOLS_MENU, nullptr, "ToolsVertexRes", "Mo &morph restrictions", "vertexres", nullptr,
+        "Toggle solid validity restrictions for the vertex manipulation mode", &W::cmdToolsToggleVertexRes, NO_KEY,
+        C | CMD_BAR_OPERATIONS, 0, 25, 0},
+    {TOOLS_MENU, ALIGN_MENU, "ToolsAlignL", "To &Left", nullptr, nullptr,
+        "Align the selected objects along the leftmost side", &W::cmdToolsAlignLeft, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 210},
+    {TOOLS_MENU, ALIGN_MENU, "ToolsAlignR", "To &Right", nullptr, nullptr,
+        "Align the selected objects along the rightmost side", &W::cmdToolsAlignRight, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 211},
+    {TOOLS_MENU, ALIGN_MENU, "ToolsAlignT", "To &Top", nullptr, nullptr,
+        "Align the selected objects along the topmost side", &W::cmdToolsAlignTop, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 212},
+    {TOOLS_MENU, ALIGN_MENU, "ToolsAlignB", "To &Bottom", nullptr, nullptr,
+        "Align the selected objects along the bottom-most side", &W::cmdToolsAlignBottom, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 213},
+    {TOOLS_MENU, FLIP_MENU, "ToolsFlipH", "&Horizontally", nullptr, "Ctrl+L",
+        "Flip the selected objects horizontally", &W::cmdToolsFlipHorz, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 220},
+    {TOOLS_MENU, FLIP_MENU, "ToolsFlipV", "&Vertically", nullptr, "Ctrl+I",
+        "Flip the selected objects vertically", &W::cmdToolsFlipVert, NO_KEY,
+        M | CMD_POPUP_SELECTION, 0, 0, 221},
+    SEPARATOR(TOOLS_MENU, nullptr, M | CMD_BAR_OPERATIONS, 26, 0),
+    {TOOLS_MENU, nullptr, "ToolsCordon", "Toggle cordon tool", "cordon", nullptr,
+        "Toggle cordon state", &W::cmdToolsCordon, NO_KEY, C | CMD_BAR_OPERATIONS, 0, 16, 0},
+    {TOOLS_MENU, nullptr, "ToolsCordonB", "Edit cordon bounds", "cordonb", nullptr,
+        "Edit cordon boundaries", &W::toolCordon, NO_KEY, C | CMD_BAR_OPERATIONS, 0, 17, 0},
+    SEPARATOR(TOOLS_MENU, nullptr, CMD_BAR_OPERATIONS, 18, 0),
+    {TOOLS_MENU, nullptr, "ToolsOptions", "&Options...", nullptr, nullptr,
+        "Configuration options", &W::cmdToolsOptions, NO_KEY, M | NE, 0, 0, 0},
 
     SEPARATOR(PLUGIN_MENU, nullptr, M | CMD_PLUGIN_MENU, 0, 0),
 
@@ -132,22 +324,67 @@ static const cCommandRow g_rows[] = {
     {WINDOW_MENU, nullptr, "WindowMsgExp", "&Export Messages...", "condump", "Alt+E",
         "Export contents on message window to file", &W::cmdWindowExportMessages, NO_KEY, M | NE, 0, 0, 0},
     SEPARATOR(WINDOW_MENU, nullptr, M | CMD_WINDOW_LIST, 0, 0),
-};
-// clang-format on
+
+    {HELP_MENU, nullptr, "HelpTopics", "&Help Topics", nullptr, nullptr,
+        "Open Karvex reference manual", &W::cmdHelpTopics, QKeySequence::HelpContents, M | NE, 0, 0, 0},
+    {HELP_MENU, nullptr, "HelpWeb", "Web &Resources", nullptr, nullptr,
+        "Help on the Web", nullptr, NO_KEY, M | NE | CMD_WEB_MENU, 0, 0, 0},
+    {HELP_MENU, nullptr, "HelpCommands", "&Command List...", nullptr, nullptr,
+        "Display list of commands with shortcuts", &W::cmdHelpCmdList, NO_KEY, M | NE, 0, 0, 0},
+    SEPARATOR(HELP_MENU, nullptr, M, 0, 0),
+    {HELP_MENU, nullptr, "HelpAbout", "&About...", nullptr, nullptr,
+        "Display program information, version number and copyright", &W::cmdHelpAbout, NO_KEY,
+        M | NE, 0, 0, 0},};
 #undef SEPARATOR
+
+static_assert(std::size(g_rows) == 140);
+
+#define TOOL(id, text, icon, shortcut, tip, slot, flags, index) \
+    {{nullptr, nullptr, id, text, icon, shortcut, tip, &W::slot, NO_KEY, flags, 0, 0, 0}, index}
+#define TOOL_SEPARATOR {{}, -1}
+
+static const cToolRow g_tools[] = {
+    TOOL("ToolSel", "Selection Tool", "tool1", "Shift+S", nullptr, toolSelect, C, TOOL_SELECT),
+    TOOL("ToolMag", "Magnify", "tool2", "Shift+G", nullptr, toolMagnify, C, TOOL_MAGNIFY),
+    TOOL("ToolCam", "Camera", "tool3", "Shift+C", nullptr, toolCamera, C, TOOL_CAMERA),
+    TOOL_SEPARATOR,
+    TOOL("ToolEnt", "Entity Tool", "tool4", "Shift+E", "Entity Creation Tool", toolEntity, C, TOOL_ENTITY),
+    TOOL("ToolBlk", "Block Tool", "tool5", "Shift+B", "Block Creation Tool", toolBrush, C, TOOL_BLOCK),
+    TOOL_SEPARATOR,
+    TOOL("ToolTA", "Texture Application", "tool6", "Shift+A", "Texture Application Mode",
+        toolTextureApplication, C, TOOL_TEXTURE),
+    TOOL("ToolTex", "Apply Current Texture", "tool7", nullptr, "Apply Current Texture to Selection",
+        toolApplyTexture, 0, NOT_A_TOOL),
+    TOOL("ToolDec", "Apply Decals", "tool8", "Shift+D", nullptr, toolApplyDecals, C, TOOL_DECAL),
+    TOOL_SEPARATOR,
+    TOOL("ToolC", "Clipping Tool", "tool9", "Shift+X", nullptr, toolClipper, C, TOOL_CLIP),
+    TOOL("ToolV", "Vertex Tool", "tool10", "Shift+V", "Vertex Manipulation", toolVertexManipulation,
+        C, TOOL_VERTEX),
+    TOOL_SEPARATOR,
+    TOOL("ToolPath", "Path Tool", "tool11", "Shift+P", nullptr, toolPath, C, TOOL_PATH),
+};
+#undef TOOL_SEPARATOR
+#undef TOOL
+// clang-format on
 
 static const cCommandGroup g_bars[] = {
     {"Mapf&ile Bar", CMD_BAR_FILE},
     {"Mapv&iew Bar", CMD_BAR_VIEW},
+    {"Mapope&rations Bar", CMD_BAR_OPERATIONS},
 };
 
 static const cCommandGroup g_popups[] = {
-    {"Canvas", CMD_POPUP_CANVAS},
-    {"Operations", CMD_POPUP_OPERATIONS},
+    {"Canvas", CMD_POPUP_CANVAS},       {"Operations", CMD_POPUP_OPERATIONS},
+    {"Create", CMD_POPUP_CREATE},       {"Select", CMD_POPUP_SELECT},
+    {"Selection", CMD_POPUP_SELECTION},
 };
 
 cCommandRows commandTable() {
     return {g_rows, int(std::size(g_rows))};
+}
+
+cToolRows toolTable() {
+    return {g_tools, int(std::size(g_tools))};
 }
 
 cCommandGroups commandBars() {

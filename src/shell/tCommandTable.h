@@ -56,20 +56,27 @@ struct cCommandGroup {
     uint32_t bit;
 };
 
-struct cCommandRows {
-    const cCommandRow* first;
-    int count;
-    const cCommandRow* begin() const { return first; }
-    const cCommandRow* end() const { return first + count; }
+// A row of the tool bar, with the number of its tool.
+struct cToolRow {
+    cCommandRow command;
+    int toolIndex;
 };
 
-struct cCommandGroups {
-    const cCommandGroup* first;
+// The toolIndex of a button in the tool bar that is no tool.
+static constexpr int NOT_A_TOOL = 0xffff;
+
+template<typename Row> struct cRowRange {
+    const Row* first;
     int count;
-    const cCommandGroup* begin() const { return first; }
-    const cCommandGroup* end() const { return first + count; }
+    const Row* begin() const { return first; }
+    const Row* end() const { return first + count; }
 };
+
+using cCommandRows = cRowRange<cCommandRow>;
+using cToolRows = cRowRange<cToolRow>;
+using cCommandGroups = cRowRange<cCommandGroup>;
 
 cCommandRows commandTable(); // in menu order
+cToolRows toolTable();
 cCommandGroups commandBars();
 cCommandGroups commandPopups();

@@ -61,6 +61,7 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     loadPlugins();
     showProgress(tr("Loading settings..."));
     loadSettings();
+    createToolBar();
     showProgress(tr("Loading color schemes..."));
     loadColorSchemes();
     showProgress(tr("Loading..."));
@@ -132,6 +133,19 @@ void cMainWindow::createDocks() {
     setCorner(Qt::BottomLeftCorner, Qt::BottomDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
     createConsole();
+    createVisGroupDock();
+}
+
+QDockWidget* cMainWindow::addDock(const QString& title, const char* name, QWidget* widget,
+                                  Qt::DockWidgetArea area, Qt::DockWidgetAreas allowed) {
+    auto* dock = new QDockWidget(title, this);
+    dock->setObjectName(QString::fromLatin1(name));
+    dock->setAllowedAreas(allowed);
+    dock->setStatusTip(helpTip());
+    dock->setWidget(widget);
+    addDockWidget(area, dock);
+    connect(dock, &QDockWidget::visibilityChanged, this, &cMainWindow::updateScreenElements);
+    return dock;
 }
 
 void cMainWindow::createConsole() {
@@ -147,14 +161,8 @@ void cMainWindow::createConsole() {
     m_consoleText->setStatusTip(helpTip());
     makeConsoleLookLikePanel();
 
-    m_consoleDock = new QDockWidget(tr("Messages"), this);
-    m_consoleDock->setObjectName(QStringLiteral("console"));
-    m_consoleDock->setAllowedAreas(Qt::AllDockWidgetAreas);
-    m_consoleDock->setStatusTip(helpTip());
-    m_consoleDock->setWidget(m_consoleText);
-    addDockWidget(Qt::BottomDockWidgetArea, m_consoleDock);
-    connect(m_consoleDock, &QDockWidget::visibilityChanged, this,
-            &cMainWindow::updateScreenElements);
+    m_consoleDock = addDock(tr("Messages"), "console", m_consoleText, Qt::BottomDockWidgetArea,
+                            Qt::AllDockWidgetAreas);
     m_consoleEvents.start();
 }
 
@@ -199,6 +207,7 @@ void cMainWindow::connectConfigs() {
     calls.showWaitDialog = [this](const QString& text) { showWaitDialog(text); };
     calls.hideWaitDialog = [this] { hideWaitDialog(); };
     calls.reconfigureProjects = [this] {
+        m_classMenuConfig = nullptr; // the new one may lie at the same address
         for (cProject* project : projects)
             project->reconfigure();
     };
@@ -258,21 +267,18 @@ void cMainWindow::loadCursors() {
     moveCursor = cursorPixmap("c_move");
     cameraCursor = cursorPixmap("c_camera");
     struct {
-        QCursor cMainWindow::*cursor;
+        eToolCursor cursor;
         const char* name;
         int x;
         int y;
     } static const spots[] = {
-        {&cMainWindow::magnifyCursor, "c_magnify", 9, 9},
-        {&cMainWindow::crossCursor, "c_cross", 16, 15},
-        {&cMainWindow::textureCursor, "c_texture", 1, 1},
-        {&cMainWindow::decalCursor, "c_decal", 3, 3},
-        {&cMainWindow::entityCursor, "c_entity", 7, 7},
-        {&cMainWindow::brushCursor, "c_brush", 6, 6},
-        {&cMainWindow::rotateCursor, "c_rotate", 15, 15},
+        {TC_MAGNIFY, "c_magnify", 9, 9}, {TC_CROSS, "c_cross", 16, 15},
+        {TC_TEXTURE, "c_texture", 1, 1}, {TC_DECAL, "c_decal", 3, 3},
+        {TC_ENTITY, "c_entity", 7, 7},   {TC_BRUSH, "c_brush", 6, 6},
+        {TC_ROTATE, "c_rotate", 15, 15},
     };
     for (const auto& spot : spots)
-        this->*spot.cursor = QCursor(cursorPixmap(spot.name), spot.x, spot.y);
+        m_toolCursors[spot.cursor] = QCursor(cursorPixmap(spot.name), spot.x, spot.y);
 }
 
 void cMainWindow::loadPlugins() {

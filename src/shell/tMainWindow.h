@@ -24,12 +24,15 @@ class QApplication;
 class QDockWidget;
 class QFile;
 class QLabel;
+class QListWidgetItem;
 class QMdiArea;
 class QMdiSubWindow;
+class QPushButton;
 class QSettings;
 class QSignalMapper;
 class QSplashScreen;
 class QTextEdit;
+class QVisGroupList;
 class cChildWindow;
 class cColorScheme;
 class cFlagCaptions;
@@ -42,6 +45,8 @@ class cTextureManager;
 class cWaitDialog;
 class QCustomAction;
 class QCustomSeparator;
+struct cEntityClassNode;
+struct cGameConfig;
 struct cMapFormat;
 
 extern cMainWindow* g_mainWindow;   // set as the first act of its constructor
@@ -89,6 +94,8 @@ public:
     void showProgress(const QString& text) override;
     void setStatusPane(const QString& text, int pane) override;
     void projectDirty(cProject* project) override;
+    void historyChanged() override;
+    void visGroupsChanged(cMap& map) override;
     int currentToolId() const override;
     cTexture* findTexture(const char* name) override;
     cTexture* addMissingTexture(const char* name) override;
@@ -107,6 +114,11 @@ public:
     void openObjectProperties() override {}
     void updateViewControls() override;
     bool isActiveWindow(const cChildWindow* window) const override;
+    const QCursor& toolCursor(eToolCursor cursor) const override { return m_toolCursors[cursor]; }
+    const QPixmap& cameraIcon() const override { return cameraCursor; }
+    void notifyTools() override; // then refreshes the Edit commands
+    void updateUi() override;
+    void setTool(int id) override;
 
     // The one for precaching; a wait window that is up already stays.
     void showWaitDialog(const QString& text);
@@ -120,11 +132,12 @@ public:
 
     // ---- Refreshing
 
-    void notifyTools(); // gives the tools the active canvas, then refreshes the Edit commands
-    void updateUi();
     void updateDocumentActions();
     void updateToolActions();
     void updateActionStates(int mask); // eActionState bits
+    // The class menus (parts 2 point classes, 4 solid classes) and the texts that name a class;
+    // with part 1 the point class menu is hidden. text: the class that is created, or empty.
+    void updateEntityMenus(const QString& text, int parts);
     void updateSnapPane();
     void redrawAllViews(int mask);
     void applyPalette();
@@ -157,17 +170,18 @@ public:
 
     QPixmap moveCursor;
     QPixmap cameraCursor;
-    QCursor magnifyCursor;
-    QCursor crossCursor;
-    QCursor textureCursor;
-    QCursor decalCursor;
-    QCursor entityCursor;
-    QCursor brushCursor;
-    QCursor rotateCursor;
     QList<cProject*> projects; // open documents, in opening order, owned
     QStringList recentFiles;   // most recent first
     std::array<std::unique_ptr<cTool>, TOOL_COUNT> tools;
-    std::vector<QAction*> actions; // every action and named separator made from the table
+    std::vector<QAction*> actions;           // every action and named separator made from the table
+    std::vector<QCustomAction*> toolActions; // of the tool bar
+    QString currentClassName;                // of the point entity that is created next
+    bool currentClassStale = false;          // its reader looks the name up again
+    QString tieClassName;                    // for the next Tie to Entity
+
+    // True if no vertex morph is under way, or the user lets it end.
+    bool confirmLeaveMorph(const QString& question);
+    bool confirmLeaveMorph(); // for commands that change brushes
 
 public slots:
     void changeSubwindowActiveState(QMdiSubWindow* window);
@@ -192,7 +206,27 @@ public slots:
     void cmdFileSaveAs();
     void cmdFileExport();
     void cmdFileExportAgain();
+    void cmdFileRun();
     void cmdFileExit();
+
+    void cmdEditUndo();
+    void cmdEditRedo();
+    void cmdEditToggleUndoRedo();
+    void cmdEditCut();
+    void cmdEditCopy();
+    void cmdEditPaste();
+    void cmdEditPasteSpecial();
+    void cmdEditDelete();
+    void cmdEditSelectTouching();
+    void cmdEditSelectInside();
+    void cmdEditSelectHandles();
+    void cmdEditSelectNone();
+    void cmdEditSelectAll();
+    void cmdEditSelectByHandles();
+    void cmdEditSelectAuto();
+    void cmdEditCreateObject();
+    void cmdEditCreateObjectEx();
+    void cmdEditProperties();
 
     void cmdMapToggleGridSnap();
     void cmdMapToggleGrid();
@@ -201,6 +235,16 @@ public slots:
     void cmdMapBiggerGrid();
     void cmdMapLoadWindowState();
     void cmdMapSaveWindowState();
+    void cmdMapGotoBrush();
+    void cmdMapGotoCoords();
+    void cmdMapShowInfo();
+    void cmdMapEntityReport();
+    void cmdMapCheckForProblems();
+    void cmdMapProperties();
+    void cmdMapLoadPointfile();
+    void cmdMapUnloadPointfile();
+    void cmdMapLoadPortalfile();
+    void cmdMapUnloadPortalfile();
 
     void cmdView2DXY();
     void cmdView2DYZ();
@@ -209,6 +253,7 @@ public slots:
     void cmdView3DFilled();
     void cmdView3DTextured();
     void cmdViewAutosize();
+    void cmdViewCenterOnSelection();
     void cmdViewToggleTexTrans();
     void cmdViewToggleEntTrans();
     void cmdViewToggleConnections();
@@ -217,6 +262,51 @@ public slots:
     void cmdViewToggleItems();
     void cmdViewTogglePaths();
     void cmdViewToggleDetail();
+    void cmdViewHideSelection();
+    void cmdViewHideNotSelection();
+    void cmdViewShowHidden();
+
+    void cmdToolsCarve();
+    void cmdToolsMerge();
+    void cmdToolsHollow();
+    void cmdToolsGroup();
+    void cmdToolsUngroup();
+    void cmdToolsIgnoreGroups();
+    void cmdToolsMakeStructural();
+    void cmdToolsMakeDetail();
+    void cmdToolsTieToEntity();
+    void cmdToolsTieToEntityEx();
+    void cmdToolsMoveToWorld();
+    void cmdToolsTextureReplace();
+    void cmdToolsTextureLock();
+    void cmdToolsTextureLockScale();
+    void cmdToolsTextureAlignToView();
+    void cmdToolsTextureAlignment();
+    void cmdToolsSnapToGrid();
+    void cmdToolsSnapToGrid2();
+    void cmdToolsTransform();
+    void cmdToolsToggleVertexRes();
+    void cmdToolsAlignLeft();
+    void cmdToolsAlignRight();
+    void cmdToolsAlignTop();
+    void cmdToolsAlignBottom();
+    void cmdToolsFlipHorz();
+    void cmdToolsFlipVert();
+    void cmdToolsCordon();
+    void cmdToolsOptions();
+
+    void toolSelect() override;
+    void toolMagnify();
+    void toolCamera();
+    void toolEntity();
+    void toolBrush();
+    void toolTextureApplication();
+    void toolApplyTexture();
+    void toolApplyDecals();
+    void toolClipper();
+    void toolVertexManipulation();
+    void toolCordon();
+    void toolPath();
 
     void cmdWindowNew();
     void cmdWindowCascade();
@@ -225,6 +315,19 @@ public slots:
     void cmdWindowPrev();
     void cmdWindowMessages();
     void cmdWindowExportMessages();
+
+    void cmdHelpTopics();
+    void cmdHelpOnWeb();
+    void cmdHelpCmdList();
+    void cmdHelpAbout();
+
+    void assignVisGroup();
+    void editVisGroups();
+    void markVisGroup();
+    void purgeVisGroups();
+    void selectVisGroup(QListWidgetItem* item);
+    void changeVisGroupVis(QListWidgetItem* item);
+    void mergeVisGroups(QListWidgetItem* source, QListWidgetItem* target);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -236,6 +339,8 @@ private:
     void resizeToScreen();
     void setDefaultGLFormat();
     void createDocks();
+    QDockWidget* addDock(const QString& title, const char* name, QWidget* widget,
+                         Qt::DockWidgetArea area, Qt::DockWidgetAreas allowed);
     void createConsole();
     void makeConsoleLookLikePanel();
     void createServices();
@@ -253,14 +358,47 @@ private:
     void createMenuRow(const cCommandRow& row, QMenu* menu);
     void createBars();
     void createPopups();
+    void createNamedMenu(const cCommandRow& row, QMenu* menu);
     QCustomAction* createAction(const cCommandRow& row, QObject* parent);
+    QCustomAction* makeAction(const cCommandRow& row, QObject* parent); // without entering it
     QCustomSeparator* createSeparator(const cCommandRow& row, QObject* parent);
     void createRecentActions();
     void createPluginMenu();
     void buildScreenElementsMenu();
     QCustomAction* addElement(const QString& text, void (cMainWindow::*slot)());
+    void insertBarElement(const QToolBar* bar);
+    void createToolBar();            // tMainWindowToolBar.cpp
+    void createWebMenu(QMenu* menu); // tMainWindowHelp.cpp
+
+    // Class menus (tMainWindowClasses.cpp)
+    void rebuildClassMenus(const cGameConfig& config, int parts);
+    void rebuildClassMenu(const char* placeholder, const cEntityClassNode& root, cCommandSlot slot,
+                          QList<QAction*>& entries);
+    void addClassNode(const cEntityClassNode& node, QMenu* menu, cCommandSlot slot);
+    void setTextOf(const char* id, const QString& text);
+
+    // Tools (tMainWindowTools.cpp)
+    void switchTool(int id);
+    void setPendingTool(int id);
+    void setTemporaryTool(int id);
+    void endSuspendedTool(int next);
+    void makeCurrent(int id);
+    void refreshToolViews();
+
+    // Editing (tMainWindowEdit.cpp, tMainWindowGroups.cpp)
+    void selectionChanged(); // tools, views
+    void historyStepDone(cProject* project);
+    void dropHiddenEverywhere();
+    cMap* mapToGroup(const char* refusal) const;
+    void setDetail(bool detail);
+    void hidingChanged(cMap& map);
+    void createVisGroupDock();
+    void rebuildVisGroupList();
 
     // Updates (tMainWindowUpdate.cpp)
+    struct cActionStates;
+    cActionStates actionStates() const;
+    static void applyHistoryStates(QAction* action, const cActionStates& states);
     void updateMenuVisibility();
     void setActionChecked(const char* id, bool checked);
     void updateSettingChecks();
@@ -310,12 +448,25 @@ private:
     std::unique_ptr<cGameConfigRegistry> m_configs;
     std::unique_ptr<cPluginManager> m_plugins;
 
+    QVisGroupList* m_visGroups = nullptr;
+    QPushButton* m_btnAssign = nullptr;
+    QPushButton* m_btnMark = nullptr;
+    QList<QWidget*> m_visGroupWidgets; // all six of the dock
+    bool m_visGroupsPending = false;   // a rebuild of the list is under way
+
+    const cGameConfig* m_classMenuConfig = nullptr; // only compared
+    QList<QAction*> m_pointClassEntries;
+    QList<QAction*> m_solidClassEntries;
+    bool m_pointClassesHidden = false;
+    QString m_createText; // the class that EditCreate names
+
     QDockWidget* m_consoleDock = nullptr;
     QTextEdit* m_consoleText = nullptr;
     QElapsedTimer m_consoleEvents; // since the console last let events run
     QMdiArea* m_mdiArea = nullptr;
     QSignalMapper* m_windowMapper = nullptr;
     std::array<QLabel*, STATUS_PANES> m_statusPanes = {};
+    std::array<QCursor, TC_COUNT> m_toolCursors;
     std::unique_ptr<QGLWidget> m_shareWidget;
     std::unique_ptr<cWaitDialog> m_waitDialog;
 
@@ -325,6 +476,8 @@ private:
     QMenu* m_windowMenu = nullptr;
     QMenu* m_pluginMenu = nullptr;
     QMenu* m_elementsMenu = nullptr;
+    QMenu* m_schemesMenu = nullptr;
+    QAction* m_elementsEnd = nullptr; // of the bars in the menu of screen elements
     QAction* m_recentSeparator = nullptr;
     QAction* m_recentEnd = nullptr;
     QAction* m_windowSeparator = nullptr;

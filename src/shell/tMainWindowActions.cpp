@@ -81,16 +81,33 @@ void cMainWindow::createMenuRow(const cCommandRow& row, QMenu* menu) {
         }
         return;
     }
-    if (row.flags & CMD_ELEMENTS_MENU) {
-        m_elementsMenu = menu->addMenu(tr(row.text));
-        m_elementsMenu->menuAction()->setStatusTip(tr(row.statusTip));
-        m_menus.append(m_elementsMenu);
-        return;
-    }
-    menu->addAction(createAction(row, menu));
+    static constexpr uint32_t subMenus = CMD_WEB_MENU | CMD_ELEMENTS_MENU | CMD_SCHEMES_MENU;
+    if (row.flags & subMenus)
+        createNamedMenu(row, menu);
+    else
+        menu->addAction(createAction(row, menu));
+}
+
+// A submenu that is filled from elsewhere than the table.
+void cMainWindow::createNamedMenu(const cCommandRow& row, QMenu* menu) {
+    QMenu* named = menu->addMenu(tr(row.text));
+    named->menuAction()->setStatusTip(tr(row.statusTip));
+    m_menus.append(named);
+    if (row.flags & CMD_ELEMENTS_MENU)
+        m_elementsMenu = named;
+    if (row.flags & CMD_SCHEMES_MENU)
+        m_schemesMenu = named;
+    if (row.flags & CMD_WEB_MENU)
+        createWebMenu(named);
 }
 
 QCustomAction* cMainWindow::createAction(const cCommandRow& row, QObject* parent) {
+    QCustomAction* action = makeAction(row, parent);
+    actions.push_back(action);
+    return action;
+}
+
+QCustomAction* cMainWindow::makeAction(const cCommandRow& row, QObject* parent) {
     auto* action = new QCustomAction(tr(row.text), parent);
     action->setObjectName(QString::fromLatin1(row.id));
     if (row.icon)
@@ -111,7 +128,6 @@ QCustomAction* cMainWindow::createAction(const cCommandRow& row, QObject* parent
     action->toolMask = row.toolMask;
     if (row.slot)
         connect(action, &QAction::triggered, this, row.slot);
-    actions.push_back(action);
     return action;
 }
 
@@ -238,6 +254,15 @@ QCustomAction* cMainWindow::addElement(const QString& text, void (cMainWindow::*
 void cMainWindow::buildScreenElementsMenu() {
     for (const QToolBar* bar : m_toolBars)
         addElement(bar->windowTitle(), &cMainWindow::toggleToolbar);
+    m_elementsEnd = m_elementsMenu->addSeparator();
+    addElement(tr("&Filter Control"), &cMainWindow::toggleDockWidget)->value =
+        QStringLiteral("visgroups");
     m_elementsMenu->addSeparator();
     addElement(tr("&Status Bar"), &cMainWindow::toggleStatusBar);
+}
+
+// A bar that is built later stands behind the others all the same.
+void cMainWindow::insertBarElement(const QToolBar* bar) {
+    QCustomAction* action = addElement(bar->windowTitle(), &cMainWindow::toggleToolbar);
+    m_elementsMenu->insertAction(m_elementsEnd, action);
 }

@@ -145,16 +145,6 @@ void cMainWindow::keyPressEvent(QKeyEvent* event) {
 
 // ---- Closing
 
-void cMainWindow::leaveFaceMode() {
-    if (currentToolId() != TOOL_TEXTURE)
-        return;
-    currentTool->deactivate();
-    currentTool = tools[TOOL_SELECT].get();
-    for (cProject* project : projects)
-        project->map->clearSelection();
-    notifyTools();
-}
-
 bool cMainWindow::closeAllWindows() {
     QList<QPointer<QMdiSubWindow>> windows;
     for (QMdiSubWindow* window : m_mdiArea->subWindowList())

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is enabled, visible and checked, and what happens when another document becomes active.
+#include "document/tHistory.h"
+#include "document/tMap.h"
 #include "pluginhost/tPluginInterface.h"
 #include "resources/tGameConfigRegistry.h"
 #include "shell/tCustomAction.h"
@@ -68,6 +70,7 @@ void cMainWindow::checkActiveState(bool clearConfig) {
     if (const cGameConfig* config = m_configs->current)
         title =
             QStringLiteral("%1 (%2)").arg(config->title, QString::fromLocal8Bit(profile().name));
+    updateEntityMenus(QString(), 6);
     if (child && currentToolId() == TOOL_SELECT)
         notifyTools();
     updateToolActions();
@@ -107,6 +110,7 @@ void cMainWindow::updateUi() {
     updateScreenElements();
     updateDocumentActions();
     updateToolActions();
+    rebuildVisGroupList();
     updateSnapPane();
 }
 
@@ -140,21 +144,107 @@ void cMainWindow::updateMenuVisibility() {
     m_pluginMenu->menuAction()->setVisible(!m_pluginActions.isEmpty());
 }
 
+static bool supportsDecals(const cMapProfile& profile) {
+    return (profile.flags & PF_DECALS_WITHOUT_CLASS) ||
+           ((profile.flags & PF_DECAL_ENTITIES) && profile.decalEntityClass[0]);
+}
+
+// Qt has unchecked the current tool's button if it was just pressed.
 void cMainWindow::updateToolActions() {
+    const bool hasDocument = activeChild() != nullptr;
     const int tool = currentToolId();
-    if (activeChild() && tool >= 0)
+    for (QCustomAction* action : toolActions) {
+        action->setEnabled(hasDocument &&
+                           (action->toolIndex != TOOL_DECAL || supportsDecals(profile())));
+        if (action->isCheckable())
+            action->setChecked(action->toolIndex == tool);
+    }
+    if (hasDocument && tool >= 0) {
+        setActionChecked("ToolsCordonB", tool == TOOL_CORDON);
         for (QAction* action : actions)
             if (const cActionRules* rules = rulesOf(action))
                 action->setEnabled(!(rules->toolMask & (1u << tool)));
+    }
     updateActionStates(AS_ALL);
 }
 
+// ---- Computed states
+
+struct cMainWindow::cActionStates {
+    bool canCopy = false;
+    bool canPaste = false; // there is no clipboard of objects
+    bool canGroup = false;
+    bool detailVisible = false;
+    bool historyEnabled = true;
+    QString undoName; // null: can't
+    QString redoName;
+};
+
+cMainWindow::cActionStates cMainWindow::actionStates() const {
+    cActionStates states;
+    const cProject* project = activeProject();
+    if (!project)
+        return states;
+    const cMap& map = *project->map;
+    const cHistory& history = *map.history;
+    states.canCopy = map.data.selectedBrushes || map.data.selectedEntities;
+    states.canGroup = map.hasSelection() && !IgnoreGroups && currentToolId() != TOOL_TEXTURE;
+    states.detailVisible = profile().detailContentMask != 0;
+    states.historyEnabled = history.isEnabled();
+    if (history.canUndo())
+        states.undoName = tr(history.undoName());
+    if (history.canRedo())
+        states.redoName = tr(history.redoName());
+    return states;
+}
+
+void cMainWindow::applyHistoryStates(QAction* action, const cActionStates& states) {
+    const QString id = action->objectName();
+    if (id == QLatin1String("EditUndo")) {
+        action->setEnabled(!states.undoName.isNull());
+        action->setText(states.undoName.isNull() ? tr("Can't undo")
+                                                 : tr("&Undo %1").arg(states.undoName));
+    } else if (id == QLatin1String("EditRedo")) {
+        action->setEnabled(!states.redoName.isNull());
+        action->setText(states.redoName.isNull() ? tr("Can't redo")
+                                                 : tr("&Redo %1").arg(states.redoName));
+    } else if (id == QLatin1String("EditNoUndo")) {
+        action->setText(states.historyEnabled ? tr("Disabl&e Undo/Redo") : tr("Enabl&e Undo/Redo"));
+    }
+}
+
 void cMainWindow::updateActionStates(int mask) {
-    const bool hasDocument = activeChild() != nullptr;
-    const bool detailVisible = hasDocument && profile().detailContentMask != 0;
-    for (QAction* action : actions)
-        if ((mask & AS_DETAIL) && action->objectName() == QLatin1String("ViewDetail"))
-            action->setVisible(detailVisible);
+    enum eEffect { ENABLE, SHOW };
+    struct {
+        const char* id;
+        int bit;
+        eEffect effect;
+        bool cActionStates::*state;
+    } static const rows[] = {
+        {"EditCut", AS_CLIPBOARD, ENABLE, &cActionStates::canCopy},
+        {"EditCopy", AS_CLIPBOARD, ENABLE, &cActionStates::canCopy},
+        {"EditPaste", AS_CLIPBOARD, ENABLE, &cActionStates::canPaste},
+        {"EditPaste2", AS_CLIPBOARD, ENABLE, &cActionStates::canPaste},
+        {"ToolsGroup", AS_GROUP, ENABLE, &cActionStates::canGroup},
+        {"ToolsUngroup", AS_GROUP, ENABLE, &cActionStates::canGroup},
+        {"ToolsMakeStruct", AS_DETAIL, SHOW, &cActionStates::detailVisible},
+        {"ToolsMakeDetail", AS_DETAIL, SHOW, &cActionStates::detailVisible},
+        {"ToolsMakeSep", AS_DETAIL, SHOW, &cActionStates::detailVisible},
+        {"ViewDetail", AS_DETAIL, SHOW, &cActionStates::detailVisible},
+    };
+    const cActionStates states = actionStates();
+    for (QAction* action : actions) {
+        for (const auto& row : rows) {
+            if (!(mask & row.bit) || action->objectName() != QLatin1String(row.id))
+                continue;
+            if (row.effect == ENABLE)
+                action->setEnabled(states.*row.state);
+            else
+                action->setVisible(states.*row.state);
+        }
+        if (mask & AS_UNDO)
+            applyHistoryStates(action, states);
+    }
 }
 
 void cMainWindow::setActionChecked(const char* id, bool checked) {
@@ -180,6 +270,14 @@ void cMainWindow::updateSettingChecks() {
         {"ViewItems", (HideMask & HM_ITEMS) != 0},
         {"ViewPaths", (HideMask & HM_PATHS) != 0},
         {"ViewDetail", (HideMask & HM_DETAIL) != 0},
+        {"EditSelH", SelectByHandles},
+        {"EditSelA", SelectAuto},
+        {"ToolsIG", IgnoreGroups},
+        {"ToolsTexLock", TextureLock},
+        {"ToolsTexLockScale", TextureLockScale},
+        {"ToolsVertexRes", !VertexToolRestrict},
+        {"ToolsTexAlign", TextureFaceAlign},
+        {"ToolsCordon", EnableCordon},
     };
     for (const auto& check : checks)
         setActionChecked(check.id, check.checked);

@@ -74,11 +74,8 @@ void cMainWindow::toggleHideBit(int bit) {
     const bool hidden = action->isChecked();
     HideMask = hidden ? HideMask | bit : HideMask & ~bit;
     updateSettingChecks();
-    if (hidden) {
-        for (cProject* project : projects)
-            project->map->dropHidden();
-        notifyTools();
-    }
+    if (hidden)
+        dropHiddenEverywhere();
     redrawAllViews(REDRAW_ALL);
 }
 

@@ -4,13 +4,27 @@
 
 #include <cstdint>
 
+class QCursor;
 class QGLWidget;
 class QMenu;
+class QPixmap;
 class cCanvas;
 class cTool;
 
 // Bits of heldKeys by number: the navigation keys held down.
 enum eHeldKey { HK_LEFT, HK_RIGHT, HK_UP, HK_DOWN, HK_W, HK_S, HK_A, HK_D, HK_C };
+
+// The cursors that tools set.
+enum eToolCursor {
+    TC_MAGNIFY,
+    TC_CROSS,
+    TC_TEXTURE,
+    TC_DECAL,
+    TC_ENTITY,
+    TC_BRUSH,
+    TC_ROTATE,
+    TC_COUNT
+};
 
 class cViewHost {
 public:
@@ -24,6 +38,12 @@ public:
     virtual void openObjectProperties() = 0;
     virtual void updateViewControls() = 0; // check marks of the view commands
     virtual bool isActiveWindow(const class cChildWindow* window) const = 0;
+    virtual const QCursor& toolCursor(eToolCursor cursor) const = 0;
+    virtual const QPixmap& cameraIcon() const = 0; // of the camera tool's look drag
+    virtual void notifyTools() = 0;   // the selection changed: every tool gets the active canvas
+    virtual void updateUi() = 0;      // menus, bars and docks
+    virtual void setTool(int id) = 0; // the tool becomes current, as by its button
+    virtual void toolSelect() = 0;    // leaves the current tool
 
     uint32_t heldKeys = 0;             // eHeldKey bits
     cCanvas* activeCanvas = nullptr;   // cleared by the canvas's destructor

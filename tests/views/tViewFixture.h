@@ -12,9 +12,12 @@
 #include "views/tTool.h"
 #include "views/tViewHost.h"
 
+#include <QCursor>
 #include <QGLWidget>
 #include <QImage>
 #include <QMenu>
+#include <QPixmap>
+#include <array>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
@@ -41,7 +44,17 @@ public:
     void openObjectProperties() override { ++propertiesCount; }
     void updateViewControls() override {}
     bool isActiveWindow(const cChildWindow*) const override { return windowIsActive; }
+    const QCursor& toolCursor(eToolCursor cursor) const override { return cursors[cursor]; }
+    const QPixmap& cameraIcon() const override { return icon; }
+    void notifyTools() override { ++notifyCount; }
+    void updateUi() override {}
+    void setTool(int id) override { wantedTool = id; }
+    void toolSelect() override { wantedTool = TOOL_SELECT; }
 
+    std::array<QCursor, TC_COUNT> cursors;
+    QPixmap icon;
+    int notifyCount = 0;
+    int wantedTool = -1;
     int propertiesCount = 0;
     bool windowIsActive = true;
 

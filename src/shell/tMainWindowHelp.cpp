@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+// The Help menu.
+#include "dialogs/tMessageDialog.h"
+#include "shell/tCustomAction.h"
+#include "shell/tMainWindow.h"
+#include "support/tConsole.h"
+#include "support/tSystem.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QMenu>
+#include <QUrl>
+
+// ---- Help
+
+// Files beside the program, and pages of general use. A row without text is a separator.
+static const struct {
+    const char* text;
+    const char* link;
+} g_webLinks[] = {
+    {"&Polyhedra and Half-Spaces", "https://en.wikipedia.org/wiki/Convex_polytope"},
+    {"&Constructive Solid Geometry", "https://en.wikipedia.org/wiki/Constructive_solid_geometry"},
+    {"&Binary Space Partitioning", "https://en.wikipedia.org/wiki/Binary_space_partitioning"},
+    {nullptr, nullptr},
+    {"&Level Design", "https://en.wikipedia.org/wiki/Level_design"},
+};
+
+void cMainWindow::createWebMenu(QMenu* menu) {
+    for (const auto& link : g_webLinks) {
+        if (!link.text) {
+            menu->addSeparator();
+            continue;
+        }
+        auto* action = new QCustomAction(tr(link.text), menu);
+        action->value = QString::fromLatin1(link.link);
+        action->setStatusTip(action->value);
+        connect(action, &QAction::triggered, this, &cMainWindow::cmdHelpOnWeb);
+        menu->addAction(action);
+    }
+}
+
+static void openAddress(const QUrl& url) {
+    Print("openUrl: \"%s\"", url.toString().toLocal8Bit().constData());
+    QDesktopServices::openUrl(url);
+}
+
+void cMainWindow::cmdHelpOnWeb() {
+    if (const auto* action = dynamic_cast<const QCustomAction*>(sender()))
+        openAddress(QUrl(action->value));
+}
+
+void cMainWindow::cmdHelpTopics() {
+    const QString path = QDir(appBaseDir()).filePath(QStringLiteral("TDKManual.pdf"));
+    if (QFileInfo::exists(path))
+        openAddress(QUrl::fromLocalFile(path));
+    else
+        Error("help file \"%s\" doesn't exist!", path.toLocal8Bit().constData());
+}
+
+void cMainWindow::cmdHelpCmdList() {
+    const QString format = QStringLiteral("%1: %2");
+    QStringList lines;
+    for (const QAction* action : actions)
+        if (!action->shortcut().isEmpty())
+            lines.append(format.arg(action->toolTip(), action->shortcut().toString()));
+    for (const QAction* action : toolActions)
+        if (!action->shortcut().isEmpty())
+            lines.append(format.arg(action->statusTip(), action->shortcut().toString()));
+    for (QString& line : lines)
+        line = line.toHtmlEscaped();
+    lines.sort();
+    cMessageDialog(lines.join(QStringLiteral("<br>")), tr("Command List"), this).exec();
+}

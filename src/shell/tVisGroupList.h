@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// The list of visgroups in the Filter Control dock. One item dropped on another asks whether the
+// two are to become one; who owns the groups carries it out.
+#pragma once
+
+#include <QListWidget>
+
+class QVisGroupList : public QListWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int ID_ROLE = 32; // the visgroup's id
+
+    explicit QVisGroupList(QWidget* parent = nullptr);
+
+    // Shows the visgroups of a map, or none. The current id survives where it is still there.
+    void rebuild(const class cMap* map);
+    // Texts and icons of the items as they are.
+    void refresh(const cMap& map);
+    uint32_t currentId() const; // 0: none
+
+signals:
+    void mergeRequested(QListWidgetItem* source, QListWidgetItem* target);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    QListWidgetItem* m_source = nullptr; // of the drag
+};
