@@ -151,9 +151,9 @@ void cMap::dissolveGroups(const std::vector<cGroupData*>& groups, bool select) {
     }
     for (cGroupData* child : children) {
         if (select) {
-            history->groupChanged(child);
             if (!isSelected(child))
                 selectedPush(data.selectedGroups, child);
+            history->groupChanged(child); // as selected, for the redo
         }
         liftMember(child->parent, dissolved);
     }

@@ -99,15 +99,6 @@ static void captureMembers(cMap& map, const cHistoryStep& step,
                 step->brushChanged(brush, false);
         }
     }
-    // Noted as selected, so that a redo selects them again; below a group that is selected the
-    // mark means nothing.
-    for (cGroupData* child : groupsOf(map.data)) {
-        if (!child->parent || !going.count(child->parent) || going.count(child))
-            continue;
-        child->flags |= GF_SELECTED;
-        step->groupChanged(child);
-        child->flags &= ~uint32_t(GF_SELECTED);
-    }
 }
 
 void ungroupSelection(cMap& map) {

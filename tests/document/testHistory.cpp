@@ -10,6 +10,7 @@
 #include "support/tMapTools.h"
 #include "support/tTestHost.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 static const float ORIGIN[3] = {10, 20, 30};
