@@ -25,6 +25,13 @@ protected:
         const float delta[3] = {h, 0, v};
         box.resize(delta, H, V, handle, reference);
     }
+    // A point off the centre, that many degrees from h towards v.
+    static void aroundCenter(float degrees, float* out) {
+        const float radians = degrees * float(M_PI) / 180;
+        out[H] = (LEFT + RIGHT) / 2 + 50 * std::cos(radians);
+        out[DEPTH] = 0;
+        out[V] = (LOW + TOP) / 2 + 50 * std::sin(radians);
+    }
     void expectSides(float left, float right, float low, float top) const {
         EXPECT_FLOAT_EQ(box.mins[H], left);
         EXPECT_FLOAT_EQ(box.maxs[H], right);
@@ -207,8 +214,8 @@ TEST_F(SelectionBox, aResizeStopsOneUnitBeforeTheOppositeSideAndTheReferenceStay
     expectSides(LEFT, LEFT + 1, LOW, LOW + 1);
     EXPECT_EQ(reference[H], LEFT + 1);
     EXPECT_EQ(reference[V], LOW + 1);
-    // The mouse goes on and comes back.
-    drag(BH_TOP_RIGHT, -200, -300);
+    // The mouse goes on, from grid line to grid line, and comes back.
+    drag(BH_TOP_RIGHT, -224 - reference[H], -256 - reference[V]);
     expectSides(LEFT, LEFT + 1, LOW, LOW + 1);
     drag(BH_TOP_RIGHT, 64 - reference[H], 96 - reference[V]);
     expectSides(LEFT, 64, LOW, 96);
@@ -244,19 +251,32 @@ TEST_F(SelectionBox, aFlatBoxOpensToOneUnit) {
 }
 
 TEST_F(SelectionBox, rotatesInSteps) {
-    const float press[3] = {RIGHT, 0, 64}; // straight right of the centre
     const struct {
-        float degrees;
+        float press; // degrees about the centre
+        float turn;
         bool snap;
         double expected;
-    } cases[] = {{37.3f, false, 37.0}, {37.6f, false, 37.5}, {37.3f, true, 30.0},
-                 {-10.2f, false, 350}, {-20, true, 345},     {0.2f, false, 0}};
+    } cases[] = {
+        {45, 37.3f, false, 37.0},
+        {45, 37.6f, false, 37.5},
+        {45, 37.3f, true, 30.0},
+        {45, -10.2f, false, 350},
+        {45, -20, true, 345},
+        {45, 0.2f, false, 0},
+        {-135, 50.2f, true, 45},
+        // Across the right, where angles start anew: cut towards zero before the turn is added.
+        {1, -37.4f, false, 322.5},
+        {-1, 37.4f, false, 37.5},
+        {179, 37.4f, false, 37},
+        {-10, 60.2f, true, 75},
+    };
     for (const auto& c : cases) {
-        const float radians = c.degrees * float(M_PI) / 180;
-        const float point[3] = {64 + 50 * std::cos(radians), 0, 64 + 50 * std::sin(radians)};
+        float press[3], point[3];
+        aroundCenter(c.press, press);
+        aroundCenter(c.press + c.turn, point);
         box.setRotation(point, press, H, V, c.snap);
         EXPECT_NEAR(double(box.rotation), c.expected * M_PI / 180, double(ROTATION_TOLERANCE))
-            << c.degrees;
+            << c.press << " by " << c.turn;
     }
 }
 
