@@ -9,6 +9,9 @@
 #include <QList>
 
 class cVisGroup;
+struct cDrawStats;
+struct cTransformRecord;
+struct cViewInfo;
 struct cEntityClass;
 
 class cEntity {
@@ -18,6 +21,10 @@ public:
     void addToVisGroup(cVisGroup* visGroup);
     void removeFromVisGroup(cVisGroup* visGroup);
     void dropVisGroups();
+
+    // A point entity where a transform would put it, as cBrush::drawTransformed.
+    void drawTransformed(cViewInfo& view, cDrawStats& stats, uint32_t passFlags,
+                         const cTransformRecord& record);
 
     cEntityData* data;
     cEntityClass* entityClass = nullptr;
