@@ -29,5 +29,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    bool isOwnDrag(const QDropEvent* event) const;
+
     QListWidgetItem* m_source = nullptr; // of the drag
 };
