@@ -7,6 +7,8 @@
 #include <QList>
 
 class cVisGroup;
+struct cDrawStats;
+struct cTransformRecord;
 
 class cBrush {
 public:
@@ -18,6 +20,11 @@ public:
     void addToVisGroup(cVisGroup* visGroup);
     void removeFromVisGroup(cVisGroup* visGroup);
     void dropVisGroups();
+
+    // The edges where a transform would put them, into the shared batch; defined in views/. Pass
+    // flags say whether selected and unselected brushes are drawn.
+    void drawTransformed(cDrawStats& stats, uint32_t passFlags,
+                         const cTransformRecord& record) const;
 
     cBrushData* data;
     int pickId = -1;

@@ -9,6 +9,9 @@
 #include <QList>
 
 class cVisGroup;
+struct cDrawStats;
+struct cTransformRecord;
+struct cViewInfo;
 struct cEntityClass;
 
 class cEntity {
@@ -18,6 +21,10 @@ public:
     void addToVisGroup(cVisGroup* visGroup);
     void removeFromVisGroup(cVisGroup* visGroup);
     void dropVisGroups();
+
+    // A point entity where a transform would put it, as cBrush::drawTransformed.
+    void drawTransformed(cViewInfo& view, cDrawStats& stats, uint32_t passFlags,
+                         const cTransformRecord& record);
 
     cEntityData* data;
     cEntityClass* entityClass = nullptr;
@@ -70,6 +77,10 @@ void readRenderKeys(cEntityData* entity);
 void readModelKeys(cEntityData* entity);
 void attachResource(cEntityData* entity); // finds and attaches the model, sprite or decal
 void detachResource(cEntityData* entity);
+void updateAttachmentBox(cEntityData* entity); // around the origin; the entity's bounds follow
+// The attached model's own bounds, unscaled; false when it has none, and the class's box counts.
+bool modelBounds(cEntityData* entity, float* mins, float* maxs);
+bool mayScaleModel(const cEntityData* entity); // the class does not forbid it
 void touchEntity(cEntityData* entity);
 
 bool entityVisible(const cEntityData* entity); // false with EF_HIDDEN or hidden by HideMask

@@ -120,13 +120,13 @@ static void classBox(const cEntityData* entity, float* mins, float* maxs) {
     }
 }
 
-static bool mayScale(const cEntityData* entity) {
+bool mayScaleModel(const cEntityData* entity) {
     const cEntityClass* entityClass = entity->entity->entityClass;
     return !entityClass || !(entityClass->flags & ECF_NOSCALE);
 }
 
-// The model's own bounds; false when it has none, and its class's box counts unscaled.
-static bool modelBounds(cEntityData* entity, cModelRecord* model, float* mins, float* maxs) {
+bool modelBounds(cEntityData* entity, float* mins, float* maxs) {
+    auto* model = static_cast<cModelRecord*>(attachmentOf(entity)->record);
     if (!model->getBounds || !model->getBounds(model->formatId, mins, maxs, model, entity)) {
         vecCopy(model->mins, mins);
         vecCopy(model->maxs, maxs);
@@ -137,9 +137,9 @@ static bool modelBounds(cEntityData* entity, cModelRecord* model, float* mins, f
 
 static void modelBox(cEntityData* entity, cAttachment* attachment) {
     float mins[3], maxs[3];
-    if (!modelBounds(entity, static_cast<cModelRecord*>(attachment->record), mins, maxs)) {
+    if (!modelBounds(entity, mins, maxs)) {
         classBox(entity, mins, maxs);
-    } else if (mayScale(entity)) {
+    } else if (mayScaleModel(entity)) {
         vecScale(mins, entity->scale, mins);
         vecScale(maxs, entity->scale, maxs);
     }
@@ -147,14 +147,14 @@ static void modelBox(cEntityData* entity, cAttachment* attachment) {
     vecAdd(entity->origin, maxs, attachment->maxs);
 }
 
-static void updateAttachmentBox(cEntityData* entity) {
+void updateAttachmentBox(cEntityData* entity) {
     cAttachment* attachment = attachmentOf(entity);
     if (!attachment)
         return;
     if (entity->attachKind == AK_MODEL) {
         modelBox(entity, attachment);
     } else {
-        const bool scaled = entity->attachKind == AK_SPRITE && mayScale(entity);
+        const bool scaled = entity->attachKind == AK_SPRITE && mayScaleModel(entity);
         const float half = attachment->size * (scaled ? entity->scale : 1.0f);
         setBoxAround(entity->origin, entity->attachKind == AK_SPRITE ? std::fmax(half, 1.0f) : half,
                      attachment);

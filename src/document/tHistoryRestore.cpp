@@ -90,10 +90,11 @@ uint32_t restoredFlags(uint32_t recorded, uint32_t dirty) {
     return (recorded & ~TRANSIENT_FLAGS) | dirty;
 }
 
-// An object's flags take the record's; the record keeps whether the object is to be selected.
+// An object's flags take the record's; the record keeps whether the object is to be selected. An
+// object that this very step has brought back may be selected already.
 void swapFlags(uint32_t& flags, uint32_t& recorded, uint32_t dirty) {
     const uint32_t old = flags;
-    flags = restoredFlags(recorded, dirty);
+    flags = restoredFlags(recorded, dirty) | (old & OF_SELECTED);
     recorded = (old & ~TRANSIENT_FLAGS) | (recorded & OF_SELECTED);
 }
 
@@ -278,7 +279,7 @@ void cRestore::swapEntity(cEntityData* entity, cEntityRecord* record) {
     vecCopy(record->angles, entity->angles);
     vecCopy(record->mins, entity->mins);
     vecCopy(record->maxs, entity->maxs);
-    entity->flags = restoredFlags(record->flags, EF_DIRTY);
+    entity->flags = restoredFlags(record->flags, EF_DIRTY) | (entity->flags & EF_SELECTED);
     entity->spawnFlags = record->spawnFlags;
     memcpy(entity->entity->color, record->color, sizeof record->color);
     std::swap(entity->epairs, record->epairs);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 
 // Handles, with the view's vertical axis pointing up.
 enum eBoxHandle {
@@ -36,7 +37,7 @@ public:
     // The angle from pressPoint to point about the centre, in steps of 15 degrees with snap, else
     // of half a degree.
     void setRotation(const float* point, const float* pressPoint, int h, int v, bool snap);
-    void setShear(float amount) { shear = amount; }
+    void setShear(float amount);
     // The sides of the handle follow delta; reference takes the part of it that was possible.
     void resize(const float* delta, int h, int v, int handle, float* reference);
 

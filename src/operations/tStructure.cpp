@@ -58,6 +58,16 @@ static bool isOneGroup(const cMap& map) {
     return true;
 }
 
+// The groups that come to lie in the new one; one of them may not be selected itself.
+static void captureRoots(const cMap& map, const cHistoryStep& step) {
+    for (const cEntityData* entity : selectedEntitiesOf(map.data))
+        step->groupChanged(entity->rootGroup);
+    for (const cBrushData* brush : selectedBrushesOf(map.data)) {
+        if (isOfWorld(brush))
+            step->groupChanged(brush->rootGroup);
+    }
+}
+
 bool groupSelection(cMap& map) {
     if (isOneGroup(map))
         return false;
@@ -65,6 +75,7 @@ bool groupSelection(cMap& map) {
         const cHistoryStep step(map, "Group");
         cGroupData* group = map.addGroup();
         step->groupsChanged();
+        captureRoots(map, step);
         step->entitiesChanged();
         step->brushesChanged(false);
         for (cGroupData* former : selectedGroupsOf(map.data))
@@ -154,6 +165,7 @@ void deleteSelection(cMap& map) {
         }
     }
     map.clearSelection();
+    map.computeVisGroupVisibility();
     if (g_host)
         g_host->visGroupsChanged(map);
     markDirty(map);

@@ -30,7 +30,8 @@ void applyTransform(cMap& map, const std::vector<cEntityData*>* entities,
 bool transformPoint(const cTransformRecord& record, const float* pivot, const float* own,
                     float keepMargin, float* point);
 
-void transformSelection(cMap& map, const cTransformRecord& record); // "Transformation"
+// Nothing happens for an identity matrix. "Transformation"
+void transformSelection(cMap& map, const cTransformRecord& record);
 // The copies become the selection and are transformed; groups are copied with their structure
 // while groups act as units. "Clone Objects".
 void cloneSelection(cMap& map, const cTransformRecord& record);

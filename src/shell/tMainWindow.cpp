@@ -17,6 +17,7 @@
 #include "shell/tProject.h"
 #include "support/tConsole.h"
 #include "support/tSystem.h"
+#include "tools/tToolFactory.h"
 #include "views/tTool.h"
 
 #include <QApplication>
@@ -251,10 +252,8 @@ void cMainWindow::createTools() {
     static constexpr int order[TOOL_COUNT] = {TOOL_SELECT, TOOL_MAGNIFY, TOOL_CAMERA, TOOL_BLOCK,
                                               TOOL_ENTITY, TOOL_TEXTURE, TOOL_DECAL,  TOOL_CLIP,
                                               TOOL_VERTEX, TOOL_CORDON,  TOOL_PATH};
-    for (int id : order) {
-        tools[size_t(id)] = std::make_unique<cTool>();
-        tools[size_t(id)]->setId(id);
-    }
+    for (int id : order)
+        tools[size_t(id)] = makeTool(id);
     currentTool = tools[TOOL_SELECT].get();
     suspendedTool = nullptr;
 }

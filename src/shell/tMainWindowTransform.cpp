@@ -1,55 +1,151 @@
 // SPDX-License-Identifier: MIT
-// Commands that move, turn or mirror the selection, or select by the box of the selection tool.
+// The commands that change the selected objects' place and shape, and those on the box that the
+// selection tool drew.
+#include "dialogs/tTransformDialog.h"
+#include "operations/tTransform.h"
 #include "shell/tMainWindow.h"
+#include "shell/tProject.h"
+#include "support/tVec.h"
+#include "tools/tToolSelect.h"
+#include "views/tCanvas.h"
+
+#include <QMessageBox>
+#include <algorithm>
+
+// ---- Transforms
+
+static bool hasObjects(const cMap& map) {
+    return map.data.selectedEntities || map.data.selectedBrushes;
+}
+
+// The map whose selected objects a command is to change, once no morph is in its way; else null.
+static cMap* mapToChange(cMainWindow& window) {
+    cProject* project = window.activeProject();
+    if (!project || !hasObjects(*project->map) || !window.confirmLeaveMorph())
+        return nullptr;
+    return hasObjects(*project->map) ? project->map.get() : nullptr;
+}
+
+// The canvas whose axes a command means; a camera view has none.
+static const cCanvas* flatCanvas(const cMainWindow& window) {
+    const cCanvas* canvas = window.activeCanvas;
+    return canvas && !canvas->isCamera() ? canvas : nullptr;
+}
+
+static void showChange(cMainWindow& window) {
+    window.notifyTools();
+    window.redrawAllViews(REDRAW_ALL);
+}
+
+static void flip(cMainWindow& window, int cCanvas::*axis) {
+    const cCanvas* canvas = flatCanvas(window);
+    cMap* map = canvas ? mapToChange(window) : nullptr;
+    if (!map)
+        return;
+    flipSelection(*map, canvas->*axis);
+    showChange(window);
+}
+
+static void align(cMainWindow& window, int cCanvas::*axis, int side) {
+    const cCanvas* canvas = flatCanvas(window);
+    cMap* map = canvas ? mapToChange(window) : nullptr;
+    if (!map)
+        return;
+    alignSelection(*map, canvas->*axis, side);
+    showChange(window);
+}
+
+static void snap(cMainWindow& window, bool each) {
+    cMap* map = mapToChange(window);
+    if (!map)
+        return;
+    snapSelection(*map, float(window.gridSize), each);
+    showChange(window);
+}
 
 void cMainWindow::cmdToolsFlipHorz() {
-    msgFeatureUnderDevelopment();
+    flip(*this, &cCanvas::axisH);
 }
 
 void cMainWindow::cmdToolsFlipVert() {
-    msgFeatureUnderDevelopment();
+    flip(*this, &cCanvas::axisV);
 }
 
 void cMainWindow::cmdToolsAlignLeft() {
-    msgFeatureUnderDevelopment();
+    align(*this, &cCanvas::axisH, 0);
 }
 
 void cMainWindow::cmdToolsAlignRight() {
-    msgFeatureUnderDevelopment();
+    align(*this, &cCanvas::axisH, 1);
 }
 
 void cMainWindow::cmdToolsAlignTop() {
-    msgFeatureUnderDevelopment();
+    align(*this, &cCanvas::axisV, 1);
 }
 
 void cMainWindow::cmdToolsAlignBottom() {
-    msgFeatureUnderDevelopment();
+    align(*this, &cCanvas::axisV, 0);
 }
 
 void cMainWindow::cmdToolsSnapToGrid() {
-    msgFeatureUnderDevelopment();
+    snap(*this, false);
 }
 
 void cMainWindow::cmdToolsSnapToGrid2() {
-    msgFeatureUnderDevelopment();
+    snap(*this, true);
 }
 
 void cMainWindow::cmdToolsTransform() {
-    msgFeatureUnderDevelopment();
+    const cProject* project = activeProject();
+    if (!project)
+        return;
+    if (!hasObjects(*project->map)) {
+        QMessageBox::warning(this, QStringLiteral("Karvex"),
+                             tr("You must select some objects before you can\ntransform them."));
+        return;
+    }
+    cMap* map = mapToChange(*this);
+    cTransformDialog dialog(this);
+    if (!map || dialog.exec() != QDialog::Accepted)
+        return;
+    float matrix[16];
+    cTransformRecord record;
+    dialog.matrix(matrix);
+    record.matrix = matrix;
+    transformSelection(*map, record);
+    showChange(*this);
+}
+
+// ---- The box
+
+static void selectBySelectionBox(cMainWindow& window, int boxMode) {
+    cCanvas* canvas = window.activeCanvas;
+    if (canvas && selectWithBox(*canvas, boxMode))
+        canvas->requestRedraw(false);
 }
 
 void cMainWindow::cmdEditSelectTouching() {
-    msgFeatureUnderDevelopment();
+    selectBySelectionBox(*this, BOX_TOUCHING);
 }
 
 void cMainWindow::cmdEditSelectInside() {
-    msgFeatureUnderDevelopment();
+    selectBySelectionBox(*this, BOX_CONTAINED);
 }
 
 void cMainWindow::cmdEditSelectHandles() {
-    msgFeatureUnderDevelopment();
+    selectBySelectionBox(*this, BOX_BY_CENTER);
 }
 
 void cMainWindow::cmdViewCenterOnSelection() {
-    msgFeatureUnderDevelopment();
+    cProject* project = activeProject();
+    if (!project)
+        return;
+    const auto box = std::find_if(project->boxes.begin(), project->boxes.end(),
+                                  [](const cSelectionBox& b) { return b.active; });
+    if (box == project->boxes.end())
+        return;
+    float middle[3];
+    vecAdd(box->mins, box->maxs, middle);
+    vecScale(middle, 0.5f, middle);
+    project->centerViews(middle);
 }

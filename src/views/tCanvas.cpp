@@ -60,8 +60,6 @@ cCanvas::~cCanvas() {
     makeCurrent();
     m_picture.reset();
     m_pickBuffer.reset();
-    if (m_moveIcon)
-        glDeleteTextures(1, &m_moveIcon);
     doneCurrent();
 }
 

@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QFont>
 #include <QGLWidget>
+#include <QPixmap>
 #include <QRect>
 #include <QTimer>
 #include <memory>
@@ -69,6 +70,7 @@ public:
     void zoomTo(float value);               // clamped; about the view's centre of coordinates
     void zoomAt(float value, int x, int y); // keeps the world point under the pixel
     void setZoom(float value);              // zoomAt the middle, scroll bars and redraw
+    void shareZoom(bool withAll);           // redraws; the document's other 2D views follow, too
     void pan(float dx, float dy);
     void setOffset(float x, float y); // clamped, with scroll bars and redraw
     void clampOffset();
@@ -113,7 +115,9 @@ public:
 
     void drawBoxFill(const float* mins, const float* maxs);
     void drawBoxLines(const float* mins, const float* maxs);
-    // Turned about rotAxis by angle (radians) and sheared along shearAxis, about its centre.
+    // Turned about rotAxis by angle (radians), from the lower to the higher of the other axes; and
+    // sheared along rotAxis by an amount that grows from 0 at the lower side of shearAxis to shear
+    // at its upper side.
     void drawBoxLinesTransformed(const float* mins, const float* maxs, int rotAxis, int shearAxis,
                                  float angle, float shear);
     void drawSquare(const float* center, float sizePixels);
@@ -122,7 +126,8 @@ public:
     void drawBullet(const float* center, float sizePixels, float dx, float dy, int kind);
     void drawDiamondBullet(const float* center, float sizePixels, float dx, float dy, int kind);
     void drawRoundBullet(const float* center, float sizePixels, float dx, float dy, int kind);
-    void drawCrossLines(const float* point); // through the whole view
+    void drawCrossLines(const float* point);                  // through the whole view
+    void drawCenterIcon(const QPixmap& icon, uint32_t state); // pixel space, GLS_ bits
     // Pixel space; x, y is the left end of the baseline of a field of that width.
     void drawScreenText(int x, int y, int width, int align, const QString& text);
 
@@ -229,7 +234,6 @@ private:
     void panWithMiddleButton(QMouseEvent* event);
     void updateCaptionHover(int x, int y);
     void releaseButton(bool& down, Qt::MouseButton button, QMouseEvent* event);
-    void shareZoom(bool withAll);
     void shareOffset(bool withAll);
     void viewKey(int key, Qt::KeyboardModifiers modifiers);
     void key2D(int key, Qt::KeyboardModifiers modifiers);
@@ -297,7 +301,7 @@ private:
     QScrollBar* m_vertical = nullptr;
     std::unique_ptr<cCachedPicture> m_picture;
     std::unique_ptr<QGLFramebufferObject> m_pickBuffer;
-    GLuint m_moveIcon = 0;
+    QPixmap m_moveIcon;
 };
 
 // One step of a speed with an input of -1, 0 or 1.

@@ -372,17 +372,11 @@ void cCanvas::drawCaption() {
 }
 
 void cCanvas::drawMoveIcon() {
-    static constexpr int ICON = 32; // pixels
     if (!middleDown)
         return;
-    if (!m_moveIcon)
-        m_moveIcon = bindTexture(QPixmap(QStringLiteral(":/qrc/c_move.png")), GL_TEXTURE_2D);
-    GL_State(GLS_DEFAULT | GLS_BLEND_ALPHA);
-    glColor4ub(255, 255, 255, 255);
-    glEnable(GL_TEXTURE_2D);
-    drawTexture(QRect(centerX - ICON / 2, centerY - ICON / 2, ICON, ICON), m_moveIcon);
-    glDisable(GL_TEXTURE_2D);
-    GL_State(GLS_DEFAULT);
+    if (m_moveIcon.isNull())
+        m_moveIcon.load(QStringLiteral(":/qrc/c_move.png"));
+    drawCenterIcon(m_moveIcon, GLS_DEFAULT | GLS_BLEND_ALPHA);
 }
 
 // ---- Picking

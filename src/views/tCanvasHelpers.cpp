@@ -5,6 +5,7 @@
 #include "support/tColors.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
+#include "views/tGLState.h"
 
 #include <QFontMetrics>
 #include <cmath>
@@ -49,16 +50,15 @@ void cCanvas::drawBoxLines(const float* mins, const float* maxs) {
 
 void cCanvas::drawBoxLinesTransformed(const float* mins, const float* maxs, int rotAxis,
                                       int shearAxis, float angle, float shear) {
-    const int u = (rotAxis + 1) % 3, v = (rotAxis + 2) % 3;
-    const int across = shearAxis == u ? v : u; // what the shear grows with
+    const int u = rotAxis == 0 ? 1 : 0, v = rotAxis == 2 ? 1 : 2;
     const float sine = std::sin(angle), cosine = std::cos(angle);
     float corners[8][3], center[3];
     boxCorners(mins, maxs, corners);
     vecAdd(mins, maxs, center);
     vecScale(center, 0.5f, center);
-    const float extent = std::max(maxs[across] - mins[across], 1.0f);
+    const float extent = std::max(maxs[shearAxis] - mins[shearAxis], 1.0f);
     for (float* corner : corners) {
-        corner[shearAxis] += shear * (corner[across] - center[across]) / extent;
+        corner[rotAxis] += shear * (corner[shearAxis] - mins[shearAxis]) / extent;
         const float du = corner[u] - center[u], dv = corner[v] - center[v];
         corner[u] = center[u] + cosine * du - sine * dv;
         corner[v] = center[v] + sine * du + cosine * dv;
@@ -136,6 +136,18 @@ void cCanvas::drawDiamondBullet(const float* center, float sizePixels, float dx,
 
 void cCanvas::drawRoundBullet(const float* center, float sizePixels, float dx, float dy, int kind) {
     drawFramed(center, ROUND_CORNERS, 0, sizePixels * 0.5f, dx, dy, kind);
+}
+
+// At the view's centre, in pixel space.
+void cCanvas::drawCenterIcon(const QPixmap& icon, uint32_t state) {
+    static constexpr int SIZE = 32;                          // pixels
+    const GLuint texture = bindTexture(icon, GL_TEXTURE_2D); // kept by Qt for the pixmap
+    GL_State(state);
+    glColor4ub(255, 255, 255, 255);
+    glEnable(GL_TEXTURE_2D);
+    drawTexture(QRect(centerX - SIZE / 2, centerY - SIZE / 2, SIZE, SIZE), texture);
+    glDisable(GL_TEXTURE_2D);
+    GL_State(GLS_DEFAULT);
 }
 
 void cCanvas::drawCrossLines(const float* point) {

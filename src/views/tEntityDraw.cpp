@@ -80,12 +80,17 @@ void cMapPainter::entityColor(const cEntityData* entity, uint8_t* rgba) const {
     rgba[3] = 255;
 }
 
+// Being dragged. A flag that outlived its drag on an object let go of does not count.
+static bool isMoving(const cEntityData* entity) {
+    return (entity->flags & EF_MOVING) && (entity->flags & EF_SELECTED);
+}
+
 void cMapPainter::drawEntityBox(cEntityData* entity) {
     uint8_t rgba[4];
     entityColor(entity, rgba);
     m_stats.faces += 6;
     if (!m_view.is3D)
-        drawBox2D(entity->mins, entity->maxs, rgba);
+        drawBox2D(entity->mins, entity->maxs, rgba, isMoving(entity));
     else if (m_view.isWireframe())
         m_batch.boxLines(entity->mins, entity->maxs, rgba);
     else
@@ -96,15 +101,23 @@ void cMapPainter::drawEntityBox(cEntityData* entity) {
     drawAngleArrow(entity);
 }
 
-void cMapPainter::drawBox2D(const float* mins, const float* maxs, const uint8_t* rgba) {
+void cMapPainter::drawBox2D(const float* mins, const float* maxs, const uint8_t* rgba,
+                            bool moving) {
     const int h = m_view.axisH, v = m_view.axisV;
     float corners[4][3];
     for (float* corner : corners)
         vecCopy(maxs, corner);
     corners[0][h] = corners[3][h] = mins[h];
     corners[0][v] = corners[1][v] = mins[v];
-    for (int i = 0; i < 4; ++i)
-        m_batch.line(corners[i], corners[(i + 1) & 3], rgba);
+    uint8_t dim[4];
+    shadeColor(rgba, MOVING_DIM, dim);
+    for (int i = 0; i < 4; ++i) {
+        const float* next = corners[(i + 1) & 3];
+        if (moving)
+            m_batch.stippledLine(corners[i], next, dim);
+        else
+            m_batch.line(corners[i], next, rgba);
+    }
 }
 
 // Six sides, counter-clockwise seen from outside.

@@ -14,7 +14,6 @@ static constexpr float BACK_MARGIN = 2.0f;  // units: keeps faces just behind th
 static constexpr float AXIS_LENGTH = 10.0f; // units, of the texture axes of a selected face
 static constexpr float GRID_LIFT = 0.25f;   // units off the face
 static constexpr float MIN_GRID_EXTENT = 0.001f;
-static constexpr float MOVING_DIM = 0.75f; // on the colour of what is being dragged
 
 bool cFace::isVisible(const cViewInfo& view) const {
     if ((data->flags & FF_DIRTY) || data->vertexCount < 3)
@@ -81,7 +80,7 @@ void cMapPainter::drawFacePick(const cFaceData* face, const cBrushLook& look) {
 }
 
 void cMapPainter::drawFace2D(const cFaceData* face, const cBrushLook& look, const uint8_t* rgba) {
-    if (face->flags & FF_MOVING) {
+    if ((face->flags & FF_MOVING) && look.selected) {
         uint8_t dim[4];
         shadeColor(rgba, MOVING_DIM, dim);
         m_batch.stippledLoop(face, dim);

@@ -9,6 +9,8 @@
 
 #include <vector>
 
+constexpr float MOVING_DIM = 0.75f; // on the colour of what is being dragged
+
 class cMapPainter {
 public:
     cMapPainter(cMap& map, cViewInfo& view, cDrawStats& stats);
@@ -20,6 +22,7 @@ public:
     // One object, if it is visible and belongs to the pass; true if it was drawn.
     bool drawBrush(cBrushData* brush, uint32_t passFlags);
     bool drawEntity(cEntityData* entity, uint32_t passFlags);
+    void drawEntityBox(cEntityData* entity); // whatever hides it
 
 private:
     // How the faces of one brush are drawn.
@@ -67,9 +70,8 @@ private:
     // tEntityDraw.cpp
     bool isEntityDrawn(const cEntityData* entity, uint32_t passFlags);
     bool drawEntityBrushes(cEntityData* entity, uint32_t passFlags);
-    void drawEntityBox(cEntityData* entity);
     void entityColor(const cEntityData* entity, uint8_t* rgba) const;
-    void drawBox2D(const float* mins, const float* maxs, const uint8_t* rgba);
+    void drawBox2D(const float* mins, const float* maxs, const uint8_t* rgba, bool moving);
     void drawBoxSolid(const float* mins, const float* maxs, const uint8_t* rgba, bool shaded);
     void drawAngleArrow(const cEntityData* entity);
     // tTransparentList.cpp

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "tools/tToolCamera.h"
+
+#include "support/tHost.h"
+#include "views/tCanvas.h"
+#include "views/tGLState.h"
+#include "views/tViewHost.h"
+
+static constexpr int UNITS_PER_PIXEL = 2;
+static constexpr float DEGREES_PER_PIXEL = 0.05f; // at sensitivity 1
+static constexpr int PITCH = 0, YAW = 1;
+
+static bool holdsCursor(const cCanvas& canvas) {
+    return canvas.isCamera() && (canvas.leftDown || canvas.rightDown || canvas.mouselook);
+}
+
+bool cToolCamera::setCursor(cCanvas* canvas) {
+    if (!holdsCursor(*canvas))
+        return false;
+    canvas->setCursor(Qt::BlankCursor);
+    return true;
+}
+
+void cToolCamera::drawOverlay(cCanvas* canvas, const cViewInfo&) {
+    if (holdsCursor(*canvas))
+        canvas->drawCenterIcon(g_viewHost->cameraIcon(), GLS_DEFAULT | GLS_ALPHA_TEST);
+}
+
+// True if a button has gone down since the last move, whose drag begins.
+static bool startsDrag(cCanvas& canvas, Qt::MouseButtons buttons) {
+    const bool starts = (!canvas.leftDown && (buttons & Qt::LeftButton)) ||
+                        (!canvas.rightDown && (buttons & Qt::RightButton));
+    canvas.leftDown = canvas.leftDown || (buttons & Qt::LeftButton);
+    canvas.rightDown = canvas.rightDown || (buttons & Qt::RightButton);
+    return starts;
+}
+
+static void look(cCanvas& canvas, int dx, int dy) {
+    const float factor = float(g_host->Sensitivity) * DEGREES_PER_PIXEL;
+    canvas.addAngle(YAW, -float(dx) * factor);
+    canvas.addAngle(PITCH, (g_host->MouseReverseY ? 1.0f : -1.0f) * float(dy) * factor);
+}
+
+static void moveCamera(cCanvas& canvas, int dx, int dy) {
+    if (canvas.rightDown) {
+        canvas.moveSide(float(UNITS_PER_PIXEL * dx));
+        if (canvas.leftDown)
+            canvas.moveForward(-float(UNITS_PER_PIXEL * dy));
+        else
+            canvas.moveUp(-float(UNITS_PER_PIXEL * dy));
+    } else if (canvas.leftDown || canvas.mouselook) {
+        look(canvas, dx, dy);
+    }
+}
+
+bool cToolCamera::mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons buttons,
+                            Qt::KeyboardModifiers) {
+    if (!canvas->isCamera())
+        return false;
+    if (startsDrag(*canvas, buttons)) { // the first move only centres the cursor
+        canvas->updateCursor();
+        canvas->requestRedraw(false);
+        canvas->warpCursorToCenter();
+        return true;
+    }
+    const int dx = x - canvas->centerX, dy = y - canvas->centerY;
+    if (dx == 0 && dy == 0)
+        return false;
+    moveCamera(*canvas, dx, dy);
+    if (!holdsCursor(*canvas)) {
+        return false;
+    }
+    canvas->markCameraChanged();
+    if (g_host->EnergySavingMode && canvas->viewDirty)
+        canvas->requestRedraw(true);
+    canvas->warpCursorToCenter();
+    return true;
+}

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "tools/tToolSpace.h"
+
+#include "document/tSelectionBox.h"
+#include "views/tCanvas.h"
+
+void boxPoint(cCanvas& canvas, const cSelectionBox& box, int x, int y, bool snap, float* out) {
+    const int depth = canvas.axisDepth;
+    canvas.screenToWorld(x, y, snap ? int(SW_SNAP) : 0, out);
+    if (box.active)
+        out[depth] = (box.mins[depth] + box.maxs[depth]) * 0.5f;
+}
+
+Qt::CursorShape sizeCursor(int handle) {
+    static const Qt::CursorShape shapes[] = {
+        Qt::ArrowCursor,     Qt::SizeFDiagCursor, Qt::SizeBDiagCursor,
+        Qt::SizeBDiagCursor, Qt::SizeFDiagCursor, Qt::SizeHorCursor,
+        Qt::SizeHorCursor,   Qt::SizeVerCursor,   Qt::SizeVerCursor};
+    return shapes[handle];
+}

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "views/tMovingPreview.h"
+
+#include "document/tBrush.h"
+#include "document/tEntity.h"
+#include "document/tEntityAngles.h"
+#include "document/tMap.h"
+#include "document/tMapLists.h"
+#include "operations/tTransform.h"
+#include "support/tColors.h"
+#include "support/tHost.h"
+#include "support/tVec.h"
+#include "views/tDrawBatch.h"
+#include "views/tMapPainter.h"
+
+#include <QGLContext>
+
+// A stretched vertex this near the brush's centre goes with the side that moves.
+static constexpr float VERTEX_MARGIN = 0.001f;
+
+// Both faces of an edge walk it, each its own way: true for one of the two, by the axis on which
+// the ends differ most, so that ends equal but for rounding do not upset it.
+static bool isForward(const float* a, const float* b) {
+    int axis = 0;
+    for (int i = 1; i < 3; ++i)
+        if (std::fabs(b[i] - a[i]) > std::fabs(b[axis] - a[axis]))
+            axis = i;
+    return b[axis] > a[axis];
+}
+
+template<class Take> static void eachEdge(const cBrushData* brush, Take take) {
+    for (const cFaceData* face : facesOf(brush)) {
+        for (int i = 0; i < face->vertexCount; ++i) {
+            const float* a = face->vertices[i].xyz;
+            const float* b = face->vertices[i + 1 < face->vertexCount ? i + 1 : 0].xyz;
+            if (isForward(a, b))
+                take(a, b);
+        }
+    }
+}
+
+// ---- Single objects
+
+static bool isInPass(uint32_t flags, uint32_t passFlags) {
+    return (passFlags & ((flags & OF_SELECTED) ? PASS_SELECTED : PASS_UNSELECTED)) != 0;
+}
+
+void cBrush::drawTransformed(cDrawStats& stats, uint32_t passFlags,
+                             const cTransformRecord& record) const {
+    if (!isInPass(data->flags, passFlags) || (data->flags & (BF_DIRTY | BF_HIDDEN)))
+        return;
+    const float* pivot = record.center ? record.center : center;
+    const uint8_t* color = g_host->schemeColor(COLOR_SELECTED_FILL);
+    cDrawBatch& batch = cDrawBatch::shared();
+    eachEdge(data, [&](const float* a, const float* b) {
+        float ends[2][3];
+        vecCopy(a, ends[0]);
+        vecCopy(b, ends[1]);
+        for (float* end : ends)
+            transformPoint(record, pivot, center, VERTEX_MARGIN, end);
+        batch.line(ends[0], ends[1], color);
+    });
+    ++stats.brushes;
+}
+
+void cEntity::drawTransformed(cViewInfo& view, cDrawStats& stats, uint32_t passFlags,
+                              const cTransformRecord& record) {
+    if (!isInPass(data->flags, passFlags) || (data->flags & (EF_DIRTY | EF_HIDDEN)) ||
+        data->brushes)
+        return;
+    const cEntityData before = *data;
+    const float* pivot = record.center ? record.center : before.origin;
+    float shift[3];
+    transformPoint(record, pivot, pivot, 0, data->origin);
+    vecSubtract(data->origin, before.origin, shift);
+    vecAdd(before.mins, shift, data->mins);
+    vecAdd(before.maxs, shift, data->maxs);
+    if (g_host->TransformAngles)
+        rotateAngles(before.angles, record.matrix, data->angles);
+    data->flags &= ~uint32_t(EF_MOVING);
+    {
+        cMapPainter painter(*data->owner->map, view, stats);
+        painter.drawEntityBox(data);
+    }
+    *data = before;
+}
+
+// ---- The selection
+
+void cMovingPreview::build(const cMap& map) {
+    m_edges.clear();
+    for (const cBrushData* brush : selectedBrushesOf(map.data))
+        eachEdge(brush, [this](const float* a, const float* b) {
+            m_edges.insert(m_edges.end(), a, a + 3);
+            m_edges.insert(m_edges.end(), b, b + 3);
+        });
+}
+
+void cMovingPreview::clear() {
+    m_edges = {};
+}
+
+// The record's transform in the column order of OpenGL: M (v - pivot) + pivot.
+static void multMatrix(const cTransformRecord& record) {
+    float columns[16];
+    for (int row = 0; row < 4; ++row)
+        for (int column = 0; column < 4; ++column)
+            columns[column * 4 + row] = record.matrix[row * 4 + column];
+    const float* pivot = record.center;
+    glTranslatef(pivot[0], pivot[1], pivot[2]);
+    glMultMatrixf(columns);
+    glTranslatef(-pivot[0], -pivot[1], -pivot[2]);
+}
+
+void cMovingPreview::drawEdges(const cTransformRecord& record) const {
+    if (m_edges.empty())
+        return;
+    glPushMatrix();
+    multMatrix(record);
+    glColor4ubv(g_host->schemeColor(COLOR_SELECTED_FILL));
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(3, GL_FLOAT, 0, m_edges.data());
+    glDrawArrays(GL_LINES, 0, GLsizei(m_edges.size() / 3));
+    glPopMatrix();
+}
+
+void cMovingPreview::draw(cMap& map, cViewInfo& view, cDrawStats& stats,
+                          const cTransformRecord& record) const {
+    static constexpr uint32_t PASS = PASS_UNSELECTED | PASS_SELECTED;
+    if (record.sideMask == 0)
+        drawEdges(record);
+    else
+        for (const cBrushData* brush : selectedBrushesOf(map.data))
+            brush->brush->drawTransformed(stats, PASS, record);
+    for (cEntityData* entity : selectedEntitiesOf(map.data))
+        entity->entity->drawTransformed(view, stats, PASS, record);
+    cDrawBatch::shared().flush();
+}

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "document/tEntityAngles.h"
+
+#include "document/tEntity.h"
+#include "document/tMapLists.h"
+#include "support/tMapTools.h"
+#include "support/tMath.h"
+#include "support/tTestHost.h"
+#include "support/tVec.h"
+
+#include <gtest/gtest.h>
+
+static constexpr float DEGREE_TOLERANCE = 0.001f;
+static constexpr float VECTOR_TOLERANCE = 1e-5f;
+
+static void turnMatrix(float x, float y, float z, float* matrix) {
+    const float offset[3] = {4, 5, 6};
+    T_BuildTransformMatrix(z, y, x, offset, matrix);
+    T_TransposeMatrix(matrix, matrix);
+}
+
+TEST(EntityAngles, turnedVectorsComeBackAsPitchYawAndRoll) {
+    struct cCase {
+        float angles[3];
+        float turn[3]; // about x, y, z
+        float expected[3];
+    };
+    const cCase cases[] = {{{0, 0, 0}, {0, 0, 90}, {0, 90, 0}},
+                           {{0, 350, 0}, {0, 0, 30}, {0, 20, 0}},
+                           {{0, 10, 0}, {0, 0, -30}, {0, 340, 0}},
+                           {{0, 0, 0}, {0, 0, 0.5f}, {0, 0.5f, 0}},
+                           {{0, 0, 0}, {30, 0, 0}, {0, 0, 30}},
+                           {{0, 0, 0}, {0, -30, 0}, {-30, 0, 0}},
+                           {{20, 40, 0}, {0, 0, 50}, {20, 90, 0}},
+                           // Straight up and down: all of the turn is yaw.
+                           {{0, 0, 0}, {0, -90, 0}, {-90, 0, 0}},
+                           {{0, 0, 0}, {0, 90, 0}, {90, 0, 0}},
+                           {{-90, 0, 0}, {0, 0, 45}, {-90, 45, 0}},
+                           {{90, 0, 0}, {0, 0, 45}, {90, 45, 0}},
+                           {{86, 0, 0}, {0, 0, 10}, {86, 10, 0}},
+                           {{87, 0, 0}, {0, 0, 10}, {90, 10, 0}}};
+    for (const cCase& c : cases) {
+        float matrix[16], out[3];
+        turnMatrix(c.turn[0], c.turn[1], c.turn[2], matrix);
+        EXPECT_TRUE(rotateAngles(c.angles, matrix, out));
+        for (int i = 0; i < 3; ++i)
+            EXPECT_NEAR(out[i], c.expected[i], DEGREE_TOLERANCE)
+                << "from " << c.angles[0] << " " << c.angles[1] << " by " << c.turn[0] << " "
+                << c.turn[1] << " " << c.turn[2] << " component " << i;
+        EXPECT_EQ(out[1], c.expected[1]) << "put on the step that was meant";
+    }
+}
+
+TEST(EntityAngles, anyTurnCarriesTheThreeVectors) {
+    const unsigned seed = 7;
+    SCOPED_TRACE(seed);
+    T_RandomSeed(seed);
+    const auto random = [](int limit) { return float(T_RandomLong(-limit * 7, limit * 7)) / 7.0f; };
+    for (int i = 0; i < 500; ++i) {
+        const float angles[3] = {random(80), random(180), random(180)};
+        float matrix[16], out[3], before[3][3], after[3][3];
+        turnMatrix(random(180), random(180), random(180), matrix);
+        rotateAngles(angles, matrix, out);
+        T_AngleVectors(angles, before[0], before[1], before[2]);
+        T_AngleVectors(out, after[0], after[1], after[2]);
+        T_VectorRotate(before[0], matrix, before[0]);
+        T_VectorRotate(before[2], matrix, before[2]);
+        if (std::fabs(before[0][2]) > 0.99f)
+            continue; // near the poles the roll is given up
+        for (int v : {0, 2}) {
+            for (int axis = 0; axis < 3; ++axis)
+                EXPECT_NEAR(after[v][axis], before[v][axis], 3 * VECTOR_TOLERANCE) << i;
+        }
+        EXPECT_TRUE(out[1] >= 0 && out[1] < 360);
+    }
+}
+
+TEST(EntityAngles, scaleShearMirrorAndMoveHoldNoRotation) {
+    const float matrices[][16] = {{1, 0, 0, 9, 0, 1, 0, 9, 0, 0, 1, 9, 0, 0, 0, 1},
+                                  {2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 4, 0, 0, 0, 0, 1},
+                                  {1, 0.5f, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1},
+                                  {-1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1},
+                                  {0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
+    const float angles[3] = {370, -45.123f, 12};
+    for (const float* matrix : matrices) {
+        float out[3];
+        EXPECT_FALSE(rotateAngles(angles, matrix, out));
+        EXPECT_EQ(memcmp(out, angles, sizeof out), 0);
+    }
+}
+
+TEST(EntityAngles, flipMirrorsTheForwardVector) {
+    for (int axis = 0; axis < 3; ++axis) {
+        const float angles[3] = {20, 35, 10};
+        float flipped[3], twice[3], before[3], after[3];
+        flipAngles(angles, axis, flipped);
+        T_AngleVectors(angles, before, nullptr, nullptr);
+        T_AngleVectors(flipped, after, nullptr, nullptr);
+        before[axis] = -before[axis];
+        for (int i = 0; i < 3; ++i)
+            EXPECT_NEAR(after[i], before[i], VECTOR_TOLERANCE) << axis;
+        EXPECT_EQ(flipped[2], -10);
+        flipAngles(flipped, axis, twice);
+        for (int i = 0; i < 3; ++i)
+            EXPECT_FLOAT_EQ(twice[i], angles[i]) << axis;
+    }
+}
+
+TEST(EntityAngles, theFirstKeyTakesTheValueInItsOwnForm) {
+    struct cCase {
+        const char* keys[2];
+        float angles[3];
+        const char* changed;
+        const char* value;
+    };
+    const cCase cases[] = {{{nullptr, nullptr}, {1, 90, 0.5f}, "angles", "1 90 0.5"},
+                           {{"ANGLES", nullptr}, {0, 12.25f, 0}, "angles", "0 12.25 0"},
+                           {{"Angle", nullptr}, {0, 90, 0}, "angle", "90"},
+                           {{"angle", nullptr}, {-90, 0, 0}, "angle", "-1"},
+                           {{"angle", nullptr}, {90, 45, 0}, "angle", "-2"},
+                           {{"angle", nullptr}, {0, -1, 0}, "angle", "359"},
+                           {{"angle", "angles"}, {0, 30, 0}, "angle", "30"},
+                           {{"angles", "angle"}, {0, 30, 0}, "angles", "0 30 0"}};
+    cTestHost host;
+    cMap map(nullptr);
+    addWorldTo(map);
+    const float origin[3] = {0, 0, 0};
+    for (const cCase& c : cases) {
+        cEntityData* entity = map.addEntity("light", origin, EF_POINT);
+        for (const char* key : c.keys) {
+            if (key)
+                addEpairLast(entity, key, "old");
+        }
+        const int count = (c.keys[0] ? 1 : 0) + (c.keys[1] ? 1 : 0);
+        setEntityAngles(entity, c.angles);
+        EXPECT_EQ(memcmp(entity->angles, c.angles, sizeof c.angles), 0);
+        EXPECT_STREQ(getEpairValue(entity, c.changed), c.value);
+        int pairs = 0, old = 0;
+        for (const cEpair* pair : epairsOf(entity)) {
+            ++pairs;
+            old += strcmp(pair->value, "old") == 0 ? 1 : 0;
+        }
+        EXPECT_EQ(pairs, std::max(count, 1)) << c.value;
+        EXPECT_EQ(old, std::max(count - 1, 0)) << c.value << ": the second key is left alone";
+    }
+}
