@@ -358,12 +358,18 @@ TEST_F(CommandTest, shortcutsReachTheirCommandsAndNobodyElse) {
 TEST_F(CommandTest, propertiesAreOffWhileFacesAreEdited) {
     startWithBlock();
     EXPECT_TRUE(action("EditProps")->isEnabled());
+    for (Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        replies.expectBox(QMessageBox::Ok, QStringLiteral("\"Properties\""));
+        press(key, Qt::AltModifier);
+        EXPECT_TRUE(answered());
+    }
     replies.expectBox(QMessageBox::Ok, QStringLiteral("Texture Application"));
     toolAction(TOOL_TEXTURE)->trigger();
     for (const char* id : {"EditProps", "MapProps", "ToolsGroup"})
         EXPECT_FALSE(action(id)->isEnabled()) << id;
     EXPECT_FALSE(action("EditProps", 1)->isEnabled());
-    trigger("ToolsTexAppl"); // leaves
+    press(Qt::Key_Return, Qt::AltModifier); // no box comes
+    trigger("ToolsTexAppl");                // leaves
     EXPECT_TRUE(action("EditProps")->isEnabled());
     EXPECT_EQ(window->currentToolId(), int(TOOL_SELECT));
 }
