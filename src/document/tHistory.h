@@ -72,6 +72,8 @@ public:
     size_t recordBytes() const; // memory that the steps' records take, for measurements
 
 private:
+    void closeStep();
+
     cMap& m_map;
     std::unique_ptr<cHistorySteps> m_steps;
     bool m_enabled = true;
