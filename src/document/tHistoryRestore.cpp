@@ -7,6 +7,7 @@
 #include "document/tBrush.h"
 #include "document/tBrushGeometry.h"
 #include "document/tEntity.h"
+#include "document/tEntityClass.h"
 #include "document/tFace.h"
 #include "document/tFaceMapping.h"
 #include "document/tGroup.h"

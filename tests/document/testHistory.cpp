@@ -2,6 +2,7 @@
 #include "document/tBrush.h"
 #include "document/tBrushGeometry.h"
 #include "document/tEntity.h"
+#include "document/tEntityClass.h"
 #include "document/tGroup.h"
 #include "document/tHistory.h"
 #include "document/tMapLists.h"
