@@ -17,7 +17,7 @@ public:
     void rebuild(const class cMap* map);
     // Texts and icons of the items as they are.
     void refresh(const cMap& map);
-    uint32_t currentId() const; // 0: none
+    uint32_t currentId() const;                                 // 0: none
     QSize sizeHint() const override { return QSize(160, 120); } // the views want the room
 
 signals:
