@@ -17,7 +17,7 @@ public:
     void rebuild(const class cMap* map);
     // Texts and icons of the items as they are.
     void refresh(const cMap& map);
-    uint32_t currentId() const; // 0: none
+    uint32_t currentId() const;                                 // 0: none
     QSize sizeHint() const override { return QSize(160, 120); } // the views want the room
 
 signals:
@@ -31,6 +31,8 @@ protected:
 
 private:
     bool isOwnDrag(const QDropEvent* event) const;
+    void askToMerge(uint32_t source, uint32_t target);
+    QListWidgetItem* itemOf(uint32_t id) const;
 
     QListWidgetItem* m_source = nullptr; // of the drag
 };
