@@ -29,6 +29,7 @@ static void fillItem(QListWidgetItem* item, const cVisGroup& group) {
     static const QString on = QStringLiteral(":/qrc/vg_on.png");
     static const QString off = QStringLiteral(":/qrc/vg_off.png");
     item->setText(itemText(group));
+    item->setToolTip(item->text()); // the dock may be narrow
     item->setIcon(QIcon(group.visible ? on : off));
     item->setData(QVisGroupList::ID_ROLE, group.id);
 }
