@@ -10,8 +10,10 @@
 #include "views/tViewHost.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QElapsedTimer>
 #include <QGLWidget>
+#include <QPixmap>
 #include <benchmark/benchmark.h>
 #include <clocale>
 #include <cstdio>
@@ -31,9 +33,17 @@ public:
     void openObjectProperties() override {}
     void updateViewControls() override {}
     bool isActiveWindow(const cChildWindow*) const override { return true; }
+    const QCursor& toolCursor(eToolCursor) const override { return m_cursor; }
+    const QPixmap& cameraIcon() const override { return m_icon; }
+    void notifyTools() override {}
+    void updateUi() override {}
+    void setTool(int) override {}
+    void toolSelect() override {}
 
 private:
     std::unique_ptr<QGLWidget> m_share;
+    QCursor m_cursor;
+    QPixmap m_icon;
 };
 
 class cBenchDocument : public cDocumentViews {

@@ -124,20 +124,23 @@ bool cMap::purgeVisGroups() {
 }
 
 void cMap::computeVisGroupVisibility() {
-    for (cVisGroup* visGroup : visGroups)
+    int left = 0; // visgroups of which no shown member is known yet
+    for (cVisGroup* visGroup : visGroups) {
         visGroup->visible = false;
-    if (visGroups.isEmpty())
-        return;
-    for (const cEntityData* entity : entitiesOf(data)) {
-        if (!(entity->flags & (EF_WORLD | EF_HIDDEN))) {
-            for (cVisGroup* visGroup : entity->entity->visGroups)
-                visGroup->visible = true;
+        left += visGroup->objectCount > 0 ? 1 : 0;
+    }
+    const auto show = [&left](const QList<cVisGroup*>& memberships) {
+        for (cVisGroup* visGroup : memberships) {
+            left -= visGroup->visible ? 0 : 1;
+            visGroup->visible = true;
         }
-        for (const cBrushData* brush : brushesOf(entity)) {
-            if (brush->flags & BF_HIDDEN)
-                continue;
-            for (cVisGroup* visGroup : brush->brush->visGroups)
-                visGroup->visible = true;
+    };
+    for (const cEntityData* entity = data.entities; entity && left > 0; entity = entity->next) {
+        if (!(entity->flags & (EF_WORLD | EF_HIDDEN)))
+            show(entity->entity->visGroups);
+        for (const cBrushData* brush = entity->brushes; brush && left > 0; brush = brush->next) {
+            if (!(brush->flags & BF_HIDDEN))
+                show(brush->brush->visGroups);
         }
     }
 }

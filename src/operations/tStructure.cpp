@@ -160,6 +160,8 @@ void deleteSelection(cMap& map) {
         }
         settleOwners(map, owners);
         for (cEntityData* entity : selectedEntities(map)) {
+            for (const cBrushData* brush : brushesOf(entity)) // hidden ones, never selected
+                step->brushDeleted(brush);
             map.leaveGroupEntity(entity, false, true);
             map.freeEntity(entity);
         }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// Gathering the selected objects, and rebuilding what moved: each brush and each owner once.
 #include "operations/tTransformParts.h"
 
 #include "document/tBrushGeometry.h"

@@ -5,6 +5,7 @@
 #include "document/tGroup.h"
 #include "document/tMap.h"
 #include "document/tVisGroup.h"
+#include "support/tHost.h"
 
 #include <QByteArray>
 #include <algorithm>
@@ -80,6 +81,8 @@ static void visGroupSet(cMapData* map, uint32_t id, const char* name, uint32_t n
     if (newId != 0)
         map->map->setVisGroupId(visGroup, newId);
     map->map->markChanged();
+    if (g_host)
+        g_host->visGroupsChanged(*map->map);
 }
 
 static int32_t visGroupGetCount(cMapData* map) {

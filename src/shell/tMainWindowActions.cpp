@@ -121,7 +121,8 @@ QCustomAction* cMainWindow::makeAction(const cCommandRow& row, QObject* parent) 
     }
     const QString tip = row.statusTip ? tr(row.statusTip) : QString();
     action->setStatusTip(tip);
-    action->setToolTip(tooltipWithShortcut(tip.isEmpty() ? tr(row.text) : tip, shortcut));
+    const QString text = tr(row.text).remove(QLatin1Char('&'));
+    action->setToolTip(tooltipWithShortcut(tip.isEmpty() ? text : tip, shortcut));
     action->setCheckable(row.flags & CMD_CHECKABLE);
     action->hideWithoutDocument = !(row.flags & CMD_SHOW_ALWAYS);
     action->disableWithoutDocument = !(row.flags & CMD_ENABLE_ALWAYS);

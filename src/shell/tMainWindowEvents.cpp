@@ -7,6 +7,7 @@
 #include "views/tDocumentViews.h"
 
 #include <QAbstractSpinBox>
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -135,10 +136,13 @@ void cMainWindow::runKeptShortcut(int key, Qt::KeyboardModifiers modifiers) {
 
 void cMainWindow::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isEnter && (event->modifiers() & Qt::AltModifier) && activeChild() &&
-        currentToolId() != TOOL_TEXTURE) {
-        openObjectProperties();
-        return;
+    if (isEnter && (event->modifiers() & Qt::AltModifier)) {
+        for (QAction* action : actions) {
+            if (action->objectName() == QLatin1String("EditProps")) {
+                action->trigger(); // if it is enabled
+                return;
+            }
+        }
     }
     QMainWindow::keyPressEvent(event);
 }

@@ -64,9 +64,12 @@ void cMainWindow::cmdHelpCmdList() {
     for (const QAction* action : actions)
         if (!action->shortcut().isEmpty())
             lines.append(format.arg(action->toolTip(), action->shortcut().toString()));
-    for (const QAction* action : toolActions)
+    for (const QAction* action : toolActions) {
+        const QString tip = action->statusTip();
         if (!action->shortcut().isEmpty())
-            lines.append(format.arg(action->statusTip(), action->shortcut().toString()));
+            lines.append(
+                format.arg(tip.isEmpty() ? action->text() : tip, action->shortcut().toString()));
+    }
     for (QString& line : lines)
         line = line.toHtmlEscaped();
     lines.sort();

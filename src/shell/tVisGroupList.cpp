@@ -7,6 +7,7 @@
 #include <QDropEvent>
 #include <QIcon>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QMouseEvent>
 
 QVisGroupList::QVisGroupList(QWidget* parent) : QListWidget(parent) {
@@ -53,6 +54,7 @@ void QVisGroupList::rebuild(const cMap* map) {
         }
     }
     setSortingEnabled(true);
+    sortItems();
 }
 
 void QVisGroupList::refresh(const cMap& map) {
@@ -61,6 +63,7 @@ void QVisGroupList::refresh(const cMap& map) {
         if (const cVisGroup* group = map.findVisGroup(item(row)->data(ID_ROLE).toUInt()))
             fillItem(item(row), *group);
     setSortingEnabled(true);
+    sortItems();
 }
 
 // ---- Drag and drop
@@ -72,14 +75,24 @@ void QVisGroupList::mousePressEvent(QMouseEvent* event) {
     event->accept();
 }
 
+// Rows of this list, and nothing from elsewhere.
+bool QVisGroupList::isOwnDrag(const QDropEvent* event) const {
+    return m_source && (!event->source() || event->source() == this) &&
+           event->mimeData()->hasFormat(QStringLiteral("application/x-qabstractitemmodeldatalist"));
+}
+
 void QVisGroupList::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->source() == this)
+    if (isOwnDrag(event))
         event->acceptProposedAction();
+    else
+        event->ignore();
 }
 
 void QVisGroupList::dragMoveEvent(QDragMoveEvent* event) {
-    if (event->source() != this)
+    if (!isOwnDrag(event)) {
+        event->ignore();
         return;
+    }
     QListWidgetItem* target = itemAt(event->pos());
     if (target && target != currentItem())
         setCurrentItem(target);
@@ -89,6 +102,10 @@ void QVisGroupList::dragMoveEvent(QDragMoveEvent* event) {
 // The base class would move the row. The merge itself deletes the source item, so the drag must
 // not: it was a copy.
 void QVisGroupList::dropEvent(QDropEvent* event) {
+    if (!isOwnDrag(event)) {
+        event->ignore();
+        return;
+    }
     QListWidgetItem* source = m_source;
     m_source = nullptr;
     event->setDropAction(Qt::CopyAction);

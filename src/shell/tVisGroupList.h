@@ -17,7 +17,8 @@ public:
     void rebuild(const class cMap* map);
     // Texts and icons of the items as they are.
     void refresh(const cMap& map);
-    uint32_t currentId() const; // 0: none
+    uint32_t currentId() const;                                 // 0: none
+    QSize sizeHint() const override { return QSize(160, 120); } // the views want the room
 
 signals:
     void mergeRequested(QListWidgetItem* source, QListWidgetItem* target);
@@ -29,5 +30,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    bool isOwnDrag(const QDropEvent* event) const;
+
     QListWidgetItem* m_source = nullptr; // of the drag
 };

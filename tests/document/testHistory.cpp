@@ -331,7 +331,8 @@ TEST_F(History, morphEndsBeforeAStepAndTheMenuHearsOfIt) {
         void endMorph() override { heard << QStringLiteral("morph"); }
         QStringList heard;
     };
+    cBrushData* brush = addBoxAt(0); // its texture belongs to the host that outlives the map
     cListening listening;
-    raiseStep(addBoxAt(0), "raise");
+    raiseStep(brush, "raise");
     EXPECT_EQ(listening.heard, QStringList({QStringLiteral("morph"), QStringLiteral("history")}));
 }

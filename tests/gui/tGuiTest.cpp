@@ -3,15 +3,34 @@
 #include "gui/tGuiTest.h"
 
 #include "support/tSystem.h"
+#include "views/tCanvas.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTextEdit>
+
+QMenu* menuOf(const cMainWindow& window, const char* title) {
+    for (QAction* action : window.menuBar()->actions())
+        if (action->menu() && action->text() == QLatin1String(title))
+            return action->menu();
+    ADD_FAILURE() << "no menu " << title;
+    return nullptr;
+}
+
+QStringList visibleEntries(const QMenu* menu) {
+    QStringList texts;
+    for (const QAction* action : menu->actions())
+        if (action->isVisible() && !action->isSeparator())
+            texts.append(action->text());
+    return texts;
+}
 
 static constexpr int POLL_INTERVAL = 10; // ms
 
@@ -87,6 +106,7 @@ void cGuiTest::TearDown() {
 }
 
 void cGuiTest::start() {
+    QCursor::setPos(0, 0); // a view under the pointer would become the active one
     window = std::make_unique<cMainWindow>();
     said.clear();
     QObject::connect(window->statusBar(), &QStatusBar::messageChanged, &replies,
@@ -118,13 +138,13 @@ QByteArray cGuiTest::read(const QString& name) const {
     return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
 }
 
-void cGuiTest::writeConfigs(int enabled, int disabled) const {
+void cGuiTest::writeConfigs(int enabled, int disabled, const char* profile) const {
     QByteArray text;
     for (int i = 0; i < enabled + disabled; ++i) {
         const QByteArray number = QByteArray::number(i);
         text += "[Config" + number + "]\nTitle=Game " + number +
-                "\nEnabled=" + (i < enabled ? "true" : "false") +
-                "\nMapProfile=test\nGameData0=" + file(QStringLiteral("test.fgd")).toLocal8Bit() +
+                "\nEnabled=" + (i < enabled ? "true" : "false") + "\nMapProfile=" + profile +
+                "\nGameData0=" + file(QStringLiteral("test.fgd")).toLocal8Bit() +
                 "\nGameBasedir=" + m_folder.path().toLocal8Bit() +
                 "\nMapSourceFileDirectory=" + m_folder.path().toLocal8Bit() + "\n";
     }
@@ -137,6 +157,19 @@ QAction* cGuiTest::action(const char* id, int copy) const {
             return a;
     ADD_FAILURE() << "no action " << id;
     return nullptr;
+}
+
+QCustomAction* cGuiTest::toolAction(int toolIndex) const {
+    for (QCustomAction* a : window->toolActions)
+        if (a->toolIndex == toolIndex)
+            return a;
+    ADD_FAILURE() << "no tool " << toolIndex;
+    return nullptr;
+}
+
+void cGuiTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
+    focus(window->activeCanvas);
+    QTest::keyClick(window->windowHandle(), key, modifiers);
 }
 
 cProject* cGuiTest::newProject() {

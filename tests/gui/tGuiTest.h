@@ -4,6 +4,7 @@
 // expected fails the test and is dismissed, so that nothing hangs.
 #pragma once
 
+#include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
 
@@ -50,6 +51,10 @@ private:
     QTimer m_timer;
 };
 
+// The menu of the bar with that title.
+QMenu* menuOf(const cMainWindow& window, const char* title);
+QStringList visibleEntries(const QMenu* menu);
+
 class cGuiTest : public testing::Test {
 protected:
     void SetUp() override;
@@ -64,10 +69,13 @@ protected:
     QString file(const QString& name) const { return m_folder.filePath(name); }
     void write(const QString& name, const QByteArray& bytes) const;
     QByteArray read(const QString& name) const;
-    void writeConfigs(int enabled, int disabled = 0) const;
+    void writeConfigs(int enabled, int disabled = 0, const char* profile = "test") const;
 
     QAction* action(const char* id, int copy = 0) const; // copy 0 is the menu's
     void trigger(const char* id) const { action(id)->trigger(); }
+    QCustomAction* toolAction(int toolIndex) const;
+    // A press in the active view's window, as the user makes it.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
     cProject* newProject(); // the new one, active
     cProject* active() const { return window->activeProject(); }
     void focus(QWidget* widget) const; // waits until it has it

@@ -14,7 +14,6 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
-#include <QMenuBar>
 #include <QMovie>
 #include <QSettings>
 #include <QStatusBar>
@@ -24,27 +23,11 @@
 
 using ShellTest = cGuiTest;
 
-static QMenu* menuOf(const cMainWindow& window, const char* title) {
-    for (QAction* action : window.menuBar()->actions())
-        if (action->menu() && action->text() == QLatin1String(title))
-            return action->menu();
-    ADD_FAILURE() << "no menu " << title;
-    return nullptr;
-}
-
 static QMenu* elementsMenu(const cMainWindow& window) {
     for (QAction* action : menuOf(window, "&View")->actions())
         if (action->text() == QLatin1String("Screen &Elements"))
             return action->menu();
     return nullptr;
-}
-
-static QStringList visibleEntries(const QMenu* menu) {
-    QStringList texts;
-    for (const QAction* action : menu->actions())
-        if (action->isVisible() && !action->isSeparator())
-            texts.append(action->text());
-    return texts;
 }
 
 TEST_F(ShellTest, withoutDocumentOnlySomeCommandsShow) {

@@ -114,6 +114,16 @@ TEST_F(Structure, deletingTheLastBrushTakesEntityAndGroupsAlong) {
     EXPECT_EQ(host.panes[2], QStringLiteral("no selection."));
 }
 
+TEST_F(Structure, deletedEntityTakesItsHiddenBrushesAlongAndBringsThemBack) {
+    cEntityData* door = map.addEntity("func_door", ORIGIN, 0);
+    cBrushData* panel = addBoxAt(0, door);
+    addBoxAt(128, door)->flags |= BF_HIDDEN;
+    select(panel);
+    selectedPush(map.data.selectedEntities, door);
+    obeysLaw([&] { deleteSelection(map); });
+    EXPECT_EQ(world->next, nullptr);
+}
+
 TEST_F(Structure, partOfAnEntityIsDeletedWhileGroupsAreIgnored) {
     host.IgnoreGroups = true;
     map.updateSelectionMode();

@@ -427,6 +427,7 @@ TEST_F(Transform, modelsTakeTheSmallerGrowthOfTheViewAsTheirScale) {
     expectBox(prop->mins, prop->maxs, {-10, -20, 0, 10, 20, 10});
     map.history->redo();
     expectBox(prop->mins, prop->maxs, {-20, -40, 0, 20, 40, 20});
+    map.freeEntity(prop); // before its class goes
 }
 
 // ---- Clone

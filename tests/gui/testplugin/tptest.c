@@ -23,6 +23,12 @@ void tpEnumProfiles(tpProfileCallback callback, void* library) {
     strcpy(profile.name, "test");
     strcpy(profile.title, "Test game");
     callback(&profile, library);
+
+    strcpy(profile.name, "rich");
+    strcpy(profile.title, "Game with decals and detail");
+    profile.flags = PF_DECALS_WITHOUT_CLASS;
+    profile.detailContentMask = 0x8;
+    callback(&profile, library);
 }
 
 int32_t tpEnumImportFormats(tpFormatCallback callback, void* library) {

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+// The two temporary tools: flight by mouse drags, zoom by clicks.
+#include "gui/tToolTest.h"
+
+#include <QCursor>
+
+class CameraToolTest : public cToolTest {
+protected:
+    void SetUp() override {
+        cToolTest::SetUp();
+        camera = view(VIEW_CAMERA);
+        window->EnergySavingMode = true; // no timer redraws in between
+        focus(camera);
+    }
+    QPoint center() const { return QPoint(camera->centerX, camera->centerY); }
+    // A drag step: the pointer stands so far from the view's centre.
+    void step(int dx, int dy) { moveTo(camera, center() + QPoint(dx, dy)); }
+    void expectOrigin(float x, float y, float z) const {
+        EXPECT_NEAR(camera->origin[0], x, 0.01f);
+        EXPECT_NEAR(camera->origin[1], y, 0.01f);
+        EXPECT_NEAR(camera->origin[2], z, 0.01f);
+    }
+    cCanvas* camera = nullptr;
+};
+
+TEST_F(CameraToolTest, theFirstMoveOnlyCentresThePointer) {
+    window->toolCamera();
+    press(camera, center() + QPoint(40, 30));
+    step(50, 30);
+    EXPECT_TRUE(camera->leftDown);
+    EXPECT_EQ(camera->cursor().shape(), Qt::BlankCursor);
+    EXPECT_FLOAT_EQ(camera->angles[1], 0);
+    settle();
+    EXPECT_EQ(QCursor::pos(), camera->mapToGlobal(center()));
+    release(camera, center());
+    EXPECT_FALSE(camera->leftDown);
+    EXPECT_EQ(camera->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(CameraToolTest, theLeftButtonLooks) {
+    window->toolCamera();
+    window->Sensitivity = 10;
+    press(camera, center());
+    step(1, 0);
+    step(20, 8);
+    EXPECT_FLOAT_EQ(camera->angles[1], -10) << "yaw";
+    EXPECT_FLOAT_EQ(camera->angles[0], -4) << "pitch";
+    window->MouseReverseY = true;
+    step(0, 8);
+    EXPECT_FLOAT_EQ(camera->angles[0], 0);
+    release(camera, center());
+    EXPECT_FALSE(map().history->canUndo());
+    expectOrigin(-16, 0, 64);
+}
+
+TEST_F(CameraToolTest, theRightButtonMovesAndBothGoForward) {
+    window->toolCamera();
+    press(camera, center(), {}, Qt::RightButton);
+    step(1, 0);
+    step(10, -6); // right is -y
+    expectOrigin(-16, -20, 76);
+    press(camera, center() + QPoint(1, 1));
+    step(2, 2); // the second button's first move
+    expectOrigin(-16, -20, 76);
+    step(0, -25);
+    expectOrigin(34, -20, 76);
+    release(camera, center() + QPoint(0, -25));
+    step(0, -2);
+    expectOrigin(34, -20, 80); // back to the right button alone
+    release(camera, center(), {}, Qt::RightButton);
+    EXPECT_FLOAT_EQ(camera->angles[1], 0);
+}
+
+TEST_F(CameraToolTest, freeLookServesAnyTool) {
+    key(camera, Qt::Key_Z);
+    ASSERT_TRUE(camera->mouselook);
+    EXPECT_EQ(camera->cursor().shape(), Qt::BlankCursor);
+    step(12, 0);
+    EXPECT_FLOAT_EQ(camera->angles[1], -6);
+    EXPECT_TRUE(camera->mouselook);
+    key(camera, Qt::Key_Z);
+    step(12, 4);
+    EXPECT_FLOAT_EQ(camera->angles[1], -6);
+    EXPECT_FLOAT_EQ(camera->angles[0], 0);
+}
+
+TEST_F(CameraToolTest, theSpaceBarLendsItsDragsToOtherTools) {
+    addBrush({100, -50, 0}, {150, 50, 100});
+    objectsAdded();
+    QTest::keyPress(camera, Qt::Key_Space);
+    ASSERT_TRUE(camera->spaceLook);
+    step(12, 0);
+    EXPECT_FLOAT_EQ(camera->angles[1], 0) << "no look without a button";
+    press(camera, center() + QPoint(12, 0));
+    EXPECT_EQ(selectedBrushes(), 0) << "the press is not the tool's";
+    step(1, 0);
+    step(12, 0);
+    EXPECT_FLOAT_EQ(camera->angles[1], -6);
+    release(camera, center() + QPoint(12, 0));
+    QTest::keyRelease(camera, Qt::Key_Space);
+    EXPECT_FALSE(camera->spaceLook);
+    EXPECT_EQ(selectedBrushes(), 0);
+}
+
+// ---- Magnify
+
+TEST_F(CameraToolTest, magnifiesByClicks) {
+    window->toolMagnify();
+    const QPoint at = pixel(top, 40, 20);
+    moveTo(top, at);
+    EXPECT_EQ(top->cursor().hotSpot(), QPoint(9, 9));
+    click(top, at);
+    EXPECT_FLOAT_EQ(top->zoom, 2);
+    EXPECT_EQ(pixel(top, 40, 20), at) << "the point under the mouse stays";
+    EXPECT_FLOAT_EQ(view(VIEW_FRONT)->zoom, 1);
+    press(top, at, {}, Qt::RightButton);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    release(top, at, {}, Qt::RightButton);
+    EXPECT_FLOAT_EQ(top->zoom, 1);
+    click(top, at, Qt::ControlModifier);
+    EXPECT_FLOAT_EQ(view(VIEW_FRONT)->zoom, 2);
+    EXPECT_FLOAT_EQ(view(VIEW_SIDE)->zoom, 2);
+    for (int i = 0; i < 12; ++i)
+        click(top, at);
+    EXPECT_FLOAT_EQ(top->zoom, 256);
+    click(camera, center());
+    EXPECT_FLOAT_EQ(top->zoom, 256);
+    EXPECT_EQ(selectedBrushes(), 0);
+}

@@ -1,0 +1,483 @@
+// SPDX-License-Identifier: MIT
+// Drags of the selection by its box and handles, in numbers: what the map holds after the
+// release, and that undo takes it back.
+#include "gui/tToolTest.h"
+
+#include "document/tMapLists.h"
+#include "support/tVec.h"
+
+#include <QDoubleSpinBox>
+#include <QRadioButton>
+
+class SelectDragTest : public cToolTest {
+protected:
+    // A click on the left side of an object, seen from above.
+    void pick(const float* mins, const float* maxs, Qt::KeyboardModifiers modifiers = {}) {
+        click(top, pixel(top, mins[0], (mins[1] + maxs[1]) / 2), modifiers);
+    }
+    void pick(const cBrushData* brush, Qt::KeyboardModifiers modifiers = {}) {
+        pick(brush->mins, brush->maxs, modifiers);
+    }
+    void setMode(int mode) {
+        const int h = top->axisH, v = top->axisV;
+        const QPoint middle =
+            pixel(top, (box().mins[h] + box().maxs[h]) / 2, (box().mins[v] + box().maxs[v]) / 2);
+        for (int i = 0; i < HANDLES_MODES && tool().handleMode != mode; ++i)
+            click(top, middle);
+        ASSERT_EQ(tool().handleMode, mode);
+    }
+    QPoint middleOf(cCanvas* canvas) const {
+        float point[3];
+        box().handlePoint(canvas->axisH, canvas->axisV, BH_NONE, point);
+        return pixel(canvas, point[canvas->axisH], point[canvas->axisV]);
+    }
+    void expectBrush(const cBrushData* brush, std::initializer_list<float> mins,
+                     std::initializer_list<float> maxs) const {
+        expectBounds(brush->mins, brush->maxs, mins, maxs);
+    }
+    // The bounds on one axis of those vertices whose coordinate on another one is at.
+    static void expectSlice(const cBrushData* brush, int along, float at, int axis, float low,
+                            float high) {
+        float least = 1e9f, most = -1e9f;
+        for (const cFaceData* face : facesOf(brush))
+            for (int i = 0; i < face->vertexCount; ++i)
+                if (std::fabs(face->vertices[i].xyz[along] - at) < 0.01f) {
+                    least = std::min(least, face->vertices[i].xyz[axis]);
+                    most = std::max(most, face->vertices[i].xyz[axis]);
+                }
+        EXPECT_NEAR(least, low, 0.01f);
+        EXPECT_NEAR(most, high, 0.01f);
+    }
+};
+
+// ---- Move
+
+TEST_F(SelectDragTest, movesInEachView) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    cEntityData* light = addLight(-40, 32, 32);
+    objectsAdded();
+    pick(brush);
+    pick(light->mins, light->maxs, Qt::ControlModifier);
+    ASSERT_EQ(tool().selectedCount, 2);
+    for (const int type : {VIEW_TOP, VIEW_FRONT, VIEW_SIDE}) {
+        cCanvas* canvas = view(type);
+        float mins[3], maxs[3], origin[3];
+        vecCopy(brush->mins, mins);
+        vecCopy(brush->maxs, maxs);
+        vecCopy(light->origin, origin);
+        const QPoint from = middleOf(canvas);
+        expectUndoable([&] { drag(canvas, from, from + QPoint(32, -16)); });
+        for (float* point : {mins, maxs, origin}) {
+            point[canvas->axisH] += 32;
+            point[canvas->axisV] += 16;
+        }
+        expectBrush(brush, {mins[0], mins[1], mins[2]}, {maxs[0], maxs[1], maxs[2]});
+        for (int i = 0; i < 3; ++i)
+            EXPECT_FLOAT_EQ(light->origin[i], origin[i]);
+        EXPECT_STREQ(undoName(), "Transformation");
+    }
+}
+
+TEST_F(SelectDragTest, theTextAndThePreviewGoWithTheMouseAndTheMapStays) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    pick(brush);
+    const QPoint from = middleOf(top);
+    dragTo(top, from, from + QPoint(16, 0));
+    EXPECT_TRUE(tool().movingPreview);
+    EXPECT_TRUE(brush->flags & BF_MOVING);
+    EXPECT_TRUE(brush->faces->flags & FF_MOVING);
+    EXPECT_EQ(pane(4), QString());
+    settle();
+    const uint64_t revision = map().revision();
+    const int pictures = top->pictureCount();
+    for (int i = 2; i < 6; ++i) {
+        moveTo(top, from + QPoint(16 * i, 0));
+        settle();
+        EXPECT_FLOAT_EQ(box().mins[0], 16.0f * float(i));
+    }
+    EXPECT_EQ(map().revision(), revision);
+    EXPECT_EQ(top->pictureCount(), pictures) << "a step draws over the kept picture";
+    expectBrush(brush, {0, 0, 0}, {64, 64, 64});
+    release(top, from + QPoint(80, 0));
+    EXPECT_FALSE(tool().movingPreview);
+    EXPECT_FALSE(brush->flags & BF_MOVING);
+    EXPECT_FALSE(brush->faces->flags & FF_MOVING);
+    EXPECT_EQ(pane(4), QStringLiteral("64w 64l 64h"));
+    expectBrush(brush, {80, 0, 0}, {144, 64, 64});
+}
+
+TEST_F(SelectDragTest, aDragThatComesBackIsNoStep) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    pick(brush);
+    const QStringList before = dumpById(map());
+    for (int mode = HANDLES_SCALE; mode < HANDLES_MODES; ++mode) {
+        setMode(mode);
+        const QPoint from = mode == HANDLES_SHEAR ? handle(top, BH_TOP) : handle(top, BH_TOP_RIGHT);
+        dragTo(top, from, from + QPoint(32, -32));
+        moveTo(top, from);
+        release(top, from);
+        EXPECT_EQ(tool().handleMode, mode);
+        expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
+    }
+    EXPECT_FALSE(map().history->canUndo());
+    EXPECT_EQ(firstDifference(before, dumpById(map())), QString());
+}
+
+TEST_F(SelectDragTest, withoutTheGridItMovesByWholeUnits) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    window->SnapToGrid = false;
+    pick(brush);
+    const QPoint from = middleOf(top);
+    // The first move lies a pixel lower than the press, and the drag counts from there.
+    drag(top, from, from + QPoint(7, 4));
+    expectBrush(brush, {7, -3, 0}, {71, 61, 64});
+}
+
+TEST_F(SelectDragTest, shiftAtTheReleaseClones) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    cEntityData* light = addLight(-40, 32, 32);
+    objectsAdded();
+    pick(brush);
+    pick(light->mins, light->maxs, Qt::ControlModifier);
+    const QPoint from = middleOf(top);
+    // What undo removes was selected; what was selected before comes back unselected.
+    expectUndoable(
+        [&] {
+            dragTo(top, from, from + QPoint(0, 80));
+            release(top, from + QPoint(0, 80), Qt::ShiftModifier);
+        },
+        false);
+    EXPECT_STREQ(undoName(), "Clone Objects");
+    expectBrush(brush, {0, 0, 0}, {64, 64, 64});
+    EXPECT_FALSE(brush->flags & BF_SELECTED);
+    EXPECT_FLOAT_EQ(light->origin[1], 32);
+    ASSERT_EQ(selectedBrushes(), 1);
+    ASSERT_EQ(selectedEntities(), 1);
+    expectBrush(map().data.selectedBrushes, {0, -80, 0}, {64, -16, 64});
+    EXPECT_FLOAT_EQ(map().data.selectedEntities->origin[1], -48);
+    // The drag inside the box counts until a plain click: a handle clones now, too.
+    const QPoint corner = handle(top, BH_BOTTOM_RIGHT);
+    dragTo(top, corner, corner + QPoint(16, 16));
+    release(top, corner + QPoint(16, 16), Qt::ShiftModifier);
+    EXPECT_STREQ(undoName(), "Clone Objects");
+    click(top, middleOf(top));
+    setMode(HANDLES_SCALE);
+    const QPoint again = handle(top, BH_BOTTOM_RIGHT);
+    dragTo(top, again, again + QPoint(16, 16));
+    release(top, again + QPoint(16, 16), Qt::ShiftModifier);
+    EXPECT_STREQ(undoName(), "Transformation");
+}
+
+TEST_F(SelectDragTest, aDragOnNothingWithoutCtrlOnlyLetsTheViewFollow) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    pick(brush);
+    const QStringList before = dumpById(map());
+    const QPoint from = pixel(top, -64, -64);
+    moveTo(top, from);
+    press(top, from, Qt::ControlModifier); // takes nothing out
+    moveTo(top, from + QPoint(1, 0));
+    moveTo(top, from + QPoint(16, 0));
+    const float offset = top->offsetX;
+    moveTo(top, QPoint(-20, from.y())); // past the view's edge
+    EXPECT_LT(top->offsetX, offset);
+    EXPECT_FALSE(tool().movingPreview);
+    release(top, QPoint(-20, from.y()));
+    EXPECT_FALSE(map().history->canUndo());
+    EXPECT_EQ(firstDifference(before, dumpById(map())), QString());
+    expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
+}
+
+TEST_F(SelectDragTest, escapeInADragDropsItWhenItDropsTheSelection) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    window->ClearSelectionOnEscape = true;
+    pick(brush);
+    const QPoint from = middleOf(top);
+    dragTo(top, from, from + QPoint(32, 0));
+    key(top, Qt::Key_Escape);
+    EXPECT_FALSE(brush->flags & BF_MOVING);
+    release(top, from + QPoint(32, 0));
+    expectBrush(brush, {0, 0, 0}, {64, 64, 64});
+    EXPECT_FALSE(map().history->canUndo());
+}
+
+TEST_F(SelectDragTest, anotherToolEndsADrag) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    pick(brush);
+    const QPoint from = middleOf(top);
+    dragTo(top, from, from + QPoint(32, 0));
+    window->setTool(TOOL_BLOCK);
+    EXPECT_FALSE(brush->flags & BF_MOVING);
+    expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
+    release(top, from + QPoint(32, 0));
+    window->toolSelect();
+    moveTo(top, from);
+    EXPECT_FALSE(tool().dragging);
+    expectBrush(brush, {0, 0, 0}, {64, 64, 64});
+}
+
+// ---- Scale
+
+TEST_F(SelectDragTest, eachHandleScales) {
+    cBrushData* brush = addBrush({-32, -32, 0}, {32, 32, 32});
+    objectsAdded();
+    pick(brush);
+    for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
+        SCOPED_TRACE(number);
+        const uint32_t sides = handleSides(number, 0, 1);
+        const QPoint from = handle(top, number);
+        const int outH = (sides & 1) ? -32 : 32, outV = (sides & 2) ? -32 : 32;
+        expectUndoable([&] { drag(top, from, from + QPoint(outH, -outV)); });
+        expectBrush(brush, {(sides & 1) ? -64.0f : -32.0f, (sides & 2) ? -64.0f : -32.0f, 0.0f},
+                    {(sides & 8) ? 64.0f : 32.0f, (sides & 16) ? 64.0f : 32.0f, 32.0f});
+        EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
+        trigger("EditUndo");
+    }
+}
+
+TEST_F(SelectDragTest, scalingPlacesPointEntitiesAndStopsAtOneUnit) {
+    cBrushData* brush = addBrush({0, 0, 0}, {128, 64, 64});
+    cEntityData* light = addLight(96, 32, 32);
+    objectsAdded();
+    pick(brush);
+    pick(light->mins, light->maxs, Qt::ControlModifier);
+    QPoint from = handle(top, BH_RIGHT);
+    dragTo(top, from, from - QPoint(64, 0));
+    EXPECT_EQ(pane(4), QStringLiteral("64 x 64"));
+    release(top, from - QPoint(64, 0));
+    expectBrush(brush, {0, 0, 0}, {64, 64, 64});
+    EXPECT_NEAR(light->origin[0], 48, 0.01f);
+    EXPECT_NEAR(light->maxs[0] - light->mins[0], 16, 0.01f) << "its box keeps its size";
+    click(top, pixel(top, 100, -90));
+    pick(brush);
+    from = handle(top, BH_RIGHT);
+    dragTo(top, from, from - QPoint(160, 0));
+    EXPECT_EQ(pane(4), QStringLiteral("1 x 64"));
+    release(top, from - QPoint(160, 0));
+    EXPECT_NEAR(brush->maxs[0] - brush->mins[0], 1, 0.01f);
+}
+
+// ---- Rotate
+
+TEST_F(SelectDragTest, rotatesByHalfDegreesAndWithShiftByFifteen) {
+    cBrushData* brush = addBrush({-64, -32, 0}, {64, 32, 32});
+    objectsAdded();
+    pick(brush);
+    setMode(HANDLES_ROTATE);
+    const QPoint from = handle(top, BH_TOP_RIGHT); // the drag begins at 64, 32
+    dragTo(top, from, pixel(top, 20, 80));         // at 75.96 degrees, begun at 26.57
+    EXPECT_EQ(pane(4), QStringLiteral("49.0\u00b0"));
+    EXPECT_EQ(tool().rotAxis, 2);
+    EXPECT_EQ(tool().shearAxis, 0);
+    moveTo(top, pixel(top, 35, 136), Qt::ShiftModifier);
+    EXPECT_EQ(pane(4), QStringLiteral("45.0\u00b0"));
+    window->Default15DegreeRotation = true;
+    moveTo(top, pixel(top, 34, 136), Qt::ShiftModifier);
+    EXPECT_EQ(pane(4), QStringLiteral("49.0\u00b0"));
+    moveTo(top, pixel(top, -46, 90)); // at 117.07: past 90 by half a degree
+    EXPECT_EQ(pane(4), QStringLiteral("90.0\u00b0"));
+    release(top, pixel(top, -46, 90));
+    EXPECT_EQ(tool().handleMode, int(HANDLES_ROTATE)) << "its own transform keeps the mode";
+    expectBrush(brush, {-32, -64, 0}, {32, 64, 32});
+    trigger("EditUndo");
+    expectBrush(brush, {-64, -32, 0}, {64, 32, 32});
+}
+
+TEST_F(SelectDragTest, turnsFromTheFirstAxisOfTheViewToTheSecond) {
+    cBrushData* large = addBrush({-64, -64, -64}, {0, 64, 64});
+    cBrushData* small = addBrush({32, 32, 32}, {64, 48, 48}); // longer on x
+    objectsAdded();
+    window->Default15DegreeRotation = true;
+    pick(large);
+    pick(small, Qt::ControlModifier);
+    setMode(HANDLES_ROTATE);
+    for (const int type : {VIEW_TOP, VIEW_FRONT, VIEW_SIDE}) {
+        SCOPED_TRACE(type);
+        cCanvas* canvas = view(type);
+        const int h = canvas->axisH, v = canvas->axisV;
+        float mins[3], maxs[3];
+        vecCopy(small->mins, mins);
+        vecCopy(small->maxs, maxs);
+        const QPoint from = handle(canvas, BH_TOP_RIGHT);
+        expectUndoable([&] { drag(canvas, from, pixel(canvas, -72, 65)); });
+        EXPECT_NEAR(small->mins[v], mins[h], 0.01f);
+        EXPECT_NEAR(small->maxs[v], maxs[h], 0.01f);
+        EXPECT_NEAR(small->mins[h], -maxs[v], 0.01f);
+        EXPECT_NEAR(small->maxs[h], -mins[v], 0.01f);
+        trigger("EditUndo");
+    }
+}
+
+// ---- Shear
+
+TEST_F(SelectDragTest, eachEdgeShears) {
+    cBrushData* brush = addBrush({-32, -32, 0}, {32, 32, 32});
+    objectsAdded();
+    pick(brush);
+    struct {
+        int handle;
+        int along; // the axis of the two sides, of which the upper or lower one is moved
+        float moved;
+        const char* text;
+    } const cases[] = {{BH_LEFT, 0, -32, "shear: -48"},
+                       {BH_RIGHT, 0, 32, "shear: 48"},
+                       {BH_TOP, 1, 32, "shear: 48"},
+                       {BH_BOTTOM, 1, -32, "shear: -48"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.handle);
+        setMode(HANDLES_SHEAR);
+        const QPoint from = handle(top, c.handle);
+        expectUndoable([&] {
+            dragTo(top, from, from + QPoint(48, -48));
+            EXPECT_EQ(pane(4), QString::fromLatin1(c.text));
+            release(top, from + QPoint(48, -48));
+            EXPECT_EQ(tool().handleMode, int(HANDLES_SHEAR));
+        });
+        const int axis = 1 - c.along;
+        expectSlice(brush, c.along, c.moved, axis, 16, 80);
+        expectSlice(brush, c.along, -c.moved, axis, -32, 32);
+        EXPECT_FLOAT_EQ(brush->maxs[2], 32);
+        trigger("EditUndo");
+    }
+}
+
+// ---- Stretch
+
+class StretchTest : public SelectDragTest {
+protected:
+    void SetUp() override {
+        cToolTest::SetUp();
+        wide = addBrush({-64, -32, 0}, {0, 32, 64});
+        narrow = addBrush({32, 0, 0}, {64, 32, 64});
+        objectsAdded();
+        pick(wide);
+        pick(narrow, Qt::ControlModifier);
+        setMode(HANDLES_STRETCH);
+    }
+    cBrushData* wide = nullptr;
+    cBrushData* narrow = nullptr;
+};
+
+TEST_F(StretchTest, eachObjectFollowsWithTheSideOfTheHandle) {
+    for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
+        SCOPED_TRACE(number);
+        const uint32_t sides = handleSides(number, 0, 1);
+        const QPoint from = handle(top, number);
+        const int outH = (sides & 1) ? -16 : 16, outV = (sides & 2) ? -16 : 16;
+        expectUndoable([&] { drag(top, from, from + QPoint(outH, -outV)); });
+        const auto grown = [sides](uint32_t bit) { return (sides & bit) ? 16.0f : 0.0f; };
+        expectBrush(wide, {-64 - grown(1), -32 - grown(2), 0}, {grown(8), 32 + grown(16), 64});
+        expectBrush(narrow, {32 - grown(1), -grown(2), 0}, {64 + grown(8), 32 + grown(16), 64});
+        EXPECT_EQ(tool().handleMode, int(HANDLES_STRETCH));
+        trigger("EditUndo");
+    }
+}
+
+TEST_F(StretchTest, stopsBeforeAFaceIsThinnerThanTheGridOnThatAxisAlone) {
+    const QPoint from = handle(top, BH_BOTTOM_LEFT);
+    dragTo(top, from, from + QPoint(16, 16)); // the narrow one is a grid step wide now
+    moveTo(top, from + QPoint(32, 32));
+    EXPECT_FLOAT_EQ(box().mins[0], -48);
+    EXPECT_FLOAT_EQ(box().mins[1], -64);
+    release(top, from + QPoint(32, 32));
+    expectBrush(wide, {-48, -64, 0}, {0, 32, 64});
+    expectBrush(narrow, {48, -32, 0}, {64, 32, 64});
+}
+
+// ---- Commands
+
+class TransformCommandTest : public SelectDragTest {
+protected:
+    void SetUp() override {
+        cToolTest::SetUp();
+        left = addBrush({-64, -32, 0}, {-32, 32, 64});
+        right = addBrush({16, 5, 3}, {80, 37, 35});
+        objectsAdded();
+        pick(left);
+        pick(right, Qt::ControlModifier);
+    }
+    void restore() { trigger("EditUndo"); }
+    cBrushData* left = nullptr;
+    cBrushData* right = nullptr;
+};
+
+TEST_F(TransformCommandTest, flipsAndAlignsOnTheAxesOfTheView) {
+    struct {
+        const char* command;
+        const char* step;
+        std::initializer_list<float> leftMins, rightMins;
+    } const cases[] = {
+        {"ToolsFlipH", "Flip Selection", {48, -32, 0}, {-64, 5, 3}},
+        {"ToolsFlipV", "Flip Selection", {-64, -27, 0}, {16, -32, 3}},
+        {"ToolsAlignL", "Align Selection", {-64, -32, 0}, {-64, 5, 3}},
+        {"ToolsAlignR", "Align Selection", {48, -32, 0}, {16, 5, 3}},
+        {"ToolsAlignT", "Align Selection", {-64, -27, 0}, {16, 5, 3}},
+        {"ToolsAlignB", "Align Selection", {-64, -32, 0}, {16, -32, 3}},
+        {"ToolsSnapSel", "Snap to Grid", {-64, -32, 0}, {16, 5, 3}},
+        {"ToolsSnapSel2", "Snap to Grid", {-64, -32, 0}, {16, 0, 0}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.command);
+        trigger(c.command);
+        EXPECT_STREQ(undoName(), c.step);
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_NEAR(left->mins[i], c.leftMins.begin()[i], 0.01f) << "left " << i;
+            EXPECT_NEAR(right->mins[i], c.rightMins.begin()[i], 0.01f) << "right " << i;
+        }
+        EXPECT_FLOAT_EQ(box().mins[0], std::min(left->mins[0], right->mins[0]));
+        restore();
+    }
+    view(VIEW_CAMERA)->activate();
+    for (const char* command : {"ToolsFlipH", "ToolsAlignL"})
+        trigger(command);
+    EXPECT_FALSE(map().history->canUndo()) << "a camera view has no such axes";
+}
+
+TEST_F(TransformCommandTest, theDialogTurnsScalesAndMoves) {
+    struct {
+        const char* mode;
+        double values[3];
+        std::initializer_list<float> mins, maxs; // of right; the selection is -64 -32 0 to 80 37 64
+    } const cases[] = {
+        {"rbMove", {16, -8, 4}, {32, -3, 7}, {96, 29, 39}},
+        {"rbScale", {2, 0, 1}, {24, 5, 3}, {152, 37, 35}},
+        {"rbRotate", {0, 0, 90}, {-26.5f, 10.5f, 3}, {5.5f, 74.5f, 35}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.mode);
+        replies.expect([&c](QWidget* dialog) {
+            EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Transformation"));
+            EXPECT_EQ(dialog->minimumSize(), dialog->maximumSize());
+            EXPECT_TRUE(dialog->findChild<QRadioButton*>(QStringLiteral("rbRotate"))->isChecked());
+            dialog->findChild<QRadioButton*>(QString::fromLatin1(c.mode))->setChecked(true);
+            const QString names[] = {QStringLiteral("sbX"), QStringLiteral("sbY"),
+                                     QStringLiteral("sbZ")};
+            for (int i = 0; i < 3; ++i)
+                dialog->findChild<QDoubleSpinBox*>(names[i])->setValue(c.values[i]);
+            qobject_cast<QDialog*>(dialog)->accept();
+        });
+        expectUndoable([&] { trigger("ToolsTransform"); });
+        EXPECT_STREQ(undoName(), "Transformation");
+        expectBrush(right, c.mins, c.maxs);
+        restore();
+    }
+    replies.expectCancel();
+    trigger("ToolsTransform");
+    EXPECT_FALSE(map().history->canUndo());
+    trigger("EditSelNone");
+    replies.expectBox(QMessageBox::Ok, QStringLiteral("You must select some objects before"));
+    trigger("ToolsTransform");
+}
+
+TEST_F(TransformCommandTest, centresTheViewsOnTheFirstBoxInUse) {
+    trigger("ViewCenterSel");
+    static constexpr float WHOLE_PIXELS = 1;
+    EXPECT_NEAR(top->offsetX, 8, WHOLE_PIXELS);
+    EXPECT_NEAR(top->offsetY, -2.5f, WHOLE_PIXELS);
+    EXPECT_NEAR(view(VIEW_SIDE)->offsetY, -32, WHOLE_PIXELS);
+}

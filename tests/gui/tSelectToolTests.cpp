@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: MIT
+// Clicks, rubber bands, menus, cursors and texts of the selection tool. Its drags stand in
+// tSelectDragTests.cpp.
+#include "gui/tToolTest.h"
+
+#include "document/tMapLists.h"
+
+class SelectToolTest : public cToolTest {};
+
+static bool isPicked(const cBrushData* brush) {
+    return (brush->flags & BF_SELECTED) != 0;
+}
+
+// ---- Clicks
+
+TEST_F(SelectToolTest, aClickSelectsWhatIsUnderItAndEmptySpaceSelectsNothing) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    cBrushData* other = addBrush({-96, 0, 0}, {-32, 64, 64});
+    objectsAdded();
+    click(top, pixel(top, 0, 32)); // on its line
+    EXPECT_TRUE(isPicked(brush));
+    EXPECT_TRUE(box().active);
+    EXPECT_EQ(pane(2), QStringLiteral("solid with 6 faces."));
+    EXPECT_EQ(pane(4), QStringLiteral("64w 64l 64h"));
+    click(top, pixel(top, -96, 32));
+    EXPECT_TRUE(isPicked(other) && !isPicked(brush));
+    click(top, pixel(top, -64, 32)); // inside its box: the next mode, and nothing picked
+    EXPECT_TRUE(isPicked(other));
+    EXPECT_EQ(tool().handleMode, int(HANDLES_ROTATE));
+    click(top, pixel(top, 0, -90));
+    EXPECT_EQ(selectedBrushes(), 0);
+    EXPECT_FALSE(box().active);
+    EXPECT_EQ(pane(4), QString());
+    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
+    EXPECT_FALSE(map().history->canUndo());
+}
+
+TEST_F(SelectToolTest, ctrlTakesInAndOut) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    cEntityData* light = addLight(-64, 0, 0);
+    objectsAdded();
+    click(top, pixel(top, 0, 32));
+    click(top, pixel(top, -72, 0), Qt::ControlModifier);
+    EXPECT_EQ(selectedBrushes() + selectedEntities(), 2);
+    EXPECT_EQ(pane(4), QStringLiteral("136w 72l 72h"));
+    click(top, pixel(top, 30, -80), Qt::ControlModifier); // nothing there: all stays
+    EXPECT_EQ(selectedBrushes() + selectedEntities(), 2);
+    click(top, pixel(top, 0, 32), Qt::ControlModifier);
+    EXPECT_FALSE(isPicked(brush));
+    EXPECT_TRUE(light->flags & EF_SELECTED);
+    click(top, pixel(top, -72, 0), Qt::ControlModifier);
+    EXPECT_EQ(selectedEntities(), 0);
+    EXPECT_FALSE(box().active);
+}
+
+TEST_F(SelectToolTest, thePressThatSelectsCannotDrag) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    drag(top, pixel(top, 0, 32), pixel(top, 48, 80));
+    EXPECT_TRUE(isPicked(brush));
+    expectBounds(brush->mins, brush->maxs, {0, 0, 0}, {64, 64, 64});
+    EXPECT_FALSE(map().history->canUndo());
+    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
+}
+
+TEST_F(SelectToolTest, theCameraPicksTheNearestFace) {
+    cBrushData* near = addBrush({100, -50, 0}, {150, 50, 100});
+    cBrushData* far = addBrush({200, -200, 0}, {250, 200, 100});
+    objectsAdded();
+    cCanvas* camera = view(VIEW_CAMERA); // looks along x from x = -16
+    const QPoint middle(camera->width() / 2, camera->height() / 2);
+    click(camera, middle);
+    EXPECT_TRUE(isPicked(near) && !isPicked(far));
+    float edge[2];
+    const float farPoint[3] = {200, 150, 64};
+    ASSERT_TRUE(camera->projectToScreen(farPoint, edge));
+    click(camera, QPoint(qRound(edge[0]), qRound(edge[1])), Qt::ControlModifier);
+    EXPECT_TRUE(isPicked(near) && isPicked(far));
+    click(camera, QPoint(middle.x(), 40));
+    EXPECT_EQ(selectedBrushes(), 0) << "the sky";
+}
+
+TEST_F(SelectToolTest, clicksInTheBoxGoThroughTheModes) {
+    addBrush({0, 0, 0}, {64, 64, 64});
+    addLight(-64, 0, 0);
+    objectsAdded();
+    click(top, pixel(top, 0, 32));
+    const int solid[] = {HANDLES_ROTATE, HANDLES_SHEAR, HANDLES_STRETCH, HANDLES_SCALE};
+    for (const int mode : solid) {
+        click(top, pixel(top, 32, 32));
+        EXPECT_EQ(tool().handleMode, mode);
+    }
+    click(top, pixel(top, 32, 32));
+    click(top, pixel(top, -72, 0));
+    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE)) << "another object starts anew";
+    const int point[] = {HANDLES_ROTATE, HANDLES_SHEAR, HANDLES_SCALE};
+    for (const int mode : point) {
+        click(top, pixel(top, -64, 0));
+        EXPECT_EQ(tool().handleMode, mode) << "a point entity has no stretch";
+    }
+}
+
+// ---- Rubber band
+
+class RubberBandTest : public cToolTest {
+protected:
+    void SetUp() override {
+        cToolTest::SetUp();
+        inside = addBrush({-64, -64, 1000}, {-32, -32, 1032}); // whatever its depth
+        touched = addBrush({-16, -64, 0}, {80, -32, 32});      // its centre lies outside
+        centred = addBrush({-128, -64, 0}, {-48, -32, 32});
+        objectsAdded();
+    }
+    void drawBand(Qt::KeyboardModifiers modifiers = {}) {
+        drag(top, pixel(top, -96, -96), pixel(top, 0, 0), modifiers);
+    }
+    std::string selected() const {
+        return std::string(isPicked(inside) ? "i" : "-") + (isPicked(touched) ? "t" : "-") +
+               (isPicked(centred) ? "c" : "-");
+    }
+    cBrushData* inside = nullptr;
+    cBrushData* touched = nullptr;
+    cBrushData* centred = nullptr;
+};
+
+TEST_F(RubberBandTest, enterSelectsInThreeWays) {
+    struct {
+        Qt::KeyboardModifiers modifiers;
+        bool byHandles;
+        const char* selected;
+    } const cases[] = {{{}, false, "itc"},
+                       {Qt::ShiftModifier, false, "i--"},
+                       {{}, true, "i-c"},
+                       {Qt::ShiftModifier, true, "i-c"},
+                       {Qt::ShiftModifier | Qt::ControlModifier, false, "itc"}};
+    for (const auto& c : cases) {
+        window->SelectByHandles = c.byHandles;
+        drawBand();
+        EXPECT_TRUE(tool().rubberBand);
+        EXPECT_EQ(pane(4), QStringLiteral("96w 96l 0h"));
+        EXPECT_EQ(selected(), "---");
+        key(top, Qt::Key_Return, c.modifiers);
+        EXPECT_EQ(selected(), c.selected);
+        EXPECT_FALSE(tool().rubberBand);
+        click(top, pixel(top, 100, 60));
+        EXPECT_EQ(selected(), "---");
+    }
+    EXPECT_FALSE(map().history->canUndo());
+}
+
+TEST_F(RubberBandTest, theTextTellsItsSizeWhileItIsDrawn) {
+    dragTo(top, pixel(top, -96, -96), pixel(top, 32, 0));
+    EXPECT_EQ(pane(4), QStringLiteral("128 x 96"));
+    EXPECT_TRUE(tool().dragging);
+    key(top, Qt::Key_Escape);
+    EXPECT_FALSE(box().active);
+    EXPECT_EQ(pane(4), QString());
+    moveTo(top, pixel(top, 48, 0)); // the button is still held
+    release(top, pixel(top, 48, 0));
+    EXPECT_FALSE(box().active);
+    EXPECT_EQ(selected(), "---");
+}
+
+TEST_F(RubberBandTest, autoSelectionNeedsNoEnter) {
+    window->SelectAuto = true;
+    drawBand(Qt::ShiftModifier);
+    EXPECT_EQ(selected(), "i--");
+    drag(top, pixel(top, 112, -96), pixel(top, 60, -40), Qt::ControlModifier);
+    EXPECT_EQ(selected(), "it-") << "with Ctrl it adds";
+    EXPECT_FALSE(map().history->canUndo());
+}
+
+TEST_F(RubberBandTest, withASelectionItNeedsCtrlAndNeverMovesWhatIsSelected) {
+    click(top, pixel(top, 80, -48)); // touched
+    EXPECT_EQ(selected(), "-t-");
+    // A drag that leaves the press without an object deselects, so the press goes with Ctrl.
+    drawBand(Qt::ControlModifier);
+    EXPECT_TRUE(tool().rubberBand);
+    EXPECT_EQ(selected(), "-t-");
+    EXPECT_FALSE(map().history->canUndo());
+    // The band is moved and widened by itself.
+    drag(top, pixel(top, -50, -20), pixel(top, -18, -20));
+    expectBounds(box().mins, box().maxs, {-64, -96, 16}, {32, 0, 16});
+    drag(top, handle(top, BH_TOP), handle(top, BH_TOP) - QPoint(0, 32));
+    EXPECT_FLOAT_EQ(box().maxs[1], 32);
+    EXPECT_FALSE(map().history->canUndo());
+    EXPECT_FALSE(touched->flags & BF_MOVING);
+    key(top, Qt::Key_Escape);
+    EXPECT_EQ(selected(), "-t-");
+    expectBounds(box().mins, box().maxs, {-16, -64, 0}, {80, -32, 32});
+}
+
+TEST_F(RubberBandTest, theSelectMenuDoesAsTheKeysDo) {
+    struct {
+        const char* command;
+        const char* selected;
+    } const cases[] = {
+        {"EditSelTouch", "itc"}, {"EditSelInside", "i--"}, {"EditSelHandles", "i-c"}};
+    for (const auto& c : cases) {
+        drawBand();
+        trigger(c.command);
+        EXPECT_EQ(selected(), c.selected) << c.command;
+        trigger("EditSelNone");
+    }
+}
+
+// ---- Escape
+
+TEST_F(SelectToolTest, escapeDropsTheSelectionOnlyIfToldTo) {
+    addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    click(top, pixel(top, 0, 32));
+    key(top, Qt::Key_Escape);
+    EXPECT_EQ(selectedBrushes(), 1);
+    window->ClearSelectionOnEscape = true;
+    key(top, Qt::Key_Escape);
+    EXPECT_EQ(selectedBrushes(), 0);
+    EXPECT_FALSE(box().active);
+    EXPECT_FALSE(tool().overBox);
+}
+
+// ---- Menus
+
+static QString openMenuName() {
+    const auto* menu = qobject_cast<const QMenu*>(QApplication::activePopupWidget());
+    return menu ? menu->accessibleName() : QString();
+}
+
+class SelectMenuTest : public cToolTest {
+protected:
+    QString menuAt(cCanvas* canvas, const QPoint& at) {
+        moveTo(canvas, at);
+        press(canvas, at, {}, Qt::RightButton);
+        const QString name = openMenuName();
+        if (QWidget* popup = QApplication::activePopupWidget())
+            popup->close();
+        release(canvas, at, {}, Qt::RightButton);
+        settle();
+        return name;
+    }
+};
+
+TEST_F(SelectMenuTest, theMenuFollowsFromWhatIsUnderTheMouse) {
+    addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    cCanvas* camera = view(VIEW_CAMERA);
+    const QPoint middle(camera->width() / 2, camera->height() / 2);
+    EXPECT_EQ(menuAt(top, pixel(top, 32, 32)), QStringLiteral("Operations"));
+    EXPECT_EQ(menuAt(camera, middle), QString());
+    click(top, pixel(top, 0, 32));
+    EXPECT_EQ(menuAt(top, pixel(top, 32, 32)), QStringLiteral("Selection"));
+    EXPECT_EQ(menuAt(top, pixel(top, -64, 32)), QStringLiteral("Operations"));
+    EXPECT_EQ(menuAt(camera, middle), QStringLiteral("Selection"));
+    EXPECT_EQ(selectedBrushes(), 1);
+    focus(top);
+    click(top, pixel(top, -90, -90));
+    drag(top, pixel(top, -96, -96), pixel(top, -32, -32));
+    EXPECT_EQ(menuAt(top, pixel(top, -64, -64)), QStringLiteral("Select"));
+    EXPECT_EQ(menuAt(top, pixel(top, 32, 32)), QStringLiteral("Operations"));
+}
+
+// ---- Cursors
+
+TEST_F(SelectToolTest, theCursorTellsWhatTheHandleDoes) {
+    static const Qt::CursorShape size[] = {
+        Qt::ArrowCursor,     Qt::SizeFDiagCursor, Qt::SizeBDiagCursor,
+        Qt::SizeBDiagCursor, Qt::SizeFDiagCursor, Qt::SizeHorCursor,
+        Qt::SizeHorCursor,   Qt::SizeVerCursor,   Qt::SizeVerCursor};
+    addBrush({-32, -32, 0}, {64, 64, 64});
+    objectsAdded();
+    click(top, pixel(top, -32, 32));
+    for (int mode = HANDLES_SCALE; mode < HANDLES_MODES; ++mode) {
+        ASSERT_EQ(tool().handleMode, mode);
+        for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
+            SCOPED_TRACE(testing::Message() << "mode " << mode << " handle " << number);
+            const bool corner = number <= BH_BOTTOM_RIGHT;
+            moveTo(top, pixel(top, 100, -90));
+            moveTo(top, handle(top, number));
+            Qt::CursorShape expected = size[number];
+            if (mode == HANDLES_ROTATE)
+                expected = corner ? Qt::BitmapCursor : Qt::ArrowCursor;
+            else if (mode == HANDLES_SHEAR)
+                expected = corner ? Qt::ArrowCursor
+                                  : (number <= BH_RIGHT ? Qt::SizeVerCursor : Qt::SizeHorCursor);
+            EXPECT_EQ(top->cursor().shape(), expected);
+        }
+        moveTo(top, pixel(top, 15, 16));
+        moveTo(top, pixel(top, 16, 16));
+        EXPECT_EQ(top->cursor().shape(), Qt::BitmapCursor) << "the cross inside the box";
+        EXPECT_EQ(top->cursor().hotSpot(), QPoint(16, 15));
+        click(top, pixel(top, 16, 16));
+    }
+    window->CrosshairCursor = false;
+    moveTo(top, pixel(top, 100, -90));
+    moveTo(top, pixel(top, 16, 16));
+    EXPECT_EQ(top->cursor().shape(), Qt::ArrowCursor);
+}

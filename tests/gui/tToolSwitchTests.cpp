@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+// How one tool takes another's place: by buttons, by keys, for a while, and with face mode.
+#include "gui/tGuiTest.h"
+#include "support/tMapTools.h"
+#include "views/tCanvas.h"
+
+namespace {
+
+// Counts what it is told.
+class cSpyTool : public cTool {
+public:
+    void apply(cCanvas*) override { ++applied; }
+    void setCanvas(cCanvas*) override { ++notified; }
+    void reselect() override { ++reselected; }
+    void deactivate() override { ++deactivated; }
+
+    int applied = 0;
+    int notified = 0;
+    int reselected = 0;
+    int deactivated = 0;
+};
+
+} // namespace
+
+class ToolSwitchTest : public cGuiTest {
+protected:
+    void startWithSpies() {
+        start();
+        for (int id = 0; id < TOOL_COUNT; ++id) {
+            auto spy = std::make_unique<cSpyTool>();
+            spy->setId(id);
+            spies[id] = spy.get();
+            window->tools[size_t(id)] = std::move(spy);
+        }
+        window->currentTool = window->tools[TOOL_SELECT].get();
+        newProject();
+    }
+
+    bool isBuilt(int id) const { return id <= TOOL_CAMERA; }
+
+    // Presses the tool's button; a tool that is not built says so after its switch.
+    void choose(int id) {
+        if (!isBuilt(id))
+            replies.expectBox(QMessageBox::Ok, QStringLiteral("is still under development"));
+        toolAction(id)->trigger();
+    }
+
+    // The tools whose buttons are checked.
+    QString checkedTools() const {
+        QString text;
+        for (const QCustomAction* a : window->toolActions)
+            if (a->isChecked())
+                text += QStringLiteral(" %1").arg(a->toolIndex);
+        return text.trimmed();
+    }
+
+    cSpyTool* spies[TOOL_COUNT] = {};
+};
+
+TEST_F(ToolSwitchTest, eachButtonMakesItsToolCurrentAndStaysDown) {
+    startWithSpies();
+    EXPECT_EQ(checkedTools(), QStringLiteral("0"));
+    const int order[] = {TOOL_ENTITY, TOOL_BLOCK, TOOL_CLIP, TOOL_VERTEX, TOOL_PATH, TOOL_SELECT};
+    int before = TOOL_SELECT;
+    for (int id : order) {
+        choose(id);
+        EXPECT_EQ(window->currentToolId(), id);
+        EXPECT_EQ(checkedTools(), QString::number(id));
+        EXPECT_EQ(spies[before]->deactivated, 1) << before;
+        spies[before]->deactivated = 0;
+        before = id;
+        choose(id); // again
+        EXPECT_EQ(window->currentToolId(), id);
+        EXPECT_EQ(checkedTools(), QString::number(id)) << "the press itself would uncheck it";
+        EXPECT_EQ(spies[id]->reselected, id == TOOL_CLIP || id == TOOL_VERTEX) << id;
+        EXPECT_EQ(spies[id]->deactivated, 0) << id;
+    }
+}
+
+TEST_F(ToolSwitchTest, temporaryToolsLetAnotherGoOn) {
+    startWithSpies();
+    choose(TOOL_BLOCK);
+    choose(TOOL_MAGNIFY);
+    EXPECT_EQ(window->suspendedTool, spies[TOOL_BLOCK]);
+    choose(TOOL_CAMERA);
+    EXPECT_EQ(window->suspendedTool, spies[TOOL_BLOCK]) << "the first one stays";
+    EXPECT_EQ(checkedTools(), QStringLiteral("2"));
+    choose(TOOL_BLOCK);
+    EXPECT_EQ(window->currentTool, spies[TOOL_BLOCK]);
+    EXPECT_EQ(window->suspendedTool, nullptr);
+    EXPECT_EQ(spies[TOOL_BLOCK]->deactivated, 0) << "it keeps its box";
+
+    choose(TOOL_MAGNIFY);
+    choose(TOOL_CLIP);
+    EXPECT_EQ(spies[TOOL_BLOCK]->deactivated, 1) << "another tool ends it";
+    EXPECT_EQ(window->suspendedTool, nullptr);
+    choose(TOOL_CAMERA);
+    choose(TOOL_SELECT);
+    EXPECT_EQ(spies[TOOL_CLIP]->deactivated, 1);
+    EXPECT_EQ(window->suspendedTool, nullptr);
+    choose(TOOL_MAGNIFY);
+    EXPECT_EQ(window->suspendedTool, nullptr) << "the selection tool is replaced";
+}
+
+TEST_F(ToolSwitchTest, cordonHasItsButtonAmongTheOperations) {
+    startWithSpies();
+    replies.expectBox(QMessageBox::Ok, QStringLiteral("\"Edit cordon bounds\""));
+    trigger("ToolsCordonB");
+    EXPECT_EQ(window->currentToolId(), int(TOOL_CORDON));
+    EXPECT_EQ(checkedTools(), QString());
+    EXPECT_TRUE(action("ToolsCordonB")->isChecked());
+    choose(TOOL_SELECT);
+    EXPECT_FALSE(action("ToolsCordonB")->isChecked());
+}
+
+TEST_F(ToolSwitchTest, keysChooseTools) {
+    startWithSpies();
+    const struct {
+        Qt::Key key;
+        int id;
+    } cases[] = {{Qt::Key_G, TOOL_MAGNIFY}, {Qt::Key_C, TOOL_CAMERA}, {Qt::Key_E, TOOL_ENTITY},
+                 {Qt::Key_B, TOOL_BLOCK},   {Qt::Key_X, TOOL_CLIP},   {Qt::Key_V, TOOL_VERTEX},
+                 {Qt::Key_P, TOOL_PATH},    {Qt::Key_S, TOOL_SELECT}, {Qt::Key_A, TOOL_TEXTURE}};
+    for (const auto& c : cases) {
+        if (!isBuilt(c.id))
+            replies.expectBox(QMessageBox::Ok, QStringLiteral("is still under development"));
+        press(c.key, Qt::ShiftModifier);
+        EXPECT_TRUE(answered());
+        EXPECT_EQ(window->currentToolId(), c.id);
+    }
+}
+
+TEST_F(ToolSwitchTest, faceModeDropsObjectsAndItsMaskWithoutKeep) {
+    startWithSpies();
+    static const float mins[3] = {-16, -16, -16};
+    static const float maxs[3] = {16, 16, 16};
+    cMap& map = *active()->map;
+    addBox(map, map.world(), mins, maxs);
+    trigger("EditSelAll");
+    choose(TOOL_TEXTURE);
+    EXPECT_EQ(window->currentToolId(), int(TOOL_TEXTURE));
+    EXPECT_FALSE(map.hasSelection());
+    window->HideMask |= HM_FACE_MASK;
+    toolAction(TOOL_TEXTURE)->trigger(); // the way out
+    EXPECT_EQ(window->currentToolId(), int(TOOL_SELECT));
+    EXPECT_EQ(checkedTools(), QStringLiteral("0"));
+    EXPECT_TRUE(window->HideMask & HM_FACE_MASK);
+    window->KeepHideMask = false;
+    choose(TOOL_CLIP);
+    EXPECT_FALSE(window->HideMask & HM_FACE_MASK);
+}
+
+TEST_F(ToolSwitchTest, creatingAppliesTheCurrentToolAndSelectingTellsAll) {
+    startWithSpies();
+    choose(TOOL_ENTITY);
+    trigger("EditCreate");
+    EXPECT_EQ(spies[TOOL_ENTITY]->applied, 1);
+    EXPECT_EQ(spies[TOOL_SELECT]->applied, 0);
+    for (const cSpyTool* spy : spies)
+        const_cast<cSpyTool*>(spy)->notified = 0;
+    trigger("EditSelAll");
+    for (const cSpyTool* spy : spies)
+        EXPECT_EQ(spy->notified, 1) << spy->getId();
+}
+
+TEST_F(ToolSwitchTest, morphModeIsLeftOnlyByConsent) {
+    startWithSpies();
+    EXPECT_TRUE(window->confirmLeaveMorph());
+    choose(TOOL_VERTEX);
+    choose(TOOL_CAMERA); // suspended, it morphs still
+    const QString question = QStringLiteral("You must exit morph mode to perform this operation.\n"
+                                            "Do you want to do this now?");
+    replies.expectBox(QMessageBox::No, question);
+    EXPECT_FALSE(window->confirmLeaveMorph());
+    EXPECT_EQ(window->suspendedTool, spies[TOOL_VERTEX]);
+    replies.expectBox(QMessageBox::Yes, question);
+    EXPECT_TRUE(window->confirmLeaveMorph());
+    EXPECT_EQ(window->currentToolId(), int(TOOL_SELECT));
+    EXPECT_EQ(spies[TOOL_VERTEX]->deactivated, 1);
+}
