@@ -9,6 +9,7 @@
 class cVisGroup;
 struct cDrawStats;
 struct cTransformRecord;
+struct cViewInfo;
 
 class cBrush {
 public:
@@ -23,7 +24,7 @@ public:
 
     // The edges where a transform would put them, into the shared batch; defined in views/. Pass
     // flags say whether selected and unselected brushes are drawn.
-    void drawTransformed(cDrawStats& stats, uint32_t passFlags,
+    void drawTransformed(const cViewInfo& view, cDrawStats& stats, uint32_t passFlags,
                          const cTransformRecord& record) const;
 
     cBrushData* data;

@@ -110,8 +110,7 @@ public:
     cTool* cameraTool() const override;
     QMenu* popupMenu(const char* title) const override;
     QGLWidget* shareWidget() override;
-    // Nothing opens while there is no properties dialog.
-    void openObjectProperties() override {}
+    void openObjectProperties() override; // as by its command, where that is enabled
     void updateViewControls() override;
     bool isActiveWindow(const cChildWindow* window) const override;
     const QCursor& toolCursor(eToolCursor cursor) const override { return m_toolCursors[cursor]; }

@@ -131,3 +131,12 @@ void cMainWindow::cmdEditProperties() {
     if (activeChild() && currentToolId() != TOOL_TEXTURE)
         msgFeatureUnderDevelopment();
 }
+
+void cMainWindow::openObjectProperties() {
+    for (QAction* action : actions) {
+        if (action->objectName() == QLatin1String("EditProps")) {
+            action->trigger();
+            return;
+        }
+    }
+}

@@ -7,7 +7,6 @@
 #include "views/tDocumentViews.h"
 
 #include <QAbstractSpinBox>
-#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -137,12 +136,8 @@ void cMainWindow::runKeptShortcut(int key, Qt::KeyboardModifiers modifiers) {
 void cMainWindow::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && (event->modifiers() & Qt::AltModifier)) {
-        for (QAction* action : actions) {
-            if (action->objectName() == QLatin1String("EditProps")) {
-                action->trigger(); // if it is enabled
-                return;
-            }
-        }
+        openObjectProperties();
+        return;
     }
     QMainWindow::keyPressEvent(event);
 }

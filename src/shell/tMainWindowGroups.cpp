@@ -227,8 +227,7 @@ void cMainWindow::mergeVisGroups(QListWidgetItem* source, QListWidgetItem* targe
     const uint32_t targetId = target->data(QVisGroupList::ID_ROLE).toUInt();
     if (!project->map->mergeVisGroups(sourceId, targetId))
         return;
-    delete source;
-    m_visGroups->refresh(*project->map);
+    rebuildVisGroupList(); // the target stays current, the source is gone
     redrawAllViews(REDRAW_ALL);
 }
 

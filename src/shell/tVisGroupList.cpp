@@ -29,13 +29,24 @@ static void fillItem(QListWidgetItem* item, const cVisGroup& group) {
     static const QString on = QStringLiteral(":/qrc/vg_on.png");
     static const QString off = QStringLiteral(":/qrc/vg_off.png");
     item->setText(itemText(group));
+    item->setToolTip(item->text()); // the dock may be narrow
     item->setIcon(QIcon(group.visible ? on : off));
     item->setData(QVisGroupList::ID_ROLE, group.id);
 }
 
+static uint32_t idOf(const QListWidgetItem* item) {
+    return item ? item->data(QVisGroupList::ID_ROLE).toUInt() : 0;
+}
+
 uint32_t QVisGroupList::currentId() const {
-    const QListWidgetItem* item = currentItem();
-    return item ? item->data(ID_ROLE).toUInt() : 0;
+    return idOf(currentItem());
+}
+
+QListWidgetItem* QVisGroupList::itemOf(uint32_t id) const {
+    for (int row = 0; row < count(); ++row)
+        if (idOf(item(row)) == id)
+            return item(row);
+    return nullptr;
 }
 
 void QVisGroupList::rebuild(const cMap* map) {
@@ -60,7 +71,7 @@ void QVisGroupList::rebuild(const cMap* map) {
 void QVisGroupList::refresh(const cMap& map) {
     setSortingEnabled(false); // an item that moves would be met twice
     for (int row = 0; row < count(); ++row)
-        if (const cVisGroup* group = map.findVisGroup(item(row)->data(ID_ROLE).toUInt()))
+        if (const cVisGroup* group = map.findVisGroup(idOf(item(row))))
             fillItem(item(row), *group);
     setSortingEnabled(true);
     sortItems();
@@ -106,16 +117,23 @@ void QVisGroupList::dropEvent(QDropEvent* event) {
         event->ignore();
         return;
     }
-    QListWidgetItem* source = m_source;
+    const uint32_t source = idOf(m_source);
+    const uint32_t target = currentId();
     m_source = nullptr;
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    if (!source || !currentItem() || currentItem() == source)
-        return;
+    if (source && target && target != source)
+        askToMerge(source, target);
+}
+
+// By ids: the list may be rebuilt while the question is up.
+void QVisGroupList::askToMerge(uint32_t source, uint32_t target) {
     const auto answer = QMessageBox::question(this, QStringLiteral("Karvex"), tr("Combine groups?"),
                                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-    if (answer == QMessageBox::Yes)
-        emit mergeRequested(source, currentItem());
-    else
-        setCurrentItem(source);
+    QListWidgetItem* sourceItem = itemOf(source);
+    QListWidgetItem* targetItem = itemOf(target);
+    if (answer != QMessageBox::Yes)
+        setCurrentItem(sourceItem);
+    else if (sourceItem && targetItem)
+        emit mergeRequested(sourceItem, targetItem);
 }

@@ -18,7 +18,7 @@ public:
     // Texts and icons of the items as they are.
     void refresh(const cMap& map);
     uint32_t currentId() const;                                 // 0: none
-    QSize sizeHint() const override { return QSize(160, 120); } // the views want the room
+    QSize sizeHint() const override { return QSize(190, 120); } // the views want the room
 
 signals:
     void mergeRequested(QListWidgetItem* source, QListWidgetItem* target);
@@ -31,6 +31,8 @@ protected:
 
 private:
     bool isOwnDrag(const QDropEvent* event) const;
+    void askToMerge(uint32_t source, uint32_t target);
+    QListWidgetItem* itemOf(uint32_t id) const;
 
     QListWidgetItem* m_source = nullptr; // of the drag
 };

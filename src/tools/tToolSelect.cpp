@@ -97,7 +97,6 @@ bool cToolSelect::escape(cCanvas* canvas) {
         skipModeReset = true;
         setCanvas(canvas);
     } else if (g_host->ClearSelectionOnEscape && hasObjects(map)) {
-        setMoving(map, false);
         map.clearSelection();
         setCanvas(canvas);
         g_viewHost->updateUi();
@@ -316,25 +315,14 @@ void cToolSelect::leaveBox() {
 
 // ---- The selection
 
-// Flags that outlived a drag, since the selection changed under it.
-static void dropMovingFlags(cBrushData* brush) {
-    if (!(brush->flags & BF_MOVING))
-        return;
-    brush->flags &= ~uint32_t(BF_MOVING);
-    for (cFaceData* face : facesOf(brush))
-        face->flags &= ~uint32_t(FF_MOVING);
-}
-
 void cToolSelect::measureSelection(const cCanvas& canvas, cSelectionBox& box) {
     const cMapData& data = canvas.map()->data;
-    for (cEntityData* entity : selectedEntitiesOf(data)) {
-        entity->flags &= ~uint32_t(EF_MOVING);
+    for (const cEntityData* entity : selectedEntitiesOf(data)) {
         box.addPoint(entity->mins);
         box.addPoint(entity->maxs);
         ++selectedCount;
     }
-    for (cBrushData* brush : selectedBrushesOf(data)) {
-        dropMovingFlags(brush);
+    for (const cBrushData* brush : selectedBrushesOf(data)) {
         box.addPoint(brush->mins);
         box.addPoint(brush->maxs);
         ++selectedCount;

@@ -8,6 +8,8 @@
 #include "views/tMovingPreview.h"
 #include "views/tTool.h"
 
+#include <vector>
+
 class QString;
 class cMap;
 class cSelectionBox;
@@ -85,6 +87,8 @@ private:
     bool stretchFits(const cMap& map, int axis) const;
     void buildMatrix(const cCanvas& canvas, const cSelectionBox& box, eMatrix mode);
     void setMoving(cMap& map, bool moving);
+    void startMoving(cMap& map);
+    void endMoving(cMap& map);
     cTransformRecord transformRecord(const cCanvas& canvas, Qt::KeyboardModifiers modifiers) const;
     // tToolSelectDraw.cpp
     void drawOutline(cCanvas* canvas, const cSelectionBox& box) const;
@@ -95,6 +99,8 @@ private:
     eDrag m_drag = DRAG_NONE;
     Qt::KeyboardModifiers m_modifiers; // of the last drag step
     cMovingPreview m_preview;
+    std::vector<uint32_t> m_movingEntities; // ids of what has the moving flags
+    std::vector<uint32_t> m_movingBrushes;
 };
 
 // The objects that the selection box of the canvas's document takes in, whatever their depth in

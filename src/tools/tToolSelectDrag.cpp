@@ -214,22 +214,46 @@ static void setFlag(uint32_t& flags, uint32_t flag, bool on) {
     flags = on ? flags | flag : flags & ~flag;
 }
 
+static void setMovingFlags(cBrushData* brush, bool moving) {
+    setFlag(brush->flags, BF_MOVING, moving);
+    for (cFaceData* face : facesOf(brush))
+        setFlag(face->flags, FF_MOVING, moving);
+}
+
+void cToolSelect::startMoving(cMap& map) {
+    for (cEntityData* entity : selectedEntitiesOf(map.data)) {
+        setFlag(entity->flags, EF_MOVING, true);
+        m_movingEntities.push_back(entity->id);
+    }
+    for (cBrushData* brush : selectedBrushesOf(map.data)) {
+        setMovingFlags(brush, true);
+        m_movingBrushes.push_back(brush->id);
+    }
+    m_preview.build(map);
+}
+
+// By id: a command in the midst of the drag may have changed the selection, or the objects.
+void cToolSelect::endMoving(cMap& map) {
+    for (const uint32_t id : m_movingEntities)
+        if (cEntityData* entity = map.findEntityById(id))
+            setFlag(entity->flags, EF_MOVING, false);
+    for (const uint32_t id : m_movingBrushes)
+        if (cBrushData* brush = map.findBrushById(nullptr, id))
+            setMovingFlags(brush, false);
+    m_movingEntities.clear();
+    m_movingBrushes.clear();
+    m_preview.clear();
+}
+
 // The map's picture changes once here; the steps of the drag leave it alone.
 void cToolSelect::setMoving(cMap& map, bool moving) {
     if (moving == movingPreview || (moving && rubberBand))
         return;
     movingPreview = moving;
-    for (cEntityData* entity : selectedEntitiesOf(map.data))
-        setFlag(entity->flags, EF_MOVING, moving);
-    for (cBrushData* brush : selectedBrushesOf(map.data)) {
-        setFlag(brush->flags, BF_MOVING, moving);
-        for (cFaceData* face : facesOf(brush))
-            setFlag(face->flags, FF_MOVING, moving);
-    }
     if (moving)
-        m_preview.build(map);
+        startMoving(map);
     else
-        m_preview.clear();
+        endMoving(map);
     map.markChanged();
 }
 

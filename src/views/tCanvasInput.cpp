@@ -95,7 +95,7 @@ void cCanvas::mousePressEvent(QMouseEvent* event) {
     }
     const bool taken = toolMousePress(event);
     event->setAccepted(taken);
-    if (event->button() == Qt::RightButton && !captionHover)
+    if (event->button() == Qt::RightButton && !captionHover && !taken)
         openContextMenu(event);
 }
 

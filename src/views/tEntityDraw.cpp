@@ -80,17 +80,12 @@ void cMapPainter::entityColor(const cEntityData* entity, uint8_t* rgba) const {
     rgba[3] = 255;
 }
 
-// Being dragged. A flag that outlived its drag on an object let go of does not count.
-static bool isMoving(const cEntityData* entity) {
-    return (entity->flags & EF_MOVING) && (entity->flags & EF_SELECTED);
-}
-
 void cMapPainter::drawEntityBox(cEntityData* entity) {
     uint8_t rgba[4];
     entityColor(entity, rgba);
     m_stats.faces += 6;
     if (!m_view.is3D)
-        drawBox2D(entity->mins, entity->maxs, rgba, isMoving(entity));
+        drawBox2D(entity->mins, entity->maxs, rgba, (entity->flags & EF_MOVING) != 0);
     else if (m_view.isWireframe())
         m_batch.boxLines(entity->mins, entity->maxs, rgba);
     else

@@ -80,7 +80,7 @@ void cMapPainter::drawFacePick(const cFaceData* face, const cBrushLook& look) {
 }
 
 void cMapPainter::drawFace2D(const cFaceData* face, const cBrushLook& look, const uint8_t* rgba) {
-    if ((face->flags & FF_MOVING) && look.selected) {
+    if (face->flags & FF_MOVING) {
         uint8_t dim[4];
         shadeColor(rgba, MOVING_DIM, dim);
         m_batch.stippledLoop(face, dim);

@@ -14,6 +14,7 @@
 #include "views/tMapPainter.h"
 
 #include <QGLContext>
+#include <algorithm>
 
 // A stretched vertex this near the brush's centre goes with the side that moves.
 static constexpr float VERTEX_MARGIN = 0.001f;
@@ -28,15 +29,52 @@ static bool isForward(const float* a, const float* b) {
     return b[axis] > a[axis];
 }
 
-template<class Take> static void eachEdge(const cBrushData* brush, Take take) {
+struct cEdge {
+    const float* a;
+    const float* b;
+};
+
+static bool coincide(const float* a, const float* b, int depthAxis) {
+    for (int i = 0; i < 3; ++i)
+        if (i != depthAxis && a[i] != b[i])
+            return false;
+    return true;
+}
+
+// Seen along the axis the edge is a point, or hidden by one of the others.
+static bool isCovered(const cEdge& edge, const std::vector<cEdge>& others, int depthAxis) {
+    return coincide(edge.a, edge.b, depthAxis) ||
+           std::any_of(others.begin(), others.end(), [&](const cEdge& other) {
+               return coincide(edge.a, other.a, depthAxis) && coincide(edge.b, other.b, depthAxis);
+           });
+}
+
+// With a depth axis only the edges that can be seen along it; a brush of very many edges gives
+// them all, so that they need not be compared with each other.
+template<class Take> static void eachEdge(const cBrushData* brush, int depthAxis, Take take) {
+    static constexpr size_t COMPARED = 128;
+    static std::vector<cEdge> taken;
+    taken.clear();
     for (const cFaceData* face : facesOf(brush)) {
         for (int i = 0; i < face->vertexCount; ++i) {
-            const float* a = face->vertices[i].xyz;
-            const float* b = face->vertices[i + 1 < face->vertexCount ? i + 1 : 0].xyz;
-            if (isForward(a, b))
-                take(a, b);
+            const cEdge edge = {face->vertices[i].xyz,
+                                face->vertices[i + 1 < face->vertexCount ? i + 1 : 0].xyz};
+            if (!isForward(edge.a, edge.b))
+                continue;
+            if (depthAxis >= 0 && taken.size() < COMPARED && isCovered(edge, taken, depthAxis))
+                continue;
+            taken.push_back(edge);
+            take(edge.a, edge.b);
         }
     }
+}
+
+// The transform mixes the axis with no other, so that what covers each other along it goes on to.
+static bool keepsDepth(const float* matrix, int axis) {
+    for (int i = 0; i < 3; ++i)
+        if (i != axis && (matrix[axis * 4 + i] != 0 || matrix[i * 4 + axis] != 0))
+            return false;
+    return axis >= 0;
 }
 
 // ---- Single objects
@@ -45,14 +83,15 @@ static bool isInPass(uint32_t flags, uint32_t passFlags) {
     return (passFlags & ((flags & OF_SELECTED) ? PASS_SELECTED : PASS_UNSELECTED)) != 0;
 }
 
-void cBrush::drawTransformed(cDrawStats& stats, uint32_t passFlags,
+void cBrush::drawTransformed(const cViewInfo& view, cDrawStats& stats, uint32_t passFlags,
                              const cTransformRecord& record) const {
     if (!isInPass(data->flags, passFlags) || (data->flags & (BF_DIRTY | BF_HIDDEN)))
         return;
     const float* pivot = record.center ? record.center : center;
     const uint8_t* color = g_host->schemeColor(COLOR_SELECTED_FILL);
     cDrawBatch& batch = cDrawBatch::shared();
-    eachEdge(data, [&](const float* a, const float* b) {
+    const int depthAxis = keepsDepth(record.matrix, view.axisDepth) ? view.axisDepth : -1;
+    eachEdge(data, depthAxis, [&](const float* a, const float* b) {
         float ends[2][3];
         vecCopy(a, ends[0]);
         vecCopy(b, ends[1]);
@@ -88,16 +127,20 @@ void cEntity::drawTransformed(cViewInfo& view, cDrawStats& stats, uint32_t passF
 // ---- The selection
 
 void cMovingPreview::build(const cMap& map) {
-    m_edges.clear();
+    clear();
     for (const cBrushData* brush : selectedBrushesOf(map.data))
-        eachEdge(brush, [this](const float* a, const float* b) {
-            m_edges.insert(m_edges.end(), a, a + 3);
-            m_edges.insert(m_edges.end(), b, b + 3);
-        });
+        for (const int depthAxis : {0, 1, 2, -1}) {
+            std::vector<float>& edges = edgesSeenAlong(depthAxis);
+            eachEdge(brush, depthAxis, [&edges](const float* a, const float* b) {
+                edges.insert(edges.end(), a, a + 3);
+                edges.insert(edges.end(), b, b + 3);
+            });
+        }
 }
 
 void cMovingPreview::clear() {
-    m_edges = {};
+    for (std::vector<float>& edges : m_edges)
+        edges = {};
 }
 
 // The record's transform in the column order of OpenGL: M (v - pivot) + pivot.
@@ -112,26 +155,28 @@ static void multMatrix(const cTransformRecord& record) {
     glTranslatef(-pivot[0], -pivot[1], -pivot[2]);
 }
 
-void cMovingPreview::drawEdges(const cTransformRecord& record) const {
-    if (m_edges.empty())
+void cMovingPreview::drawEdges(const std::vector<float>& edges,
+                               const cTransformRecord& record) const {
+    if (edges.empty())
         return;
     glPushMatrix();
     multMatrix(record);
     glColor4ubv(g_host->schemeColor(COLOR_SELECTED_FILL));
     glEnableClientState(GL_VERTEX_ARRAY);
-    glVertexPointer(3, GL_FLOAT, 0, m_edges.data());
-    glDrawArrays(GL_LINES, 0, GLsizei(m_edges.size() / 3));
+    glVertexPointer(3, GL_FLOAT, 0, edges.data());
+    glDrawArrays(GL_LINES, 0, GLsizei(edges.size() / 3));
     glPopMatrix();
 }
 
 void cMovingPreview::draw(cMap& map, cViewInfo& view, cDrawStats& stats,
-                          const cTransformRecord& record) const {
+                          const cTransformRecord& record) {
     static constexpr uint32_t PASS = PASS_UNSELECTED | PASS_SELECTED;
+    const bool flat = keepsDepth(record.matrix, view.axisDepth);
     if (record.sideMask == 0)
-        drawEdges(record);
+        drawEdges(edgesSeenAlong(flat ? view.axisDepth : -1), record);
     else
         for (const cBrushData* brush : selectedBrushesOf(map.data))
-            brush->brush->drawTransformed(stats, PASS, record);
+            brush->brush->drawTransformed(view, stats, PASS, record);
     for (cEntityData* entity : selectedEntitiesOf(map.data))
         entity->entity->drawTransformed(view, stats, PASS, record);
     cDrawBatch::shared().flush();

@@ -17,10 +17,12 @@ public:
     void build(const cMap& map);
     void clear();
     // Into a 2D view. The record names its center.
-    void draw(cMap& map, cViewInfo& view, cDrawStats& stats, const cTransformRecord& record) const;
+    void draw(cMap& map, cViewInfo& view, cDrawStats& stats, const cTransformRecord& record);
 
 private:
-    void drawEdges(const cTransformRecord& record) const;
+    // -1: all edges, for a transform that turns what is behind to the front.
+    std::vector<float>& edgesSeenAlong(int axis) { return m_edges[axis < 0 ? 3 : axis]; }
+    void drawEdges(const std::vector<float>& edges, const cTransformRecord& record) const;
 
-    std::vector<float> m_edges; // pairs of points
+    std::vector<float> m_edges[4]; // pairs of points
 };

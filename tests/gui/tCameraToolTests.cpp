@@ -59,12 +59,12 @@ TEST_F(CameraToolTest, theRightButtonMovesAndBothGoForward) {
     step(1, 0);
     step(10, -6); // right is -y
     expectOrigin(-16, -20, 76);
-    press(camera, center() + QPoint(1, 1));
+    press(camera, center());
     step(2, 2); // the second button's first move
     expectOrigin(-16, -20, 76);
     step(0, -25);
     expectOrigin(34, -20, 76);
-    release(camera, center() + QPoint(0, -25));
+    release(camera, center());
     step(0, -2);
     expectOrigin(34, -20, 80); // back to the right button alone
     release(camera, center(), {}, Qt::RightButton);
@@ -111,7 +111,7 @@ TEST_F(CameraToolTest, magnifiesByClicks) {
     EXPECT_EQ(top->cursor().hotSpot(), QPoint(9, 9));
     click(top, at);
     EXPECT_FLOAT_EQ(top->zoom, 2);
-    EXPECT_EQ(pixel(top, 40, 20), at) << "the point under the mouse stays";
+    EXPECT_LE((pixel(top, 40, 20) - at).manhattanLength(), 2) << "the point under the mouse stays";
     EXPECT_FLOAT_EQ(view(VIEW_FRONT)->zoom, 1);
     press(top, at, {}, Qt::RightButton);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);

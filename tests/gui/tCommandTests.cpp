@@ -9,7 +9,6 @@
 
 #include <QApplication>
 #include <QDockWidget>
-#include <QFile>
 #include <QMenuBar>
 #include <QTextEdit>
 #include <QToolBar>
@@ -130,23 +129,6 @@ TEST_F(CommandTest, popupMenusHoldTheirCommandsInOrder) {
         ASSERT_NE(menu, nullptr) << c.title;
         EXPECT_EQ(describe(menu->actions()), QString::fromLatin1(c.entries));
     }
-}
-
-TEST_F(CommandTest, everyRowHasItsPictureAndItsSlot) {
-    start();
-    int named = 0;
-    int separators = 0;
-    for (const cCommandRow& row : commandTable()) {
-        ++(row.id ? named : separators);
-        if (row.icon) {
-            EXPECT_TRUE(QFile::exists(QStringLiteral(":/qrc/%1.png").arg(QLatin1String(row.icon))))
-                << row.icon;
-        }
-        constexpr uint32_t menus = CMD_WEB_MENU | CMD_ELEMENTS_MENU | CMD_SCHEMES_MENU;
-        EXPECT_EQ(row.slot != nullptr, row.text && !(row.flags & menus)) << row.id;
-    }
-    EXPECT_EQ(named, 109);
-    EXPECT_EQ(separators, 31) << "27 of menus, 3 of bars and pop-ups, the plug-in menu's row";
 }
 
 // ---- With and without a document

@@ -205,6 +205,25 @@ TEST_F(SelectDragTest, escapeInADragDropsItWhenItDropsTheSelection) {
     EXPECT_FALSE(map().history->canUndo());
 }
 
+TEST_F(SelectDragTest, aCommandInADragLeavesNothingBehind) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    cEntityData* light = addLight(-40, 32, 32);
+    objectsAdded();
+    for (const char* command : {"EditSelNone", "EditUndo"}) {
+        SCOPED_TRACE(command);
+        click(top, pixel(top, 120, -90));
+        pick(brush);
+        pick(light->mins, light->maxs, Qt::ControlModifier);
+        drag(top, middleOf(top), middleOf(top) + QPoint(32, 0)); // something to undo
+        dragTo(top, middleOf(top), middleOf(top) + QPoint(32, 0));
+        trigger(command);
+        EXPECT_FALSE(brush->flags & BF_MOVING);
+        EXPECT_FALSE(brush->faces->flags & FF_MOVING);
+        EXPECT_FALSE(light->flags & EF_MOVING);
+        release(top, middleOf(top));
+    }
+}
+
 TEST_F(SelectDragTest, anotherToolEndsADrag) {
     cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
     objectsAdded();

@@ -3,6 +3,7 @@
 // tSelectDragTests.cpp.
 #include "gui/tToolTest.h"
 
+#include "document/tEntity.h"
 #include "document/tMapLists.h"
 
 class SelectToolTest : public cToolTest {};
@@ -78,6 +79,50 @@ TEST_F(SelectToolTest, theCameraPicksTheNearestFace) {
     EXPECT_TRUE(isPicked(near) && isPicked(far));
     click(camera, QPoint(middle.x(), 40));
     EXPECT_EQ(selectedBrushes(), 0) << "the sky";
+}
+
+TEST_F(SelectToolTest, aClickTakesTheWholeGroupOrEntityUnlessGroupsAreIgnored) {
+    cBrushData* one = addBrush({0, 0, 0}, {32, 32, 32});
+    cBrushData* two = addBrush({48, 0, 0}, {80, 32, 32});
+    const float mins[3] = {-96, 0, 0}, maxs[3] = {-64, 32, 32};
+    const float otherMins[3] = {-48, 0, 0}, otherMaxs[3] = {-16, 32, 32};
+    cEntityData* wall = addSolidEntity();
+    cBrushData* panel = addBox(map(), wall, mins, maxs);
+    addBox(map(), wall, otherMins, otherMaxs);
+    cGroupData* group = map().addGroup();
+    map().joinGroupBrush(one, group);
+    map().joinGroupBrush(two, group);
+    updateEntity(wall, 0);
+    objectsAdded();
+    click(top, pixel(top, 0, 16));
+    EXPECT_TRUE(isPicked(one) && isPicked(two) && (group->flags & GF_SELECTED));
+    EXPECT_EQ(pane(2), QStringLiteral("group of 2 objects."));
+    expectBounds(box().mins, box().maxs, {0, 0, 0}, {80, 32, 32});
+    click(top, pixel(top, -96, 16), Qt::ControlModifier);
+    EXPECT_EQ(selectedBrushes(), 4);
+    EXPECT_TRUE(wall->flags & EF_SELECTED);
+    click(top, pixel(top, 0, 16), Qt::ControlModifier);
+    EXPECT_EQ(selectedBrushes(), 2);
+    EXPECT_FALSE(group->flags & GF_SELECTED);
+    click(top, pixel(top, 0, -90));
+    window->IgnoreGroups = true;
+    click(top, pixel(top, 0, 16));
+    EXPECT_EQ(selectedBrushes(), 1);
+    EXPECT_TRUE(isPicked(one));
+    click(top, pixel(top, -96, 16));
+    EXPECT_EQ(selectedBrushes(), 1);
+    EXPECT_TRUE(isPicked(panel) && !(wall->flags & EF_SELECTED));
+}
+
+// Both have a line there: in a flat view the click finds the one drawn last.
+TEST_F(SelectToolTest, aClickOnTwoObjectsTakesOneOfThem) {
+    cBrushData* low = addBrush({0, 0, 0}, {64, 64, 64});
+    cBrushData* high = addBrush({0, 0, 128}, {64, 64, 192});
+    objectsAdded();
+    click(top, pixel(top, 0, 32));
+    EXPECT_TRUE(isPicked(high) && !isPicked(low));
+    click(top, pixel(top, 0, 32), Qt::ControlModifier);
+    EXPECT_EQ(selectedBrushes(), 0) << "the same one goes out again";
 }
 
 TEST_F(SelectToolTest, clicksInTheBoxGoThroughTheModes) {

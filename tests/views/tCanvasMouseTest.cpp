@@ -19,7 +19,7 @@ public:
     bool contextMenu(cCanvas*, int, int, const QPoint&) override { return note("menu"); }
     bool keyPress(cCanvas*, int key, Qt::KeyboardModifiers) override { return note("key %d", key); }
     bool mousePress(cCanvas*, int x, int y, int button, Qt::KeyboardModifiers) override {
-        return note("press %d %d %d", x, y, button);
+        return note("press %d %d %d", x, y, button) && takesPresses;
     }
     bool mouseRelease(cCanvas*, int, int, int button, Qt::KeyboardModifiers) override {
         return note("release %d", button);
@@ -40,6 +40,7 @@ public:
 
     QStringList calls;
     bool takesMoves = false;
+    bool takesPresses = false;
 };
 
 class CanvasMouseTest : public ViewFixture {
@@ -74,6 +75,9 @@ TEST_F(CanvasMouseTest, buttonsGoToTheToolByNumber) {
     mouse(QEvent::MouseButtonPress, 210, 150, Qt::RightButton, Qt::RightButton);
     EXPECT_EQ(tool.taken(),
               (QStringList{QStringLiteral("press 210 150 2"), QStringLiteral("menu")}));
+    tool.takesPresses = true;
+    mouse(QEvent::MouseButtonPress, 210, 150, Qt::RightButton, Qt::RightButton);
+    EXPECT_EQ(tool.taken(), QStringList(QStringLiteral("press 210 150 2"))) << "no menu then";
 }
 
 TEST_F(CanvasMouseTest, captionAndSpaceKeepPressesFromTheTool) {
