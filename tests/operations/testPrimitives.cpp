@@ -7,12 +7,14 @@
 #include "document/tGroup.h"
 #include "document/tHistory.h"
 #include "document/tMapLists.h"
+#include "operations/tDefaultRoom.h"
 #include "support/tLaw.h"
 #include "support/tMapTools.h"
 #include "support/tTestHost.h"
 #include "support/tVec.h"
 
 #include <array>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <map>
 
@@ -155,7 +157,8 @@ TEST_F(Primitives, everyOneIsAClosedConvexSolidInItsBox) {
             for (const cCase& c : cases) {
                 const cPrimitiveParams p =
                     params(box, box + 3, g_orientations[c.orientation], c.sides, c.snap);
-                const QString problem = checkLaw(map, [&] { EXPECT_TRUE(primitive.create(p)); });
+                const QString problem = checkLaw(
+                    map, [&] { EXPECT_TRUE(primitive.create(p)); }, false);
                 ASSERT_TRUE(problem.isEmpty()) << qPrintable(problem);
                 EXPECT_STREQ(map.history->undoName(), primitive.step);
                 ASSERT_EQ(brushes().size(), 1u);
@@ -256,4 +259,103 @@ TEST_F(Primitives, archKeepsItsWallAndItsStart) {
     map.history->undo();
     ASSERT_TRUE(createArch(params(mins, maxs, g_orientations[0], 0, false, true), quarter));
     EXPECT_NEAR(brushes().back()->maxs[0], 256, TOLERANCE);
+}
+
+// ---- The default room and single entities
+
+// Whether a ray from a point leaves the brushes of the world without meeting one.
+static bool escapes(const cMap& map, const float* from, const float* direction) {
+    for (const cBrushData* brush : brushesOf(map.world())) {
+        float enter = 0, leave = 100000;
+        for (const cFaceData* face : facesOf(brush)) {
+            const float toward = vecDot(face->normal, direction);
+            const float above = vecDot(face->normal, from) - face->dist;
+            if (std::fabs(toward) < 1e-6f) {
+                leave = above > 0 ? -1 : leave;
+                continue;
+            }
+            const float t = -above / toward;
+            if (toward < 0)
+                enter = std::max(enter, t);
+            else
+                leave = std::min(leave, t);
+        }
+        if (enter <= leave)
+            return false;
+    }
+    return true;
+}
+
+TEST_F(Primitives, defaultRoomIsSealedAndFurnished) {
+    cEntityClass* start = host.addClass(QStringLiteral("info_player_start"), CK_POINT);
+    start->mins[2] = -36;
+    host.addClass(QStringLiteral("light"), CK_POINT)->offset[2] = 5;
+    qstrncpy(host.mapProfile.startEntityClass, "info_player_start", 64);
+    qstrncpy(host.mapProfile.roomEntityClass, "light", 64);
+    cRoomShape shape;
+    shape.x = 256;
+    shape.z = 128;
+    shape.wall = "brick";
+    shape.floor = "tiles";
+    ASSERT_TRUE(createDefaultRoom(map, shape));
+    EXPECT_FALSE(map.history->canUndo());
+    ASSERT_EQ(brushes().size(), 6u);
+    EXPECT_EQ(checkMapWhole(map), QString());
+    for (const cBrushData* brush : brushes())
+        EXPECT_EQ(checkClosed(brush), QString());
+    const float middle[3] = {0, 0, 64};
+    for (int i = 0; i < 5000; ++i) {
+        float direction[3];
+        for (float& component : direction)
+            component = float(T_RandomLong(-1000, 1000)) / 1000;
+        if (T_VectorNormalize(direction) > 0.01f) {
+            ASSERT_FALSE(escapes(map, middle, direction))
+                << direction[0] << ' ' << direction[1] << ' ' << direction[2];
+        }
+    }
+    // Corners, too, where two walls meet.
+    for (int corner = 0; corner < 8; ++corner) {
+        float direction[3] = {corner & 1 ? 128.0f : -128.0f, corner & 2 ? 256.0f : -256.0f,
+                              corner & 4 ? 64.0f : -64.0f};
+        EXPECT_FALSE(escapes(map, middle, direction));
+    }
+    EXPECT_EQ(map.world()->mins[0], -160);
+    EXPECT_EQ(map.world()->maxs[1], 288);
+    EXPECT_EQ(map.world()->mins[2], -32);
+    int walls = 0, floors = 0;
+    for (const cBrushData* brush : brushes()) {
+        walls += strcmp(brush->faces->tex.name, "brick") == 0 ? 1 : 0;
+        floors += strcmp(brush->faces->tex.name, "tiles") == 0 && brush->maxs[2] == 0 ? 1 : 0;
+    }
+    EXPECT_EQ(walls, 4);
+    EXPECT_EQ(floors, 1);
+    const cEntityData* player = map.world()->next;
+    EXPECT_STREQ(player->classname, "info_player_start");
+    EXPECT_EQ(player->origin[0], -96);
+    EXPECT_EQ(player->origin[2], 37); // the feet a unit above the floor
+    const cEntityData* light = player->next;
+    EXPECT_NEAR(light->origin[2], 0.8f * 128 + 5, TOLERANCE);
+    EXPECT_STREQ(getEpairValue(light, "light"), "400");
+}
+
+TEST_F(Primitives, entityStandsOffThePointWithItsDefaultsAndYaw) {
+    cEntityClass* lamp = host.addClass(QStringLiteral("item_lamp"), CK_POINT);
+    lamp->offset[2] = 16;
+    lamp->variables.append(cEntityVariable());
+    lamp->variables.last().name = QStringLiteral("style");
+    lamp->variables.last().defaultValue = QStringLiteral("3");
+    const float point[3] = {10, 20, 30};
+    cEntityData* entity = nullptr;
+    const QString problem = checkLaw(
+        map, [&] { entity = createEntity(map, lamp, point, true); }, false);
+    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
+    entity = map.data.entitiesTail;
+    EXPECT_EQ(entity->origin[2], 46);
+    EXPECT_STREQ(getEpairValue(entity, "style"), "3");
+    EXPECT_GE(entity->angles[1], 0);
+    EXPECT_LT(entity->angles[1], 360);
+    EXPECT_NE(getEpair(entity, "angles"), nullptr);
+    EXPECT_TRUE(isSelected(entity));
+    EXPECT_EQ(host.count(eMessage::Print, QStringLiteral("New entity: item_lamp")), 1);
+    EXPECT_EQ(createEntity(map, nullptr, point, false), nullptr);
 }
