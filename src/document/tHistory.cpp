@@ -85,7 +85,7 @@ static bool makePlaces(cHistorySteps& steps, int levels) {
 void cHistory::begin(const char* name) {
     if (g_host)
         g_host->endMorph();
-    m_recording = false;
+    closeStep(); // one that was left open holds nothing of this one
     if (!m_enabled || m_levels < 1)
         return;
     if (m_steps->places.empty() && !makePlaces(*m_steps, m_levels))
@@ -102,10 +102,14 @@ void cHistory::begin(const char* name) {
     m_recording = true;
 }
 
-void cHistory::end() {
+void cHistory::closeStep() {
     m_recording = false;
     for (auto& ids : m_steps->captured)
         ids.clear();
+}
+
+void cHistory::end() {
+    closeStep();
     if (g_host)
         g_host->historyChanged();
 }
@@ -181,6 +185,7 @@ void cHistory::applyLevels() {
 }
 
 void cHistory::clear() {
+    closeStep();
     releaseStack(m_steps->undoTop, m_steps->free);
     releaseStack(m_steps->redoTop, m_steps->free);
 }
@@ -188,7 +193,6 @@ void cHistory::clear() {
 void cHistory::freeAll() {
     clear();
     *m_steps = cHistorySteps();
-    m_recording = false;
 }
 
 void cHistory::freeRecordPools() {

@@ -79,6 +79,7 @@ public:
 
 private:
     void tellWatcher(uint32_t number, bool undone) const;
+    void closeStep();
 
     cMap& m_map;
     std::unique_ptr<cHistorySteps> m_steps;

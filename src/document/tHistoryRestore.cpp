@@ -7,6 +7,7 @@
 #include "document/tBrush.h"
 #include "document/tBrushGeometry.h"
 #include "document/tEntity.h"
+#include "document/tEntityClass.h"
 #include "document/tFace.h"
 #include "document/tFaceMapping.h"
 #include "document/tGroup.h"
@@ -137,6 +138,17 @@ template<class T> void cRestore::joinVisGroups(T* half, const std::vector<uint32
     }
 }
 
+// The class may have been read anew since the record was made: what follows from it, follows from
+// the one of now.
+void followClass(cEntityData* entity) {
+    const cEntityClass* entityClass = entity->entity->entityClass;
+    if (!entityClass)
+        return;
+    const bool isPoint = entityClass->kind == CK_POINT;
+    entity->flags = isPoint ? entity->flags | EF_POINT : entity->flags & ~uint32_t(EF_POINT);
+    deriveFlagsKey(entity);
+}
+
 // ---- Remaking
 
 void cRestore::remakeGroups(const cGroupRecord* list) {
@@ -165,6 +177,7 @@ void cRestore::remakeEntities(const cEntityRecord* list) {
         entity->spawnFlags = record->spawnFlags;
         entity->epairs = copyEpairs(record->epairs);
         setText(entity->flagsKey, record->flagsKey);
+        followClass(entity);
         vecCopy(record->angles, entity->angles);
         vecCopy(record->mins, entity->mins);
         vecCopy(record->maxs, entity->maxs);
@@ -284,6 +297,7 @@ void cRestore::swapEntity(cEntityData* entity, cEntityRecord* record) {
     memcpy(entity->entity->color, record->color, sizeof record->color);
     std::swap(entity->epairs, record->epairs);
     std::swap(entity->flagsKey, record->flagsKey);
+    followClass(entity);
     setGroup(entity, record->groupId);
     if (entity->attachKind == AK_DECAL)
         entity->flags |= EF_RECOMPUTE_ATTACHMENT;

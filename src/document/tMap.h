@@ -169,6 +169,8 @@ public:
     void clearSelectionFull(); // by a walk of the whole map, where the lists can't be relied on
     bool hasSelection() const; // an object: group, entity or brush
     void dropHidden();
+    // Groups of which no member is selected any more; describes nothing.
+    void dropForsakenGroups();
     void describeSelection(); // the sentence of status pane 2
 
     // ---- Finishing

@@ -229,6 +229,14 @@ static bool dropUnless(T*& head, cListRange<T, Next> range, Test keeps) {
     return dropped;
 }
 
+void cMap::dropForsakenGroups() {
+    if (!data.selectedGroups)
+        return;
+    const QSet<const cGroupData*> roots = selectedRoots();
+    dropUnless(data.selectedGroups, selectedGroupsOf(data),
+               [&](const cGroupData* group) { return roots.contains(group); });
+}
+
 void cMap::dropHidden() {
     const auto brushShown = [](const cBrushData* brush) {
         return brushVisible(brush) && entityVisible(brush->owner);
@@ -239,12 +247,8 @@ void cMap::dropHidden() {
                [&](const cFaceData* face) { return brushShown(face->brush); });
     bool dropped = dropUnless(data.selectedBrushes, selectedBrushesOf(data), brushShown);
     dropped |= dropUnless(data.selectedEntities, selectedEntitiesOf(data), entityVisible);
-    // A group goes with the last of its members.
-    if (dropped && data.selectedGroups) {
-        const QSet<const cGroupData*> roots = selectedRoots();
-        dropUnless(data.selectedGroups, selectedGroupsOf(data),
-                   [&](const cGroupData* group) { return roots.contains(group); });
-    }
+    if (dropped)
+        dropForsakenGroups();
     describeChange();
 }
 

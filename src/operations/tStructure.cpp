@@ -235,6 +235,7 @@ cEntityData* tieSelectionToEntity(cMap& map, const char* className, cEntityData*
         }
         settleOwners(map, owners);
         map.selectEntity(target);
+        map.dropForsakenGroups(); // their brushes have left them
         updateEntity(target, 0);
     }
     map.describeSelection();

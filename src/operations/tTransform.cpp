@@ -12,9 +12,12 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "operations/tTransformParts.h"
+#include "support/tConsole.h"
 #include "support/tHost.h"
 #include "support/tMath.h"
 #include "support/tVec.h"
+
+#include <algorithm>
 
 // How far past its brush's centre a vertex must lie to stay while a side is stretched.
 static constexpr float CENTER_MARGIN = 0.001f;
@@ -69,6 +72,22 @@ static bool mirrors(const float* m) {
     return vecDot(cross, m + 8) < 0;
 }
 
+// Where a stretch takes some corners of a slanted face along and leaves the others, no plane may
+// be left that holds all of them.
+static bool losesFlatFace(const cTransformRecord& record, const float* pivot,
+                          const cBrushData* brush) {
+    for (const cFaceData* face : facesOf(brush)) {
+        std::vector<cFaceVertex> moved(face->vertices, face->vertices + face->vertexCount);
+        for (cFaceVertex& vertex : moved)
+            transformPoint(record, pivot, brush->brush->center, CENTER_MARGIN, vertex.xyz);
+        cFaceData after = *face;
+        after.vertices = moved.data();
+        if (!checkFacePlanar(&after, nullptr) && checkFacePlanar(face, nullptr))
+            return true;
+    }
+    return false;
+}
+
 static void transformBrush(const cTransformRecord& record, const float* pivot, cBrushData* brush) {
     const bool lock = g_host && g_host->TextureLock;
     const bool mirror = mirrors(record.matrix);
@@ -83,6 +102,19 @@ static void transformBrush(const cTransformRecord& record, const float* pivot, c
         if (lock && !kept)
             textureLock(face, lockPivot, record.matrix, g_host->TextureLockScale);
     }
+}
+
+// Brushes that can't be stretched and stay sound are left out.
+static void keepUnstretchable(const cTransformRecord& record, const float* pivot,
+                              std::vector<cBrushData*>& brushes) {
+    const auto end = std::remove_if(brushes.begin(), brushes.end(), [&](const cBrushData* brush) {
+        return losesFlatFace(record, pivot, brush);
+    });
+    if (end == brushes.end())
+        return;
+    Warning("%i brush(es) with slanted faces can't be stretched this way",
+            int(brushes.end() - end));
+    brushes.erase(end, brushes.end());
 }
 
 // ---- Point entities
@@ -168,6 +200,8 @@ void applyTransform(cMap& map, const std::vector<cEntityData*>* entities,
         if (entity->flags & EF_POINT)
             transformEntity(rounded, pivot, entity);
     }
+    if (record.sideMask)
+        keepUnstretchable(rounded, pivot, objects.brushes);
     for (cBrushData* brush : objects.brushes)
         transformBrush(rounded, pivot, brush);
     finishTransform(map, objects.brushes);

@@ -21,7 +21,8 @@ struct cTransformRecord {
     bool scaleModels = false; // model entities take a new "scale" key
 };
 
-// To the given objects, or with null to the selected ones. Opens no step.
+// To the given objects, or with null to the selected ones. Opens no step. A brush that a stretch
+// would leave with a face that is no longer flat stays as it is, with a warning.
 void applyTransform(cMap& map, const std::vector<cEntityData*>* entities,
                     const std::vector<cBrushData*>* brushes, const cTransformRecord& record);
 // A point as the transform moves it; pivot is the record's center made definite, own the centre

@@ -2,6 +2,7 @@
 #include "document/tBrush.h"
 #include "document/tBrushGeometry.h"
 #include "document/tEntity.h"
+#include "document/tEntityClass.h"
 #include "document/tGroup.h"
 #include "document/tHistory.h"
 #include "document/tMapLists.h"
@@ -118,6 +119,27 @@ TEST_F(History, firstCaptureOfAnObjectDecides) {
     history.undo();
     EXPECT_EQ(brush->mins[2], 0.0f);
     EXPECT_EQ(other->mins[2], 16.0f); // without geometry the vertices stay
+}
+
+TEST_F(History, stepThatWasLeftOpenKeepsNothingFromTheNext) {
+    cBrushData* brush = addBoxAt(0);
+    history.begin("left open");
+    history.brushChanged(brush, true);
+    raise(brush, 16);
+    raiseStep(brush, "next");
+    history.undo();
+    EXPECT_EQ(brush->mins[2], 16.0f);
+    history.undo();
+    EXPECT_EQ(brush->mins[2], 0.0f);
+    // Given up while it is open: later captures have no step to go to.
+    history.begin("cleared");
+    history.clear();
+    EXPECT_FALSE(history.isRecording());
+    history.brushChanged(brush, true);
+    EXPECT_FALSE(history.canUndo());
+    raiseStep(brush, "after");
+    history.undo();
+    EXPECT_EQ(brush->mins[2], 0.0f);
 }
 
 TEST_F(History, facesComeAndGoWithTheGeometryOfTheirBrush) {
@@ -294,6 +316,33 @@ TEST_F(History, entityTakesBackClassKeysAndWhatItShows) {
     EXPECT_STREQ(entity->flagsKey, "spawnflags");
     EXPECT_EQ(entity->renderColor[0], 255);
     EXPECT_EQ(entity->angles[1], 0.0f);
+}
+
+TEST_F(History, entityFollowsAClassThatWasReadAnew) {
+    const auto addFlags = [](cEntityClass* entityClass, const char* name) {
+        cEntityVariable variable;
+        variable.name = QString::fromLatin1(name);
+        variable.type = VT_FLAGS;
+        entityClass->variables = {variable};
+    };
+    cEntityClass* light = host.addClass(QStringLiteral("light"), CK_POINT);
+    addFlags(light, "spawnflags");
+    cEntityData* changed = map.addEntity("light", ORIGIN, EF_POINT);
+    cEntityData* deleted = map.addEntity("light", ORIGIN, EF_POINT);
+    const uint32_t deletedId = deleted->id;
+    {
+        const cHistoryStep step(map, "mixed");
+        step->entityChanged(changed);
+        step->entityDeleted(deleted);
+        map.freeEntity(deleted);
+    }
+    addFlags(light, "lightflags");
+    deriveFlagsKey(changed);
+    history.undo();
+    EXPECT_STREQ(changed->flagsKey, "lightflags");
+    EXPECT_STREQ(map.findEntityById(deletedId)->flagsKey, "lightflags");
+    history.redo();
+    EXPECT_STREQ(changed->flagsKey, "lightflags");
 }
 
 TEST_F(History, recordsWithoutTheirObjectTellAndTheRestGoesOn) {

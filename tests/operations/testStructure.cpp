@@ -190,6 +190,26 @@ TEST_F(Structure, tieMakesAnEntityOrGivesToOne) {
     EXPECT_EQ(map.data.entitiesTail, a->owner);
 }
 
+TEST_F(Structure, tieLeavesNoGroupSelectedWithoutAMember) {
+    host.addClass(QStringLiteral("func_door"), CK_SOLID);
+    cBrushData* brush = addBoxAt(0);
+    cEntityData* light = map.addEntity("light", ORIGIN, EF_POINT);
+    cGroupData* group = map.addGroup();
+    map.joinGroupBrush(brush, group);
+    map.joinGroupEntity(light, group);
+    map.selectGroup(group);
+    selectedRemove(map.data.selectedEntities, light); // as the user is asked to allow
+    const cEntityData* door = tieSelectionToEntity(map, "func_door", nullptr);
+    EXPECT_FALSE(isSelected(group));
+    EXPECT_EQ(group->memberCount, 1);
+    EXPECT_TRUE(isSelected(door));
+    EXPECT_EQ(host.panes[2], QStringLiteral("func_door"));
+    map.history->undo();
+    EXPECT_TRUE(isSelected(group));
+    EXPECT_EQ(group->memberCount, 2);
+    EXPECT_TRUE(checkMapWhole(map).isEmpty()) << qPrintable(checkMapWhole(map));
+}
+
 TEST_F(Structure, detailIsAMatterOfAllFaces) {
     host.mapProfile.detailContentMask = 0x8000000;
     cBrushData* brush = addBoxAt(0);

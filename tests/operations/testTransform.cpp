@@ -224,6 +224,32 @@ TEST_F(Transform, stretchMovesOneSideOfEachBrushAboutItsOwnCentre) {
     EXPECT_EQ(right->origin[0], 308);
 }
 
+TEST_F(Transform, stretchLeavesABrushAloneWhoseFacesItWouldBend) {
+    cBrushData* plain = boxAt(0, 0, 0, 64);
+    cBrushData* slanted = boxAt(200, 0, 0, 64);
+    select({slanted});
+    cMatrix shear = cMatrix::move(0, 0, 0); // one corner comes to lie above, three below it
+    shear.m[9] = shear.m[8] = 0.9f;
+    transform(shear);
+    const auto corners = [slanted] {
+        std::vector<float> all(slanted->mins, slanted->mins + 3);
+        all.insert(all.end(), slanted->maxs, slanted->maxs + 3);
+        return all;
+    };
+    const std::vector<float> before = corners();
+    select({plain, slanted});
+    const float center[3] = {100, 0, 0};
+    const cMatrix up = cMatrix::move(0, 0, 32);
+    transform(up, center, 8u << 2);
+    EXPECT_EQ(plain->maxs[2], 96);
+    EXPECT_EQ(corners(), before);
+    EXPECT_EQ(host.count(eMessage::Warning, QStringLiteral("1 brush(es) with slanted")), 1);
+    // Along x whole edges go or stay, and each face remains flat.
+    select({slanted});
+    transform(cMatrix::move(32, 0, 0), center, 8u << 0);
+    EXPECT_EQ(slanted->maxs[0], before[3] + 32);
+}
+
 TEST_F(Transform, vertexAtTheBrushCentreMovesWithTheStretchedSide) {
     const float pivot[3] = {0, 0, 0}, own[3] = {10, 10, 10};
     const cMatrix matrix = cMatrix::move(5, 0, 0);

@@ -15,6 +15,7 @@
 #include "support/tMath.h"
 #include "support/tTestHost.h"
 
+#include <QElapsedTimer>
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -408,19 +409,32 @@ private:
 };
 } // namespace
 
-TEST(RandomWalk, everyStepOfTheWayBackAndForthGivesTheMapOfBefore) {
+static void walkBy(unsigned seed) {
     constexpr int SEGMENTS = 6, OPERATIONS = 40;
-    const unsigned first = std::random_device()();
-    std::cout << "seeds 1 to 6, " << first << " and the next\n";
-    for (unsigned seed : {first, first + 1, 1u, 2u, 3u, 4u, 5u, 6u}) {
-        cWalk walk(seed);
-        for (int i = 0; i < SEGMENTS; ++i) {
-            const QString problem = walk.runSegment(OPERATIONS);
-            ASSERT_TRUE(problem.isEmpty())
-                << "seed " << seed << " segment " << i << "\n"
-                << qPrintable(problem) << "\n"
-                << qPrintable(QStringList(walk.trail.mid(qMax(0, walk.trail.size() - 25)))
-                                  .join(QStringLiteral(", ")));
-        }
+    cWalk walk(seed);
+    for (int i = 0; i < SEGMENTS; ++i) {
+        const QString problem = walk.runSegment(OPERATIONS);
+        ASSERT_TRUE(problem.isEmpty())
+            << "seed " << seed << " segment " << i << "\n"
+            << qPrintable(problem) << "\n"
+            << qPrintable(QStringList(walk.trail.mid(qMax(0, walk.trail.size() - 25)))
+                              .join(QStringLiteral(", ")));
     }
+}
+
+// By hand: KARVEX_WALK_SECONDS goes on with new seeds for so long, KARVEX_WALK_SEED is the first.
+TEST(RandomWalk, everyStepOfTheWayBackAndForthGivesTheMapOfBefore) {
+    bool isGiven = false;
+    unsigned seed = qEnvironmentVariable("KARVEX_WALK_SEED").toUInt(&isGiven);
+    if (!isGiven)
+        seed = std::random_device()();
+    std::cout << "seeds 1 to 6, " << seed << " and on\n";
+    for (unsigned known = 1; known <= 6; ++known)
+        walkBy(known);
+    QElapsedTimer timer;
+    timer.start();
+    const qint64 limit = qEnvironmentVariableIntValue("KARVEX_WALK_SECONDS") * qint64(1000);
+    for (int i = 0; !HasFatalFailure() && (i < 2 || timer.elapsed() < limit); ++i)
+        walkBy(seed++);
+    std::cout << "up to seed " << seed - 1 << "\n";
 }
