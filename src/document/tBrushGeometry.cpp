@@ -447,6 +447,17 @@ int removeDuplicatePlanes(cBrushData* brush) {
     return removed;
 }
 
+int mergeCoplanarFaces(cBrushData* brush) {
+    int removed = 0;
+    for (cFaceData* face : facesOf(brush)) {
+        if (!isZeroVector(face->normal))
+            continue;
+        removeFace(face);
+        ++removed;
+    }
+    return removed + removeDuplicatePlanes(brush);
+}
+
 void offsetBrushPlanes(cBrushData* brush, float offset) {
     for (cFaceData* face : facesOf(brush)) {
         Mem_Free(face->vertices);

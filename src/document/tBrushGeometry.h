@@ -42,6 +42,7 @@ void splitBrush(cBrushData* brush, const cPlane& plane, cBrushData** frontOut,
 int classifyBrush(const cBrushData* brush, const float* normal, float dist); // 1 front, 0, -1
 bool brushesIntersect(const cBrushData* a, const cBrushData* b);
 int removeDuplicatePlanes(cBrushData* brush);            // number of faces removed
+int mergeCoplanarFaces(cBrushData* brush);               // those without extent go as well
 void offsetBrushPlanes(cBrushData* brush, float offset); // grows outward for a positive offset
 void reverseFace(cFaceData* face);
 void insertFaceVertex(cFaceData* face, int index, const float* point, bool tag);

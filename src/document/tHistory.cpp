@@ -97,6 +97,7 @@ void cHistory::begin(const char* name) {
     else
         step = takeOldest(*m_steps);
     step->name = name;
+    step->number = ++m_stepNumber;
     pushUndo(*m_steps, step);
     m_recording = true;
 }
@@ -120,6 +121,7 @@ void cHistory::undo() {
     cUndoStep* step = popUndo(*m_steps);
     push(m_steps->redoTop, step);
     undoStep(m_map, *step);
+    tellWatcher(step->number, true);
 }
 
 void cHistory::redo() {
@@ -130,6 +132,21 @@ void cHistory::redo() {
     m_steps->redoTop = step->next;
     pushUndo(*m_steps, step);
     redoStep(m_map, *step);
+    tellWatcher(step->number, false);
+}
+
+void cHistory::tellWatcher(uint32_t number, bool undone) const {
+    if (m_watcher && number == m_watchedStep)
+        m_watcher(undone);
+}
+
+uint32_t cHistory::lastStep() const {
+    return m_steps->undoTop ? m_steps->undoTop->number : 0;
+}
+
+void cHistory::watchStep(uint32_t number, std::function<void(bool undone)> watcher) {
+    m_watchedStep = number;
+    m_watcher = number ? std::move(watcher) : nullptr;
 }
 
 // ---- State

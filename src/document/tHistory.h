@@ -9,6 +9,7 @@
 
 #include "pluginhost/tPluginInterface.h"
 
+#include <functional>
 #include <memory>
 
 class cMap;
@@ -69,9 +70,15 @@ public:
     void groupsCreated();
     void groupsDeleted();
 
+    // The number of the newest step, 0 without one. The watcher hears when that step is undone or
+    // redone; there is one watcher, and 0 takes it off.
+    uint32_t lastStep() const;
+    void watchStep(uint32_t number, std::function<void(bool undone)> watcher);
+
     size_t recordBytes() const; // memory that the steps' records take, for measurements
 
 private:
+    void tellWatcher(uint32_t number, bool undone) const;
     void closeStep();
 
     cMap& m_map;
@@ -79,6 +86,9 @@ private:
     bool m_enabled = true;
     bool m_recording = false;
     int m_levels = 50;
+    uint32_t m_stepNumber = 0; // of the step opened last
+    uint32_t m_watchedStep = 0;
+    std::function<void(bool)> m_watcher;
 };
 
 // An open step for the length of a block: cHistoryStep step(map, "Carve"); step->brushesChanged();

@@ -86,6 +86,7 @@ struct cUndoStep {
     // In the undo stack: of the top step the oldest step, of any other the next newer one.
     cUndoStep* ring;
     const char* name;
+    uint32_t number; // never given twice in a history
     cEntityRecord* entitiesChanged;
     cEntityRecord* entitiesCreated;
     cEntityRecord* entitiesDeleted;

@@ -6,6 +6,8 @@
 #include "document/tHistory.h"
 #include "document/tMapLists.h"
 #include "document/tVisGroup.h"
+#include "operations/tClipboard.h"
+#include "operations/tPrimitives.h"
 #include "operations/tStructure.h"
 #include "operations/tTransform.h"
 #include "support/tLaw.h"
@@ -181,7 +183,7 @@ private:
         if (!m_map.hasSelection())
             return QStringLiteral("nothing");
         const int count = objectCount();
-        switch (number(0, 13)) {
+        switch (number(0, 17)) {
         case 0:
         case 1:
         case 2:
@@ -213,6 +215,19 @@ private:
         case 11:
             moveSelectionToWorld(m_map);
             return QStringLiteral("move to world");
+        case 13:
+            m_clipboard.copySelection(m_map, false);
+            return QStringLiteral("copy");
+        case 14:
+            if (count < 25)
+                return transform();
+            m_clipboard.cutSelection(m_map, false);
+            return QStringLiteral("cut");
+        case 15:
+        case 16:
+            return count > 50 ? transform() : paste();
+        case 17:
+            return count > 50 ? transform() : create();
         case 12:
             setSelectionDetail(m_map, chance(2));
             return QStringLiteral("detail");
@@ -298,6 +313,51 @@ private:
         return QStringLiteral("clone");
     }
 
+    QString paste() {
+        const float target[3] = {coordinate(), coordinate(), coordinate()};
+        const float offset[3] = {64, float(number(-4, 4) * 16), 0};
+        const float rotation[3] = {0, 0, float(number(-4, 4) * 30)};
+        cPasteOptions options;
+        options.copies = number(1, 2);
+        options.target = chance(2) ? target : nullptr;
+        options.offset = chance(2) ? offset : nullptr;
+        options.rotation = chance(2) ? rotation : nullptr;
+        options.groupCopies = chance(3);
+        m_clipboard.paste(m_map, options, "Paste Special");
+        return QStringLiteral("paste");
+    }
+
+    QString create() {
+        cPrimitiveParams params = {};
+        params.map = &m_map.data;
+        qstrncpy(params.face.name, "wall", sizeof params.face.name);
+        params.face.uScale = params.face.vScale = 1;
+        params.sides = number(3, 12);
+        params.flags = 1u | (chance(2) ? 2u : 0u);
+        for (int i = 0; i < 3; ++i) {
+            params.axes[i] = i;
+            params.mins[i] = coordinate();
+            params.maxs[i] = params.mins[i] + float(number(5, 20) * 16);
+        }
+        switch (number(0, 4)) {
+        case 0:
+            createBlock(params);
+            return QStringLiteral("block");
+        case 1:
+            createWedge(params);
+            return QStringLiteral("wedge");
+        case 2:
+            createCylinder(params);
+            return QStringLiteral("cylinder");
+        case 3:
+            createSpike(params);
+            return QStringLiteral("spike");
+        default:
+            createArch(params, {16, 3, 120, 0, number(0, 1) * 8, chance(2), chance(2)});
+            return QStringLiteral("arch");
+        }
+    }
+
     QString tie() {
         if (!m_map.data.selectedBrushes)
             return QStringLiteral("nothing");
@@ -341,6 +401,7 @@ private:
 
     cCountingHost m_host;
     cMap m_map{nullptr};
+    cClipboard m_clipboard;
     std::mt19937 m_random;
     std::vector<QStringList> m_states; // by how many steps are done
     size_t m_at = 0;

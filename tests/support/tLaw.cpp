@@ -35,7 +35,7 @@ static QString compare(const cMap& map, const char* name, const QStringList& exp
     return stage(name, difference.isEmpty() ? checkMapWhole(map) : difference);
 }
 
-QString checkLaw(cMap& map, const std::function<void()>& operation) {
+QString checkLaw(cMap& map, const std::function<void()>& operation, bool selectionComesBack) {
     cHistory& history = *map.history;
     history.begin(MARKER);
     history.end();
@@ -48,7 +48,8 @@ QString checkLaw(cMap& map, const std::function<void()>& operation) {
     const QStringList after = dumpById(map, false);
     if (problem.isEmpty()) {
         history.undo();
-        problem = compare(map, "undo", before, true);
+        problem =
+            compare(map, "undo", selectionComesBack ? before : plainBefore, selectionComesBack);
     }
     if (problem.isEmpty()) {
         history.redo();

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+// A user who does anything, by mouse and by command, and goes back and forth: every state on the
+// way is the one that was there before.
+#include "gui/tToolTest.h"
+
+#include "document/tEntity.h"
+#include "document/tMapLists.h"
+#include "support/tLaw.h"
+
+#include <iostream>
+#include <random>
+
+class WalkTest : public cToolTest {
+protected:
+    int number(int from, int to) { return std::uniform_int_distribution<int>(from, to)(m_random); }
+    bool chance(int oneIn) { return number(1, oneIn) == 1; }
+    float coordinate() { return float(number(-10, 10) * GRID); }
+
+    void build(unsigned seed) {
+        m_random.seed(seed);
+        for (int i = 0; i < 12; ++i) {
+            const float x = coordinate(), y = coordinate(), z = coordinate();
+            addBrush({x, y, z}, {x + 48, y + 32, z + 64});
+        }
+        for (int i = 0; i < 4; ++i)
+            addLight(coordinate(), coordinate(), coordinate());
+        cEntityData* door = addSolidEntity();
+        const float mins[3] = {0, 0, 0}, maxs[3] = {64, 16, 96};
+        addBox(map(), door, mins, maxs);
+        updateEntity(door, 0);
+        objectsAdded();
+        m_states = {dumpById(map(), false)};
+    }
+
+    cCanvas* anyView() {
+        static constexpr int types[] = {VIEW_TOP, VIEW_FRONT, VIEW_SIDE};
+        cCanvas* canvas = view(types[number(0, 2)]);
+        focus(canvas);
+        return canvas;
+    }
+
+    // ---- What a user may do
+
+    void clickSomething() {
+        cCanvas* canvas = anyView();
+        const cEntityData* world = map().world();
+        std::vector<const cBrushData*> brushes;
+        for (const cBrushData* brush : brushesOf(world))
+            brushes.push_back(brush);
+        if (brushes.empty())
+            return;
+        const cBrushData* brush = brushes[size_t(number(0, int(brushes.size()) - 1))];
+        const int h = canvas->axisH, v = canvas->axisV;
+        click(canvas, pixel(canvas, brush->mins[h], (brush->mins[v] + brush->maxs[v]) / 2),
+              chance(2) ? Qt::ControlModifier : Qt::NoModifier);
+    }
+
+    void bandSomething() {
+        cCanvas* canvas = anyView();
+        const QPoint from = pixel(canvas, coordinate(), coordinate());
+        drag(canvas, from, from + QPoint(number(40, 120), number(-120, -40)), Qt::ControlModifier);
+        key(canvas, Qt::Key_Return, chance(2) ? Qt::ShiftModifier : Qt::NoModifier);
+    }
+
+    void dragSelection() {
+        if (!box().active || !map().hasSelection())
+            return;
+        cCanvas* canvas = anyView();
+        const bool onHandle = chance(2);
+        const int handles = tool().handleMode == 2 ? number(5, 8) : number(1, 4);
+        QPoint from;
+        if (onHandle) {
+            from = handle(canvas, handles);
+        } else {
+            float middle[3];
+            for (int i = 0; i < 3; ++i)
+                middle[i] = (box().mins[i] + box().maxs[i]) / 2;
+            from = pixel(canvas, middle[canvas->axisH], middle[canvas->axisV]);
+        }
+        if (!canvas->rect().contains(from))
+            return;
+        const QPoint by(number(-2, 2) * GRID, number(-2, 2) * GRID);
+        drag(canvas, from, from + by, chance(4) ? Qt::ShiftModifier : Qt::NoModifier);
+    }
+
+    void command() {
+        static constexpr const char* commands[] = {
+            "ToolsFlipH",   "ToolsFlipV",   "ToolsAlignL",   "ToolsAlignR",  "ToolsAlignT",
+            "ToolsAlignB",  "ToolsSnapSel", "ToolsSnapSel2", "ToolsGroup",   "ToolsUngroup",
+            "ToolsToWorld", "ToolsIG",      "EditSelNone",   "ToolsTexLock", "EditDelete"};
+        const char* id = commands[number(0, int(std::size(commands)) - 1)];
+        const bool isDelete = !strcmp(id, "EditDelete");
+        if (isDelete && selectedBrushes() + selectedEntities() > 3)
+            return; // something is to be left
+        m_done << QString::fromLatin1(id);
+        if (action(id)->isEnabled())
+            trigger(id);
+    }
+
+    void step() {
+        const uint32_t before = map().history->lastStep();
+        switch (number(0, 9)) {
+        case 0:
+        case 1:
+        case 2:
+            clickSomething();
+            break;
+        case 3:
+            bandSomething();
+            break;
+        case 4:
+        case 5:
+        case 6:
+            dragSelection();
+            break;
+        case 7:
+            backOrForth();
+            return;
+        default:
+            command();
+            break;
+        }
+        if (map().history->lastStep() != before) {
+            m_done << QString::fromLatin1(undoName());
+            m_states.resize(m_at + 1);
+            m_states.push_back(dumpById(map(), false));
+            ++m_at;
+        }
+        compare("do");
+    }
+
+    // ---- Back and forth
+
+    void compare(const char* what) {
+        const QString difference = firstDifference(m_states[m_at], dumpById(map(), false));
+        const QString problem = difference.isEmpty() ? checkMapWhole(map()) : difference;
+        ASSERT_EQ(problem, QString())
+            << what << " to state " << m_at << " after "
+            << qPrintable(
+                   QStringList(m_done.mid(qMax(0, m_done.size() - 20))).join(QStringLiteral(", ")));
+    }
+
+    void back() {
+        m_done << QStringLiteral("undo");
+        trigger("EditUndo");
+        --m_at;
+        compare("undo");
+    }
+
+    void forth() {
+        m_done << QStringLiteral("redo");
+        trigger("EditRedo");
+        ++m_at;
+        compare("redo");
+    }
+
+    void backOrForth() {
+        if (chance(2) && m_at > 0)
+            back();
+        else if (m_at + 1 < m_states.size())
+            forth();
+    }
+
+    std::mt19937 m_random;
+    std::vector<QStringList> m_states;
+    size_t m_at = 0;
+    QStringList m_done;
+};
+
+TEST_F(WalkTest, everyStateComesBackThroughTheEditMenu) {
+    constexpr size_t STEPS = 40;
+    constexpr int TRIES = 400;
+    const unsigned seed = std::random_device()();
+    std::cout << "seed " << seed << "\n";
+    build(seed);
+    for (int i = 0; i < TRIES && m_at < STEPS && !HasFailure(); ++i)
+        step();
+    EXPECT_GT(m_states.size(), 10u);
+    EXPECT_EQ(action("EditUndo")->text(),
+              m_at > 0 ? QStringLiteral("&Undo %1").arg(QString::fromLatin1(undoName()))
+                       : QStringLiteral("Can't undo"));
+    while (m_at > 0 && !HasFailure())
+        back();
+    EXPECT_EQ(action("EditUndo")->text(), QStringLiteral("Can't undo"));
+    while (m_at + 1 < m_states.size() && !HasFailure())
+        forth();
+    EXPECT_EQ(action("EditRedo")->text(), QStringLiteral("Can't redo"));
+}

@@ -1,0 +1,361 @@
+// SPDX-License-Identifier: MIT
+#include "operations/tPrimitives.h"
+
+#include "document/tBrush.h"
+#include "document/tBrushGeometry.h"
+#include "document/tEntity.h"
+#include "document/tGroup.h"
+#include "document/tHistory.h"
+#include "document/tMapLists.h"
+#include "operations/tDefaultRoom.h"
+#include "support/tLaw.h"
+#include "support/tMapTools.h"
+#include "support/tTestHost.h"
+#include "support/tVec.h"
+
+#include <array>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <map>
+
+// World units: what rounding to whole numbers moves a point, and what float leaves of it.
+static constexpr float ROUNDING = 0.5f;
+static constexpr float TOLERANCE = 0.01f;
+
+struct cOrientation {
+    int axes[3];
+    bool bit0;
+};
+
+static const cOrientation g_orientations[] = {
+    {{0, 1, 2}, true}, {{1, 2, 0}, true}, {{0, 2, 1}, false}};
+
+class Primitives : public testing::Test {
+protected:
+    void SetUp() override { addWorldTo(map); }
+
+    cPrimitiveParams params(const float* mins, const float* maxs, const cOrientation& orientation,
+                            int sides, bool snap, bool stretch = true) {
+        cPrimitiveParams result = {};
+        result.map = &map.data;
+        qstrncpy(result.face.name, "wall", sizeof result.face.name);
+        result.face.uScale = result.face.vScale = 1;
+        result.sides = sides;
+        result.flags = (orientation.bit0 ? 1u : 0u) | (snap ? 2u : 0u) | (stretch ? 4u : 0u);
+        for (int i = 0; i < 3; ++i) {
+            result.axes[i] = orientation.axes[i];
+            result.mins[i] = mins[i];
+            result.maxs[i] = maxs[i];
+        }
+        return result;
+    }
+
+    std::vector<const cBrushData*> brushes() const {
+        std::vector<const cBrushData*> list;
+        for (const cBrushData* brush : brushesOf(map.world()))
+            list.push_back(brush);
+        return list;
+    }
+
+    cTestHost host;
+    cMap map{nullptr};
+};
+
+static int faceCount(const cBrushData* brush) {
+    int count = 0;
+    for ([[maybe_unused]] const cFaceData* face : facesOf(brush))
+        ++count;
+    return count;
+}
+
+// Closed: every edge is shared by two faces, which run along it in opposite ways.
+static QString checkClosed(const cBrushData* brush) {
+    using cEdge = std::pair<std::array<float, 3>, std::array<float, 3>>;
+    std::map<cEdge, int> edges;
+    const auto pointOf = [](const cFaceVertex& vertex) {
+        // Whole thousandths: windings made from planes meet only so closely.
+        std::array<float, 3> point;
+        for (size_t i = 0; i < 3; ++i)
+            point[i] = std::round(vertex.xyz[i] * 100) / 100 + 0.0f;
+        return point;
+    };
+    for (const cFaceData* face : facesOf(brush)) {
+        for (int i = 0; i < face->vertexCount; ++i) {
+            const auto from = pointOf(face->vertices[i]);
+            const auto to = pointOf(face->vertices[(i + 1) % face->vertexCount]);
+            ++edges[{from, to}];
+            --edges[{to, from}];
+        }
+    }
+    for (const auto& [edge, sum] : edges) {
+        if (sum != 0)
+            return QStringLiteral("an edge from %1 %2 %3 is open")
+                .arg(double(edge.first[0]))
+                .arg(double(edge.first[1]))
+                .arg(double(edge.first[2]));
+    }
+    return QString();
+}
+
+using cVector = std::array<float, 3>;
+
+// The mean of all corners, which lies inside any convex solid.
+static cVector middleOf(const cBrushData* brush) {
+    cVector sum = {0, 0, 0};
+    float count = 0;
+    for (const cFaceData* face : facesOf(brush)) {
+        for (int i = 0; i < face->vertexCount; ++i, ++count)
+            vecAdd(sum.data(), face->vertices[i].xyz, sum.data());
+    }
+    vecScale(sum.data(), 1 / count, sum.data());
+    return sum;
+}
+
+static QString checkSolid(const cBrushData* brush, const float* mins, const float* maxs,
+                          float margin) {
+    QString error;
+    if (!checkBrush(brush, false, &error))
+        return error;
+    for (int i = 0; i < 3; ++i) {
+        if (brush->mins[i] < mins[i] - margin || brush->maxs[i] > maxs[i] + margin)
+            return QStringLiteral("leaves its box on axis %1").arg(i);
+    }
+    const cVector middle = middleOf(brush);
+    for (const cFaceData* face : facesOf(brush)) {
+        if (vecDot(face->normal, middle.data()) - face->dist >= 0)
+            return QStringLiteral("a face looks inward");
+    }
+    return checkClosed(brush);
+}
+
+TEST_F(Primitives, everyOneIsAClosedConvexSolidInItsBox) {
+    struct {
+        const char* step;
+        bool (*create)(const cPrimitiveParams&);
+        bool hasSides;
+        int extraFaces; // beside one for each side, or in all
+    } static const primitives[] = {{"Create Block", createBlock, false, 6},
+                                   {"Create Wedge", createWedge, false, 5},
+                                   {"Create Cylinder", createCylinder, true, 2},
+                                   {"Create Spike", createSpike, true, 1}};
+    static const float boxes[][6] = {{-64, -128, 0, 192, 128, 96},
+                                     {100.25f, -33.5f, 7.75f, 371.5f, 240.25f, 520.25f}};
+    struct cCase {
+        int orientation;
+        int sides;
+        bool snap;
+    };
+    std::vector<cCase> cases;
+    for (int orientation : {0, 1, 2}) {
+        for (int sides : {3, 4, 5, 8, 31, 128}) {
+            cases.push_back({orientation, sides, false});
+            cases.push_back({orientation, sides, true});
+        }
+    }
+    for (const auto& primitive : primitives) {
+        for (const float* box : boxes) {
+            for (const cCase& c : cases) {
+                const cPrimitiveParams p =
+                    params(box, box + 3, g_orientations[c.orientation], c.sides, c.snap);
+                const QString problem = checkLaw(
+                    map, [&] { EXPECT_TRUE(primitive.create(p)); }, false);
+                ASSERT_TRUE(problem.isEmpty()) << qPrintable(problem);
+                EXPECT_STREQ(map.history->undoName(), primitive.step);
+                ASSERT_EQ(brushes().size(), 1u);
+                const cBrushData* brush = brushes().front();
+                EXPECT_TRUE(isSelected(brush));
+                const float margin = c.snap ? ROUNDING + TOLERANCE : TOLERANCE;
+                EXPECT_EQ(qPrintable(checkSolid(brush, box, box + 3, margin)), std::string())
+                    << primitive.step << " sides " << c.sides << " snap " << c.snap << " way "
+                    << c.orientation;
+                const int faces = primitive.extraFaces + (primitive.hasSides ? c.sides : 0);
+                if (c.sides <= (c.snap ? 8 : 31)) { // finer rings may lose corners
+                    EXPECT_EQ(faceCount(brush), faces) << primitive.step;
+                }
+                EXPECT_NEAR(brush->maxs[g_orientations[c.orientation].axes[2]],
+                            box[3 + g_orientations[c.orientation].axes[2]], margin);
+                map.history->undo();
+                map.history->undo(); // the marker of the law
+            }
+        }
+    }
+}
+
+TEST_F(Primitives, fineRingsInSmallBoxesKeepTheCornersThatTurn) {
+    const float mins[3] = {0, 0, 0}, maxs[3] = {7, 5, 16}, sliver[3] = {0.25f, 5, 16};
+    EXPECT_TRUE(createCylinder(params(mins, maxs, g_orientations[0], 128, true)));
+    ASSERT_EQ(brushes().size(), 1u);
+    EXPECT_EQ(checkSolid(brushes().front(), mins, maxs, ROUNDING), QString());
+    // Nothing is left of a ring that rounding has put on a line.
+    EXPECT_FALSE(createSpike(params(mins, sliver, g_orientations[0], 16, true)));
+    EXPECT_FALSE(createCylinder(params(mins, maxs, g_orientations[0], 2, false)));
+    EXPECT_EQ(brushes().size(), 1u);
+}
+
+TEST_F(Primitives, archesOfEveryKindAreRowsOfSolids) {
+    struct {
+        cArchShape shape;
+        size_t brushCount;
+        int faces; // of each
+        bool atAllWidths;
+    } const arches[] = {
+        {{32, 8, 180, 0, 0, true, false}, 8, 6, true},
+        {{32, 24, 360, 0, 0, true, false}, 24, 6, true},
+        {{16, 3, 90, 45, 0, false, false}, 3, 6, true},
+        {{32, 12, 270, 30, 16, true, false}, 12, 6, true}, // a stair
+        {{32, 12, 270, 30, 16, true, true}, 24, 5, true},  // a ramp
+        {{96, 8, 360, 0, 0, true, false}, 8, 5, false},    // no inner wall
+        {{96, 8, 180, 0, 24, true, true}, 8, 5, false},
+    };
+    const float mins[3] = {-96, -96, -96}, maxs[3] = {96, 96, 96};
+    for (const auto& arch : arches) {
+        for (const cOrientation& orientation : g_orientations) {
+            for (int mode = 0; mode < 4; ++mode) {
+                const bool snap = mode & 1, wide = (mode & 2) && arch.atAllWidths;
+                float high[3] = {maxs[0], maxs[1], maxs[2]};
+                high[orientation.axes[0]] += wide ? 128.0f : 0.0f;
+                const cPrimitiveParams p = params(mins, high, orientation, 0, snap);
+                const QString problem = checkLaw(map, [&] {
+                    EXPECT_TRUE(createArch(p, arch.shape));
+                    settle(map); // faces that were merged have their planes from others
+                });
+                ASSERT_TRUE(problem.isEmpty()) << qPrintable(problem);
+                EXPECT_STREQ(map.history->undoName(), "Create Arch");
+                EXPECT_EQ(brushes().size(), arch.brushCount);
+                high[orientation.axes[2]] += float(arch.shape.height * arch.shape.sides);
+                for (const cBrushData* brush : brushes()) {
+                    EXPECT_EQ(qPrintable(checkSolid(brush, mins, high, ROUNDING + TOLERANCE)),
+                              std::string())
+                        << arch.shape.sides << " sides, height " << arch.shape.height << " axis "
+                        << orientation.axes[2] << " snap " << snap;
+                    EXPECT_EQ(faceCount(brush), arch.faces)
+                        << arch.shape.sides << " snap " << snap << " wide " << wide << " height "
+                        << arch.shape.height << " width " << arch.shape.width;
+                    EXPECT_EQ(brush->group != nullptr, arch.shape.group);
+                }
+                EXPECT_EQ(map.data.selectedGroups != nullptr, arch.shape.group);
+                map.history->undo();
+                map.history->undo();
+                EXPECT_TRUE(brushes().empty());
+                EXPECT_EQ(map.data.groups, nullptr);
+            }
+        }
+    }
+}
+
+TEST_F(Primitives, archKeepsItsWallAndItsStart) {
+    const float mins[3] = {0, 0, 0}, maxs[3] = {256, 128, 32};
+    // Circular without stretching: the smaller half extent is the radius.
+    cArchShape quarter{32, 4, 90, 0, 0, true, false};
+    ASSERT_TRUE(createArch(params(mins, maxs, g_orientations[0], 0, false, false), quarter));
+    float low[3] = {9999, 9999, 9999}, high[3] = {-9999, -9999, -9999};
+    for (const cBrushData* brush : brushes())
+        T_AddBoxToBounds(brush->mins, brush->maxs, low, high);
+    // It starts on the second axis and grows towards the first.
+    EXPECT_NEAR(low[0], 128, TOLERANCE);
+    EXPECT_NEAR(high[0], 192, TOLERANCE);
+    EXPECT_NEAR(low[1], 64, TOLERANCE);
+    EXPECT_NEAR(high[1], 128, TOLERANCE);
+    map.history->undo();
+    ASSERT_TRUE(createArch(params(mins, maxs, g_orientations[0], 0, false, true), quarter));
+    EXPECT_NEAR(brushes().back()->maxs[0], 256, TOLERANCE);
+}
+
+// ---- The default room and single entities
+
+// Whether a ray from a point leaves the brushes of the world without meeting one.
+static bool escapes(const cMap& map, const float* from, const float* direction) {
+    for (const cBrushData* brush : brushesOf(map.world())) {
+        float enter = 0, leave = 100000;
+        for (const cFaceData* face : facesOf(brush)) {
+            const float toward = vecDot(face->normal, direction);
+            const float above = vecDot(face->normal, from) - face->dist;
+            if (std::fabs(toward) < 1e-6f) {
+                leave = above > 0 ? -1 : leave;
+                continue;
+            }
+            const float t = -above / toward;
+            if (toward < 0)
+                enter = std::max(enter, t);
+            else
+                leave = std::min(leave, t);
+        }
+        if (enter <= leave)
+            return false;
+    }
+    return true;
+}
+
+TEST_F(Primitives, defaultRoomIsSealedAndFurnished) {
+    cEntityClass* start = host.addClass(QStringLiteral("info_player_start"), CK_POINT);
+    start->mins[2] = -36;
+    host.addClass(QStringLiteral("light"), CK_POINT)->offset[2] = 5;
+    qstrncpy(host.mapProfile.startEntityClass, "info_player_start", 64);
+    qstrncpy(host.mapProfile.roomEntityClass, "light", 64);
+    cRoomShape shape;
+    shape.x = 256;
+    shape.z = 128;
+    shape.wall = "brick";
+    shape.floor = "tiles";
+    ASSERT_TRUE(createDefaultRoom(map, shape));
+    EXPECT_FALSE(map.history->canUndo());
+    ASSERT_EQ(brushes().size(), 6u);
+    EXPECT_EQ(checkMapWhole(map), QString());
+    for (const cBrushData* brush : brushes())
+        EXPECT_EQ(checkClosed(brush), QString());
+    const float middle[3] = {0, 0, 64};
+    for (int i = 0; i < 5000; ++i) {
+        float direction[3];
+        for (float& component : direction)
+            component = float(T_RandomLong(-1000, 1000)) / 1000;
+        if (T_VectorNormalize(direction) > 0.01f) {
+            ASSERT_FALSE(escapes(map, middle, direction))
+                << direction[0] << ' ' << direction[1] << ' ' << direction[2];
+        }
+    }
+    // Corners, too, where two walls meet.
+    for (int corner = 0; corner < 8; ++corner) {
+        float direction[3] = {corner & 1 ? 128.0f : -128.0f, corner & 2 ? 256.0f : -256.0f,
+                              corner & 4 ? 64.0f : -64.0f};
+        EXPECT_FALSE(escapes(map, middle, direction));
+    }
+    EXPECT_EQ(map.world()->mins[0], -160);
+    EXPECT_EQ(map.world()->maxs[1], 288);
+    EXPECT_EQ(map.world()->mins[2], -32);
+    int walls = 0, floors = 0;
+    for (const cBrushData* brush : brushes()) {
+        walls += strcmp(brush->faces->tex.name, "brick") == 0 ? 1 : 0;
+        floors += strcmp(brush->faces->tex.name, "tiles") == 0 && brush->maxs[2] == 0 ? 1 : 0;
+    }
+    EXPECT_EQ(walls, 4);
+    EXPECT_EQ(floors, 1);
+    const cEntityData* player = map.world()->next;
+    EXPECT_STREQ(player->classname, "info_player_start");
+    EXPECT_EQ(player->origin[0], -96);
+    EXPECT_EQ(player->origin[2], 37); // the feet a unit above the floor
+    const cEntityData* light = player->next;
+    EXPECT_NEAR(light->origin[2], 0.8f * 128 + 5, TOLERANCE);
+    EXPECT_STREQ(getEpairValue(light, "light"), "400");
+}
+
+TEST_F(Primitives, entityStandsOffThePointWithItsDefaultsAndYaw) {
+    cEntityClass* lamp = host.addClass(QStringLiteral("item_lamp"), CK_POINT);
+    lamp->offset[2] = 16;
+    lamp->variables.append(cEntityVariable());
+    lamp->variables.last().name = QStringLiteral("style");
+    lamp->variables.last().defaultValue = QStringLiteral("3");
+    const float point[3] = {10, 20, 30};
+    cEntityData* entity = nullptr;
+    const QString problem = checkLaw(
+        map, [&] { entity = createEntity(map, lamp, point, true); }, false);
+    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
+    entity = map.data.entitiesTail;
+    EXPECT_EQ(entity->origin[2], 46);
+    EXPECT_STREQ(getEpairValue(entity, "style"), "3");
+    EXPECT_GE(entity->angles[1], 0);
+    EXPECT_LT(entity->angles[1], 360);
+    EXPECT_NE(getEpair(entity, "angles"), nullptr);
+    EXPECT_TRUE(isSelected(entity));
+    EXPECT_EQ(host.count(eMessage::Print, QStringLiteral("New entity: item_lamp")), 1);
+    EXPECT_EQ(createEntity(map, nullptr, point, false), nullptr);
+}
