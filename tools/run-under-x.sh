@@ -19,8 +19,8 @@ trap stop EXIT
 Xvfb -displayfd 3 -screen 0 1600x1000x24 +extension GLX -nolisten tcp \
     3>"$work/display" >"$work/xvfb.log" 2>&1 &
 servers+=($!)
-for _ in $(seq 200); do
-    [ -s "$work/display" ] && break
+deadline=$((SECONDS + 60)) # the machine may be busy
+while [ ! -s "$work/display" ] && [ $SECONDS -lt $deadline ]; do
     sleep 0.05
 done
 [ -s "$work/display" ] || {
@@ -33,10 +33,19 @@ export XDG_RUNTIME_DIR="$work"
 export LANG=C.UTF-8
 chmod 700 "$work"
 
-openbox >"$work/openbox.log" 2>&1 &
-servers+=($!)
-for _ in $(seq 200); do
-    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+# A window manager that ended before it was seen is started again.
+manager=
+deadline=$((SECONDS + 60))
+until timeout 5 xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; do
+    [ $SECONDS -lt $deadline ] || {
+        cat "$work/openbox.log" >&2
+        exit 71
+    }
+    if [ -z "$manager" ] || ! kill -0 "$manager" 2>/dev/null; then
+        openbox >>"$work/openbox.log" 2>&1 &
+        manager=$!
+        servers+=("$manager")
+    fi
     sleep 0.05
 done
 

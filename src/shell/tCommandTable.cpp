@@ -159,9 +159,9 @@ static const cCommandRow g_rows[] = {
         "Unload currently displayed portal file", &W::cmdMapUnloadPortalfile, NO_KEY, M, 0, 0, 0},
 
     {VIEW_MENU, nullptr, "-", "Screen &Elements", nullptr, nullptr,
-        "Toggle visibility of screen elements", nullptr, NO_KEY, M | NE | CMD_ELEMENTS_MENU, 0, 0, 0},
+        "Toggle visibility of screen elements", nullptr, NO_KEY, M | CMD_ELEMENTS_MENU, 0, 0, 0},
     {VIEW_MENU, nullptr, "-", "&Color Schemes", nullptr, nullptr,
-        "Change visual appearance of the editor", nullptr, NO_KEY, M | NE | CMD_SCHEMES_MENU, 0, 0, 0},
+        "Change visual appearance of the editor", nullptr, NO_KEY, M | CMD_SCHEMES_MENU, 0, 0, 0},
     SEPARATOR(VIEW_MENU, nullptr, M, 0, 0),
     {VIEW_MENU, nullptr, "View2DXY", "2D &X/Y", "xy", nullptr,
         "View 2D X/Y axes", &W::cmdView2DXY, NO_KEY, M | C | CMD_POPUP_CANVAS, 0, 0, 1},

@@ -354,6 +354,7 @@ private:
     void createActions();
     void createMenus();
     QMenu* openMenu(const char* title);
+    QMenu* openSubMenu(const char* title, QMenu* menu);
     void createMenuRow(const cCommandRow& row, QMenu* menu);
     void createBars();
     void createPopups();
@@ -361,6 +362,7 @@ private:
     QCustomAction* createAction(const cCommandRow& row, QObject* parent);
     QCustomAction* makeAction(const cCommandRow& row, QObject* parent); // without entering it
     QCustomSeparator* createSeparator(const cCommandRow& row, QObject* parent);
+    QCustomSeparator* createBarSeparator(const cCommandRow& row, QToolBar* bar);
     void createRecentActions();
     void createPluginMenu();
     void buildScreenElementsMenu();
@@ -471,6 +473,7 @@ private:
 
     QList<QMenu*> m_menus; // of the menu bar
     QList<QToolBar*> m_toolBars;
+    QList<QAction*> m_barSeparators;
     QList<QMenu*> m_popups;
     QMenu* m_windowMenu = nullptr;
     QMenu* m_pluginMenu = nullptr;

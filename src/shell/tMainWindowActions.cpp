@@ -46,9 +46,7 @@ void cMainWindow::createMenus() {
         }
         if (!sameTitle(row.subMenu, subTitle)) {
             subTitle = row.subMenu;
-            subMenu = subTitle ? menu->addMenu(tr(subTitle)) : nullptr;
-            if (subMenu)
-                m_menus.append(subMenu);
+            subMenu = subTitle ? openSubMenu(subTitle, menu) : nullptr;
         }
         createMenuRow(row, subTitle ? subMenu : menu);
     }
@@ -60,6 +58,13 @@ QMenu* cMainWindow::openMenu(const char* title) {
     menu->setObjectName(QString::fromLatin1(title));
     m_menus.append(menu);
     return menu;
+}
+
+QMenu* cMainWindow::openSubMenu(const char* title, QMenu* menu) {
+    QMenu* subMenu = menu->addMenu(tr(title));
+    subMenu->setObjectName(QString::fromLatin1(title));
+    m_menus.append(subMenu);
+    return subMenu;
 }
 
 void cMainWindow::createMenuRow(const cCommandRow& row, QMenu* menu) {
@@ -90,9 +95,8 @@ void cMainWindow::createMenuRow(const cCommandRow& row, QMenu* menu) {
 
 // A submenu that is filled from elsewhere than the table.
 void cMainWindow::createNamedMenu(const cCommandRow& row, QMenu* menu) {
-    QMenu* named = menu->addMenu(tr(row.text));
+    QMenu* named = openSubMenu(row.text, menu);
     named->menuAction()->setStatusTip(tr(row.statusTip));
-    m_menus.append(named);
     if (row.flags & CMD_ELEMENTS_MENU)
         m_elementsMenu = named;
     if (row.flags & CMD_SCHEMES_MENU)
@@ -167,6 +171,14 @@ static std::vector<const cCommandRow*> rowsOf(uint32_t bit, int cCommandRow::*or
     return rows;
 }
 
+// A menu drops a separator beside which nothing shows; a bar does not.
+QCustomSeparator* cMainWindow::createBarSeparator(const cCommandRow& row, QToolBar* bar) {
+    QCustomSeparator* separator = createSeparator(row, bar);
+    separator->hideWithoutDocument = !(row.flags & CMD_SHOW_ALWAYS);
+    m_barSeparators.append(separator);
+    return separator;
+}
+
 void cMainWindow::createBars() {
     for (const cCommandGroup& group : commandBars()) {
         QToolBar* bar = addToolBar(tr(group.title));
@@ -175,7 +187,7 @@ void cMainWindow::createBars() {
         bar->setIconSize(QSize(BAR_ICON_SIZE, BAR_ICON_SIZE));
         for (const cCommandRow* row : rowsOf(group.bit, &cCommandRow::barOrder))
             if (isSeparatorRow(*row))
-                bar->addAction(createSeparator(*row, bar));
+                bar->addAction(createBarSeparator(*row, bar));
             else
                 bar->addAction(createAction(*row, bar));
         connect(bar, &QToolBar::visibilityChanged, this, &cMainWindow::updateScreenElements);

@@ -3,6 +3,7 @@
 // and the Filter Control dock.
 #include "dialogs/tEditGroupsDialog.h"
 #include "document/tMap.h"
+#include "document/tVisGroup.h"
 #include "operations/tStructure.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
@@ -250,8 +251,15 @@ void cMainWindow::markVisGroup() {
 
 void cMainWindow::purgeVisGroups() {
     const cProject* project = activeProject();
-    if (project && project->map->purgeVisGroups())
-        rebuildVisGroupList();
+    if (!project)
+        return;
+    const cVisGroup* current = project->map->findVisGroup(m_visGroups->currentId());
+    const uint32_t serial = current ? current->serial : 0;
+    if (!project->map->purgeVisGroups())
+        return;
+    current = project->map->findVisGroupBySerial(serial); // those that stay have new ids
+    m_visGroups->rebuild(project->map.get(), current ? current->id : 0);
+    selectVisGroup(m_visGroups->currentItem());
 }
 
 void cMainWindow::editVisGroups() {

@@ -22,6 +22,7 @@ void cMainWindow::createToolBar() {
         QCustomAction* action = makeAction(row.command, bar);
         action->toolIndex = row.toolIndex;
         bar->addAction(action);
+        addAction(action); // its shortcut holds while the bar is hidden
         toolActions.push_back(action);
     }
     addToolBar(Qt::LeftToolBarArea, bar);

@@ -80,7 +80,8 @@ void cMainWindow::setTemporaryTool(int id) {
 }
 
 void cMainWindow::toolSelect() {
-    leaveFaceMode();
+    if (currentToolId() == TOOL_TEXTURE)
+        leaveFaceMode();
     endSuspendedTool(TOOL_SELECT);
     makeCurrent(TOOL_SELECT);
     refreshToolViews();

@@ -50,10 +50,28 @@ void cMainWindow::changeSubwindowActiveState(QMdiSubWindow*) {
     updateUi();
 }
 
+// What the current tool's box in that document measures.
+static QString boxText(const cProject& project, int tool) {
+    struct {
+        int tool;
+        eToolBox box;
+        eBoxText text;
+    } static const rows[] = {
+        {TOOL_SELECT, TBX_SELECTION, BT_EXTENTS},
+        {TOOL_BLOCK, TBX_BLOCK, BT_EXTENTS},
+        {TOOL_ENTITY, TBX_ENTITY, BT_CENTER},
+        {TOOL_CORDON, TBX_CORDON, BT_EXTENTS},
+    };
+    for (const auto& row : rows)
+        if (row.tool == tool)
+            return project.boxes[row.box].statusText(0, 1, row.text);
+    return QString();
+}
+
 void cMainWindow::activateProject(cProject* project) {
     m_configs->setCurrent(project->gameConfig);
     setActiveConfig(project->gameConfig);
-    setStatusPane(QString(), 4);
+    setStatusPane(boxText(*project, currentToolId()), 4);
     project->map->describeSelection();
 }
 
@@ -130,6 +148,8 @@ void cMainWindow::updateDocumentActions() {
         applyDocumentRules(action, hasDocument);
     for (QAction* action : m_pluginActions)
         applyDocumentRules(action, hasDocument);
+    for (QAction* separator : m_barSeparators)
+        applyDocumentRules(separator, hasDocument);
     updateMenuVisibility();
 }
 
@@ -175,7 +195,7 @@ struct cMainWindow::cActionStates {
     bool canPaste = false; // there is no clipboard of objects
     bool canGroup = false;
     bool detailVisible = false;
-    bool historyEnabled = true;
+    bool historyEnabled = false;
     QString undoName; // null: can't
     QString redoName;
 };

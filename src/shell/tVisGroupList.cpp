@@ -50,7 +50,10 @@ QListWidgetItem* QVisGroupList::itemOf(uint32_t id) const {
 }
 
 void QVisGroupList::rebuild(const cMap* map) {
-    const uint32_t current = currentId();
+    rebuild(map, currentId());
+}
+
+void QVisGroupList::rebuild(const cMap* map, uint32_t current) {
     m_source = nullptr;
     setSortingEnabled(false); // once at the end, not once an item
     clear();
@@ -86,6 +89,11 @@ void QVisGroupList::mousePressEvent(QMouseEvent* event) {
     event->accept();
 }
 
+// The base class deletes the selected rows after a move, and by then those are the target's.
+void QVisGroupList::startDrag(Qt::DropActions) {
+    QListWidget::startDrag(Qt::CopyAction);
+}
+
 // Rows of this list, and nothing from elsewhere.
 bool QVisGroupList::isOwnDrag(const QDropEvent* event) const {
     return m_source && (!event->source() || event->source() == this) &&
@@ -110,8 +118,7 @@ void QVisGroupList::dragMoveEvent(QDragMoveEvent* event) {
     event->accept();
 }
 
-// The base class would move the row. The merge itself deletes the source item, so the drag must
-// not: it was a copy.
+// The base class would move the row; the merge itself deletes the source item.
 void QVisGroupList::dropEvent(QDropEvent* event) {
     if (!isOwnDrag(event)) {
         event->ignore();

@@ -15,6 +15,7 @@ public:
 
     // Shows the visgroups of a map, or none. The current id survives where it is still there.
     void rebuild(const class cMap* map);
+    void rebuild(const class cMap* map, uint32_t current); // where the ids have changed
     // Texts and icons of the items as they are.
     void refresh(const cMap& map);
     uint32_t currentId() const;                                 // 0: none
@@ -25,6 +26,7 @@ signals:
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void startDrag(Qt::DropActions actions) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dropEvent(QDropEvent* event) override;

@@ -142,10 +142,15 @@ TEST_F(CommandTest, menusWithoutAVisibleCommandAreGone) {
               QStringList(QStringLiteral("&Options...")));
     for (const QCustomAction* a : window->toolActions)
         EXPECT_FALSE(a->isEnabled()) << a->objectName().toStdString();
+    const auto* operations = window->findChild<QToolBar*>(QStringLiteral("Mapope&rations Bar"));
+    for (const QAction* a : operations->actions())
+        EXPECT_FALSE(a->isVisible()) << a->objectName().toStdString() << ", separators too";
     EXPECT_EQ(action("EditUndo")->text(), QStringLiteral("Can't undo"));
     newProject();
     for (const char* title : gone)
         EXPECT_TRUE(menuOf(*window, title)->menuAction()->isVisible()) << title;
+    for (const QAction* a : operations->actions())
+        EXPECT_TRUE(a->isVisible()) << a->objectName().toStdString();
     for (const QCustomAction* a : window->toolActions)
         EXPECT_EQ(a->isEnabled(), a->toolIndex != TOOL_DECAL) << a->objectName().toStdString();
     for (const char* id : {"EditCut", "EditCopy", "EditPaste", "EditPaste2", "ToolsGroup"})

@@ -2,6 +2,7 @@
 // Replies by a polling timer; a folder with one plug-in, one game data file, one configuration.
 #include "gui/tGuiTest.h"
 
+#include "support/tPatience.h"
 #include "support/tSystem.h"
 #include "views/tCanvas.h"
 
@@ -111,7 +112,7 @@ void cGuiTest::start() {
     said.clear();
     QObject::connect(window->statusBar(), &QStatusBar::messageChanged, &replies,
                      [this](const QString& text) { said.append(text); });
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get(), PATIENCE));
     settle();
 }
 
@@ -180,15 +181,17 @@ cProject* cGuiTest::newProject() {
 
 void cGuiTest::focus(QWidget* widget) const {
     window->activateWindow();
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        widget->setFocus();
-        return QApplication::focusWidget() == widget;
-    }));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            widget->setFocus();
+            return QApplication::focusWidget() == widget;
+        },
+        PATIENCE));
 }
 
 bool cGuiTest::answered() const {
     return QTest::qWaitFor(
-        [this] { return !replies.pending() && !QApplication::activeModalWidget(); });
+        [this] { return !replies.pending() && !QApplication::activeModalWidget(); }, PATIENCE);
 }
 
 int cGuiTest::windowCount() const {

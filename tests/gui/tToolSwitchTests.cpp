@@ -4,6 +4,8 @@
 #include "support/tMapTools.h"
 #include "views/tCanvas.h"
 
+#include <QToolBar>
+
 namespace {
 
 // Counts what it is told.
@@ -128,6 +130,26 @@ TEST_F(ToolSwitchTest, keysChooseTools) {
         EXPECT_TRUE(answered());
         EXPECT_EQ(window->currentToolId(), c.id);
     }
+}
+
+TEST_F(ToolSwitchTest, keysReachTheToolsOfAHiddenBar) {
+    startWithSpies();
+    window->findChild<QToolBar*>(QStringLiteral("Maptools Bar"))->hide();
+    press(Qt::Key_G, Qt::ShiftModifier);
+    EXPECT_EQ(window->currentToolId(), int(TOOL_MAGNIFY));
+}
+
+TEST_F(ToolSwitchTest, activationShowsTheBoxOfTheCurrentTool) {
+    startWithSpies();
+    choose(TOOL_BLOCK);
+    static const float mins[3] = {0, 0, 0};
+    static const float maxs[3] = {16, 32, 64};
+    active()->boxes[TBX_BLOCK].setFromTwoPoints(mins, maxs);
+    newProject();
+    EXPECT_EQ(pane(4), QString());
+    trigger("WindowPrev");
+    settle();
+    EXPECT_EQ(pane(4), QStringLiteral("16w 32l 64h"));
 }
 
 TEST_F(ToolSwitchTest, faceModeDropsObjectsAndItsMaskWithoutKeep) {

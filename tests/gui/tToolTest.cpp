@@ -3,6 +3,7 @@
 
 #include "document/tEntity.h"
 #include "document/tMapLists.h"
+#include "support/tPatience.h"
 
 #include <QApplication>
 #include <QWindow>
@@ -29,7 +30,8 @@ void cToolTest::SetUp() {
     window->gridSize = GRID;
     top = view(VIEW_TOP);
     ASSERT_TRUE(top);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return top->viewInfo.frame > 0 && top->width() > 200; }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return top->viewInfo.frame > 0 && top->width() > 200; },
+                                PATIENCE));
     for (cCanvas* canvas : project->windows.first()->canvases)
         placeOnPixels(canvas);
     focus(top);

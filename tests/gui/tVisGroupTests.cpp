@@ -10,6 +10,7 @@
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QProcess>
 #include <QPushButton>
 
 class VisGroupTest : public cGuiTest {
@@ -77,6 +78,28 @@ protected:
         QTest::mouseRelease(list()->viewport(), Qt::LeftButton, Qt::NoModifier, start);
     }
 
+    // The whole of it by the pointer of the X server, through the window system's own drag.
+    void dragRow(int from, int to) const {
+        static constexpr int STEPS = 8;
+        const QPoint start = list()->viewport()->mapToGlobal(placeOf(from));
+        const QPoint end = list()->viewport()->mapToGlobal(placeOf(to));
+        QStringList words;
+        const auto say = [&words](const QString& text) { words += text.split(QLatin1Char(' ')); };
+        for (int step = 0; step <= STEPS; ++step) {
+            const QPoint at = start + (end - start) * step / STEPS;
+            say(QStringLiteral("mousemove %1 %2 sleep 0.05").arg(at.x()).arg(at.y()));
+            if (step == 0)
+                say(QStringLiteral("mousedown 1"));
+        }
+        say(QStringLiteral("sleep 0.2 mouseup 1"));
+        QProcess hand;
+        hand.start(QStringLiteral("xdotool"), words);
+        EXPECT_TRUE(answered());
+        EXPECT_TRUE(QTest::qWaitFor([&hand] { return hand.state() == QProcess::NotRunning; }));
+        EXPECT_EQ(hand.exitCode(), 0);
+        settle();
+    }
+
     cBrushData* brushes[3] = {};
     cVisGroup* walls = nullptr;
     cVisGroup* lights = nullptr;
@@ -128,9 +151,11 @@ TEST_F(VisGroupTest, assignMarkAndPurge) {
     EXPECT_FALSE(active()->dirty) << "none is empty";
     trigger("EditDelete");
     EXPECT_EQ(texts()[1], QStringLiteral("walls"));
+    clickRow(0);
     clickButton("btnPurge");
     EXPECT_EQ(texts(), QStringList(QStringLiteral("lights (1 object)")));
-    EXPECT_EQ(map().visGroups.firstKey(), 1u);
+    EXPECT_EQ(lights->id, 1u);
+    EXPECT_EQ(list()->currentId(), 1u) << "still current, under its new id";
 }
 
 TEST_F(VisGroupTest, doubleClickHidesAndShowsAtOnce) {
@@ -162,6 +187,17 @@ TEST_F(VisGroupTest, aDropMergesAfterAQuestion) {
     EXPECT_EQ(map().visGroups.size(), 1);
     EXPECT_TRUE(active()->dirty);
     EXPECT_EQ(checkMapInvariants(map()), QString());
+}
+
+TEST_F(VisGroupTest, aRealDragLeavesTheTargetCurrent) {
+    startWithGroups();
+    map().createVisGroup("doors");
+    window->updateUi();
+    replies.expectBox(QMessageBox::Yes, QStringLiteral("Combine groups?"));
+    dragRow(2, 1);
+    EXPECT_EQ(texts(),
+              QStringList({QStringLiteral("doors"), QStringLiteral("lights (2 objects)")}));
+    EXPECT_EQ(list()->currentId(), lights->id);
 }
 
 TEST_F(VisGroupTest, dialogChangesGroupsAsOneTypes) {

@@ -4,6 +4,7 @@
 #include "document/tBrushGeometry.h"
 #include "document/tEntity.h"
 #include "document/tMapLists.h"
+#include "support/tPatience.h"
 #include "support/tVec.h"
 
 #include <QApplication>
@@ -54,9 +55,9 @@ cChildWindow* ViewFixture::openWindow(int type, int width, int height) {
     window->resize(width, height);
     window->createViews(type);
     window->show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(window, PATIENCE));
     window->autosize();
-    EXPECT_TRUE(QTest::qWaitFor([window] { return isSettled(*window); }));
+    EXPECT_TRUE(QTest::qWaitFor([window] { return isSettled(*window); }, PATIENCE));
     return window;
 }
 
