@@ -33,12 +33,24 @@ export XDG_RUNTIME_DIR="$work"
 export LANG=C.UTF-8
 chmod 700 "$work"
 
-openbox >"$work/openbox.log" 2>&1 &
-servers+=($!)
-for _ in $(seq 200); do
-    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
-    sleep 0.05
+# Without the window manager every wait for an active window would run out and blame the tests: one
+# that has ended is started again, and one that does not come at all is a failure of its own.
+manages() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
+manager=
+for _ in $(seq 400); do
+    if [ -z "$manager" ] || ! kill -0 "$manager" 2>/dev/null; then
+        openbox >>"$work/openbox.log" 2>&1 &
+        manager=$!
+        servers[1]=$manager
+    fi
+    manages && break
+    sleep 0.1
 done
+manages || {
+    echo "The window manager did not start:" >&2
+    tail -n 5 "$work/openbox.log" "$work/xvfb.log" >&2
+    exit 70
+}
 
 status=0
 "$@" || status=$?
