@@ -71,19 +71,11 @@ private:
     bool m_parentsChanged = false;
 };
 
-template<class T, T* T::*Next> void dropAll(T*& head, cListRange<T, Next> range) {
-    for (T* item : range) {
-        item->flags &= ~uint32_t(OF_SELECTED);
-        item->nextSelected = item->prevSelected = nullptr;
-    }
-    head = nullptr;
-}
-
 void cRestore::dropSelection() {
-    dropAll(m_data.selectedGroups, selectedGroupsOf(m_data));
-    dropAll(m_data.selectedEntities, selectedEntitiesOf(m_data));
-    dropAll(m_data.selectedBrushes, selectedBrushesOf(m_data));
-    dropAll(m_data.selectedFaces, selectedFacesOf(m_data));
+    selectedClear(m_data.selectedGroups);
+    selectedClear(m_data.selectedEntities);
+    selectedClear(m_data.selectedBrushes);
+    selectedClear(m_data.selectedFaces);
 }
 
 // What an object gets back: no passing state, and to be rebuilt.
@@ -549,9 +541,9 @@ void cRestore::finishSelection() {
     if (mode == MODE_GROUPS)
         m_map.selectRoots();
     else
-        dropAll(m_data.selectedGroups, selectedGroupsOf(m_data));
+        selectedClear(m_data.selectedGroups);
     if (mode != MODE_FACES)
-        dropAll(m_data.selectedFaces, selectedFacesOf(m_data));
+        selectedClear(m_data.selectedFaces);
 }
 
 void cRestore::finish() {

@@ -67,6 +67,11 @@ template<class T> void selectedRemove(T*& head, T* item) {
     item->flags &= ~uint32_t(OF_SELECTED);
 }
 
+template<class T> void selectedClear(T*& head) {
+    while (T* item = head)
+        selectedRemove(head, item);
+}
+
 // ---- Walks. The next link is taken first, so the body may remove the object it is given.
 
 template<class T, T* T::*Next> class cListRange {

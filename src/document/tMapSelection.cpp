@@ -162,17 +162,9 @@ void cMap::selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden) 
 
 // ---- Dropping
 
-template<class T, T* T::*Next> static void dropAll(T*& head, cListRange<T, Next> range) {
-    for (T* item : range) {
-        item->flags &= ~uint32_t(OF_SELECTED);
-        item->nextSelected = item->prevSelected = nullptr;
-    }
-    head = nullptr;
-}
-
 void cMap::selectFacesOfBrushes() {
-    dropAll(data.selectedGroups, selectedGroupsOf(data));
-    dropAll(data.selectedEntities, selectedEntitiesOf(data));
+    selectedClear(data.selectedGroups);
+    selectedClear(data.selectedEntities);
     for (cBrushData* brush : selectedBrushesOf(data)) {
         selectedRemove(data.selectedBrushes, brush);
         for (cFaceData* face : facesOf(brush))
@@ -182,15 +174,15 @@ void cMap::selectFacesOfBrushes() {
 }
 
 void cMap::clearFaces() {
-    dropAll(data.selectedFaces, selectedFacesOf(data));
+    selectedClear(data.selectedFaces);
     describeChange();
 }
 
 void cMap::clearSelection() {
-    dropAll(data.selectedGroups, selectedGroupsOf(data));
-    dropAll(data.selectedEntities, selectedEntitiesOf(data));
-    dropAll(data.selectedBrushes, selectedBrushesOf(data));
-    dropAll(data.selectedFaces, selectedFacesOf(data));
+    selectedClear(data.selectedGroups);
+    selectedClear(data.selectedEntities);
+    selectedClear(data.selectedBrushes);
+    selectedClear(data.selectedFaces);
     describeChange();
 }
 
