@@ -4,6 +4,7 @@
 #include "shell/tMainWindow.h"
 
 #include "dialogs/tWaitDialog.h"
+#include "document/tHistory.h"
 #include "document/tWinding.h"
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tHostServices.h"
@@ -99,6 +100,7 @@ cMainWindow::~cMainWindow() {
     m_captions.reset();
     m_primitives.reset();
     m_shareWidget.reset();
+    cHistory::freeRecordPools();
     windingFreeLists();
     TempBuffer_FreeAll();
     g_viewHost = nullptr;
