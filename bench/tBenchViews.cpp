@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
-// A frame of the four views of a generated city, and a pick, on a real display. Run under
-// tools/run-under-x.sh; the camera flies low over one end of the city and looks along it.
+// A frame of the four views of a generated city, a pick, and a step of a drag, on a real display.
+// Run under tools/run-under-x.sh; the camera flies low over one end of the city and looks along it.
 #include "document/tMap.h"
+#include "document/tMapLists.h"
 #include "support/tSystem.h"
 #include "tBenchImport.h"
+#include "tools/tToolSelect.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 #include "views/tDocumentViews.h"
@@ -64,6 +66,7 @@ public:
     cCanvas* camera() const { return m_window->canvases[0]; }
     cCanvas* top() const { return m_window->canvases[1]; }
     bool isShown() const;
+    void select(int brushes);
 
 private:
     static constexpr int WIDTH = 1200, HEIGHT = 900;
@@ -101,6 +104,14 @@ bool cShownCity::isShown() const {
         if (canvas->viewInfo.frame == 0 || canvas->width() < WIDTH / 3)
             return false;
     return true;
+}
+
+void cShownCity::select(int brushes) {
+    cMap& map = m_document.map;
+    for (cBrushData* brush : brushesOf(map.world()))
+        if (brushes-- > 0)
+            selectedPush(map.data.selectedBrushes, brush);
+    map.markChanged();
 }
 
 void cShownCity::frame() {
@@ -163,6 +174,36 @@ static void pick(benchmark::State& state, cCanvas* (cShownCity::*which)() const)
     state.counters["hits"] = benchmark::Counter(hits, benchmark::Counter::kAvgIterations);
 }
 
+// A mouse move in the top view that drags the selection in a city of 10,000 brushes, and the frame
+// of all views after it. By the box, or by the right handle as a stretch.
+static void dragStep(benchmark::State& state, eHandleMode mode, int handle) {
+    static constexpr int CITY = 10000;
+    cShownCity city(CITY);
+    cCanvas* top = city.top();
+    city.select(int(state.range(0)));
+    top->activate();
+    cToolSelect tool;
+    g_viewHost->currentTool = &tool;
+    tool.setCanvas(top);
+    tool.handleMode = mode;
+    tool.hoverHandle = handle;
+    tool.overBox = handle == BH_NONE;
+    int x = top->width() / 2;
+    const int y = top->height() / 2, start = x;
+    tool.mouseMove(top, x, y, Qt::LeftButton, {});
+    tool.mouseMove(top, x + 1, y, Qt::LeftButton, {});
+    city.frame(); // the picture changes once, when the drag begins
+    const int before = top->pictureCount();
+    for (auto _ : state) {
+        x = x < start + 64 ? x + 4 : start;
+        tool.mouseMove(top, x, y, Qt::LeftButton, {});
+        city.frame();
+    }
+    if (!tool.movingPreview || top->pictureCount() != before)
+        state.SkipWithError("no drag over the kept picture");
+    g_viewHost->currentTool = nullptr;
+}
+
 #define KVX_VIEW_SIZES                                                                             \
     ArgNames({"brushes", "tree"})                                                                  \
         ->ArgsProduct({{1000, 10000, 50000}, {0, 1}})                                              \
@@ -174,6 +215,11 @@ BENCHMARK_CAPTURE(oneView, camera, &cShownCity::camera)->KVX_VIEW_SIZES;
 BENCHMARK_CAPTURE(oneView, top, &cShownCity::top)->KVX_VIEW_SIZES;
 BENCHMARK_CAPTURE(pick, camera, &cShownCity::camera)->KVX_VIEW_SIZES;
 BENCHMARK_CAPTURE(pick, top, &cShownCity::top)->KVX_VIEW_SIZES;
+
+#define KVX_DRAG_SIZES                                                                             \
+    ArgName("selected")->Arg(500)->Arg(5000)->UseRealTime()->Unit(benchmark::kMillisecond)
+BENCHMARK_CAPTURE(dragStep, move, HANDLES_SCALE, BH_NONE)->KVX_DRAG_SIZES;
+BENCHMARK_CAPTURE(dragStep, stretch, HANDLES_STRETCH, BH_RIGHT)->KVX_DRAG_SIZES;
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);

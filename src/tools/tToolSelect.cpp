@@ -29,6 +29,12 @@ static cSelectionBox& boxOf(const cCanvas& canvas) {
     return canvas.project()->boxes[TBX_SELECTION];
 }
 
+// What the tool knows of the selection is of the document whose view is active.
+static bool isOfActiveDocument(const cCanvas& canvas) {
+    const cCanvas* active = g_viewHost->activeCanvas;
+    return active && active->project() == canvas.project();
+}
+
 int cToolSelect::activeMode() const {
     return rubberBand ? int(HANDLES_SCALE) : handleMode;
 }
@@ -189,9 +195,9 @@ bool cToolSelect::mouseRelease(cCanvas* canvas, int x, int y, int button,
         clickConsumed = false;
         return false;
     }
-    if (!canvas->map() || canvas->isCamera())
+    if (!canvas->map() || canvas->isCamera() || !isOfActiveDocument(*canvas))
         return false;
-    setMoving(*canvas->map(), false);
+    setMoving(canvas, false);
     if (dragging)
         finishDrag(canvas, x, y, modifiers);
     else
@@ -260,6 +266,8 @@ bool cToolSelect::mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons butt
     }
     if (clickConsumed)
         return true;
+    if (!isOfActiveDocument(*canvas)) // the button was held while another document became active
+        return false;
     if (canvas->leftDown) {
         dragStep(canvas, x, y, modifiers);
         return true;
@@ -342,7 +350,7 @@ void cToolSelect::setCanvas(cCanvas* canvas) {
     m_drag = DRAG_NONE;
     selectedCount = 0;
     box.clear();
-    setMoving(*canvas->map(), false);
+    setMoving(canvas, false);
     if (!hasObjects(*canvas->map())) {
         handleMode = HANDLES_SCALE;
         leaveBox();

@@ -8,6 +8,7 @@
 #include "views/tMovingPreview.h"
 #include "views/tTool.h"
 
+#include <QPointer>
 #include <vector>
 
 class QString;
@@ -86,9 +87,9 @@ private:
     int dragBand(cSelectionBox& box, const float* point);
     bool stretchFits(const cMap& map, int axis) const;
     void buildMatrix(const cCanvas& canvas, const cSelectionBox& box, eMatrix mode);
-    void setMoving(cMap& map, bool moving);
-    void startMoving(cMap& map);
-    void endMoving(cMap& map);
+    void setMoving(cCanvas* canvas, bool moving);
+    void startMoving(cCanvas* canvas);
+    void endMoving();
     cTransformRecord transformRecord(const cCanvas& canvas, Qt::KeyboardModifiers modifiers) const;
     // tToolSelectDraw.cpp
     void drawOutline(cCanvas* canvas, const cSelectionBox& box) const;
@@ -99,6 +100,7 @@ private:
     eDrag m_drag = DRAG_NONE;
     Qt::KeyboardModifiers m_modifiers; // of the last drag step
     cMovingPreview m_preview;
+    QPointer<cCanvas> m_movingIn;           // whose document has the moving flags
     std::vector<uint32_t> m_movingEntities; // ids of what has the moving flags
     std::vector<uint32_t> m_movingBrushes;
 };

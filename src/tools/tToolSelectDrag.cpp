@@ -40,7 +40,7 @@ void cToolSelect::dragStep(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers 
     sideMask = 0;
     dragging = true;
     if (m_drag == DRAG_BOX || m_drag == DRAG_HANDLE)
-        setMoving(map, true);
+        setMoving(canvas, true);
     if (m_drag == DRAG_BOX)
         showText(*canvas, dragBox(*canvas, box, point));
     else if (m_drag == DRAG_HANDLE)
@@ -220,7 +220,8 @@ static void setMovingFlags(cBrushData* brush, bool moving) {
         setFlag(face->flags, FF_MOVING, moving);
 }
 
-void cToolSelect::startMoving(cMap& map) {
+void cToolSelect::startMoving(cCanvas* canvas) {
+    const cMap& map = *canvas->map();
     for (cEntityData* entity : selectedEntitiesOf(map.data)) {
         setFlag(entity->flags, EF_MOVING, true);
         m_movingEntities.push_back(entity->id);
@@ -229,32 +230,40 @@ void cToolSelect::startMoving(cMap& map) {
         setMovingFlags(brush, true);
         m_movingBrushes.push_back(brush->id);
     }
+    m_movingIn = canvas;
     m_preview.build(map);
 }
 
-// By id: a command in the midst of the drag may have changed the selection, or the objects.
-void cToolSelect::endMoving(cMap& map) {
+// By id: a command in the midst of the drag may have changed the selection, or the objects. The
+// document is the one of the drag, though another may be active by now, or it may be closed.
+void cToolSelect::endMoving() {
+    cMap* map = m_movingIn ? m_movingIn->map() : nullptr;
     for (const uint32_t id : m_movingEntities)
-        if (cEntityData* entity = map.findEntityById(id))
+        if (cEntityData* entity = map ? map->findEntityById(id) : nullptr)
             setFlag(entity->flags, EF_MOVING, false);
     for (const uint32_t id : m_movingBrushes)
-        if (cBrushData* brush = map.findBrushById(nullptr, id))
+        if (cBrushData* brush = map ? map->findBrushById(nullptr, id) : nullptr)
             setMovingFlags(brush, false);
     m_movingEntities.clear();
     m_movingBrushes.clear();
+    m_movingIn = nullptr;
     m_preview.clear();
 }
 
 // The map's picture changes once here; the steps of the drag leave it alone.
-void cToolSelect::setMoving(cMap& map, bool moving) {
+void cToolSelect::setMoving(cCanvas* canvas, bool moving) {
     if (moving == movingPreview || (moving && rubberBand))
         return;
+    const QPointer<cCanvas> changed = moving ? QPointer<cCanvas>(canvas) : m_movingIn;
     movingPreview = moving;
     if (moving)
-        startMoving(map);
+        startMoving(canvas);
     else
-        endMoving(map);
-    map.markChanged();
+        endMoving();
+    if (changed && changed->map()) {
+        changed->map()->markChanged();
+        changed->project()->redrawViews(REDRAW_ALL);
+    }
 }
 
 cTransformRecord cToolSelect::transformRecord(const cCanvas& canvas,

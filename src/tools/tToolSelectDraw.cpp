@@ -101,6 +101,6 @@ void cToolSelect::draw(cCanvas* canvas, const cViewInfo& view, cDrawStats& stats
     drawOrigins(canvas, map);
     if (!dragging)
         drawHandles(canvas, view, box);
-    if (movingPreview)
+    if (movingPreview && m_movingIn && m_movingIn->map() == &map)
         m_preview.draw(map, canvas->viewInfo, stats, transformRecord(*canvas, m_modifiers));
 }

@@ -95,7 +95,8 @@ void cCanvas::mousePressEvent(QMouseEvent* event) {
     }
     const bool taken = toolMousePress(event);
     event->setAccepted(taken);
-    if (event->button() == Qt::RightButton && !captionHover && !taken)
+    // With the space bar held the right button flies; a menu would end that before it began.
+    if (event->button() == Qt::RightButton && !captionHover && !taken && !spaceLook)
         openContextMenu(event);
 }
 

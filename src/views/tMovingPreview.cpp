@@ -126,21 +126,41 @@ void cEntity::drawTransformed(cViewInfo& view, cDrawStats& stats, uint32_t passF
 
 // ---- The selection
 
+// A point where faces meet counts once; among very many the search is not worth it.
+uint32_t cMovingPreview::pointIndex(const cPart& part, const float* point) {
+    static constexpr size_t SEARCHED = 64;
+    const size_t end = m_points.size() / 3;
+    const size_t searchEnd = std::min(end, part.first + SEARCHED);
+    for (size_t i = part.first; i < searchEnd; ++i)
+        if (std::equal(point, point + 3, &m_points[i * 3]))
+            return uint32_t(i);
+    m_points.insert(m_points.end(), point, point + 3);
+    return uint32_t(end);
+}
+
+void cMovingPreview::addBrush(const cBrushData* brush) {
+    cPart part = {m_points.size() / 3, 0, {}};
+    vecCopy(brush->brush->center, part.center);
+    for (const int depthAxis : {0, 1, 2, -1}) {
+        cIndices& edges = edgesSeenAlong(depthAxis);
+        eachEdge(brush, depthAxis, [&](const float* a, const float* b) {
+            edges.push_back(pointIndex(part, a));
+            edges.push_back(pointIndex(part, b));
+        });
+    }
+    part.end = m_points.size() / 3;
+    m_parts.push_back(part);
+}
+
 void cMovingPreview::build(const cMap& map) {
     clear();
     for (const cBrushData* brush : selectedBrushesOf(map.data))
-        for (const int depthAxis : {0, 1, 2, -1}) {
-            std::vector<float>& edges = edgesSeenAlong(depthAxis);
-            eachEdge(brush, depthAxis, [&edges](const float* a, const float* b) {
-                edges.insert(edges.end(), a, a + 3);
-                edges.insert(edges.end(), b, b + 3);
-            });
-        }
+        if (!(brush->flags & (BF_DIRTY | BF_HIDDEN)))
+            addBrush(brush);
 }
 
 void cMovingPreview::clear() {
-    for (std::vector<float>& edges : m_edges)
-        edges = {};
+    *this = cMovingPreview();
 }
 
 // The record's transform in the column order of OpenGL: M (v - pivot) + pivot.
@@ -155,16 +175,33 @@ static void multMatrix(const cTransformRecord& record) {
     glTranslatef(-pivot[0], -pivot[1], -pivot[2]);
 }
 
-void cMovingPreview::drawEdges(const std::vector<float>& edges,
-                               const cTransformRecord& record) const {
+const std::vector<float>& cMovingPreview::stretched(const cTransformRecord& record) {
+    std::array<float, 20> by;
+    by[0] = float(record.sideMask);
+    std::copy_n(record.center, 3, by.begin() + 1);
+    std::copy_n(record.matrix, 16, by.begin() + 4);
+    if (m_stretched.size() == m_points.size() && by == m_stretchedBy)
+        return m_stretched;
+    m_stretchedBy = by;
+    m_stretched = m_points;
+    for (const cPart& part : m_parts)
+        for (size_t i = part.first; i < part.end; ++i)
+            transformPoint(record, record.center, part.center, VERTEX_MARGIN, &m_stretched[i * 3]);
+    return m_stretched;
+}
+
+void cMovingPreview::drawEdges(const cIndices& edges, const cTransformRecord& record) {
     if (edges.empty())
         return;
+    const bool isStretch = record.sideMask != 0;
+    const std::vector<float>& points = isStretch ? stretched(record) : m_points;
     glPushMatrix();
-    multMatrix(record);
+    if (!isStretch)
+        multMatrix(record);
     glColor4ubv(g_host->schemeColor(COLOR_SELECTED_FILL));
     glEnableClientState(GL_VERTEX_ARRAY);
-    glVertexPointer(3, GL_FLOAT, 0, edges.data());
-    glDrawArrays(GL_LINES, 0, GLsizei(edges.size() / 3));
+    glVertexPointer(3, GL_FLOAT, 0, points.data());
+    glDrawElements(GL_LINES, GLsizei(edges.size()), GL_UNSIGNED_INT, edges.data());
     glPopMatrix();
 }
 
@@ -172,11 +209,8 @@ void cMovingPreview::draw(cMap& map, cViewInfo& view, cDrawStats& stats,
                           const cTransformRecord& record) {
     static constexpr uint32_t PASS = PASS_UNSELECTED | PASS_SELECTED;
     const bool flat = keepsDepth(record.matrix, view.axisDepth);
-    if (record.sideMask == 0)
-        drawEdges(edgesSeenAlong(flat ? view.axisDepth : -1), record);
-    else
-        for (const cBrushData* brush : selectedBrushesOf(map.data))
-            brush->brush->drawTransformed(view, stats, PASS, record);
+    drawEdges(edgesSeenAlong(flat ? view.axisDepth : -1), record);
+    stats.brushes += int(m_parts.size());
     for (cEntityData* entity : selectedEntitiesOf(map.data))
         entity->entity->drawTransformed(view, stats, PASS, record);
     cDrawBatch::shared().flush();

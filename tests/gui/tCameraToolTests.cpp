@@ -102,6 +102,20 @@ TEST_F(CameraToolTest, theSpaceBarLendsItsDragsToOtherTools) {
     EXPECT_EQ(selectedBrushes(), 0);
 }
 
+TEST_F(CameraToolTest, theSpaceBarLetsTheRightButtonFlyOverASelection) {
+    addBrush({100, -50, 0}, {150, 50, 100});
+    objectsAdded();
+    map().selectAll();
+    QTest::keyPress(camera, Qt::Key_Space);
+    press(camera, center(), {}, Qt::RightButton);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    step(1, 0);
+    step(10, -6);
+    expectOrigin(-16, -20, 76);
+    release(camera, center(), {}, Qt::RightButton);
+    QTest::keyRelease(camera, Qt::Key_Space);
+}
+
 // ---- Magnify
 
 TEST_F(CameraToolTest, magnifiesByClicks) {

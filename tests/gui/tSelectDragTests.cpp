@@ -240,6 +240,31 @@ TEST_F(SelectDragTest, anotherToolEndsADrag) {
     expectBrush(brush, {0, 0, 0}, {64, 64, 64});
 }
 
+TEST_F(SelectDragTest, anotherDocumentEndsADrag) {
+    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
+    objectsAdded();
+    const cProject* other = newProject();
+    trigger("WindowPrev");
+    settle();
+    ASSERT_EQ(active(), project);
+    focus(top);
+    pick(brush);
+    const QPoint from = middleOf(top);
+    dragTo(top, from, from + QPoint(32, 0));
+    ASSERT_TRUE(brush->flags & BF_MOVING);
+    trigger("WindowNext");
+    settle();
+    ASSERT_EQ(active(), other);
+    EXPECT_FALSE(brush->flags & BF_MOVING);
+    EXPECT_FALSE(brush->faces->flags & FF_MOVING);
+    moveTo(top, from + QPoint(48, 0)); // the button is still held
+    moveTo(top, from + QPoint(64, 0));
+    EXPECT_FALSE(brush->flags & BF_MOVING);
+    release(top, from + QPoint(64, 0));
+    expectBrush(brush, {0, 0, 0}, {64, 64, 64});
+    EXPECT_FALSE(map().history->canUndo());
+}
+
 // ---- Scale
 
 TEST_F(SelectDragTest, eachHandleScales) {
