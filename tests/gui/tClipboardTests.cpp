@@ -31,11 +31,12 @@ protected:
     }
     QStringList corners() const { return corners(map()); }
 
-    // The mouse goes over two views, so that all three coordinates are known.
+    // The mouse is in the top view; the depth is the middle of the front view.
     void pointAt(float x, float y, float z) {
         cCanvas* front = view(VIEW_FRONT);
+        const float middle[3] = {0, 0, z};
         focus(front);
-        moveTo(front, pixel(front, 0, z));
+        front->centerOn(middle);
         focus(top);
         moveTo(top, pixel(top, x, y));
     }
@@ -75,14 +76,14 @@ TEST_F(ClipboardCommandTest, pastesAtTheMouseAsOftenAsOneLikes) {
     for (const char* id : {"EditPaste", "EditPaste2"})
         EXPECT_TRUE(action(id)->isEnabled()) << id;
     pointAt(192, -96, 64);
-    expectUndoable([&] { trigger("EditPaste"); });
+    expectUndoable([&] { trigger("EditPaste"); }, false);
     EXPECT_STREQ(undoName(), "Paste");
     EXPECT_TRUE(project->dirty);
     EXPECT_EQ(corners(), QStringList({QStringLiteral("0 0 0"), QStringLiteral("160 -128 32")}));
     EXPECT_EQ(selectedBrushes(), 1) << "what was pasted";
     EXPECT_FALSE(isSelected(map().world()->brushes));
     pointAt(195, -90, 60); // on the grid again
-    press(Qt::Key_V, Qt::ControlModifier);
+    key(top, Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(corners().count(QStringLiteral("160 -128 32")), 2);
 }
 
@@ -197,7 +198,7 @@ TEST_F(ClipboardCommandTest, pasteSpecialStepsAndTurnsAsTheDialogSays) {
             c.fill(dialog);
             accept(dialog);
         });
-        expectUndoable([&] { trigger("EditPaste2"); });
+        expectUndoable([&] { trigger("EditPaste2"); }, false);
         EXPECT_STREQ(undoName(), "Paste Special");
         QStringList all = corners();
         EXPECT_TRUE(all.removeOne(QStringLiteral("0 0 0"))) << "the original";
@@ -245,7 +246,7 @@ TEST_F(ClipboardCommandTest, whatWasTakenOutlivesItsDocument) {
             clickOn(dialog, "cbStartCenter");
             accept(dialog);
         });
-        expectUndoable([&] { trigger("EditPaste2"); });
+        expectUndoable([&] { trigger("EditPaste2"); }, false);
         EXPECT_EQ(corners(), QStringList(QStringLiteral("0 0 0")));
         trigger("EditCut"); // and nothing can go back to the first
         trigger("EditUndo");
