@@ -48,6 +48,7 @@ class cWaitDialog;
 class QCustomAction;
 class QCustomSeparator;
 struct cEntityClassNode;
+struct cEntityData;
 struct cGameConfig;
 struct cMapFormat;
 struct cPasteOptions;
