@@ -7,6 +7,7 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tVisGroup.h"
+#include "operations/tClipboard.h"
 #include "operations/tStructure.h"
 #include "operations/tTransform.h"
 #include "tBenchImport.h"
@@ -201,6 +202,111 @@ static void undoOneOrganised(benchmark::State& state) {
     city.run([&] { city.move(); }, [&] { city.map.history->undo(); });
 }
 
+// Back to where the last run began, with everything selected.
+static void takeBackAndSelectAll(cMap& map) {
+    if (map.history->canUndo())
+        map.history->undo();
+    map.selectAll();
+}
+
+static void deleteAll(benchmark::State& state) {
+    cCity city(state);
+    city.run([&] { takeBackAndSelectAll(city.map); }, [&] { deleteSelection(city.map); });
+}
+
+static void undoDeleteAll(benchmark::State& state) {
+    cCity city(state);
+    city.run(
+        [&] {
+            city.map.history->clear();
+            city.map.selectAll();
+            deleteSelection(city.map);
+        },
+        [&] { city.map.history->undo(); });
+}
+
+static void tieAll(benchmark::State& state) {
+    cCity city(state);
+    city.run([&] { takeBackAndSelectAll(city.map); },
+             [&] { tieSelectionToEntity(city.map, "func_wall", nullptr); });
+}
+
+static void undoTieAll(benchmark::State& state) {
+    cCity city(state);
+    city.run(
+        [&] {
+            city.map.history->clear();
+            city.map.selectAll();
+            tieSelectionToEntity(city.map, "func_wall", nullptr);
+        },
+        [&] { city.map.history->undo(); });
+}
+
+static void cutAll(benchmark::State& state) {
+    cCity city(state);
+    cClipboard clipboard;
+    city.run([&] { takeBackAndSelectAll(city.map); },
+             [&] { clipboard.cutSelection(city.map, false); });
+}
+
+// Rows of a group of ten brushes, moved and turned from copy to copy; the number is of copies.
+namespace {
+class cRow {
+public:
+    static constexpr int GROUP = 10;
+
+    explicit cRow(benchmark::State& state) : m_state(state) {
+        bench().import(map, 1000);
+        cBrushData* brush = map.world()->brushes;
+        for (int i = 0; i < GROUP; ++i, brush = brush->next)
+            selectedPush(map.data.selectedBrushes, brush);
+        groupSelection(map);
+        m_clipboard.copySelection(map, false);
+        map.history->clear();
+        m_options.copies = int(state.range(0));
+        m_options.offset = m_offset;
+        m_options.rotation = m_rotation;
+    }
+    ~cRow() {
+        m_state.counters["brushes/s"] = benchmark::Counter(
+            double(m_state.range(0)) * GROUP, benchmark::Counter::kIsIterationInvariantRate);
+        m_state.SetComplexityN(m_state.range(0));
+        bench().host.messages.clear();
+    }
+    void paste() { m_clipboard.paste(map, m_options, "Paste Special"); }
+
+    cMap map{nullptr};
+
+private:
+    benchmark::State& m_state;
+    cClipboard m_clipboard;
+    cPasteOptions m_options;
+    const float m_offset[3] = {1, 0, 0};
+    const float m_rotation[3] = {0, 0, 15};
+};
+} // namespace
+
+static void pasteSpecial(benchmark::State& state) {
+    cRow row(state);
+    for (auto _ : state) {
+        state.PauseTiming();
+        if (row.map.history->canUndo())
+            row.map.history->undo();
+        state.ResumeTiming();
+        row.paste();
+    }
+}
+
+static void undoPasteSpecial(benchmark::State& state) {
+    cRow row(state);
+    for (auto _ : state) {
+        state.PauseTiming();
+        row.paste();
+        state.ResumeTiming();
+        row.map.history->undo();
+    }
+}
+
 #define KVX_EDITS Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)
 BENCHMARK(selectAllBrushes)->KVX_EDITS->Complexity();
 BENCHMARK(deselectAllBrushes)->KVX_EDITS->Complexity();
@@ -217,3 +323,11 @@ BENCHMARK(moveOne)->KVX_EDITS;
 BENCHMARK(undoOne)->KVX_EDITS;
 BENCHMARK(redoOne)->KVX_EDITS;
 BENCHMARK(undoOneOrganised)->KVX_EDITS;
+BENCHMARK(deleteAll)->KVX_EDITS->Complexity();
+BENCHMARK(undoDeleteAll)->KVX_EDITS->Complexity();
+BENCHMARK(tieAll)->KVX_EDITS->Complexity();
+BENCHMARK(undoTieAll)->KVX_EDITS->Complexity();
+BENCHMARK(cutAll)->KVX_EDITS->Complexity();
+#define KVX_COPIES Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond)
+BENCHMARK(pasteSpecial)->KVX_COPIES->Complexity();
+BENCHMARK(undoPasteSpecial)->KVX_COPIES->Complexity();

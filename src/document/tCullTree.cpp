@@ -7,13 +7,24 @@
 #include "support/tMath.h"
 #include "support/tVec.h"
 
-// An object in the tree: the bounds it stands under and the leaves that link to it.
+#include <algorithm>
+
+// An object in the tree: the bounds it stands under and the leaves that link to it. Each link
+// knows its place in its list, so that an object goes without a search.
 struct cCullTree::cEntry {
+    struct cLink {
+        cNode* leaf; // null: the objects outside
+        size_t place;
+    };
     cObject object;
     float mins[3];
     float maxs[3];
-    bool outside;
-    std::vector<cNode*> leaves;
+    std::vector<cLink> links;
+
+    cLink& linkTo(const cNode* leaf) {
+        return *std::find_if(links.begin(), links.end(),
+                             [=](const cLink& link) { return link.leaf == leaf; });
+    }
 };
 
 static bool overlaps(const float* aMins, const float* aMaxs, const float* bMins,
@@ -100,7 +111,7 @@ void cCullTree::insert(cNode& node, uint32_t index) {
         return;
     }
     node.objects.push_back(index);
-    entry.leaves.push_back(&node);
+    entry.links.push_back({&node, node.objects.size() - 1});
     if (isTimeToSplit(node.objects.size()) && isSplittable(node))
         split(node);
 }
@@ -122,30 +133,26 @@ void cCullTree::split(cNode& node) {
     objects.swap(node.objects);
     node.children = std::move(children);
     for (uint32_t index : objects) {
-        std::vector<cNode*>& leaves = m_entries[index].leaves;
-        leaves.erase(std::find(leaves.begin(), leaves.end(), &node));
+        cEntry& entry = m_entries[index];
+        entry.linkTo(&node) = entry.links.back();
+        entry.links.pop_back();
         insert(node, index);
     }
 }
 
 // ---- Updates and removal
 
-static void removeLink(std::vector<uint32_t>& links, uint32_t index) {
-    const auto found = std::find(links.begin(), links.end(), index);
-    if (found == links.end())
-        return;
-    *found = links.back();
-    links.pop_back();
-}
-
+// The last of each list takes the place that gets free.
 void cCullTree::unlink(uint32_t index) {
-    cEntry& entry = m_entries[index];
-    for (cNode* leaf : entry.leaves)
-        removeLink(leaf->objects, index);
-    entry.leaves.clear();
-    if (entry.outside)
-        removeLink(m_outside, index);
-    entry.outside = false;
+    for (const cEntry::cLink& link : m_entries[index].links) {
+        std::vector<uint32_t>& list = link.leaf ? link.leaf->objects : m_outside;
+        const size_t place = link.place;
+        const uint32_t last = list.back();
+        list[place] = last;
+        list.pop_back();
+        m_entries[last].linkTo(link.leaf).place = place;
+    }
+    m_entries[index].links.clear();
 }
 
 void cCullTree::update(void* record, bool isBrush, const float* mins, const float* maxs) {
@@ -171,11 +178,12 @@ void cCullTree::update(void* record, bool isBrush, const float* mins, const floa
     entry.object = {isBrush, record};
     vecCopy(mins, entry.mins);
     vecCopy(maxs, entry.maxs);
-    entry.outside = !contains(mins, maxs);
-    if (entry.outside)
-        m_outside.push_back(index);
-    else
+    if (contains(mins, maxs)) {
         insert(m_root, index);
+        return;
+    }
+    m_outside.push_back(index);
+    entry.links.push_back({nullptr, m_outside.size() - 1});
 }
 
 void cCullTree::updateBrush(cBrushData* brush) {

@@ -206,6 +206,34 @@ void moveSelectionToWorld(cMap& map) {
     markDirty(map);
 }
 
+int countSelectedPoints(const cMap& map) {
+    int count = 0;
+    for (const cEntityData* entity : selectedEntitiesOf(map.data)) {
+        if (entity->flags & EF_POINT)
+            ++count;
+    }
+    return count;
+}
+
+void deselectPoints(cMap& map) {
+    for (cEntityData* entity : selectedEntitiesOf(map.data)) {
+        if (entity->flags & EF_POINT)
+            selectedRemove(map.data.selectedEntities, entity);
+    }
+    map.dropForsakenGroups();
+    map.describeSelection();
+}
+
+std::vector<cEntityData*> ownersOfSelection(const cMap& map) {
+    std::vector<cEntityData*> owners;
+    std::set<const cEntityData*> known;
+    for (const cBrushData* brush : selectedBrushesOf(map.data)) {
+        if (!isOfWorld(brush) && known.insert(brush->owner).second)
+            owners.push_back(brush->owner);
+    }
+    return owners;
+}
+
 // A new entity is noted as selected, so that a redo selects it again.
 static cEntityData* addTarget(cMap& map, const cHistoryStep& step, const char* className) {
     const float origin[3] = {0, 0, 0};

@@ -6,6 +6,8 @@
 
 #include "pluginhost/tPluginInterface.h"
 
+#include <vector>
+
 class cMap;
 
 // All selected objects into one new outermost group, which becomes the selection. False without
@@ -17,6 +19,11 @@ void ungroupSelection(cMap& map); // "Ungroup"
 void deleteSelection(cMap& map); // "Delete Selection"
 // Selected brushes of entities become brushes of the world.
 void moveSelectionToWorld(cMap& map); // "Move to World"
+int countSelectedPoints(const cMap& map);
+// Point entities leave the selection, which is described. No step.
+void deselectPoints(cMap& map);
+// The entities that own selected brushes, each once; the world is none of them.
+std::vector<cEntityData*> ownersOfSelection(const cMap& map);
 // Selected brushes become brushes of target, or of a new entity of the class without one.
 // Returns the entity, which is selected with all of its brushes.
 cEntityData* tieSelectionToEntity(cMap& map, const char* className,

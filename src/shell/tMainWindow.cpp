@@ -3,9 +3,11 @@
 // that every later message reaches it, the plug-ins' data last.
 #include "shell/tMainWindow.h"
 
+#include "dialogs/tEntityListDialog.h"
 #include "dialogs/tWaitDialog.h"
 #include "document/tHistory.h"
 #include "document/tWinding.h"
+#include "operations/tClipboard.h"
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tHostServices.h"
 #include "pluginhost/tPluginManager.h"
@@ -44,6 +46,7 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     g_host = this;
     g_viewHost = this;
     g_closing = false;
+    createClipboard();
     TempBuffer_FreeAll();
     setObjectName(QStringLiteral("TDK_MainWindow"));
     setWindowTitle(tr("Karvex"));
@@ -84,12 +87,16 @@ cMainWindow::~cMainWindow() {
         child->disconnect(this); // what hides or goes from here on finds a window half gone
     for (cProject* project : projects)
         project->detachWindows();
+    g_clipboard->forgetSource();
     qDeleteAll(projects);
     projects.clear();
     delete m_mdiArea;
     currentTool = suspendedTool = nullptr;
     for (auto& tool : tools)
         tool.reset();
+    g_clipboard = nullptr;
+    m_clipboard.reset();
+    delete m_entityList;
     m_colors.reset();
     setHostServiceContext({});
     m_plugins.reset();

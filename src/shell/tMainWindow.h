@@ -34,7 +34,9 @@ class QSplashScreen;
 class QTextEdit;
 class QVisGroupList;
 class cChildWindow;
+class cClipboard;
 class cColorScheme;
+class cEntityListDialog;
 class cFlagCaptions;
 class cGameConfigRegistry;
 class cGameDataRegistry;
@@ -46,8 +48,10 @@ class cWaitDialog;
 class QCustomAction;
 class QCustomSeparator;
 struct cEntityClassNode;
+struct cEntityData;
 struct cGameConfig;
 struct cMapFormat;
+struct cPasteOptions;
 
 extern cMainWindow* g_mainWindow;   // set as the first act of its constructor
 extern QApplication* g_application; // made by main
@@ -396,6 +400,24 @@ private:
     void createVisGroupDock();
     void rebuildVisGroupList();
 
+    // The clipboard of objects (tMainWindowClipboard.cpp)
+    void createClipboard();
+    void objectsMoved(); // by the clipboard, between it and documents
+    void restoreCutToSource();
+    void pasteTarget(float target[3]);
+    void pasteObjects(cMap& map, const cPasteOptions& options, const char* stepName);
+
+    // Tie to Entity (tMainWindowTie.cpp)
+    bool canTie(cMap& map);
+    bool confirmDeselectPoints(cMap& map);
+    void chooseTieTarget(cMap& map);
+    void confirmTieTo(cMap& map, cEntityData* owner);
+    void listTieTargets(const std::vector<cEntityData*>& owners);
+    void updateEntityList(); // what is gone from the map goes from the list
+    void tieToListed();
+    void cancelTie();
+    void tieSelection(cMap& map, cEntityData* target);
+
     // Updates (tMainWindowUpdate.cpp)
     struct cActionStates;
     cActionStates actionStates() const;
@@ -470,6 +492,9 @@ private:
     std::array<QCursor, TC_COUNT> m_toolCursors;
     std::unique_ptr<QGLWidget> m_shareWidget;
     std::unique_ptr<cWaitDialog> m_waitDialog;
+    std::unique_ptr<cClipboard> m_clipboard; // g_clipboard
+    QPointer<cEntityListDialog> m_entityList;
+    cProject* m_listedProject = nullptr; // whose entities it shows
 
     QList<QMenu*> m_menus; // of the menu bar
     QList<QToolBar*> m_toolBars;

@@ -31,6 +31,7 @@ bool cMainWindow::confirmLeaveMorph() {
 void cMainWindow::historyStepDone(cProject* project) {
     project->setDirty(true);
     updateActionStates(AS_UNDO);
+    updateEntityList();
     notifyTools();
     rebuildVisGroupList();
     redrawAllViews(REDRAW_ALL);
@@ -71,6 +72,7 @@ void cMainWindow::cmdEditToggleUndoRedo() {
 
 void cMainWindow::historyChanged() {
     updateActionStates(AS_UNDO);
+    updateEntityList();
 }
 
 // ---- Selection

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The commands of the File menu and the list of open documents.
+#include "dialogs/tEntityListDialog.h"
+#include "operations/tClipboard.h"
 #include "pluginhost/tPluginManager.h"
 #include "resources/tGameConfigRegistry.h"
 #include "shell/tMainWindow.h"
@@ -35,8 +37,14 @@ cProject* cMainWindow::findProjectByPath(const QString& path) const {
 }
 
 void cMainWindow::removeProject(cProject* project) {
+    if (g_clipboard->refersTo(*project->map))
+        g_clipboard->forgetSource();
     if (!project->closeProject())
         return;
+    if (project == m_listedProject) {
+        delete m_entityList;
+        tieClassName.clear();
+    }
     if (projectOf(activeCanvas) == project || !activeChild())
         setActiveCanvas(nullptr);
     projects.removeOne(project);
@@ -143,6 +151,7 @@ void cMainWindow::cmdFileClose() {
 }
 
 void cMainWindow::cmdFileCloseAll() {
+    g_clipboard->forgetSource();
     closeAllWindows();
     updateScreenElements();
 }

@@ -88,13 +88,6 @@ void cMainWindow::cmdToolsMakeDetail() {
     setDetail(true);
 }
 
-void cMainWindow::cmdToolsTieToEntityEx() {
-    if (const auto* action = qobject_cast<const QAction*>(sender())) {
-        tieClassName = action->text();
-        cmdToolsTieToEntity();
-    }
-}
-
 // ---- Hiding by hand
 
 void cMainWindow::hidingChanged(cMap& map) {

@@ -6,22 +6,6 @@ void cMainWindow::cmdFileRun() {
     msgFeatureUnderDevelopment();
 }
 
-void cMainWindow::cmdEditCut() {
-    msgFeatureUnderDevelopment();
-}
-
-void cMainWindow::cmdEditCopy() {
-    msgFeatureUnderDevelopment();
-}
-
-void cMainWindow::cmdEditPaste() {
-    msgFeatureUnderDevelopment();
-}
-
-void cMainWindow::cmdEditPasteSpecial() {
-    msgFeatureUnderDevelopment();
-}
-
 void cMainWindow::cmdMapGotoBrush() {
     msgFeatureUnderDevelopment();
 }
@@ -71,10 +55,6 @@ void cMainWindow::cmdToolsMerge() {
 }
 
 void cMainWindow::cmdToolsHollow() {
-    msgFeatureUnderDevelopment();
-}
-
-void cMainWindow::cmdToolsTieToEntity() {
     msgFeatureUnderDevelopment();
 }
 

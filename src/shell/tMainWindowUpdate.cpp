@@ -2,6 +2,7 @@
 // What is enabled, visible and checked, and what happens when another document becomes active.
 #include "document/tHistory.h"
 #include "document/tMap.h"
+#include "operations/tClipboard.h"
 #include "pluginhost/tPluginInterface.h"
 #include "resources/tGameConfigRegistry.h"
 #include "shell/tCustomAction.h"
@@ -192,7 +193,7 @@ void cMainWindow::updateToolActions() {
 
 struct cMainWindow::cActionStates {
     bool canCopy = false;
-    bool canPaste = false; // there is no clipboard of objects
+    bool canPaste = false;
     bool canGroup = false;
     bool detailVisible = false;
     bool historyEnabled = false;
@@ -207,7 +208,8 @@ cMainWindow::cActionStates cMainWindow::actionStates() const {
         return states;
     const cMap& map = *project->map;
     const cHistory& history = *map.history;
-    states.canCopy = map.data.selectedBrushes || map.data.selectedEntities;
+    states.canCopy = cClipboard::canCopy(map);
+    states.canPaste = g_clipboard->canPaste(&map);
     states.canGroup = map.hasSelection() && !IgnoreGroups && currentToolId() != TOOL_TEXTURE;
     states.detailVisible = profile().detailContentMask != 0;
     states.historyEnabled = history.isEnabled();

@@ -32,7 +32,8 @@ public:
 
     void setDirty(bool flag);
     void updateTitles();
-    void reconfigure(); // the configurations are new objects
+    void reconfigure();    // the configurations are new objects
+    void activateConfig(); // names of textures and classes are looked up in its own
 
     // ---- cDocumentViews
 
@@ -55,7 +56,6 @@ private:
     void refuseWithoutConfig(const QString& text);
     void takeConfig(cGameConfig* config);
     void precacheConfig();
-    void activateConfig();
     void createWorldspawn();
     bool readFile(const QString& file);
     bool importMap(const QString& file);

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+// Cut, Copy, Paste and Paste Special: what the clipboard's operations are given, and what is
+// refreshed after them.
+#include "dialogs/tPasteSpecialDialog.h"
+#include "operations/tClipboard.h"
+#include "shell/tMainWindow.h"
+#include "shell/tProject.h"
+#include "views/tCanvas.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+
+// A paste that takes longer than this shows how far it is, in ms.
+static constexpr int QUIET_TIME = 1000;
+// How often the display changes, in ms.
+static constexpr int PROGRESS_INTERVAL = 100;
+
+void cMainWindow::createClipboard() {
+    m_clipboard = std::make_unique<cClipboard>();
+    g_clipboard = m_clipboard.get();
+}
+
+void cMainWindow::objectsMoved() {
+    rebuildVisGroupList();
+    selectionChanged();
+}
+
+// ---- Cut and copy
+
+// Objects that go back into another document find their textures in its configuration.
+void cMainWindow::restoreCutToSource() {
+    if (!RestoreCutObjects || g_clipboard->mode() != cClipboard::CUT)
+        return;
+    for (cProject* project : projects) {
+        if (project == activeProject() || !g_clipboard->refersTo(*project->map))
+            continue;
+        project->activateConfig();
+        g_clipboard->restoreCut();
+        activeProject()->activateConfig();
+        return;
+    }
+}
+
+void cMainWindow::cmdEditCut() {
+    cProject* project = activeProject();
+    if (!project || !cClipboard::canCopy(*project->map))
+        return;
+    restoreCutToSource();
+    g_clipboard->cutSelection(*project->map, RestoreCutObjects);
+    objectsMoved();
+}
+
+void cMainWindow::cmdEditCopy() {
+    cProject* project = activeProject();
+    if (!project || !cClipboard::canCopy(*project->map))
+        return;
+    restoreCutToSource();
+    g_clipboard->copySelection(*project->map, RestoreCutObjects);
+    objectsMoved();
+}
+
+// ---- Paste
+
+// Where the mouse was last in the active view; the world's origin where it met nothing.
+void cMainWindow::pasteTarget(float target[3]) {
+    std::fill_n(target, 3, 0.0f);
+    float point[3];
+    cCanvas* canvas = activeCanvas;
+    if (canvas && canvas->screenToWorld(canvas->mouseX, canvas->mouseY, SW_SNAP | SW_DEPTH, point))
+        std::copy_n(point, 3, target);
+}
+
+void cMainWindow::pasteObjects(cMap& map, const cPasteOptions& options, const char* stepName) {
+    cPasteOptions shown = options;
+    QElapsedTimer total, shownLast;
+    total.start();
+    shownLast.start();
+    shown.progress = [&](int done) {
+        if (total.elapsed() < QUIET_TIME || shownLast.elapsed() < PROGRESS_INTERVAL)
+            return;
+        showWaitDialog(tr("Pasting objects..."));
+        showProgress(tr("%1 of %2 copies").arg(done).arg(options.copies));
+        shownLast.start();
+    };
+    g_clipboard->paste(map, shown, stepName);
+    hideWaitDialog();
+    objectsMoved();
+}
+
+void cMainWindow::cmdEditPaste() {
+    cProject* project = activeProject();
+    if (!project || !g_clipboard->canPaste(project->map.get()))
+        return;
+    float target[3];
+    pasteTarget(target);
+    cPasteOptions options;
+    options.target = target;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    pasteObjects(*project->map, options, "Paste");
+    QApplication::restoreOverrideCursor();
+}
+
+void cMainWindow::cmdEditPasteSpecial() {
+    cProject* project = activeProject();
+    if (!project || !g_clipboard->canPaste(project->map.get()))
+        return;
+    float target[3];
+    pasteTarget(target);
+    cPasteSpecialDialog dialog(g_clipboard->mins(), g_clipboard->maxs(), this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    cPasteOptions options;
+    float offset[3], rotation[3];
+    options.copies = dialog.copies();
+    options.target = dialog.startsAtCenter() ? nullptr : target;
+    options.offset = dialog.offset(offset) ? offset : nullptr;
+    options.rotation = dialog.rotation(rotation) ? rotation : nullptr;
+    options.groupCopies = dialog.groupsCopies();
+    pasteObjects(*project->map, options, "Paste Special");
+}
