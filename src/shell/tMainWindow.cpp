@@ -3,6 +3,7 @@
 // that every later message reaches it, the plug-ins' data last.
 #include "shell/tMainWindow.h"
 
+#include "dialogs/tArchDialog.h"
 #include "dialogs/tWaitDialog.h"
 #include "document/tWinding.h"
 #include "pluginhost/tFlagCaptions.h"
@@ -134,6 +135,7 @@ void cMainWindow::createDocks() {
     setCorner(Qt::BottomLeftCorner, Qt::BottomDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
     createConsole();
+    createObjectDock();
     createVisGroupDock();
 }
 
@@ -180,6 +182,7 @@ void cMainWindow::createServices() {
     m_gameData = std::make_unique<cGameDataRegistry>();
     m_captions = std::make_unique<cFlagCaptions>();
     m_primitives = std::make_unique<cPrimitiveList>();
+    registerPrimitives();
     m_configs = std::make_unique<cGameConfigRegistry>(*m_gameData, *m_textures, m_models.get());
     connectConfigs();
 
@@ -209,6 +212,8 @@ void cMainWindow::connectConfigs() {
     calls.hideWaitDialog = [this] { hideWaitDialog(); };
     calls.reconfigureProjects = [this] {
         m_classMenuConfig = nullptr; // the new one may lie at the same address
+        m_listedConfig = nullptr;
+        currentClassStale = true;
         for (cProject* project : projects)
             project->reconfigure();
     };
