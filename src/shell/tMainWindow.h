@@ -485,10 +485,10 @@ private:
     QComboBox* m_objects = nullptr;
     QSpinBox* m_faceCount = nullptr;
     QCheckBox* m_randomYaw = nullptr;
-    QList<QWidget*> m_objectLists;               // with their labels
-    QList<QWidget*> m_objectButtons;             // and whatever else wants a document only
-    size_t m_primitive = 0;                      // place in the list of primitives
-    int m_listedTool = -1;                       // whose objects the dock lists; -1 for none
+    QList<QWidget*> m_objectLists;   // with their labels
+    QList<QWidget*> m_objectButtons; // and whatever else wants a document only
+    size_t m_primitive = 0;          // place in the list of primitives
+    int m_listedTool = -2; // whose objects the dock lists; -1 for none, -2 before the first time
     const cGameConfig* m_listedConfig = nullptr; // only compared
     cEntityClass* m_currentClass = nullptr;
 
