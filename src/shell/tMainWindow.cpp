@@ -3,6 +3,7 @@
 // that every later message reaches it, the plug-ins' data last.
 #include "shell/tMainWindow.h"
 
+#include "dialogs/tArchDialog.h"
 #include "dialogs/tEntityListDialog.h"
 #include "dialogs/tWaitDialog.h"
 #include "document/tHistory.h"
@@ -143,6 +144,7 @@ void cMainWindow::createDocks() {
     setCorner(Qt::BottomLeftCorner, Qt::BottomDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
     createConsole();
+    createObjectDock();
     createVisGroupDock();
 }
 
@@ -189,6 +191,7 @@ void cMainWindow::createServices() {
     m_gameData = std::make_unique<cGameDataRegistry>();
     m_captions = std::make_unique<cFlagCaptions>();
     m_primitives = std::make_unique<cPrimitiveList>();
+    registerPrimitives();
     m_configs = std::make_unique<cGameConfigRegistry>(*m_gameData, *m_textures, m_models.get());
     connectConfigs();
 
@@ -218,6 +221,8 @@ void cMainWindow::connectConfigs() {
     calls.hideWaitDialog = [this] { hideWaitDialog(); };
     calls.reconfigureProjects = [this] {
         m_classMenuConfig = nullptr; // the new one may lie at the same address
+        m_listedConfig = nullptr;
+        currentClassStale = true;
         for (cProject* project : projects)
             project->reconfigure();
     };

@@ -4,6 +4,7 @@
 // tMainWindow*.cpp. A command slot is thin: find the active document, ask, call one operation.
 #pragma once
 
+#include "operations/tDefaultRoom.h"
 #include "shell/tCommandTable.h"
 #include "support/tHost.h"
 #include "views/tTool.h"
@@ -21,6 +22,8 @@
 
 class QActionGroup;
 class QApplication;
+class QCheckBox;
+class QComboBox;
 class QDockWidget;
 class QFile;
 class QLabel;
@@ -30,9 +33,11 @@ class QMdiSubWindow;
 class QPushButton;
 class QSettings;
 class QSignalMapper;
+class QSpinBox;
 class QSplashScreen;
 class QTextEdit;
 class QVisGroupList;
+class cArchDialog;
 class cChildWindow;
 class cClipboard;
 class cColorScheme;
@@ -122,6 +127,19 @@ public:
     void notifyTools() override; // then refreshes the Edit commands
     void updateUi() override;
     void setTool(int id) override;
+    const cPrimitive* currentPrimitive() const override;
+    cEntityClass* currentClass() override; // looked up again when its name or the game changes
+    cTexture* currentTexture() override;   // of the map profile
+    bool randomYaw() const override;
+    // parts: 1 hides the point classes, 2 rebuilds their menu, 4 that of the solid classes.
+    void updateEntityMenus(const QString& text, int parts) override;
+
+    // ---- New objects (tMainWindowObjects.cpp)
+
+    // The room that the user wants a new map to begin with; null for none. The dialog is skipped
+    // as the settings say, unless it is forced.
+    const cRoomShape* askDefaultRoom(bool forced);
+    cArchDialog& archDialog(); // one for the program's life: it keeps its values
 
     // The one for precaching; a wait window that is up already stays.
     void showWaitDialog(const QString& text);
@@ -138,9 +156,6 @@ public:
     void updateDocumentActions();
     void updateToolActions();
     void updateActionStates(int mask); // eActionState bits
-    // The class menus (parts 2 point classes, 4 solid classes) and the texts that name a class;
-    // with part 1 the point class menu is hidden. text: the class that is created, or empty.
-    void updateEntityMenus(const QString& text, int parts);
     void updateSnapPane();
     void redrawAllViews(int mask);
     void applyPalette();
@@ -324,6 +339,10 @@ public slots:
     void cmdHelpCmdList();
     void cmdHelpAbout();
 
+    void editCategoryList();
+    void editObjectList();
+    void editFaceCount(int count);
+
     void assignVisGroup();
     void editVisGroups();
     void markVisGroup();
@@ -418,6 +437,16 @@ private:
     void cancelTie();
     void tieSelection(cMap& map, cEntityData* target);
 
+    // New objects (tMainWindowObjects.cpp)
+    void registerPrimitives();
+    void createObjectDock();
+    QWidget* createObjectButtons();
+    void updateObjectDock();
+    void fillCategories();
+    void fillObjects();
+    void updateFaceCount();
+    QStringList pointClassNames() const; // of the current configuration, in order
+
     // Updates (tMainWindowUpdate.cpp)
     struct cActionStates;
     cActionStates actionStates() const;
@@ -470,6 +499,20 @@ private:
     std::unique_ptr<cPrimitiveList> m_primitives;
     std::unique_ptr<cGameConfigRegistry> m_configs;
     std::unique_ptr<cPluginManager> m_plugins;
+
+    std::unique_ptr<cArchDialog> m_archDialog;
+    cRoomShape m_room;
+    QByteArray m_roomProfile; // name of the map profile whose textures it got
+    QComboBox* m_categories = nullptr;
+    QComboBox* m_objects = nullptr;
+    QSpinBox* m_faceCount = nullptr;
+    QCheckBox* m_randomYaw = nullptr;
+    QList<QWidget*> m_objectLists;   // with their labels
+    QList<QWidget*> m_objectButtons; // and whatever else wants a document only
+    size_t m_primitive = 0;          // place in the list of primitives
+    int m_listedTool = -2; // whose objects the dock lists; -1 for none, -2 before the first time
+    const cGameConfig* m_listedConfig = nullptr; // only compared
+    cEntityClass* m_currentClass = nullptr;
 
     QVisGroupList* m_visGroups = nullptr;
     QPushButton* m_btnAssign = nullptr;

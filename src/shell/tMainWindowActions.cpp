@@ -268,6 +268,8 @@ void cMainWindow::buildScreenElementsMenu() {
     for (const QToolBar* bar : m_toolBars)
         addElement(bar->windowTitle(), &cMainWindow::toggleToolbar);
     m_elementsEnd = m_elementsMenu->addSeparator();
+    addElement(tr("&Object Bar"), &cMainWindow::toggleDockWidget)->value =
+        QStringLiteral("newobjects");
     addElement(tr("&Filter Control"), &cMainWindow::toggleDockWidget)->value =
         QStringLiteral("visgroups");
     m_elementsMenu->addSeparator();

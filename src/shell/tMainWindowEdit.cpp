@@ -6,6 +6,7 @@
 #include "shell/tProject.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QMessageBox>
 
 // ---- History
@@ -124,6 +125,9 @@ void cMainWindow::cmdEditCreateObjectEx() {
     const auto* action = qobject_cast<const QAction*>(sender());
     if (!action || !activeCanvas || !currentTool)
         return;
+    const int listed = m_listedTool == TOOL_ENTITY ? m_objects->findText(action->text()) : -1;
+    if (listed >= 0)
+        m_objects->setCurrentIndex(listed);
     currentClassName = action->text();
     currentClassStale = true;
     cmdEditCreateObject();

@@ -7,6 +7,7 @@
 #include "views/tChildWindow.h"
 
 #include <QAction>
+#include <QMessageBox>
 #include <QStatusBar>
 
 // What happens when the button of the current tool is pressed again.
@@ -102,11 +103,18 @@ void cMainWindow::setPendingTool(int id) {
 }
 
 void cMainWindow::toolEntity() {
-    setPendingTool(TOOL_ENTITY);
+    if (activeChild() && pointClassNames().isEmpty()) {
+        QMessageBox::warning(this, QStringLiteral("Karvex"),
+                             tr("There are no point entities in current game data!\n"
+                                "Entity Tool is not available."));
+        toolBrush();
+        return;
+    }
+    switchTool(TOOL_ENTITY);
 }
 
 void cMainWindow::toolBrush() {
-    setPendingTool(TOOL_BLOCK);
+    switchTool(TOOL_BLOCK);
 }
 
 void cMainWindow::toolApplyDecals() {

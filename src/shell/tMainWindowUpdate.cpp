@@ -72,6 +72,7 @@ static QString boxText(const cProject& project, int tool) {
 void cMainWindow::activateProject(cProject* project) {
     m_configs->setCurrent(project->gameConfig);
     setActiveConfig(project->gameConfig);
+    currentClassStale = true; // another game may know another class of that name
     setStatusPane(boxText(*project, currentToolId()), 4);
     project->map->describeSelection();
 }
@@ -186,6 +187,7 @@ void cMainWindow::updateToolActions() {
             if (const cActionRules* rules = rulesOf(action))
                 action->setEnabled(!(rules->toolMask & (1u << tool)));
     }
+    updateObjectDock();
     updateActionStates(AS_ALL);
 }
 

@@ -11,6 +11,7 @@
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <algorithm>
 
@@ -120,13 +121,18 @@ void cProject::reconfigure() {
 bool cProject::newProject() {
     static int counter = 1;
 
+    const bool withShift = QGuiApplication::keyboardModifiers() & Qt::ShiftModifier;
     if (!selectGameConfig())
         return false;
-    const cBusy busy;
     title = QStringLiteral("Map%1").arg(counter++);
     map->clearMap();
     activateConfig();
+    const cRoomShape* room = g_mainWindow->askDefaultRoom(withShift);
+    const cBusy busy;
+    activateConfig(); // a window behind the dialog may have taken over
     createWorldspawn();
+    if (room)
+        createDefaultRoom(*map, *room);
     map->buildCullTree();
     Print("Created new project with game configuration \"%s\"",
           gameConfigName.toLocal8Bit().constData());

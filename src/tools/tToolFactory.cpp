@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tools/tToolFactory.h"
 
+#include "tools/tToolBlock.h"
 #include "tools/tToolCamera.h"
+#include "tools/tToolEntity.h"
 #include "tools/tToolMagnify.h"
 #include "tools/tToolSelect.h"
 
@@ -13,6 +15,10 @@ static std::unique_ptr<cTool> makeUnnumbered(int id) {
         return std::make_unique<cToolMagnify>();
     case TOOL_CAMERA:
         return std::make_unique<cToolCamera>();
+    case TOOL_ENTITY:
+        return std::make_unique<cToolEntity>();
+    case TOOL_BLOCK:
+        return std::make_unique<cToolBlock>();
     default:
         return std::make_unique<cTool>();
     }

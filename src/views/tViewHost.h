@@ -2,6 +2,9 @@
 // What the views ask of the main window beyond cHost. cMainWindow implements it.
 #pragma once
 
+#include "pluginhost/tPluginInterface.h"
+
+#include <QString>
 #include <cstdint>
 
 class QCursor;
@@ -10,6 +13,7 @@ class QMenu;
 class QPixmap;
 class cCanvas;
 class cTool;
+struct cEntityClass;
 
 // Bits of heldKeys by number: the navigation keys held down.
 enum eHeldKey { HK_LEFT, HK_RIGHT, HK_UP, HK_DOWN, HK_W, HK_S, HK_A, HK_D, HK_C };
@@ -44,6 +48,16 @@ public:
     virtual void updateUi() = 0;      // menus, bars and docks
     virtual void setTool(int id) = 0; // the tool becomes current, as by its button
     virtual void toolSelect() = 0;    // leaves the current tool
+
+    // ---- What the creating tools make next. Null: nothing is chosen.
+
+    virtual const cPrimitive* currentPrimitive() const { return nullptr; }
+    virtual cEntityClass* currentClass() { return nullptr; } // of point entities
+    virtual cTexture* currentTexture() { return nullptr; }   // of new faces
+    virtual bool randomYaw() const { return false; }         // new entities look anywhere
+    // Class menus and the texts that name a class: the class that is created, or empty. With
+    // part 1 the menu of point classes is hidden.
+    virtual void updateEntityMenus(const QString& /*text*/, int /*parts*/) {}
 
     uint32_t heldKeys = 0;             // eHeldKey bits
     cCanvas* activeCanvas = nullptr;   // cleared by the canvas's destructor

@@ -109,11 +109,17 @@ void cGuiTest::TearDown() {
 void cGuiTest::start() {
     QCursor::setPos(0, 0); // a view under the pointer would become the active one
     window = std::make_unique<cMainWindow>();
+    window->SkipDefaultRoomDialog = true; // a new map is empty
     said.clear();
     QObject::connect(window->statusBar(), &QStatusBar::messageChanged, &replies,
                      [this](const QString& text) { said.append(text); });
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get(), PATIENCE));
+    releaseShift();
     settle();
+}
+
+void cGuiTest::releaseShift() const {
+    QTest::keyRelease(window.get(), Qt::Key_Shift);
 }
 
 bool cGuiTest::close() {
@@ -174,6 +180,7 @@ void cGuiTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
 }
 
 cProject* cGuiTest::newProject() {
+    releaseShift();
     trigger("FileNew");
     settle();
     return active();

@@ -83,7 +83,8 @@ protected:
     int windowCount() const;
     QString pane(int index) const;
     QString console() const;
-    void settle() const; // lets the events that are due run
+    void releaseShift() const; // what was pressed with it leaves it held, for the program
+    void settle() const;       // lets the events that are due run
 
     std::unique_ptr<cMainWindow> window;
     cReplies replies;

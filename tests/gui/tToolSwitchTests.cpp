@@ -27,6 +27,7 @@ public:
 class ToolSwitchTest : public cGuiTest {
 protected:
     void startWithSpies() {
+        write(QStringLiteral("test.fgd"), "@PointClass = light : \"Light\" []\n");
         start();
         for (int id = 0; id < TOOL_COUNT; ++id) {
             auto spy = std::make_unique<cSpyTool>();
@@ -38,7 +39,7 @@ protected:
         newProject();
     }
 
-    bool isBuilt(int id) const { return id <= TOOL_CAMERA; }
+    bool isBuilt(int id) const { return id <= TOOL_BLOCK; }
 
     // Presses the tool's button; a tool that is not built says so after its switch.
     void choose(int id) {

@@ -23,6 +23,8 @@ void cToolTest::SetUp() {
     cGuiTest::SetUp();
     write(QStringLiteral("test.fgd"), "@SolidClass = worldspawn : \"World\" []\n"
                                       "@PointClass size(-8 -8 -8, 8 8 8) = light : \"Light\" []\n"
+                                      "@PointClass size(-16 -16 0, 16 16 72) "
+                                      "offset(0 0 4) = info_start : \"Start\" []\n"
                                       "@SolidClass = func_wall : \"Wall\" []\n");
     start();
     project = newProject();

@@ -28,6 +28,10 @@ void tpEnumProfiles(tpProfileCallback callback, void* library) {
     strcpy(profile.title, "Game with decals and detail");
     profile.flags = PF_DECALS_WITHOUT_CLASS;
     profile.detailContentMask = 0x8;
+    strcpy(profile.startEntityClass, "info_start");
+    strcpy(profile.roomEntityClass, "light");
+    strcpy(profile.roomWallTexture, "brick");
+    strcpy(profile.roomFloorTexture, "tiles");
     callback(&profile, library);
 }
 
@@ -46,6 +50,19 @@ void tpEnumActions(tpActionCallback callback, void* manager) {
         sayHello};
     callback(&always, manager);
     callback(&inProject, manager);
+}
+
+/* Makes nothing, and says what it was asked for. */
+static int32_t sayParameters(cPrimitiveParams* p) {
+    g_services->Sys_Print("shape of %i on %i%i%i, flags %u, texture %s", p->sides, p->axes[0],
+                          p->axes[1], p->axes[2], p->flags, p->face.name);
+    return 0;
+}
+
+int32_t tpEnumPrimitives(tpPrimitiveCallback callback, void* library) {
+    static const cPrimitive shape = {"shape", "Test shapes", 5, 4, 9, sayParameters};
+    callback(&shape, library);
+    return 1;
 }
 
 int32_t tpExport(uint32_t cookie, const char* path, cMapData* map) {

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "dialogs/tDefaultRoomDialog.h"
+
+#include "ui_tDefaultRoomDialog.h"
+
+#include <QMessageBox>
+
+cDefaultRoomDialog::cDefaultRoomDialog(const cRoomShape& shape, bool skipNext, QWidget* parent)
+    : QDialog(parent), m_ui(new Ui::cDefaultRoomDialog) {
+    m_ui->setupUi(this);
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
+    m_ui->sbX->setValue(shape.x);
+    m_ui->sbY->setValue(shape.y);
+    m_ui->sbZ->setValue(shape.z);
+    m_ui->txtWall->setText(QString::fromLocal8Bit(shape.wall));
+    m_ui->txtCeil->setText(QString::fromLocal8Bit(shape.ceiling));
+    m_ui->txtFloor->setText(QString::fromLocal8Bit(shape.floor));
+    m_ui->cbNoShow->setChecked(skipNext);
+    connect(m_ui->cbNoShow, &QCheckBox::toggled, this, &cDefaultRoomDialog::tellHowToReturn);
+    m_ui->sbX->setFocus();
+    m_ui->sbX->selectAll();
+}
+
+cDefaultRoomDialog::~cDefaultRoomDialog() = default;
+
+cRoomShape cDefaultRoomDialog::shape() const {
+    cRoomShape shape;
+    shape.x = m_ui->sbX->value();
+    shape.y = m_ui->sbY->value();
+    shape.z = m_ui->sbZ->value();
+    shape.wall = m_ui->txtWall->text().toLocal8Bit();
+    shape.ceiling = m_ui->txtCeil->text().toLocal8Bit();
+    shape.floor = m_ui->txtFloor->text().toLocal8Bit();
+    return shape;
+}
+
+bool cDefaultRoomDialog::skipNext() const {
+    return m_ui->cbNoShow->isChecked();
+}
+
+void cDefaultRoomDialog::tellHowToReturn(bool checked) {
+    if (checked)
+        QMessageBox::information(
+            this, QStringLiteral("Karvex"),
+            tr("You have chosen not to display the dialog later upon creation of a new map. To "
+               "invoke it again, click the \"New\" button (or a corresponding menu item) holding "
+               "the SHIFT key."));
+}

@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+#include "tools/tToolEntity.h"
+
+#include "document/tEntityClass.h"
+#include "document/tMap.h"
+#include "operations/tDefaultRoom.h"
+#include "support/tColors.h"
+#include "support/tHost.h"
+#include "support/tVec.h"
+#include "views/tCanvas.h"
+#include "views/tDocumentViews.h"
+#include "views/tGLState.h"
+#include "views/tViewHost.h"
+
+#include <QCursor>
+#include <QMenu>
+#include <algorithm>
+
+static constexpr int BOX_PANE = 4;
+static constexpr float HOVER_MARGIN = 12; // pixels about the point
+static constexpr float MARK_SIZE = 12;    // pixels
+
+static cSelectionBox& boxOf(const cCanvas& canvas) {
+    return canvas.project()->boxes[TBX_ENTITY];
+}
+
+// The point that is there keeps its depth.
+static void pointAt(cCanvas& canvas, int x, int y, int flags, float* out) {
+    const cSelectionBox& box = boxOf(canvas);
+    canvas.screenToWorld(x, y, flags, out);
+    if (box.active)
+        out[canvas.axisDepth] = box.mins[canvas.axisDepth];
+}
+
+static void showText(const cCanvas& canvas) {
+    g_host->setStatusPane(boxOf(canvas).statusText(canvas.axisH, canvas.axisV, BT_CENTER),
+                          BOX_PANE);
+}
+
+// ---- Cursor and menu
+
+bool cToolEntity::setCursor(cCanvas* canvas) {
+    if (canvas->isCamera())
+        return false;
+    const bool cross = hover && g_host->CrosshairCursor;
+    canvas->setCursor(g_viewHost->toolCursor(cross ? TC_CROSS : TC_ENTITY));
+    return true;
+}
+
+bool cToolEntity::contextMenu(cCanvas* canvas, int x, int y, const QPoint& globalPos) {
+    if (!canvas->map())
+        return false;
+    if (canvas->isCamera()) {
+        if (!placeOnSurface(canvas, x, y))
+            return true;
+    } else if (!boxOf(*canvas).active) {
+        return false;
+    } else if (!hover) {
+        return true;
+    }
+    const cEntityClass* chosen = g_viewHost->currentClass();
+    g_viewHost->updateEntityMenus(chosen ? chosen->name : QString(), 0);
+    if (QMenu* menu = g_viewHost->popupMenu("Create"))
+        menu->popup(globalPos);
+    return true;
+}
+
+// ---- Keys
+
+bool cToolEntity::escape(cCanvas* canvas) {
+    cSelectionBox& box = boxOf(*canvas);
+    if (box.active) {
+        hover = placed3D = false;
+        box.clear();
+        g_host->setStatusPane(QString(), BOX_PANE);
+    } else if (g_host->ClearSelectionOnEscape && canvas->map()->hasSelection()) {
+        canvas->map()->clearSelection();
+        g_viewHost->notifyTools();
+        hover = false;
+        g_viewHost->updateUi();
+    } else {
+        return false;
+    }
+    canvas->updateCursor();
+    canvas->project()->redrawViews(REDRAW_ALL);
+    return true;
+}
+
+bool cToolEntity::keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers) {
+    if (!canvas->map())
+        return false;
+    if (key == Qt::Key_Escape)
+        return escape(canvas);
+    if ((key != Qt::Key_Return && key != Qt::Key_Enter) || canvas->isCamera() ||
+        !boxOf(*canvas).active)
+        return false;
+    hover = false;
+    if (modifiers & Qt::AltModifier)
+        return false;
+    apply(canvas);
+    return true;
+}
+
+// ---- Mouse
+
+void cToolEntity::setPoint(cCanvas* canvas, int x, int y) {
+    pointAt(*canvas, x, y, SW_SNAP | SW_DEPTH, refPoint);
+    boxOf(*canvas).setPoint(refPoint);
+    canvas->project()->redrawViews(REDRAW_ALL);
+    showText(*canvas);
+}
+
+bool cToolEntity::mousePress(cCanvas* canvas, int x, int y, int button, Qt::KeyboardModifiers) {
+    if (!canvas->map() || button != TB_LEFT)
+        return false;
+    if (canvas->isCamera()) {
+        if (placeOnSurface(canvas, x, y))
+            apply(canvas);
+        return true;
+    }
+    if (placed3D) {
+        boxOf(*canvas).clear();
+        placed3D = false;
+    }
+    hover = canvas->leftDown = true;
+    setPoint(canvas, x, y);
+    canvas->updateCursor();
+    return true;
+}
+
+// False where there is no surface, or that of a point entity.
+bool cToolEntity::placeOnSurface(cCanvas* canvas, int x, int y) {
+    const int id = canvas->pickObject(x, y);
+    if (id < 1)
+        return false;
+    const cEntityData* entity = canvas->map()->findEntityByPick(id);
+    float point[3];
+    if ((entity && (entity->flags & EF_POINT)) || !canvas->screenToWorld(x, y, 0, point))
+        return false;
+    placed3D = true;
+    boxOf(*canvas).setPoint(point);
+    return true;
+}
+
+bool cToolEntity::mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons,
+                            Qt::KeyboardModifiers) {
+    if (!canvas->map() || canvas->isCamera())
+        return false;
+    if (canvas->leftDown) {
+        if (boxOf(*canvas).active) // else it was taken or dropped by a key
+            setPoint(canvas, x, y);
+        return true;
+    }
+    float point[3];
+    pointAt(*canvas, x, y, 0, point);
+    const bool near = boxOf(*canvas).containsMargin(point, HOVER_MARGIN / canvas->zoom);
+    if (near == hover)
+        return false;
+    hover = near;
+    canvas->updateCursor();
+    return true;
+}
+
+bool cToolEntity::mouseRelease(cCanvas* canvas, int, int, int button, Qt::KeyboardModifiers) {
+    if (!canvas->map() || canvas->isCamera() || button != TB_LEFT)
+        return false;
+    canvas->updateCursor();
+    canvas->project()->redrawViews(REDRAW_ALL);
+    showText(*canvas);
+    return true;
+}
+
+// ---- Creation
+
+void cToolEntity::apply(cCanvas* canvas) {
+    if (!canvas->map() || !boxOf(*canvas).active)
+        return;
+    cSelectionBox& box = boxOf(*canvas);
+    if (createEntity(*canvas->map(), g_viewHost->currentClass(), box.mins, g_viewHost->randomYaw()))
+        g_viewHost->notifyTools();
+    hover = placed3D = false;
+    box.clear();
+    canvas->updateCursor();
+    canvas->project()->redrawViews(REDRAW_ALL);
+    g_host->setStatusPane(QString(), BOX_PANE);
+}
+
+// ---- Drawing
+
+static void drawMark(cCanvas* canvas, const float* center) {
+    static constexpr float DIMMED = 0.0023529413f; // 60 per cent of a byte's full range
+    const uint8_t* rgba = g_host->schemeColor(COLOR_ENTITY_CREATION);
+    glColor4f(float(rgba[0]) * DIMMED, float(rgba[1]) * DIMMED, float(rgba[2]) * DIMMED,
+              float(rgba[3]) / 255);
+    canvas->drawCrossLines(center);
+    glColor4ubv(rgba);
+    canvas->drawSquareLines(center, MARK_SIZE);
+}
+
+// Each axis fades from its own colour, unseen at the ends, to the tool's at the point.
+static void drawAxes(const float* center) {
+    static constexpr float LONGEST = 512; // units
+    static const uint8_t ends[3][4] = {{255, 0, 0, 0}, {0, 255, 0, 0}, {0, 0, 255, 0}};
+    const float reach = std::min(float(g_host->MaxWorldSize) * 0.5f, LONGEST);
+    const uint8_t* rgba = g_host->schemeColor(COLOR_ENTITY_CREATION);
+    const uint32_t before = GL_CurrentState();
+    GL_State(GLS_BLEND_ALPHA);
+    glBegin(GL_LINES);
+    for (int axis = 0; axis < 3; ++axis) {
+        for (const float side : {-reach, reach}) {
+            float end[3];
+            vecCopy(center, end);
+            end[axis] += side;
+            glColor4ubv(ends[axis]);
+            glVertex3fv(end);
+            glColor4ubv(rgba);
+            glVertex3fv(center);
+        }
+    }
+    glEnd();
+    GL_State(before);
+}
+
+void cToolEntity::draw(cCanvas* canvas, const cViewInfo& view, cDrawStats&) {
+    const cSelectionBox& box = boxOf(*canvas);
+    if (!box.active || placed3D)
+        return;
+    if (!view.is3D) {
+        drawMark(canvas, box.mins);
+        return;
+    }
+    drawAxes(box.mins);
+    const cEntityClass* chosen = g_viewHost->currentClass();
+    const cEntityClass fallback;
+    const cEntityClass& shape = chosen ? *chosen : fallback;
+    float mins[3], maxs[3];
+    vecAdd(box.mins, shape.mins, mins);
+    vecAdd(box.mins, shape.maxs, maxs);
+    glColor4ubv(chosen ? chosen->color : g_host->schemeColor(COLOR_ENTITY_CREATION));
+    canvas->drawBoxLines(mins, maxs);
+}

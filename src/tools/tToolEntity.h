@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// Places point entities of the current class: at a point that is set in a 2D view and taken by
+// Enter, or at once on the surface that is clicked in a camera view.
+#pragma once
+
+#include "views/tTool.h"
+
+class cToolEntity : public cTool {
+public:
+    bool setCursor(cCanvas* canvas) override;
+    bool contextMenu(cCanvas* canvas, int x, int y, const QPoint& globalPos) override;
+    bool keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers) override;
+    bool mousePress(cCanvas* canvas, int x, int y, int button,
+                    Qt::KeyboardModifiers modifiers) override;
+    bool mouseRelease(cCanvas* canvas, int x, int y, int button,
+                      Qt::KeyboardModifiers modifiers) override;
+    bool mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons buttons,
+                   Qt::KeyboardModifiers modifiers) override;
+    void draw(cCanvas* canvas, const cViewInfo& view, cDrawStats& stats) override;
+    void apply(cCanvas* canvas) override; // the point is spent, with a class or without
+
+    bool hover = false;     // the mouse is near the point in a 2D view, or drags it
+    bool placed3D = false;  // the point is on a surface clicked in a camera view
+    float refPoint[3] = {}; // where the press put the point
+
+private:
+    bool placeOnSurface(cCanvas* canvas, int x, int y);
+    void setPoint(cCanvas* canvas, int x, int y);
+    bool escape(cCanvas* canvas);
+};

@@ -1,0 +1,387 @@
+// SPDX-License-Identifier: MIT
+// The block tool with the mouse, the primitives by the New Objects dock, the arch by its dialog.
+#include "dialogs/tArchPreview.h"
+#include "document/tEntity.h"
+#include "document/tMapLists.h"
+#include "gui/tToolTest.h"
+#include "support/tColors.h"
+#include "support/tPatience.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QSpinBox>
+
+namespace {
+// Draws last, so it sees what the others drew.
+class cGrabTool : public cTool {
+public:
+    void drawOverlay(cCanvas* canvas, const cViewInfo&) override {
+        image = canvas->grabFrameBuffer();
+    }
+    QImage image;
+};
+} // namespace
+
+class BlockToolTest : public cToolTest {
+protected:
+    void SetUp() override {
+        cToolTest::SetUp();
+        toolAction(TOOL_BLOCK)->trigger();
+    }
+
+    cSelectionBox& block() const { return project->boxes[TBX_BLOCK]; }
+    QComboBox* list(const char* name) const {
+        return window->findChild<QComboBox*>(QString::fromLatin1(name));
+    }
+    QSpinBox* faces() const { return window->findChild<QSpinBox*>(QStringLiteral("sbFaces")); }
+    void choose(const char* primitive) const {
+        list("lstObjects")->setCurrentText(QString::fromLatin1(primitive));
+        ASSERT_EQ(list("lstObjects")->currentText(), QString::fromLatin1(primitive));
+    }
+    void dragBox(cCanvas* canvas, float h0, float v0, float h1, float v1) {
+        drag(canvas, pixel(canvas, h0, v0), pixel(canvas, h1, v1));
+    }
+    QPoint handleOf(cCanvas* canvas, int number) const {
+        float point[3];
+        block().handlePoint(canvas->axisH, canvas->axisV, number, point);
+        const QPoint way(number == BH_RIGHT ? 6 : 0, number == BH_BOTTOM ? 6 : 0);
+        return pixel(canvas, point[canvas->axisH], point[canvas->axisV]) + way;
+    }
+    const cBrushData* selectedBrush() const { return map().data.selectedBrushes; }
+    // A dialog that goes before it is active would stay the active window for ever.
+    static void finish(QWidget* dialog, QDialogButtonBox::StandardButton button) {
+        EXPECT_TRUE(QTest::qWaitForWindowActive(dialog, PATIENCE));
+        dialog->findChild<QDialogButtonBox*>()->button(button)->click();
+    }
+};
+
+TEST_F(BlockToolTest, enterMakesABlockOfExactlyTheBoxInEveryView) {
+    for (const int type : {VIEW_TOP, VIEW_FRONT, VIEW_SIDE}) {
+        cCanvas* canvas = view(type);
+        const int h = canvas->axisH, v = canvas->axisV, depth = canvas->axisDepth;
+        dragBox(canvas, -64, -32, 48, 64);
+        ASSERT_TRUE(block().active) << type;
+        float mins[3], maxs[3];
+        mins[h] = -64, maxs[h] = 48, mins[v] = -32, maxs[v] = 64;
+        mins[depth] = block().mins[depth], maxs[depth] = mins[depth] + 64;
+        expectBounds(block().mins, block().maxs, {mins[0], mins[1], mins[2]},
+                     {maxs[0], maxs[1], maxs[2]});
+        EXPECT_FALSE(pane(4).isEmpty());
+        project->setDirty(false);
+        expectUndoable([&] { key(canvas, Qt::Key_Return); }, false);
+        EXPECT_STREQ(undoName(), "Create Block");
+        ASSERT_EQ(selectedBrushes(), 1);
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_EQ(selectedBrush()->mins[i], mins[i]) << type;
+            EXPECT_EQ(selectedBrush()->maxs[i], maxs[i]) << type;
+        }
+        EXPECT_TRUE(project->dirty);
+        EXPECT_FALSE(block().active);
+        EXPECT_EQ(window->currentToolId(), int(TOOL_BLOCK));
+    }
+}
+
+TEST_F(BlockToolTest, aDragOutsideTheBoxLeavesItAndOneInsideMovesIt) {
+    dragBox(top, 0, 0, 64, 64);
+    EXPECT_EQ(pane(4), QStringLiteral("64w 64l 64h"));
+    drag(top, pixel(top, -96, -96), pixel(top, -32, -32));
+    expectBounds(block().mins, block().maxs, {0, 0, 0}, {64, 64, 64});
+    drag(top, pixel(top, 32, 32), pixel(top, 64, 16));
+    expectBounds(block().mins, block().maxs, {32, -16, 0}, {96, 48, 64});
+    approach(top, pixel(top, 64, 16));
+    EXPECT_EQ(
+        top->cursor().pixmap().cacheKey(),
+        window->toolCursor(window->CrosshairCursor ? TC_CROSS : TC_BRUSH).pixmap().cacheKey());
+}
+
+TEST_F(BlockToolTest, handlesChangeOneSideAndAnotherViewTheDepth) {
+    dragBox(top, 0, 0, 64, 64);
+    QPoint at = handleOf(top, BH_RIGHT);
+    drag(top, at, at + QPoint(32, 0));
+    expectBounds(block().mins, block().maxs, {0, 0, 0}, {96, 64, 64});
+    cCanvas* side = view(VIEW_SIDE);
+    at = handleOf(side, BH_BOTTOM);
+    drag(side, at, at + QPoint(0, 16));
+    EXPECT_EQ(block().maxs[2] - block().mins[2], 80);
+    key(top, Qt::Key_Enter);
+    ASSERT_EQ(selectedBrushes(), 1);
+    EXPECT_EQ(selectedBrush()->maxs[2] - selectedBrush()->mins[2], 80);
+}
+
+TEST_F(BlockToolTest, escapeDropsTheBoxThenTheSelection) {
+    window->ClearSelectionOnEscape = true;
+    dragBox(top, 0, 0, 64, 64);
+    key(top, Qt::Key_Return);
+    dragTo(top, pixel(top, -96, 0), pixel(top, -32, 64));
+    ASSERT_TRUE(block().active);
+    key(top, Qt::Key_Escape);
+    EXPECT_FALSE(block().active);
+    EXPECT_EQ(pane(4), QString());
+    moveTo(top, pixel(top, 0, 96));
+    release(top, pixel(top, 0, 96));
+    EXPECT_FALSE(block().active) << "the rest of the drag is void";
+    EXPECT_EQ(selectedBrushes(), 1);
+    key(top, Qt::Key_Escape);
+    EXPECT_EQ(selectedBrushes(), 0);
+    dragBox(top, -96, 0, -32, 64);
+    EXPECT_TRUE(block().active) << "the next drag counts";
+}
+
+TEST_F(BlockToolTest, anEmptyBoxIsRefusedAndCleared) {
+    drag(top, pixel(top, 0, 0), pixel(top, 0, 64));
+    ASSERT_TRUE(block().active);
+    replies.expectBox(QMessageBox::Ok, QStringLiteral("The box is empty."));
+    key(top, Qt::Key_Return);
+    EXPECT_TRUE(answered());
+    EXPECT_FALSE(block().active);
+    EXPECT_FALSE(map().history->canUndo());
+}
+
+TEST_F(BlockToolTest, theMenuCreatesInsideTheBoxOnly) {
+    dragBox(top, 0, 0, 64, 64);
+    QMenu* menu = window->popupMenu("Create");
+    const auto rightClick = [&](const QPoint& at) {
+        press(top, at, {}, Qt::RightButton);
+        release(top, at, {}, Qt::RightButton);
+    };
+    rightClick(pixel(top, -80, -80));
+    EXPECT_FALSE(menu->isVisible());
+    rightClick(pixel(top, 32, 32));
+    ASSERT_TRUE(menu->isVisible());
+    EXPECT_EQ(visibleEntries(menu), QStringList(QStringLiteral("Create &Object")));
+    menu->close();
+    trigger("EditCreate");
+    EXPECT_EQ(selectedBrushes(), 1);
+}
+
+TEST_F(BlockToolTest, temporaryToolsKeepTheBox) {
+    dragBox(top, 0, 0, 64, 64);
+    toolAction(TOOL_MAGNIFY)->trigger();
+    toolAction(TOOL_BLOCK)->trigger();
+    EXPECT_TRUE(block().active);
+    key(top, Qt::Key_Return);
+    EXPECT_EQ(selectedBrushes(), 1);
+}
+
+TEST_F(BlockToolTest, sizesStandBelowAndBesideTheBoxWhileWanted) {
+    dragBox(top, -64, -64, 48, 64);
+    approach(top, pixel(top, -96, -96));
+    // The middles of the two brackets, six pixels off the sides.
+    const QPoint below = pixel(top, -8, -64) + QPoint(0, 6);
+    const QPoint beside = pixel(top, 48, 0) + QPoint(6, 0);
+    const uint8_t* full = window->schemeColor(COLOR_BRUSH_CREATION);
+    const auto isShadow = [&](const QImage& image, const QPoint& at) {
+        const QColor got = image.pixelColor(at);
+        const auto near = [](int value, int wanted) { return qAbs(value - wanted) < 4; };
+        return near(got.red(), int(full[0] * 0.45)) && near(got.green(), int(full[1] * 0.45)) &&
+               near(got.blue(), int(full[2] * 0.45));
+    };
+    for (const bool wanted : {false, true}) {
+        window->DrawSizingInfo = wanted;
+        cGrabTool grab;
+        window->suspendedTool = window->currentTool;
+        window->currentTool = &grab;
+        top->requestRedraw(true);
+        window->currentTool = window->suspendedTool;
+        window->suspendedTool = nullptr;
+        ASSERT_EQ(grab.image.size(), top->size());
+        EXPECT_EQ(isShadow(grab.image, below), wanted);
+        EXPECT_EQ(isShadow(grab.image, beside), wanted);
+    }
+}
+
+// ---- The dock
+
+TEST_F(BlockToolTest, theDockListsWhatTheToolMakes) {
+    const auto objects = [this] {
+        QStringList names;
+        for (int i = 0; i < list("lstObjects")->count(); ++i)
+            names.append(list("lstObjects")->itemText(i));
+        return names.join(QLatin1Char(' '));
+    };
+    EXPECT_EQ(list("lstCategories")->count(), 2);
+    EXPECT_EQ(list("lstCategories")->currentText(), QStringLiteral("(primitives)"));
+    EXPECT_EQ(objects(), QStringLiteral("block wedge cylinder spike arch"));
+    EXPECT_EQ(list("lstObjects")->itemData(4).toInt(), 5);
+    EXPECT_FALSE(faces()->isEnabled());
+    choose("cylinder");
+    EXPECT_TRUE(faces()->isEnabled());
+    EXPECT_EQ(faces()->value(), 8);
+    EXPECT_EQ(faces()->minimum(), 3);
+    EXPECT_EQ(faces()->maximum(), 128);
+    faces()->setValue(12);
+    choose("spike");
+    EXPECT_EQ(faces()->value(), 4);
+    choose("cylinder");
+    EXPECT_EQ(faces()->value(), 12);
+
+    toolAction(TOOL_ENTITY)->trigger();
+    EXPECT_EQ(list("lstCategories")->currentText(), QStringLiteral("(entities)"));
+    EXPECT_EQ(objects(), QStringLiteral("info_start light"));
+    EXPECT_FALSE(faces()->isEnabled());
+    toolAction(TOOL_SELECT)->trigger();
+    EXPECT_EQ(list("lstCategories")->currentText(), QStringLiteral("(no category)"));
+    EXPECT_FALSE(list("lstCategories")->isEnabled() || list("lstObjects")->isEnabled());
+    toolAction(TOOL_BLOCK)->trigger();
+    EXPECT_EQ(list("lstObjects")->currentText(), QStringLiteral("cylinder")) << "kept";
+}
+
+TEST_F(BlockToolTest, theObjectBarHidesByItsEntry) {
+    auto* dock = list("lstObjects")->window()->findChild<QWidget*>(QStringLiteral("newobjects"));
+    ASSERT_TRUE(dock && dock->isVisible());
+    QAction* entry = nullptr;
+    for (QAction* a : window->findChildren<QAction*>())
+        if (a->text() == QLatin1String("&Object Bar"))
+            entry = a;
+    ASSERT_TRUE(entry);
+    EXPECT_TRUE(entry->isChecked());
+    entry->trigger();
+    EXPECT_TRUE(dock->isHidden());
+    EXPECT_FALSE(entry->isChecked());
+}
+
+TEST_F(BlockToolTest, theListDecidesWhatBecomesOfTheBox) {
+    const struct {
+        const char* name;
+        int sides;
+        size_t faces;
+        const char* step;
+    } cases[] = {{"wedge", 0, 5, "Create Wedge"},
+                 {"cylinder", 5, 7, "Create Cylinder"},
+                 {"spike", 6, 7, "Create Spike"},
+                 {"block", 0, 6, "Create Block"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        choose(c.name);
+        if (c.sides)
+            faces()->setValue(c.sides);
+        dragBox(top, -64, -64, 64, 64);
+        expectUndoable([&] { key(top, Qt::Key_Return); }, false);
+        EXPECT_STREQ(undoName(), c.step);
+        ASSERT_EQ(selectedBrushes(), 1);
+        size_t count = 0;
+        for ([[maybe_unused]] const cFaceData* face : facesOf(selectedBrush()))
+            ++count;
+        EXPECT_EQ(count, c.faces);
+    }
+}
+
+// The axis that the base of a cylinder faces.
+static int axisOfBase(const cBrushData* brush, int sides) {
+    for (const cFaceData* face : facesOf(brush))
+        if (face->vertexCount == sides)
+            return face->planeType;
+    return -1;
+}
+
+TEST_F(BlockToolTest, primitivesStandUprightUnlessTheyTurnToTheView) {
+    choose("cylinder");
+    for (const bool turned : {false, true}) {
+        window->ReorientPrimitives = turned;
+        for (const int type : {VIEW_TOP, VIEW_FRONT, VIEW_SIDE}) {
+            cCanvas* canvas = view(type);
+            dragBox(canvas, -64, -64, 64, 64);
+            key(canvas, Qt::Key_Return);
+            ASSERT_EQ(selectedBrushes(), 1);
+            EXPECT_EQ(axisOfBase(selectedBrush(), 8), turned ? canvas->axisDepth : 2) << type;
+        }
+    }
+}
+
+TEST_F(BlockToolTest, plugInsBringTheirOwn) {
+    list("lstCategories")->setCurrentText(QStringLiteral("Test shapes"));
+    EXPECT_EQ(list("lstObjects")->currentText(), QStringLiteral("shape"));
+    EXPECT_EQ(faces()->value(), 5);
+    faces()->setValue(7);
+    window->StretchArches = false;
+    dragBox(top, 0, 0, 64, 64);
+    key(top, Qt::Key_Return);
+    EXPECT_TRUE(
+        console().contains(QStringLiteral("shape of 7 on 012, flags 3, texture notexture")));
+    EXPECT_FALSE(project->dirty) << "it made nothing";
+    EXPECT_FALSE(block().active);
+}
+
+// ---- The arch
+
+TEST_F(BlockToolTest, theArchIsMadeAsItsDialogSays) {
+    choose("arch");
+    dragBox(top, -64, -64, 64, 64);
+    replies.expect([this](QWidget* dialog) {
+        EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Arch Properties"));
+        const auto spin = [&](const char* name) {
+            return dialog->findChild<QSpinBox*>(QString::fromLatin1(name));
+        };
+        auto* slope = dialog->findChild<QCheckBox*>(QStringLiteral("cbSmoothSlope"));
+        EXPECT_EQ(spin("sbWidth")->maximum(), 64);
+        EXPECT_EQ(spin("sbWidth")->value(), 32);
+        EXPECT_FALSE(slope->isEnabled());
+        spin("sbHeight")->setValue(8);
+        EXPECT_TRUE(slope->isEnabled());
+        spin("sbWidth")->setValue(16);
+        spin("sbSides")->setValue(6);
+        dialog->findChild<QPushButton*>(QStringLiteral("btnCircle"))->click();
+        EXPECT_EQ(spin("sbArc")->value(), 360);
+        finish(dialog, QDialogButtonBox::Ok);
+    });
+    expectUndoable(
+        [&] {
+            key(top, Qt::Key_Return);
+            EXPECT_TRUE(answered());
+        },
+        false);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get(), PATIENCE));
+    EXPECT_STREQ(undoName(), "Create Arch");
+    EXPECT_EQ(selectedBrushes(), 6);
+    EXPECT_TRUE(selectedBrush()->group) << "one group of all";
+
+    dragBox(view(VIEW_SIDE), 96, 0, 112, 64);
+    replies.expect([this](QWidget* dialog) {
+        EXPECT_EQ(dialog->findChild<QSpinBox*>(QStringLiteral("sbSides"))->value(), 6) << "kept";
+        EXPECT_EQ(dialog->findChild<QSpinBox*>(QStringLiteral("sbWidth"))->maximum(), 8);
+        finish(dialog, QDialogButtonBox::Cancel);
+    });
+    const QStringList before = dumpById(map());
+    key(view(VIEW_SIDE), Qt::Key_Return);
+    EXPECT_TRUE(answered());
+    EXPECT_EQ(firstDifference(before, dumpById(map())), QString());
+    EXPECT_FALSE(block().active);
+}
+
+TEST_F(BlockToolTest, theArchPreviewFollowsItsValues) {
+    static constexpr int SIZE = 101;
+    const auto at = [](const QImage& image, double angle, double radius) {
+        const double turn = angle * M_PI / 180;
+        const QPoint middle(qRound(50 + radius * sin(turn)), qRound(50 - radius * cos(turn)));
+        for (int dx = -1; dx <= 1; ++dx) // lines are a pixel wide
+            for (int dy = -1; dy <= 1; ++dy)
+                if (qGray(image.pixel(middle + QPoint(dx, dy))) > 100)
+                    return true;
+        return false;
+    };
+    cArchPreview preview;
+    preview.resize(SIZE, SIZE);
+    cArchShape shape;
+    shape.sides = 36;
+    shape.width = 16;
+    const struct {
+        int arc;
+        int start;
+        bool at95, at185, at275;
+    } cases[] = {
+        {180, 0, true, false, false}, {180, 90, true, true, false}, {360, 0, true, true, true}};
+    for (const auto& c : cases) {
+        shape.arc = c.arc;
+        shape.start = c.start;
+        preview.setShape(shape, 64);
+        const QImage image = preview.grab().toImage();
+        for (const double radius : {49.0, 25.0}) { // the outer and the inner outline
+            EXPECT_EQ(at(image, 95, radius), c.at95) << c.arc << ' ' << c.start;
+            EXPECT_EQ(at(image, 185, radius), c.at185) << c.arc << ' ' << c.start;
+            EXPECT_EQ(at(image, 275, radius), c.at275) << c.arc << ' ' << c.start;
+        }
+        EXPECT_EQ(qGray(image.pixel(50, 50)), 0) << "the hole";
+    }
+}

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+// The entity tool: points set in 2D views, surfaces clicked in the camera view, class menus.
+#include "document/tEntity.h"
+#include "document/tMapLists.h"
+#include "gui/tToolTest.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <cmath>
+#include <set>
+
+class EntityToolTest : public cToolTest {
+protected:
+    void SetUp() override {
+        cToolTest::SetUp();
+        toolAction(TOOL_ENTITY)->trigger();
+    }
+
+    cSelectionBox& point() const { return project->boxes[TBX_ENTITY]; }
+    QComboBox* classes() const {
+        return window->findChild<QComboBox*>(QStringLiteral("lstObjects"));
+    }
+    void choose(const char* name) const { classes()->setCurrentText(QString::fromLatin1(name)); }
+    const cEntityData* selected() const { return map().data.selectedEntities; }
+    void expectOrigin(std::initializer_list<float> wanted) const {
+        ASSERT_TRUE(selected());
+        for (int i = 0; i < 3; ++i)
+            EXPECT_NEAR(selected()->origin[i], wanted.begin()[i], 1.01f) << i; // whole units
+    }
+};
+
+TEST_F(EntityToolTest, enterPlacesTheEntityAtThePoint) {
+    choose("light");
+    drag(top, pixel(top, 0, 0), pixel(top, 32, -48));
+    ASSERT_TRUE(point().active);
+    EXPECT_EQ(pane(4), QStringLiteral("32x -48y 0z"));
+    cCanvas* side = view(VIEW_SIDE);
+    click(side, pixel(side, 32, 64)); // the other view gives the height
+    EXPECT_EQ(pane(4), QStringLiteral("32x -48y 64z"));
+    expectUndoable([&] { key(side, Qt::Key_Return); });
+    EXPECT_STREQ(undoName(), "Create Entity");
+    ASSERT_EQ(selectedEntities(), 1);
+    EXPECT_STREQ(selected()->classname, "light");
+    EXPECT_EQ(selected()->origin[0], 32);
+    EXPECT_EQ(selected()->origin[1], -48);
+    EXPECT_EQ(selected()->origin[2], 64);
+    EXPECT_TRUE(project->dirty);
+    EXPECT_FALSE(point().active);
+    EXPECT_EQ(pane(4), QString());
+    EXPECT_TRUE(console().contains(QStringLiteral("New entity: light")));
+}
+
+TEST_F(EntityToolTest, escapeDropsThePointThenTheSelection) {
+    window->ClearSelectionOnEscape = true;
+    click(top, pixel(top, 32, 32));
+    key(top, Qt::Key_Return);
+    ASSERT_EQ(selectedEntities(), 1);
+    press(top, pixel(top, 64, 64));
+    key(top, Qt::Key_Escape);
+    moveTo(top, pixel(top, 80, 64));
+    release(top, pixel(top, 80, 64));
+    EXPECT_FALSE(point().active);
+    EXPECT_EQ(selectedEntities(), 1);
+    key(top, Qt::Key_Escape);
+    EXPECT_EQ(selectedEntities(), 0);
+}
+
+TEST_F(EntityToolTest, aClickedSurfaceCarriesTheEntityByTheOffsetOfItsClass) {
+    addBrush({100, -50, 0}, {150, 50, 100});
+    objectsAdded();
+    cCanvas* camera = view(VIEW_CAMERA); // looks along x from x = -16, 64 above the ground
+    const QPoint middle(camera->width() / 2, camera->height() / 2);
+    choose("info_start");
+    expectUndoable([&] { click(camera, middle); });
+    EXPECT_STREQ(selected()->classname, "info_start");
+    expectOrigin({100, 0, 68});
+    EXPECT_FALSE(point().active);
+
+    const cEntityData* first = selected();
+    const float onEntity[3] = {84, 0, 90};
+    float pixel[2];
+    ASSERT_TRUE(camera->projectToScreen(onEntity, pixel));
+    click(camera, QPoint(qRound(pixel[0]), qRound(pixel[1])));
+    EXPECT_EQ(selected(), first) << "no entity on an entity";
+    click(camera, QPoint(middle.x(), 4));
+    EXPECT_EQ(selected(), first) << "nor in the sky";
+    trigger("EditUndo");
+    choose("light");
+    click(camera, middle);
+    expectOrigin({100, 0, 64});
+}
+
+TEST_F(EntityToolTest, theMenuCreatesTheClassItNames) {
+    choose("light");
+    click(top, pixel(top, 32, 32));
+    QMenu* menu = window->popupMenu("Create");
+    const auto rightClick = [&](const QPoint& at) {
+        approach(top, at);
+        press(top, at, {}, Qt::RightButton);
+        release(top, at, {}, Qt::RightButton);
+    };
+    rightClick(pixel(top, -64, -64));
+    EXPECT_FALSE(menu->isVisible());
+    rightClick(pixel(top, 33, 33));
+    ASSERT_TRUE(menu->isVisible());
+    EXPECT_EQ(action("EditCreate")->text(), QStringLiteral("Create light"));
+    menu->close();
+    std::function<QAction*(const QMenu*)> find = [&](const QMenu* in) -> QAction* {
+        for (QAction* a : in->actions()) {
+            if (a->text() == QLatin1String("info_start"))
+                return a;
+            if (QAction* deeper = a->menu() ? find(a->menu()) : nullptr)
+                return deeper;
+        }
+        return nullptr;
+    };
+    QAction* start = find(menu);
+    ASSERT_TRUE(start);
+    start->trigger();
+    ASSERT_EQ(selectedEntities(), 1);
+    EXPECT_STREQ(selected()->classname, "info_start");
+    EXPECT_EQ(selected()->origin[2], 4) << "with its offset";
+    EXPECT_EQ(classes()->currentText(), QStringLiteral("info_start"));
+}
+
+TEST_F(EntityToolTest, randomYawTurnsEachOneToAnotherWholeDegree) {
+    auto* box = window->findChild<QCheckBox*>(QStringLiteral("cbRandomYaw"));
+    std::set<float> yaws;
+    for (int i = 0; i < 8; ++i) {
+        box->setChecked(i > 0);
+        click(top, pixel(top, float(i * 16), 64));
+        key(top, Qt::Key_Return);
+        ASSERT_EQ(selectedEntities(), 1);
+        const float* angles = selected()->angles;
+        EXPECT_TRUE(angles[0] == 0 && angles[2] == 0);
+        EXPECT_TRUE(angles[1] >= 0 && angles[1] < 360 && angles[1] == std::floor(angles[1]));
+        EXPECT_TRUE(i > 0 || angles[1] == 0);
+        yaws.insert(angles[1]);
+    }
+    EXPECT_GT(yaws.size(), 2u);
+}
+
+TEST_F(EntityToolTest, aGameWithoutPointClassesHasNoEntityTool) {
+    toolAction(TOOL_SELECT)->trigger();
+    project->dirty = false;
+    ASSERT_TRUE(close());
+    window.reset();
+    write(QStringLiteral("test.fgd"), "@SolidClass = worldspawn : \"World\" []\n");
+    start();
+    project = newProject();
+    replies.expectBox(QMessageBox::Ok,
+                      QStringLiteral("There are no point entities in current game data!\n"
+                                     "Entity Tool is not available."));
+    toolAction(TOOL_ENTITY)->trigger();
+    EXPECT_TRUE(answered());
+    EXPECT_EQ(window->currentToolId(), int(TOOL_BLOCK));
+}
