@@ -28,7 +28,11 @@ bool cArchDialog::ask(float extent) {
     updatePreview();
     m_ui->sbWidth->setFocus();
     m_ui->sbWidth->selectAll();
-    return exec() == Accepted;
+    const bool accepted = exec() == Accepted;
+    // The dialog stays, its window does not: an activation that arrives after it has been closed
+    // would leave a hidden window the active one.
+    destroy();
+    return accepted;
 }
 
 cArchShape cArchDialog::shape() const {

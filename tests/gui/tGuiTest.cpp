@@ -186,6 +186,13 @@ cProject* cGuiTest::newProject() {
     return active();
 }
 
+static std::string nameOf(const QWidget* widget) {
+    if (!widget)
+        return "nobody";
+    return std::string(widget->metaObject()->className()) + " " +
+           widget->objectName().toStdString() + (widget->isVisible() ? "" : " (hidden)");
+}
+
 void cGuiTest::focus(QWidget* widget) const {
     window->activateWindow();
     EXPECT_TRUE(QTest::qWaitFor(
@@ -193,7 +200,10 @@ void cGuiTest::focus(QWidget* widget) const {
             widget->setFocus();
             return QApplication::focusWidget() == widget;
         },
-        PATIENCE));
+        PATIENCE))
+        << "focus is with " << nameOf(QApplication::focusWidget()) << " of "
+        << nameOf(QApplication::activeWindow()) << ", below "
+        << nameOf(QApplication::activeModalWidget());
 }
 
 bool cGuiTest::answered() const {
