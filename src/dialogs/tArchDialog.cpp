@@ -32,6 +32,7 @@ bool cArchDialog::ask(float extent) {
     // The dialog stays, its window does not: an activation that arrives after it has been closed
     // would leave a hidden window the active one.
     destroy();
+    parentWidget()->activateWindow();
     return accepted;
 }
 

@@ -332,7 +332,7 @@ TEST_F(BlockToolTest, theArchIsMadeAsItsDialogSays) {
             EXPECT_TRUE(answered());
         },
         false);
-    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get(), PATIENCE));
+    focus(top);
     EXPECT_STREQ(undoName(), "Create Arch");
     EXPECT_EQ(selectedBrushes(), 6);
     EXPECT_TRUE(selectedBrush()->group) << "one group of all";

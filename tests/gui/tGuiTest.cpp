@@ -194,9 +194,10 @@ static std::string nameOf(const QWidget* widget) {
 }
 
 void cGuiTest::focus(QWidget* widget) const {
-    window->activateWindow();
     EXPECT_TRUE(QTest::qWaitFor(
         [&] {
+            if (QApplication::activeWindow() != window.get())
+                window->activateWindow();
             widget->setFocus();
             return QApplication::focusWidget() == widget;
         },
