@@ -80,12 +80,9 @@ bool cToolBlock::escape(cCanvas* canvas) {
         hoverHandle = 0;
         box.clear();
         showText(*canvas, BT_EXTENTS);
-    } else if (g_host->ClearSelectionOnEscape && canvas->map()->hasSelection()) {
-        canvas->map()->clearSelection();
-        g_viewHost->notifyTools();
+    } else if (clearSelectionByEscape(*canvas)) {
         insideBox = false;
         hoverHandle = 0;
-        g_viewHost->updateUi();
     } else {
         return false;
     }

@@ -7,6 +7,7 @@
 #include "support/tColors.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
+#include "tools/tToolSpace.h"
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
 #include "views/tGLState.h"
@@ -73,11 +74,8 @@ bool cToolEntity::escape(cCanvas* canvas) {
         hover = placed3D = false;
         box.clear();
         g_host->setStatusPane(QString(), BOX_PANE);
-    } else if (g_host->ClearSelectionOnEscape && canvas->map()->hasSelection()) {
-        canvas->map()->clearSelection();
-        g_viewHost->notifyTools();
+    } else if (clearSelectionByEscape(*canvas)) {
         hover = false;
-        g_viewHost->updateUi();
     } else {
         return false;
     }

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tools/tToolSpace.h"
 
+#include "document/tMap.h"
 #include "document/tSelectionBox.h"
+#include "support/tHost.h"
 #include "views/tCanvas.h"
+#include "views/tViewHost.h"
 
 void boxPoint(cCanvas& canvas, const cSelectionBox& box, int x, int y, bool snap, float* out) {
     const int depth = canvas.axisDepth;
@@ -17,4 +20,14 @@ Qt::CursorShape sizeCursor(int handle) {
         Qt::SizeBDiagCursor, Qt::SizeFDiagCursor, Qt::SizeHorCursor,
         Qt::SizeHorCursor,   Qt::SizeVerCursor,   Qt::SizeVerCursor};
     return shapes[handle];
+}
+
+bool clearSelectionByEscape(const cCanvas& canvas) {
+    cMap& map = *canvas.map();
+    if (!g_host->ClearSelectionOnEscape || !map.hasSelection())
+        return false;
+    map.clearSelection();
+    g_viewHost->notifyTools();
+    g_viewHost->updateUi();
+    return true;
 }
