@@ -9,6 +9,10 @@
 #include <cmath>
 
 static constexpr float RADIANS = 0.017453294f;
+static constexpr int FULL_CIRCLE = 360;
+static constexpr float SAME_POINT =
+    0.02f; // ends of an inner wall this close would be one in a winding
+static constexpr float FLAT_TURN = 0.01f; // square units; a corner that turns less is straight
 
 namespace {
 class cArchBuilder {
@@ -17,10 +21,20 @@ public:
     bool build();
 
 private:
+    // Where two segments meet, on the base.
+    struct cSeam {
+        cPoint inner, outer;
+    };
+
     cPoint at(float angle, bool outer) const;
-    std::vector<cPoint> segmentPoints(float angle) const;
+    void layOut();
+    std::vector<cPoint> segmentPoints(size_t segment) const;
+    bool joinInner(std::vector<cPoint>& points) const;
+    bool bendsIn(const std::vector<cPoint>& points, int p, int q, int r) const;
+    bool isConcave(const std::vector<cPoint>& points) const;
     void slope(std::vector<cPoint>& points, bool degenerate) const;
-    void addSegment(float angle);
+    void addSegment(size_t segment);
+    void addHalves(const std::vector<cPoint>& points);
     void addBrushOf(const std::vector<cPoint>& points, const std::vector<std::vector<int>>& faces);
 
     const cPrimitiveParams& m_params;
@@ -29,7 +43,8 @@ private:
     bool m_reversed; // the corners run the other way round
     size_t m_a, m_b, m_c;
     cPoint m_center; // on the base; rises with every segment
-    float m_radiusA, m_radiusB, m_height, m_step;
+    float m_radiusA, m_radiusB, m_height;
+    std::vector<cSeam> m_seams; // one more than segments
     std::vector<cBrushData*> m_brushes;
     cGroupData* m_group = nullptr;
 };
@@ -41,8 +56,7 @@ cArchBuilder::cArchBuilder(const cPrimitiveParams& params, const cArchShape& sha
       m_reversed((params.flags & (1u << PP_REORIENT_BIT)) != 0),
       m_a(size_t(params.axes[0])),
       m_b(size_t(params.axes[1])),
-      m_c(size_t(params.axes[2])),
-      m_step(float(shape.arc) / float(shape.sides) * RADIANS) {
+      m_c(size_t(params.axes[2])) {
     m_radiusA = (params.maxs[m_a] - params.mins[m_a]) * 0.5f;
     m_radiusB = (params.maxs[m_b] - params.mins[m_b]) * 0.5f;
     m_height = params.maxs[m_c] - params.mins[m_c];
@@ -55,23 +69,55 @@ cArchBuilder::cArchBuilder(const cPrimitiveParams& params, const cArchShape& sha
 
 cPoint cArchBuilder::at(float angle, bool outer) const {
     const float in = outer ? 0.0f : float(m_shape.width);
-    cPoint point;
+    cPoint point = m_center;
     point[m_a] = roundedIf(m_params, m_center[m_a] + (m_radiusA - in) * std::sin(angle));
     point[m_b] = roundedIf(m_params, m_center[m_b] + (m_radiusB - in) * std::cos(angle));
-    point[m_c] = m_center[m_c];
     return point;
 }
 
-std::vector<cPoint> cArchBuilder::segmentPoints(float angle) const {
-    const float first = m_reversed ? angle : angle + m_step;
-    const float second = m_reversed ? angle + m_step : angle;
-    std::vector<cPoint> points = {at(first, false), at(second, false), at(first, true),
-                                  at(second, true)};
+// Neighbours share the points of their seam to the last bit, so that rounding cannot part them; a
+// full circle ends at the very points it began with.
+void cArchBuilder::layOut() {
+    const float step = float(m_shape.arc) / float(m_shape.sides) * RADIANS;
+    for (int i = 0; i <= m_shape.sides; ++i) {
+        const float angle = float(m_shape.start) * RADIANS + float(i) * step;
+        m_seams.push_back({at(angle, false), at(angle, true)});
+    }
+    if (m_shape.arc == FULL_CIRCLE)
+        m_seams.back() = m_seams.front();
+}
+
+// Inner wall 0 and 1, outer wall 2 and 3; the same ones above from 4 on.
+std::vector<cPoint> cArchBuilder::segmentPoints(size_t segment) const {
+    const cSeam& first = m_seams[segment + (m_reversed ? 0 : 1)];
+    const cSeam& second = m_seams[segment + (m_reversed ? 1 : 0)];
+    std::vector<cPoint> points = {first.inner, second.inner, first.outer, second.outer};
     for (size_t i = 0; i < 4; ++i) {
+        points[i][m_c] = m_center[m_c];
         points.push_back(points[i]);
         points.back()[m_c] += m_height;
     }
     return points;
+}
+
+// True if there is no inner wall: the wall is as wide as the radius.
+bool cArchBuilder::joinInner(std::vector<cPoint>& points) const {
+    if (std::hypot(points[0][m_a] - points[1][m_a], points[0][m_b] - points[1][m_b]) > SAME_POINT)
+        return false;
+    points[1] = points[0];
+    points[5] = points[4];
+    return true;
+}
+
+bool cArchBuilder::bendsIn(const std::vector<cPoint>& points, int p, int q, int r) const {
+    const float turn = turnOf(points[size_t(p)], points[size_t(q)], points[size_t(r)], m_a, m_b);
+    return (m_reversed ? turn : -turn) > FLAT_TURN;
+}
+
+// A tight inner wall may bend into its segment by rounding, or on an ellipse.
+bool cArchBuilder::isConcave(const std::vector<cPoint>& points) const {
+    return bendsIn(points, 0, 2, 3) || bendsIn(points, 2, 3, 1) || bendsIn(points, 3, 1, 0) ||
+           bendsIn(points, 1, 0, 2);
 }
 
 // The far end rises to where the next segment begins.
@@ -96,35 +142,51 @@ void cArchBuilder::addBrushOf(const std::vector<cPoint>& points,
     m_brushes.push_back(brush);
 }
 
-void cArchBuilder::addSegment(float angle) {
+// Split along the diagonal that lies inside, a half that faces the wrong way is left out.
+void cArchBuilder::addHalves(const std::vector<cPoint>& points) {
+    struct cHalf {
+        int plan[3];
+        std::vector<std::vector<int>> faces;
+    };
+    static const cHalf ACROSS[2] = {
+        {{0, 2, 1}, {{0, 2, 1}, {5, 6, 4}, {2, 0, 4, 6}, {0, 1, 5, 4}, {1, 2, 6, 5}}},
+        {{2, 3, 1}, {{2, 3, 1}, {5, 7, 6}, {1, 3, 7, 5}, {3, 2, 6, 7}, {2, 1, 5, 6}}}};
+    static const cHalf ALONG[2] = {
+        {{0, 2, 3}, {{0, 2, 3}, {7, 6, 4}, {2, 0, 4, 6}, {3, 2, 6, 7}, {0, 3, 7, 4}}},
+        {{0, 3, 1}, {{0, 3, 1}, {5, 7, 4}, {0, 1, 5, 4}, {1, 3, 7, 5}, {3, 0, 4, 7}}}};
+    const auto isWrong = [&](const cHalf& half) {
+        return bendsIn(points, half.plan[0], half.plan[1], half.plan[2]);
+    };
+    const bool along = isWrong(ACROSS[0]) || isWrong(ACROSS[1]);
+    for (const cHalf& half : along ? ALONG : ACROSS)
+        if (!isWrong(half))
+            addBrushOf(points, half.faces);
+}
+
+void cArchBuilder::addSegment(size_t segment) {
     static const std::vector<std::vector<int>> FLAT = {{0, 2, 3, 1}, {5, 7, 6, 4}, {2, 0, 4, 6},
                                                        {1, 3, 7, 5}, {3, 2, 6, 7}, {0, 1, 5, 4}};
     static const std::vector<std::vector<int>> WEDGE = {
         {0, 2, 3}, {5, 7, 6}, {2, 0, 4, 6}, {1, 3, 7, 5}, {3, 2, 6, 7}};
-    static const std::vector<std::vector<int>> RAMP_FIRST = {
-        {0, 2, 1}, {5, 6, 4}, {2, 0, 4, 6}, {0, 1, 5, 4}, {1, 2, 6, 5}};
-    static const std::vector<std::vector<int>> RAMP_SECOND = {
-        {2, 3, 1}, {5, 7, 6}, {1, 3, 7, 5}, {3, 2, 6, 7}, {2, 1, 5, 6}};
-    std::vector<cPoint> points = segmentPoints(angle);
-    const bool degenerate = points[0] == points[1];
+    std::vector<cPoint> points = segmentPoints(segment);
+    const bool degenerate = joinInner(points);
     const bool sloped = m_shape.smoothSlope && m_shape.height != 0;
     if (sloped)
         slope(points, degenerate);
-    if (degenerate) {
+    if (degenerate)
         addBrushOf(points, WEDGE);
-    } else if (!sloped) {
+    else if (sloped || isConcave(points))
+        addHalves(points);
+    else
         addBrushOf(points, FLAT);
-    } else {
-        addBrushOf(points, RAMP_FIRST);
-        addBrushOf(points, RAMP_SECOND);
-    }
 }
 
 bool cArchBuilder::build() {
     if (m_shape.group)
         m_group = m_map.addGroup();
-    for (int i = 0; i < m_shape.sides; ++i) {
-        addSegment(float(m_shape.start) * RADIANS + float(i) * m_step);
+    layOut();
+    for (size_t i = 0; i + 1 < m_seams.size(); ++i) {
+        addSegment(i);
         m_center[m_c] += float(m_shape.height);
     }
     if (m_brushes.empty()) {

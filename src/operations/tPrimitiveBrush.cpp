@@ -15,6 +15,10 @@ float roundedIf(const cPrimitiveParams& params, float value) {
     return params.flags & (1u << PP_SNAP_POINTS_BIT) ? std::floor(value + 0.5f) : value;
 }
 
+float turnOf(const cPoint& p, const cPoint& q, const cPoint& r, size_t a, size_t b) {
+    return (q[a] - p[a]) * (r[b] - p[b]) - (q[b] - p[b]) * (r[a] - p[a]);
+}
+
 cBrushData* addSolid(const cPrimitiveParams& params, const cSolid& solid) {
     cMap& map = *params.map->map;
     cBrushData* brush = map.addBrush(map.world());
@@ -30,6 +34,7 @@ cBrushData* addSolid(const cPrimitiveParams& params, const cSolid& solid) {
 }
 
 static constexpr int FEWEST_FACES = 4;
+static constexpr float LARGEST_SHIFT = 1; // of a side, by planes that take the place of corners
 
 static int touchFaces(cBrushData* brush) {
     int count = 0;
@@ -41,15 +46,27 @@ static int touchFaces(cBrushData* brush) {
     return count;
 }
 
+// A sliver without one of its sides may reach to the end of the world.
+static bool keepsBounds(const cBrushData* brush, const cPoint& mins, const cPoint& maxs) {
+    for (size_t i = 0; i < 3; ++i) {
+        if (brush->mins[i] < mins[i] - LARGEST_SHIFT || brush->maxs[i] > maxs[i] + LARGEST_SHIFT)
+            return false;
+    }
+    return true;
+}
+
 bool makeValid(cBrushData* brush) {
     cMap& map = *brush->owner->owner->map;
     rebuildBrush(brush, UM_PLANES | UM_RESET_AXES);
-    if (checkBrush(brush, false, nullptr))
+    const int merged = mergeCoplanarFaces(brush);
+    if (!merged && checkBrush(brush, false, nullptr))
         return true;
-    mergeCoplanarFaces(brush);
+    const cPoint mins = {brush->mins[0], brush->mins[1], brush->mins[2]};
+    const cPoint maxs = {brush->maxs[0], brush->maxs[1], brush->maxs[2]};
     touchFaces(brush);
     rebuildBrush(brush, UM_WINDINGS | UM_RESET_AXES);
-    if (touchFaces(brush) >= FEWEST_FACES && checkBrush(brush, false, nullptr)) {
+    if (touchFaces(brush) >= FEWEST_FACES && keepsBounds(brush, mins, maxs) &&
+        checkBrush(brush, false, nullptr)) {
         rebuildBrush(brush, UM_RESET_AXES);
         return true;
     }

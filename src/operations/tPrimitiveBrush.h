@@ -18,6 +18,8 @@ struct cSolid {
 
 // To the next whole number when the primitive's points are snapped.
 float roundedIf(const cPrimitiveParams& params, float value);
+// Twice the signed area of the triangle on the axes a and b.
+float turnOf(const cPoint& p, const cPoint& q, const cPoint& r, size_t a, size_t b);
 // A brush of the world with these faces, all of them dirty; not rebuilt.
 cBrushData* addSolid(const cPrimitiveParams& params, const cSolid& solid);
 // Faces that rounding has left without extent go, and of those in one plane all but one. False:

@@ -62,18 +62,13 @@ bool createWedge(const cPrimitiveParams& params) {
 static constexpr int FEWEST_SIDES = 3;
 static constexpr float SAME_DIST = 0.002f; // planes of equal normals this close count as one
 
-// Twice the signed area of the triangle on the two base axes.
-static float turn(const cPoint& p, const cPoint& q, const cPoint& r, size_t a, size_t b) {
-    return (q[a] - p[a]) * (r[b] - p[b]) - (q[b] - p[b]) * (r[a] - p[a]);
-}
-
 // Rounding may put points of a fine ring upon each other, in line or inward. What is left turns
 // the same way at every corner.
 static void keepConvex(std::vector<cPoint>& ring, size_t a, size_t b, bool clockwise) {
     for (size_t i = 0; ring.size() >= size_t(FEWEST_SIDES) && i < ring.size();) {
         const cPoint& before = ring[(i + ring.size() - 1) % ring.size()];
         const cPoint& after = ring[(i + 1) % ring.size()];
-        const float t = turn(before, ring[i], after, a, b);
+        const float t = turnOf(before, ring[i], after, a, b);
         if (clockwise ? t < 0 : t > 0) {
             ++i;
             continue;

@@ -243,6 +243,99 @@ TEST_F(Primitives, archesOfEveryKindAreRowsOfSolids) {
     }
 }
 
+static float volumeOf(const cBrushData* brush) {
+    double sum = 0;
+    const cVector middle = middleOf(brush);
+    for (const cFaceData* face : facesOf(brush)) {
+        cVector from[3];
+        for (int i = 2; i < face->vertexCount; ++i) {
+            vecSubtract(face->vertices[0].xyz, middle.data(), from[0].data());
+            vecSubtract(face->vertices[i - 1].xyz, middle.data(), from[1].data());
+            vecSubtract(face->vertices[i].xyz, middle.data(), from[2].data());
+            float across[3];
+            vecCross(from[1].data(), from[2].data(), across);
+            sum += double(std::fabs(vecDot(from[0].data(), across))) / 6;
+        }
+    }
+    return float(sum);
+}
+
+// The area between the two walls on the base, by the corners that the arch should have.
+static double areaOf(const cPrimitiveParams& p, const cArchShape& shape) {
+    const int a = p.axes[0], b = p.axes[1];
+    double half[2] = {(double(p.maxs[a]) - double(p.mins[a])) / 2,
+                      (double(p.maxs[b]) - double(p.mins[b])) / 2};
+    const double middle[2] = {double(p.mins[a]) + half[0], double(p.mins[b]) + half[1]};
+    if (!(p.flags & 4u))
+        half[0] = half[1] = std::min(half[0], half[1]);
+    const auto corner = [&](int i, double in, double* out) {
+        const double angle = (shape.start + double(shape.arc) * i / shape.sides) * M_PI / 180;
+        out[0] = middle[0] + (half[0] - in) * std::sin(angle);
+        out[1] = middle[1] + (half[1] - in) * std::cos(angle);
+        for (int k = 0; k < 2; ++k)
+            out[k] = p.flags & 2u ? std::floor(out[k] + 0.5) : out[k];
+    };
+    double sum = 0;
+    for (int i = 0; i < shape.sides; ++i) {
+        double corners[4][2];
+        corner(i, 0, corners[0]);
+        corner(i + 1, 0, corners[1]);
+        corner(i + 1, shape.width, corners[2]);
+        corner(i, shape.width, corners[3]);
+        for (int k = 0; k < 4; ++k) {
+            const double* from = corners[k];
+            const double* to = corners[(k + 1) % 4];
+            sum += (to[0] * from[1] - to[1] * from[0]) / 2;
+        }
+    }
+    return sum;
+}
+
+static std::vector<cArchShape> shapesIn(int extent) {
+    std::vector<cArchShape> shapes;
+    for (const int width : {2, extent / 2 - 3, extent / 2})
+        for (const int sides : {4, 7, 31, 100})
+            for (const int arc : {45, 90, 181, 360})
+                for (const int start : {0, 33, 360})
+                    for (const int height : {0, 8})
+                        shapes.push_back({width, sides, arc, start, height, true, height > 0});
+    return shapes;
+}
+
+// Neither holes nor overlaps, whatever rounding, the ellipse and a tight inner wall do.
+TEST_F(Primitives, archesFillTheirRing) {
+    static const float boxes[][6] = {{-96, -96, -96, 96, 96, 96},
+                                     {0.25f, 0.25f, 0.25f, 65.25f, 65.25f, 65.25f},
+                                     {-8, 0.25f, 0, 56, 129.25f, 200},
+                                     {100.25f, -33.5f, 7.75f, 371.5f, 240.25f, 520.25f}};
+    for (int i = 0; i < 4 * 3 * 4; ++i) {
+        const float* box = boxes[i % 4];
+        const int mode = i / 12;
+        const cPrimitiveParams p =
+            params(box, box + 3, g_orientations[i / 4 % 3], 0, mode & 1, mode & 2);
+        const int a = p.axes[0], b = p.axes[1], c = p.axes[2];
+        for (const cArchShape& shape :
+             shapesIn(int(std::min(p.maxs[a] - p.mins[a], p.maxs[b] - p.mins[b])))) {
+            SCOPED_TRACE(testing::Message()
+                         << "box " << i % 4 << " axis " << c << " mode " << mode << " width "
+                         << shape.width << " sides " << shape.sides << " arc " << shape.arc
+                         << " start " << shape.start << " height " << shape.height);
+            ASSERT_TRUE(createArch(p, shape));
+            float high[3] = {p.maxs[0], p.maxs[1], p.maxs[2]};
+            high[c] += float(shape.height * shape.sides);
+            double volume = 0;
+            for (const cBrushData* brush : brushes()) {
+                volume += double(volumeOf(brush));
+                ASSERT_EQ(checkSolid(brush, p.mins, high, ROUNDING + TOLERANCE), QString());
+            }
+            const double wanted = areaOf(p, shape);
+            ASSERT_NEAR(volume / double(p.maxs[c] - p.mins[c]), wanted, 0.02 * wanted + 0.5);
+            map.history->undo();
+            ASSERT_TRUE(brushes().empty());
+        }
+    }
+}
+
 TEST_F(Primitives, archKeepsItsWallAndItsStart) {
     const float mins[3] = {0, 0, 0}, maxs[3] = {256, 128, 32};
     // Circular without stretching: the smaller half extent is the radius.
