@@ -6,6 +6,8 @@
 
 #include "document/tBrushGeometry.h"
 #include "document/tMap.h"
+#include "support/tMath.h"
+#include "support/tVec.h"
 
 #include <cmath>
 
@@ -61,6 +63,7 @@ bool createWedge(const cPrimitiveParams& params) {
 
 static constexpr int FEWEST_SIDES = 3;
 static constexpr float SAME_DIST = 0.002f; // planes of equal normals this close count as one
+static constexpr float STRAIGHT = 0.01f;   // units that a corner may stand off a line
 
 // Rounding may put points of a fine ring upon each other, in line or inward. What is left turns
 // the same way at every corner.
@@ -78,29 +81,63 @@ static void keepConvex(std::vector<cPoint>& ring, size_t a, size_t b, bool clock
     }
 }
 
-// Two edges that the validity check takes for one plane.
-static bool isOneEdge(const cPoint& p, const cPoint& q, const cPoint& r, size_t a, size_t b) {
-    const auto planeOfEdge = [a, b](const cPoint& from, const cPoint& to) {
-        const float h = to[a] - from[a], v = to[b] - from[b];
-        const float length = std::sqrt(h * h + v * v);
-        return cPoint{v / length, -h / length, (from[a] * v - from[b] * h) / length};
-    };
-    const cPoint first = planeOfEdge(p, q), second = planeOfEdge(q, r);
-    const float one[3] = {first[0], first[1], 0}, other[3] = {second[0], second[1], 0};
-    return normalsEqual(one, other) && std::fabs(first[2] - second[2]) < SAME_DIST;
+// The plane over an edge of the base: towards the apex, or straight up along axis c.
+static cPlane sideOver(const cPoint& from, const cPoint& to, const cPoint* apex, size_t c) {
+    float along[3], up[3] = {0, 0, 0};
+    vecSubtract(to.data(), from.data(), along);
+    up[c] = 1;
+    if (apex)
+        vecSubtract(apex->data(), from.data(), up);
+    cPlane plane = {};
+    vecCross(along, up, plane.normal);
+    T_VectorNormalize(plane.normal);
+    plane.dist = vecDot(plane.normal, from.data());
+    return plane;
 }
 
-static void joinFlatEdges(std::vector<cPoint>& ring, size_t a, size_t b) {
-    for (size_t i = 0; ring.size() > size_t(FEWEST_SIDES) && i < ring.size(); ++i) {
-        const cPoint& before = ring[(i + ring.size() - 1) % ring.size()];
-        const cPoint& after = ring[(i + 1) % ring.size()];
-        if (isOneEdge(before, ring[i], after, a, b))
-            ring.erase(ring.begin() + std::ptrdiff_t(i));
+static bool isStraight(const cPoint& p, const cPoint& q, const cPoint& r, size_t a, size_t b) {
+    return std::fabs(turnOf(p, q, r, a, b)) < STRAIGHT * std::hypot(r[a] - p[a], r[b] - p[b]);
+}
+
+// The corner to drop, since two sides count as one plane: the one between them if it lies on a
+// line, else one beside them, so that the base keeps its extreme corners. -1: there is none.
+static int superfluousCorner(const std::vector<cPoint>& ring, const cPoint* apex, size_t a,
+                             size_t b, size_t c) {
+    const size_t n = ring.size();
+    std::vector<cPlane> sides;
+    for (size_t i = 0; i < n; ++i)
+        sides.push_back(sideOver(ring[i], ring[(i + 1) % n], apex, c));
+    for (size_t i = 0; i < n; ++i) {
+        for (size_t j = i + 1; j < n; ++j) {
+            if (!normalsEqual(sides[i].normal, sides[j].normal) ||
+                std::fabs(sides[i].dist - sides[j].dist) >= SAME_DIST)
+                continue;
+            const bool wraps = i == 0 && j == n - 1;
+            const size_t between = wraps ? 0 : j;
+            if ((wraps || j == i + 1) && isStraight(ring[(between + n - 1) % n], ring[between],
+                                                    ring[(between + 1) % n], a, b))
+                return int(between);
+            return int(wraps ? j : (j + 1) % n);
+        }
+    }
+    return -1;
+}
+
+// Two sides that the validity check takes for one plane would refuse the whole solid.
+static void joinFlatSides(std::vector<cPoint>& ring, const cPoint* apex, size_t a, size_t b,
+                          size_t c) {
+    while (ring.size() > size_t(FEWEST_SIDES)) {
+        const int corner = superfluousCorner(ring, apex, a, b, c);
+        if (corner < 0)
+            return;
+        ring.erase(ring.begin() + corner);
     }
 }
 
-// The corners of the base on an ellipse that fills the box, at the given height.
-static std::vector<cPoint> ringOf(const cPrimitiveParams& params, float height, bool negated) {
+// The corners of the base on an ellipse that fills the box, at the given height; the sides over it
+// end in the apex or stand upright.
+static std::vector<cPoint> ringOf(const cPrimitiveParams& params, float height, bool negated,
+                                  const cPoint* apex) {
     const auto a = size_t(params.axes[0]), b = size_t(params.axes[1]), c = size_t(params.axes[2]);
     const float centerA = (params.mins[a] + params.maxs[a]) * 0.5f;
     const float centerB = (params.mins[b] + params.maxs[b]) * 0.5f;
@@ -115,7 +152,7 @@ static std::vector<cPoint> ringOf(const cPrimitiveParams& params, float height, 
         point[c] = roundedIf(params, height);
     }
     keepConvex(ring, a, b, negated);
-    joinFlatEdges(ring, a, b);
+    joinFlatSides(ring, apex, a, b, c);
     return ring;
 }
 
@@ -131,7 +168,7 @@ bool createCylinder(const cPrimitiveParams& params) {
         return false;
     const auto c = size_t(params.axes[2]);
     cSolid solid;
-    solid.points = ringOf(params, params.maxs[c], !isReversed(params));
+    solid.points = ringOf(params, params.maxs[c], !isReversed(params), nullptr);
     const int n = int(solid.points.size());
     if (n < FEWEST_SIDES)
         return false;
@@ -153,15 +190,15 @@ bool createSpike(const cPrimitiveParams& params) {
     if (params.sides < FEWEST_SIDES)
         return false;
     const auto c = size_t(params.axes[2]);
-    cSolid solid;
-    solid.points = ringOf(params, params.mins[c], isReversed(params));
-    const int n = int(solid.points.size());
-    if (n < FEWEST_SIDES)
-        return false;
     cPoint apex;
     for (size_t axis = 0; axis < 3; ++axis)
         apex[axis] = roundedIf(params, (params.mins[axis] + params.maxs[axis]) * 0.5f);
     apex[c] = roundedIf(params, params.maxs[c]);
+    cSolid solid;
+    solid.points = ringOf(params, params.mins[c], isReversed(params), &apex);
+    const int n = int(solid.points.size());
+    if (n < FEWEST_SIDES)
+        return false;
     solid.points.push_back(apex);
     solid.faces.push_back(inOrder(0, n, false));
     for (int i = 0; i < n; ++i)

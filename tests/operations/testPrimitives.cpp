@@ -21,6 +21,7 @@
 // World units: what rounding to whole numbers moves a point, and what float leaves of it.
 static constexpr float ROUNDING = 0.5f;
 static constexpr float TOLERANCE = 0.01f;
+static constexpr float CHORD = 0.26f; // of its box, that a ring of three or more sides leaves free
 
 struct cOrientation {
     int axes[3];
@@ -139,7 +140,8 @@ TEST_F(Primitives, everyOneIsAClosedConvexSolidInItsBox) {
                                    {"Create Cylinder", createCylinder, true, 2},
                                    {"Create Spike", createSpike, true, 1}};
     static const float boxes[][6] = {{-64, -128, 0, 192, 128, 96},
-                                     {100.25f, -33.5f, 7.75f, 371.5f, 240.25f, 520.25f}};
+                                     {100.25f, -33.5f, 7.75f, 371.5f, 240.25f, 520.25f},
+                                     {-512, -32, -32, 512, 32, 32}};
     struct cCase {
         int orientation;
         int sides;
@@ -147,7 +149,7 @@ TEST_F(Primitives, everyOneIsAClosedConvexSolidInItsBox) {
     };
     std::vector<cCase> cases;
     for (int orientation : {0, 1, 2}) {
-        for (int sides : {3, 4, 5, 8, 31, 128}) {
+        for (int sides = 3; sides <= 128; ++sides) {
             cases.push_back({orientation, sides, false});
             cases.push_back({orientation, sides, true});
         }
@@ -155,27 +157,39 @@ TEST_F(Primitives, everyOneIsAClosedConvexSolidInItsBox) {
     for (const auto& primitive : primitives) {
         for (const float* box : boxes) {
             for (const cCase& c : cases) {
+                if (!primitive.hasSides && c.sides > 3)
+                    continue;
+                SCOPED_TRACE(testing::Message() << primitive.step << " sides " << c.sides
+                                                << " snap " << c.snap << " way " << c.orientation);
                 const cPrimitiveParams p =
                     params(box, box + 3, g_orientations[c.orientation], c.sides, c.snap);
-                const QString problem = checkLaw(
-                    map, [&] { EXPECT_TRUE(primitive.create(p)); }, false);
-                ASSERT_TRUE(problem.isEmpty()) << qPrintable(problem);
+                const auto create = [&] { EXPECT_TRUE(primitive.create(p)); };
+                const bool isLawChecked = c.sides < 9; // which takes its time
+                if (isLawChecked)
+                    ASSERT_EQ(checkLaw(map, create, false), QString());
+                else
+                    create();
                 EXPECT_STREQ(map.history->undoName(), primitive.step);
                 ASSERT_EQ(brushes().size(), 1u);
                 const cBrushData* brush = brushes().front();
                 EXPECT_TRUE(isSelected(brush));
                 const float margin = c.snap ? ROUNDING + TOLERANCE : TOLERANCE;
-                EXPECT_EQ(qPrintable(checkSolid(brush, box, box + 3, margin)), std::string())
-                    << primitive.step << " sides " << c.sides << " snap " << c.snap << " way "
-                    << c.orientation;
+                EXPECT_EQ(checkSolid(brush, box, box + 3, margin), QString());
                 const int faces = primitive.extraFaces + (primitive.hasSides ? c.sides : 0);
-                if (c.sides <= (c.snap ? 8 : 31)) { // finer rings may lose corners
-                    EXPECT_EQ(faceCount(brush), faces) << primitive.step;
+                const bool isLong = box[3] - box[0] > 1000;
+                if (c.sides <= (c.snap || isLong ? 8 : 31)) { // finer rings may lose corners
+                    EXPECT_EQ(faceCount(brush), faces);
                 }
                 EXPECT_NEAR(brush->maxs[g_orientations[c.orientation].axes[2]],
                             box[3 + g_orientations[c.orientation].axes[2]], margin);
+                for (int i = 0; i < 3; ++i) {
+                    EXPECT_LT(brush->mins[i], box[i] + margin + CHORD * (box[3 + i] - box[i]));
+                    EXPECT_GT(brush->maxs[i], box[3 + i] - margin - CHORD * (box[3 + i] - box[i]));
+                }
                 map.history->undo();
-                map.history->undo(); // the marker of the law
+                if (isLawChecked)
+                    map.history->undo(); // its marker
+                ASSERT_TRUE(brushes().empty());
             }
         }
     }
@@ -295,8 +309,8 @@ static std::vector<cArchShape> shapesIn(int extent) {
     std::vector<cArchShape> shapes;
     for (const int width : {2, extent / 2 - 3, extent / 2})
         for (const int sides : {4, 7, 31, 100})
-            for (const int arc : {45, 90, 181, 360})
-                for (const int start : {0, 33, 360})
+            for (const int arc : {45, 181, 360})
+                for (const int start : {0, 33})
                     for (const int height : {0, 8})
                         shapes.push_back({width, sides, arc, start, height, true, height > 0});
     return shapes;
