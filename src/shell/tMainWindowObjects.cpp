@@ -10,6 +10,7 @@
 #include "shell/tMainWindow.h"
 #include "views/tDocumentViews.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDockWidget>
@@ -18,6 +19,7 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QSpinBox>
+#include <QStyle>
 #include <algorithm>
 
 // ---- The built-in primitives
@@ -193,6 +195,12 @@ void cMainWindow::fillCategories() {
     fillObjects();
 }
 
+// The list that opens is as wide as its longest name, however narrow the dock.
+static void showWholeNames(const QComboBox* list) {
+    const int bar = list->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    list->view()->setMinimumWidth(list->view()->sizeHintForColumn(0) + bar);
+}
+
 // What was chosen stays chosen where the list has it; else the game's own class, or the first.
 void cMainWindow::fillObjects() {
     {
@@ -215,6 +223,7 @@ void cMainWindow::fillObjects() {
             m_objects->setCurrentIndex(std::max(0, m_objects->findData(int(m_primitive) + 1)));
         }
     }
+    showWholeNames(m_objects);
     editObjectList();
 }
 
