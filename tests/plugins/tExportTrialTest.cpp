@@ -217,20 +217,15 @@ protected:
 
     void compareFaces(const cFaceData* face, const cTextFace& text);
     void comparePlane(const cFaceData* face, const cTextFace& text);
+    void compareMapping(const cFaceData* face, const cTextFace& text);
+    bool givesSameTexels(const cFaceData* face, const cTextFace& text) const;
     void compareBrushes(const cBrushData* brush, const cTextBrush& text);
     void compareSolid(const cBrushData* brush, const cTextBrush& text);
     void compareBrushLists(const std::vector<const cBrushData*>& brushes, const cTextEntity& text);
 
     cMap map{nullptr};
-
-private:
-    void compareMapping(const cFaceData* face, const cTextFace& text);
-    bool givesSameTexels(const cFaceData* face, const cTextFace& text) const;
-
+    std::set<const cBrushData*> m_turned; // whose textures a classic line may not hold
     int m_pieces = 0;
-    std::set<const cBrushData*> m_turned;
-
-protected:
     int m_inexact = 0; // faces of which the text puts a texel elsewhere
 };
 
