@@ -4,6 +4,7 @@
 #include "common/tFaceProjection.h"
 #include "common/tVector.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
@@ -14,6 +15,10 @@
 // Three vertices stand for their plane if they give it back this well; else points are made up.
 static constexpr double NORMAL_EPSILON = 2e-5;
 static constexpr double DIST_EPSILON = 2e-3;
+// Two components of a normal this near to each other, but not equal, decide by the last digits of
+// a reader which base axes a classic line has.
+static constexpr double TIE_EPSILON = 5e-7;
+static constexpr double TIE_GRID = 1024; // steps a unit, on which sums are exact in floats
 static constexpr float SEAL_THICKNESS = 16;
 static constexpr size_t BUFFER_SIZE = 1 << 20;
 
@@ -297,13 +302,19 @@ void cMapWriter::writeEntity(const cEntityData* entity) {
 
 // ---- Brushes
 
-// Shortest, such that reading gives the same float.
-void cMapWriter::number(double value) {
+// Shortest, such that reading gives the same float; exactly: the same double, too.
+static std::string digitsOf(double value, bool exactly) {
     char digits[64];
+    char* const end = digits + sizeof digits;
     const float narrow = value == 0 ? 0.0f : float(value);
-    const auto end =
-        std::to_chars(digits, digits + sizeof digits, narrow, std::chars_format::fixed);
-    m_text.append(digits, end.ptr);
+    const auto written = exactly
+                             ? std::to_chars(digits, end, double(narrow), std::chars_format::fixed)
+                             : std::to_chars(digits, end, narrow, std::chars_format::fixed);
+    return std::string(digits, written.ptr);
+}
+
+void cMapWriter::number(double value) {
+    m_text += digitsOf(value, false);
 }
 
 void cMapWriter::writeBrush(const cBrushData* brush) {
@@ -354,16 +365,61 @@ void cMapWriter::writeTexture(const cFaceData* face, const float* readNormal) {
              projection.scale[1]});
 }
 
-// How far the plane that a reader makes of three points is from the face's own.
-static double planeError(const cFaceData* face, const double points[3][3]) {
+// Three points of a face and how they are written.
+struct cFacePoints {
+    double points[3][3];
+    bool exactly;
+};
+
+// The axes of the two largest components, and how far those are apart.
+static double largestTwo(const double* normal, int* first, int* second) {
+    int order[3] = {0, 1, 2};
+    std::sort(order, order + 3,
+              [&](int a, int b) { return std::fabs(normal[a]) > std::fabs(normal[b]); });
+    *first = order[0];
+    *second = order[1];
+    return std::fabs(normal[order[0]]) - std::fabs(normal[order[1]]);
+}
+
+static bool hasDoubtfulAxes(const cMapPlane& plane) {
+    int first, second;
+    const double apart = largestTwo(plane.normal, &first, &second);
+    return apart > 0 && apart < TIE_EPSILON;
+}
+
+// How far the plane of three points is from the face's own; above 1 is too far.
+static double planeError(const cFaceData* face, const double points[3][3], eFaceLine kind) {
+    static constexpr double DOUBTFUL = 2;
     cMapPlane plane;
     if (!planeFromPoints(points, &plane))
         return 1e9;
-    double error = 0;
+    double error = kind == eFaceLine::Classic && hasDoubtfulAxes(plane) ? DOUBTFUL : 0;
     for (int i = 0; i < 3; ++i)
         error = std::fmax(error, std::fabs(double(float(plane.normal[i]) - face->normal[i])) /
                                      NORMAL_EPSILON);
     return std::fmax(error, std::fabs(double(float(plane.dist) - face->dist)) / DIST_EPSILON);
+}
+
+// What a reader in doubles makes of the text.
+static void pointsAsRead(const cFacePoints& written, double points[3][3]) {
+    for (int i = 0; i < 3; ++i) {
+        for (int axis = 0; axis < 3; ++axis) {
+            const double value = written.points[i][axis];
+            points[i][axis] = value;
+            if (!written.exactly && value != std::floor(value))
+                points[i][axis] = strtod(digitsOf(value, false).c_str(), nullptr);
+        }
+    }
+}
+
+// Readers in floats and in doubles are to find the plane.
+static double planeError(const cFaceData* face, const cFacePoints& written, eFaceLine kind) {
+    const double inFloats = planeError(face, written.points, kind);
+    if (written.exactly || inFloats > 1)
+        return inFloats;
+    double points[3][3];
+    pointsAsRead(written, points);
+    return std::fmax(inFloats, planeError(face, points, kind));
 }
 
 // The vertex triple spread widest about the first vertex, in the order that readers expect.
@@ -388,6 +444,24 @@ static bool vertexPoints(const cFaceData* face, double points[3][3]) {
     return largest > 0;
 }
 
+// A vector on the plane, about as long as a unit. Between two axes it is an exact diagonal, and the
+// point moves to where the points beside it are exact, too, so that they give two equal components.
+static cVec3 alongPlane(const cVec3& normal, cVec3* point) {
+    int first, second;
+    if (largestTwo(normal.data(), &first, &second) < 2 * TIE_EPSILON) {
+        cVec3 diagonal = {0, 0, 0};
+        for (const int axis : {first, second})
+            (*point)[size_t(axis)] = std::round((*point)[size_t(axis)] * TIE_GRID) / TIE_GRID;
+        diagonal[size_t(first)] = normal[size_t(second)] < 0 ? -1 : 1;
+        diagonal[size_t(second)] = normal[size_t(first)] < 0 ? 1 : -1;
+        return diagonal;
+    }
+    const bool upright = std::fabs(normal[2]) > 0.7;
+    const cVec3 help = {upright ? 1.0 : 0.0, 0.0, upright ? 0.0 : 1.0};
+    const cVec3 u = cross(help, normal);
+    return u * (1 / length(u));
+}
+
 // Points far apart on the plane, near the face's middle.
 static void planePoints(const cFaceData* face, double reach, double points[3][3]) {
     const cVec3 normal = vec3(face->normal);
@@ -395,11 +469,8 @@ static void planePoints(const cFaceData* face, double reach, double points[3][3]
     for (int i = 0; i < face->vertexCount; ++i)
         middle = middle + vec3(face->vertices[i].xyz) * (1.0 / face->vertexCount);
     middle = middle + normal * ((double(face->dist) - dot(middle, normal)) / dot(normal, normal));
-    const bool upright = std::fabs(normal[2]) > 0.7;
-    const cVec3 help = {upright ? 1.0 : 0.0, 0.0, upright ? 0.0 : 1.0};
-    cVec3 u = cross(help, normal);
-    u = u * (reach / length(u));
-    cVec3 v = cross(normal, u);
+    const cVec3 u = alongPlane(normal, &middle) * reach;
+    const cVec3 v = cross(normal, u);
     const cVec3 corners[3] = {middle + u, middle, middle + v};
     for (size_t i = 0; i < 3; ++i) {
         for (size_t axis = 0; axis < 3; ++axis)
@@ -407,27 +478,40 @@ static void planePoints(const cFaceData* face, double reach, double points[3][3]
     }
 }
 
-void cMapWriter::writePoints(const cFaceData* face, float* readNormal) {
-    double best[3][3] = {};
-    double candidate[3][3];
-    double error = vertexPoints(face, best) ? planeError(face, best) : 1e9;
-    for (double reach = 64; error > 1 && reach <= 8192; reach *= 4) {
-        planePoints(face, reach, candidate);
-        const double e = planeError(face, candidate);
-        if (e >= error)
-            continue;
-        error = e;
-        memcpy(best, candidate, sizeof best);
-    }
-    cMapPlane plane;
-    for (int i = 0; planeFromPoints(best, &plane) && i < 3; ++i)
-        readNormal[i] = float(plane.normal[i]);
-    for (const auto& point : best) {
-        m_text += "( ";
-        for (double coordinate : point) {
-            number(coordinate);
-            m_text += ' ';
+// The vertices, else made-up points ever farther apart; in short digits where those do.
+static cFacePoints pointsOf(const cFaceData* face, eFaceLine kind) {
+    cFacePoints best = {}, candidate = {};
+    double error = 1e9;
+    const auto consider = [&] {
+        for (const bool exactly : {false, true}) {
+            candidate.exactly = exactly;
+            const double e = error > 1 ? planeError(face, candidate, kind) : error;
+            if (!(e < error))
+                continue;
+            error = e;
+            best = candidate;
         }
+    };
+    if (vertexPoints(face, candidate.points))
+        consider();
+    for (double reach = 64; error > 1 && reach <= 8192; reach *= 4) {
+        planePoints(face, reach, candidate.points);
+        consider();
+    }
+    return best;
+}
+
+void cMapWriter::writePoints(const cFaceData* face, float* readNormal) {
+    const cFacePoints best = pointsOf(face, m_kind);
+    double asRead[3][3];
+    pointsAsRead(best, asRead);
+    cMapPlane plane;
+    for (int i = 0; planeFromPoints(asRead, &plane) && i < 3; ++i)
+        readNormal[i] = float(plane.normal[i]);
+    for (const auto& point : best.points) {
+        m_text += "( ";
+        for (double coordinate : point)
+            m_text += digitsOf(coordinate, best.exactly) + ' ';
         m_text += ") ";
     }
 }

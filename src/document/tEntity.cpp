@@ -2,6 +2,7 @@
 // Entities: key/values, creation, class.
 #include "document/tEntity.h"
 
+#include "document/tEntityAngles.h"
 #include "document/tEntityClass.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
@@ -224,6 +225,7 @@ void resetEntityFromClass(cEntityData* entity) {
         setText(entity->flagsKey, "spawnflags");
     readRenderKeys(entity);
     readModelKeys(entity);
+    readAngleKeys(entity);
     attachResource(entity);
 }
 

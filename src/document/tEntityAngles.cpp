@@ -7,9 +7,12 @@
 #include "support/tMath.h"
 #include "support/tVec.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <strings.h>
 
 static constexpr float UP = -90.0f, DOWN = 90.0f;
+static constexpr float ANGLE_UP = -1.0f, ANGLE_DOWN = -2.0f; // of the key "angle"
 // Past this forward z yaw and roll turn about the same line; all of it counts as yaw.
 static constexpr float GIMBAL_Z = 0.998f;
 // Columns that are this far from a right angle belong to a shear, not to a rotation.
@@ -41,22 +44,44 @@ static float wrapYaw(float yaw) {
 static QByteArray angleText(const float* angles) {
     if (angles[2] == 0 && (angles[0] == UP || angles[0] == DOWN))
         return angles[0] == UP ? "-1" : "-2";
-    const bool taken = angles[1] == -1 || angles[1] == -2;
+    const bool taken = angles[1] == ANGLE_UP || angles[1] == ANGLE_DOWN;
     return number(taken ? wrapYaw(angles[1]) : angles[1]);
+}
+
+// The first of the two keys; single: it is "angle".
+static cEpair* angleKeyOf(const cEntityData* entity, bool& single) {
+    for (cEpair* pair : epairsOf(entity)) {
+        single = pair->key && strcasecmp(pair->key, "angle") == 0;
+        if (single || (pair->key && strcasecmp(pair->key, "angles") == 0))
+            return pair;
+    }
+    single = false;
+    return nullptr;
+}
+
+void readAngleKeys(cEntityData* entity) {
+    bool single = false;
+    const cEpair* known = angleKeyOf(entity, single);
+    if (!known || !known->value)
+        return;
+    float angles[3] = {0, 0, 0};
+    if (!single) {
+        sscanf(known->value, "%f %f %f", &angles[0], &angles[1], &angles[2]);
+    } else {
+        const auto angle = float(strtod(known->value, nullptr));
+        if (angle == ANGLE_UP || angle == ANGLE_DOWN)
+            angles[0] = angle == ANGLE_UP ? UP : DOWN;
+        else
+            angles[1] = angle;
+    }
+    vecCopy(angles, entity->angles);
 }
 
 void setEntityAngles(cEntityData* entity, const float* angles) {
     vecCopy(angles, entity->angles);
-    cEpair* known = nullptr;
     bool single = false;
-    for (cEpair* pair : epairsOf(entity)) {
-        single = pair->key && strcasecmp(pair->key, "angle") == 0;
-        if (!single && (!pair->key || strcasecmp(pair->key, "angles") != 0))
-            continue;
-        known = pair;
-        break;
-    }
-    const QByteArray text = known && single ? angleText(angles) : anglesText(angles);
+    cEpair* known = angleKeyOf(entity, single);
+    const QByteArray text = single ? angleText(angles) : anglesText(angles);
     if (known)
         setText(known->value, text.constData());
     else

@@ -10,9 +10,8 @@
 
 static constexpr float RADIANS = 0.017453294f;
 static constexpr int FULL_CIRCLE = 360;
-static constexpr float SAME_POINT =
-    0.02f; // ends of an inner wall this close would be one in a winding
-static constexpr float FLAT_TURN = 0.01f; // square units; a corner that turns less is straight
+static constexpr float SAME_POINT = 0.02f; // ends of an inner wall this close are one in a winding
+static constexpr float FLAT_TURN = 0.01f;  // square units; a corner that turns less is straight
 
 namespace {
 class cArchBuilder {
@@ -43,7 +42,7 @@ private:
     bool m_reversed; // the corners run the other way round
     size_t m_a, m_b, m_c;
     cPoint m_center; // on the base; rises with every segment
-    float m_radiusA, m_radiusB, m_height;
+    float m_radiusA, m_radiusB, m_wall, m_height;
     std::vector<cSeam> m_seams; // one more than segments
     std::vector<cBrushData*> m_brushes;
     cGroupData* m_group = nullptr;
@@ -65,10 +64,11 @@ cArchBuilder::cArchBuilder(const cPrimitiveParams& params, const cArchShape& sha
     m_center[m_c] = params.mins[m_c];
     if (!(params.flags & (1u << PP_STRETCH_ARCHES_BIT)))
         m_radiusA = m_radiusB = std::min(m_radiusA, m_radiusB);
+    m_wall = std::min({float(shape.width), m_radiusA, m_radiusB});
 }
 
 cPoint cArchBuilder::at(float angle, bool outer) const {
-    const float in = outer ? 0.0f : float(m_shape.width);
+    const float in = outer ? 0.0f : m_wall;
     cPoint point = m_center;
     point[m_a] = roundedIf(m_params, m_center[m_a] + (m_radiusA - in) * std::sin(angle));
     point[m_b] = roundedIf(m_params, m_center[m_b] + (m_radiusB - in) * std::cos(angle));

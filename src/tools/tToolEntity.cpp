@@ -101,9 +101,8 @@ bool cToolEntity::keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modif
 
 // ---- Mouse
 
-void cToolEntity::setPoint(cCanvas* canvas, int x, int y) {
-    pointAt(*canvas, x, y, SW_SNAP | SW_DEPTH, refPoint);
-    boxOf(*canvas).setPoint(refPoint);
+void cToolEntity::setPoint(cCanvas* canvas, const float* point) {
+    boxOf(*canvas).setPoint(point);
     canvas->project()->redrawViews(REDRAW_ALL);
     showText(*canvas);
 }
@@ -121,14 +120,15 @@ bool cToolEntity::mousePress(cCanvas* canvas, int x, int y, int button, Qt::Keyb
         placed3D = false;
     }
     hover = canvas->leftDown = true;
-    setPoint(canvas, x, y);
+    pointAt(*canvas, x, y, SW_SNAP | SW_DEPTH, refPoint);
+    setPoint(canvas, refPoint);
     canvas->updateCursor();
     return true;
 }
 
-// False where there is no surface, or that of a point entity.
+// False where there is no surface, or that of a point entity, in a group or not.
 bool cToolEntity::placeOnSurface(cCanvas* canvas, int x, int y) {
-    const int id = canvas->pickObject(x, y);
+    const int id = canvas->pickObject(x, y, PICK_ALL, PICK_OBJECTS);
     if (id < 1)
         return false;
     const cEntityData* entity = canvas->map()->findEntityByPick(id);
@@ -144,12 +144,13 @@ bool cToolEntity::mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons,
                             Qt::KeyboardModifiers) {
     if (!canvas->map() || canvas->isCamera())
         return false;
+    float point[3];
     if (canvas->leftDown) {
+        pointAt(*canvas, x, y, SW_SNAP | SW_DEPTH, point);
         if (boxOf(*canvas).active) // else it was taken or dropped by a key
-            setPoint(canvas, x, y);
+            setPoint(canvas, point);
         return true;
     }
-    float point[3];
     pointAt(*canvas, x, y, 0, point);
     const bool near = boxOf(*canvas).containsMargin(point, HOVER_MARGIN / canvas->zoom);
     if (near == hover)

@@ -25,6 +25,6 @@ public:
 
 private:
     bool placeOnSurface(cCanvas* canvas, int x, int y);
-    void setPoint(cCanvas* canvas, int x, int y);
+    void setPoint(cCanvas* canvas, const float* point);
     bool escape(cCanvas* canvas);
 };

@@ -87,7 +87,8 @@ public:
     bool project(const float in[3], float out[3]) const;
     bool projectToScreen(const float in[3], float out[2]) const;
     // The pick number under the pixel, 0 for none. pickFlags -1 picks all, PICK_BRUSHES brushes.
-    int pickObject(int x, int y, int pickFlags = PICK_ALL);
+    // pickMode: PICK_NONE for that of the selection.
+    int pickObject(int x, int y, int pickFlags = PICK_ALL, int pickMode = PICK_NONE);
 
     // ---- Camera
 
@@ -293,7 +294,7 @@ private:
     void drawCaption();
     void drawMoveIcon();
     bool bindPickBuffer();
-    void drawPick(int x, int y, int pickFlags);
+    void drawPick(int x, int y, int pickFlags, int pickMode);
 
     QTimer m_timer;
     QElapsedTimer m_lastFrameTime;

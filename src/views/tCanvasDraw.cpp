@@ -393,13 +393,13 @@ bool cCanvas::bindPickBuffer() {
 
 // Colours come out as they went in: nothing here blends, smooths, dithers or filters. Only the
 // one pixel is drawn, of the objects near it.
-void cCanvas::drawPick(int x, int y, int pickFlags) {
+void cCanvas::drawPick(int x, int y, int pickFlags, int pickMode) {
     cFrustum nearby;
     setupView();
     viewInfo.flags &= ~uint32_t(VF_TRANSPARENCY | VF_ANIMATE);
     if (!g_host->PreciseModelSelection)
         viewInfo.flags &= ~uint32_t(VF_MODELS);
-    viewInfo.pickMode = map()->updateSelectionMode();
+    viewInfo.pickMode = pickMode != PICK_NONE ? pickMode : map()->updateSelectionMode();
     viewInfo.pickFlags = pickFlags;
     buildPickFrustum(x, y, nearby);
     viewInfo.frustum = &nearby;
@@ -413,7 +413,7 @@ void cCanvas::drawPick(int x, int y, int pickFlags) {
     glEnable(GL_DEPTH_TEST);
 }
 
-int cCanvas::pickObject(int x, int y, int pickFlags) {
+int cCanvas::pickObject(int x, int y, int pickFlags, int pickMode) {
     if (!map() || x < 0 || y < 0 || x >= width() || y >= height())
         return 0;
     beginOutsidePaint();
@@ -421,7 +421,7 @@ int cCanvas::pickObject(int x, int y, int pickFlags) {
     refreshViewInfo();
     const cActiveConfigScope scope(project()->viewConfig());
     const bool buffered = bindPickBuffer();
-    drawPick(x, y, pickFlags);
+    drawPick(x, y, pickFlags, pickMode);
     uint8_t rgba[4] = {0, 0, 0, 0};
     glFinish();
     glReadPixels(x, height() - 1 - y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, rgba);

@@ -144,3 +144,31 @@ TEST(EntityAngles, theFirstKeyTakesTheValueInItsOwnForm) {
         EXPECT_EQ(old, std::max(count - 1, 0)) << c.value << ": the second key is left alone";
     }
 }
+
+TEST(EntityAngles, aClassGivesItsDirectionByTheFirstOfTheTwoKeys) {
+    struct cCase {
+        const char* key;
+        const char* value;
+        float angles[3];
+    };
+    const cCase cases[] = {{"angles", "-90 15.5 3", {-90, 15.5f, 3}},
+                           {"Angles", "12", {12, 0, 0}},
+                           {"angle", "270", {0, 270, 0}},
+                           {"ANGLE", "-1", {-90, 0, 0}},
+                           {"angle", "-2", {90, 0, 0}},
+                           {"other", "5 5 5", {1, 2, 3}}};
+    cTestHost host;
+    cMap map(nullptr);
+    addWorldTo(map);
+    const float origin[3] = {0, 0, 0}, before[3] = {1, 2, 3};
+    for (const cCase& c : cases) {
+        cEntityClass* spot = host.addClass(QString::fromLatin1(c.value), CK_POINT);
+        spot->variables = {
+            {VT_STRING, QString::fromLatin1(c.key), {}, {}, QString::fromLatin1(c.value), {}}};
+        cEntityData* entity = map.addEntity(c.value, origin, EF_POINT);
+        vecCopy(before, entity->angles);
+        resetEntityFromClass(entity);
+        for (int i = 0; i < 3; ++i)
+            EXPECT_EQ(entity->angles[i], c.angles[i]) << c.key << " " << c.value << " " << i;
+    }
+}

@@ -84,6 +84,10 @@ TEST_F(EntityToolTest, aClickedSurfaceCarriesTheEntityByTheOffsetOfItsClass) {
     EXPECT_EQ(selected(), first) << "no entity on an entity";
     click(camera, QPoint(middle.x(), 4));
     EXPECT_EQ(selected(), first) << "nor in the sky";
+    trigger("ToolsGroup");
+    click(camera, QPoint(qRound(pixel[0]), qRound(pixel[1])));
+    EXPECT_STREQ(undoName(), "Group") << "nor on one of a group";
+    trigger("EditUndo");
     trigger("EditUndo");
     choose("light");
     click(camera, middle);

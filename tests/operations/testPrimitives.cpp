@@ -220,6 +220,7 @@ TEST_F(Primitives, archesOfEveryKindAreRowsOfSolids) {
         {{32, 12, 270, 30, 16, true, true}, 24, 5, true},  // a ramp
         {{96, 8, 360, 0, 0, true, false}, 8, 5, false},    // no inner wall
         {{96, 8, 180, 0, 24, true, true}, 8, 5, false},
+        {{300, 8, 360, 0, 0, true, false}, 8, 5, false}, // a wall is no wider than its radius
     };
     const float mins[3] = {-96, -96, -96}, maxs[3] = {96, 96, 96};
     for (const auto& arch : arches) {

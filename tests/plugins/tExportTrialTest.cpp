@@ -1,0 +1,424 @@
+// SPDX-License-Identifier: MIT
+// A map as a designer makes it from nothing, written by both map plug-ins and read back by a reader
+// that shares nothing with them: the text holds what the editor holds, no more and no less.
+#include "document/tBrush.h"
+#include "document/tEntity.h"
+#include "document/tEntityAngles.h"
+#include "document/tFace.h"
+#include "document/tFaceMapping.h"
+#include "document/tMapLists.h"
+#include "operations/tDefaultRoom.h"
+#include "operations/tPrimitives.h"
+#include "operations/tStructure.h"
+#include "operations/tTransform.h"
+#include "plugins/tMapPluginTest.h"
+#include "support/tMapTextReader.h"
+#include "support/tMapTools.h"
+#include "support/tMath.h"
+#include "support/tSystem.h"
+#include "support/tVec.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <set>
+
+// The trial stays within 4,096 units, where floats lie 1/4096 apart: a written number is off by
+// half of that, three points 10 units apart or more turn their plane by less than 2e-5. The lever
+// from there to the origin is long; the plug-ins look for points that keep the distance all the
+// same. Where three such planes meet under small angles ten times their error is left.
+static constexpr double NORMAL_TOLERANCE = 2e-5;
+static constexpr double DIST_TOLERANCE = 0.0025;
+static constexpr double VERTEX_TOLERANCE = 0.005;
+// A hundredth of a texel is no difference to the eye; the rest is what the digits leave.
+static constexpr double TEXEL_TOLERANCE = 0.011;
+
+// ---- The map
+
+struct cPiece {
+    const char* name;
+    std::function<bool(const cPrimitiveParams&)> create;
+    int sides;
+    int way; // row of the axes
+    uint32_t flags;
+    float turn[3];  // degrees about x, y, z
+    float shift;    // texels
+    float rotation; // degrees, of the texture
+    float scale;    // units a texel
+    const char* texture;
+};
+
+static std::function<bool(const cPrimitiveParams&)> arch(const cArchShape& shape) {
+    return [shape](const cPrimitiveParams& params) { return createArch(params, shape); };
+}
+
+enum : uint32_t { SNAP = 1u << PP_SNAP_POINTS_BIT, STRETCH = 1u << PP_STRETCH_ARCHES_BIT };
+
+static const cPiece PIECES[] = {
+    {"block", createBlock, 0, 0, SNAP | STRETCH, {0, 0, 0}, 0, 0, 1, "base/wall"},
+    {"wedge", createWedge, 0, 0, SNAP | STRETCH, {0, 0, 0}, 12, 0, 0.25f, "{grate"},
+    {"wedge on its side", createWedge, 0, 1, STRETCH, {0, 0, 0}, -7.5f, 90, 1, "*water"},
+    {"cylinder", createCylinder, 8, 0, SNAP | STRETCH, {0, 0, 0}, 0, 0, 1, "two words"},
+    {"fine cylinder", createCylinder, 32, 2, STRETCH, {0, 0, 0}, 3, 30, 2, "+0lamp"},
+    {"spike", createSpike, 4, 0, SNAP | STRETCH, {0, 0, 0}, 0, 0, 1, "base/wall"},
+    {"fine spike", createSpike, 16, 1, STRETCH, {0, 0, 0}, 0.125f, 0, 0.3f, "sky/dusk"},
+    {"turned block", createBlock, 0, 0, SNAP | STRETCH, {0, 0, 45}, 0, 0, 1, "base/wall"},
+    {"block turned all ways", createBlock, 0, 0, STRETCH, {17, 40, -75.5f}, 5, 15, 1, "base/wall"},
+    {"turned spike", createSpike, 6, 2, STRETCH, {45, 0, 10}, 0, 0, 1.5f, "base/wall"},
+    {"half ring",
+     arch({32, 8, 180, 0, 0, true, false}),
+     0,
+     0,
+     SNAP | STRETCH,
+     {0, 0, 0},
+     0,
+     0,
+     1,
+     "arch"},
+    {"ring", arch({32, 24, 360, 0, 0, false, false}), 0, 1, STRETCH, {0, 0, 0}, 9, 0, 1, "arch"},
+    {"disc", arch({128, 8, 360, 0, 0, true, false}), 0, 0, SNAP, {0, 0, 0}, 0, 0, 1, "arch"},
+    {"flat ring",
+     arch({128, 8, 360, 0, 0, false, false}),
+     0,
+     0,
+     STRETCH,
+     {0, 0, 0},
+     0,
+     0,
+     1,
+     "arch"},
+    {"stair",
+     arch({24, 12, 270, 30, 16, true, false}),
+     0,
+     0,
+     SNAP | STRETCH,
+     {0, 0, 0},
+     0,
+     0,
+     1,
+     "arch"},
+    {"ramp",
+     arch({24, 12, 270, 30, 16, true, true}),
+     0,
+     0,
+     SNAP | STRETCH,
+     {0, 0, 0},
+     0,
+     45,
+     1,
+     "arch"},
+    {"turned ramp",
+     arch({24, 6, 120, 15, 20, true, true}),
+     0,
+     2,
+     false,
+     {20, 0, 50},
+     0,
+     0,
+     1,
+     "arch"},
+};
+
+class ExportTrial : public cMapPluginTest, public testing::WithParamInterface<const char*> {
+protected:
+    void SetUp() override {
+        addWorldTo(map);
+        host.mapProfile = **configs.profiles.cbegin();
+        addClasses();
+        addEpairLast(map.world(), "message", "caf\xe9 // no comment");
+        cRoomShape room;
+        room.wall = host.mapProfile.roomWallTexture;
+        room.floor = host.mapProfile.roomFloorTexture;
+        room.ceiling = host.mapProfile.roomCeilingTexture;
+        ASSERT_TRUE(createDefaultRoom(map, room));
+        for (const cPiece& piece : PIECES)
+            addPiece(piece);
+        addEntities();
+        ASSERT_EQ(checkMapInvariants(map).toStdString(), "");
+    }
+
+    void addClasses() {
+        host.addClass(str(host.mapProfile.startEntityClass), CK_POINT)->mins[2] = -36;
+        host.addClass(str(host.mapProfile.roomEntityClass), CK_POINT);
+        cEntityClass* spot = host.addClass(str("light_spot"), CK_POINT);
+        spot->offset[2] = 0.5f;
+        spot->variables = {{VT_STRING, str("angles"), {}, {}, str("-90 0 0"), {}},
+                           {VT_FLAGS, str("spawnflags"), {}, {}, str("1"), {}}};
+        host.addClass(str("func_door"), CK_SOLID)->variables = {
+            {VT_INTEGER, str("angle"), {}, {}, str("-1"), {}},
+            {VT_INTEGER, str("speed"), {}, {}, str("100"), {}}};
+    }
+
+    void addPiece(const cPiece& piece) {
+        static const int ways[3][3] = {{0, 1, 2}, {1, 2, 0}, {0, 2, 1}};
+        const auto place = float(m_pieces++);
+        const float fraction = piece.flags & SNAP ? 0 : 0.375f;
+        cPrimitiveParams params = {};
+        params.map = &map.data;
+        T_Sprintf(params.face.name, sizeof params.face.name, "%s", piece.texture);
+        params.face.uScale = piece.scale;
+        params.face.vScale = -piece.scale * 2;
+        params.sides = piece.sides;
+        params.flags = piece.flags | (piece.way == 2 ? 0u : 1u << PP_REORIENT_BIT);
+        const float mins[3] = {-3600 + 400 * place + fraction, 700 - fraction, -2000 + 200 * place};
+        for (int i = 0; i < 3; ++i) {
+            params.axes[i] = ways[piece.way][i];
+            params.mins[i] = mins[i];
+            params.maxs[i] = mins[i] + float(320 - 64 * i);
+        }
+        ASSERT_TRUE(piece.create(params)) << piece.name;
+        turnSelection(piece.turn);
+        paintSelection(piece);
+    }
+
+    void turnSelection(const float* turn) {
+        static const float nowhere[3] = {0, 0, 0};
+        if (turn[0] == 0 && turn[1] == 0 && turn[2] == 0)
+            return;
+        float matrix[16];
+        T_BuildTransformMatrix(turn[2], turn[1], turn[0], nowhere, matrix);
+        T_TransposeMatrix(matrix, matrix);
+        cTransformRecord record;
+        record.matrix = matrix;
+        transformSelection(map, record);
+        for (const cBrushData* brush : selectedBrushesOf(map.data))
+            m_turned.insert(brush);
+    }
+
+    void paintSelection(const cPiece& piece) {
+        for (cBrushData* brush : selectedBrushesOf(map.data)) {
+            for (cFaceData* face : facesOf(brush)) {
+                face->tex.uShift += piece.shift;
+                face->tex.vShift -= piece.shift * 3;
+                face->tex.contentFlags = piece.flags & SNAP ? 0 : 0x8000000;
+                if (piece.rotation == 0)
+                    continue;
+                rotateAxes(face, piece.rotation);
+                face->tex.rotation = piece.rotation;
+            }
+        }
+    }
+
+    void addEntities() {
+        const float point[3] = {100.125f, -20, 64};
+        cEntityData* spot = createEntity(map, host.findClass("light_spot", CF_POINT), point, true);
+        ASSERT_TRUE(spot);
+        addEpairLast(spot, "noise", "sounds\\hum.wav");
+        spot->spawnFlags = 5;
+        // A door of two brushes.
+        addPiece({"door", createBlock, 0, 0, SNAP, {0, 0, 0}, 0, 0, 1, "door"});
+        cBrushData* leaf = map.world()->brushesTail;
+        addPiece({"handle", createSpike, 5, 0, 0, {0, 90, 0}, 0, 0, 1, "door"});
+        selectedPush(map.data.selectedBrushes, leaf);
+        ASSERT_TRUE(tieSelectionToEntity(map, "func_door", nullptr));
+    }
+
+    // ---- Comparing
+
+    void compareFaces(const cFaceData* face, const cTextFace& text);
+    void comparePlane(const cFaceData* face, const cTextFace& text);
+    void compareMapping(const cFaceData* face, const cTextFace& text);
+    bool givesSameTexels(const cFaceData* face, const cTextFace& text) const;
+    void compareBrushes(const cBrushData* brush, const cTextBrush& text);
+    void compareSolid(const cBrushData* brush, const cTextBrush& text);
+    void compareBrushLists(const std::vector<const cBrushData*>& brushes, const cTextEntity& text);
+
+    cMap map{nullptr};
+    std::set<const cBrushData*> m_turned; // whose textures a classic line may not hold
+    int m_pieces = 0;
+    int m_inexact = 0; // faces of which the text puts a texel elsewhere
+};
+
+static cTextPoint pointOf(const float* p) {
+    return {double(p[0]), double(p[1]), double(p[2])};
+}
+
+void ExportTrial::comparePlane(const cFaceData* face, const cTextFace& text) {
+    for (size_t i = 0; i < 3; ++i)
+        EXPECT_NEAR(text.normal[i], double(face->normal[i]), NORMAL_TOLERANCE);
+    EXPECT_NEAR(text.dist, double(face->dist), DIST_TOLERANCE);
+}
+
+static double texelOf(const float* p, const float* axis, float scale, float shift) {
+    const cTextPoint point = pointOf(p), along = pointOf(axis);
+    return (point[0] * along[0] + point[1] * along[1] + point[2] * along[2]) / double(scale) +
+           double(shift);
+}
+
+bool ExportTrial::givesSameTexels(const cFaceData* face, const cTextFace& text) const {
+    const cFaceTexture& tex = face->tex;
+    for (int i = 0; i < face->vertexCount; ++i) {
+        const float* p = face->vertices[i].xyz;
+        const double u = texelOf(p, tex.uAxis, tex.uScale, tex.uShift);
+        const double v = texelOf(p, tex.vAxis, tex.vScale, tex.vShift);
+        if (std::fabs(text.texel(0, pointOf(p)) - u) > TEXEL_TOLERANCE ||
+            std::fabs(text.texel(1, pointOf(p)) - v) > TEXEL_TOLERANCE)
+            return false;
+    }
+    return true;
+}
+
+// The numbers themselves; where the line has no axes, the texels that it gives.
+void ExportTrial::compareMapping(const cFaceData* face, const cTextFace& text) {
+    const cFaceTexture& tex = face->tex;
+    EXPECT_EQ(text.axial, std::string(GetParam()) == "Axial Maps");
+    if (!text.axial) {
+        const bool exact = givesSameTexels(face, text);
+        m_inexact += exact ? 0 : 1;
+        EXPECT_TRUE(exact || m_turned.count(face->brush)) << tex.name;
+        return;
+    }
+    const float* const axes[2] = {tex.uAxis, tex.vAxis};
+    const float shifts[2] = {tex.uShift, tex.vShift}, scales[2] = {tex.uScale, tex.vScale};
+    for (size_t i = 0; i < 2; ++i) {
+        for (size_t k = 0; k < 3; ++k)
+            EXPECT_EQ(float(text.axes[i][k]), axes[i][k]);
+        EXPECT_EQ(float(text.shifts[i]), shifts[i]);
+        EXPECT_EQ(float(text.scales[i]), scales[i]);
+    }
+    EXPECT_EQ(float(text.rotation), tex.rotation);
+}
+
+void ExportTrial::compareFaces(const cFaceData* face, const cTextFace& text) {
+    comparePlane(face, text);
+    const cFaceTexture& tex = face->tex;
+    EXPECT_EQ(text.texture, tex.name);
+    std::vector<double> flags;
+    if (tex.contentFlags || tex.surfaceFlags || tex.value)
+        flags = {double(tex.contentFlags), double(tex.surfaceFlags), double(tex.value)};
+    EXPECT_EQ(text.flags, flags);
+    compareMapping(face, text);
+}
+
+static double distance(const cTextPoint& a, const cTextPoint& b) {
+    return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]);
+}
+
+// The greatest distance from one of these to the nearest of those.
+static double farthest(const std::vector<cTextPoint>& these, const std::vector<cTextPoint>& those) {
+    double result = 0;
+    for (const cTextPoint& p : these) {
+        double nearest = 1e9;
+        for (const cTextPoint& q : those)
+            nearest = std::min(nearest, distance(p, q));
+        result = std::max(result, nearest);
+    }
+    return result;
+}
+
+// The half-spaces alone, as a compiler takes them, give each face the corners of its winding.
+void ExportTrial::compareSolid(const cBrushData* brush, const cTextBrush& text) {
+    const std::vector<cTextPoint> corners = text.corners();
+    EXPECT_EQ(text.checkSolid(corners), "");
+    auto part = text.faces.begin();
+    for (const cFaceData* face : facesOf(brush)) {
+        std::vector<cTextPoint> winding, cut;
+        for (int i = 0; i < face->vertexCount; ++i)
+            winding.push_back(pointOf(face->vertices[i].xyz));
+        std::copy_if(corners.begin(), corners.end(), std::back_inserter(cut),
+                     [&](const cTextPoint& p) { return part->holds(p); });
+        EXPECT_LT(farthest(winding, cut), VERTEX_TOLERANCE);
+        EXPECT_LT(farthest(cut, winding), VERTEX_TOLERANCE);
+        ++part;
+    }
+}
+
+void ExportTrial::compareBrushes(const cBrushData* brush, const cTextBrush& text) {
+    std::vector<const cFaceData*> faces;
+    for (const cFaceData* face : facesOf(brush))
+        faces.push_back(face);
+    ASSERT_EQ(text.faces.size(), faces.size());
+    for (size_t i = 0; i < faces.size(); ++i)
+        compareFaces(faces[i], text.faces[i]);
+    compareSolid(brush, text);
+}
+
+void ExportTrial::compareBrushLists(const std::vector<const cBrushData*>& brushes,
+                                    const cTextEntity& text) {
+    ASSERT_EQ(text.brushes.size(), brushes.size()) << text.value("classname");
+    for (size_t i = 0; i < brushes.size(); ++i) {
+        SCOPED_TRACE(text.value("classname") + " brush " + std::to_string(i) + " " +
+                     brushes[i]->faces->tex.name);
+        compareBrushes(brushes[i], text.brushes[i]);
+    }
+}
+
+using cKeys = std::vector<std::pair<std::string, std::string>>;
+
+static cKeys sorted(cKeys keys) {
+    std::sort(keys.begin(), keys.end());
+    return keys;
+}
+
+// The text of a point entity's origin, once it gives the field's numbers.
+static std::string originText(const cEntityData* entity, const std::string& text) {
+    float read[3] = {};
+    EXPECT_EQ(sscanf(text.c_str(), "%f %f %f", read, read + 1, read + 2), 3) << text;
+    return memcmp(read, entity->origin, sizeof read) == 0 ? text : "another";
+}
+
+// Origin and flags are the fields'.
+static void compareKeys(const cEntityData* entity, const cTextEntity& text) {
+    cKeys keys = {{"classname", entity->classname}};
+    if (entity->flags & EF_POINT)
+        keys.emplace_back("origin", originText(entity, text.value("origin")));
+    for (const cEpair* pair : epairsOf(entity)) {
+        const bool flags = entity->flagsKey && strcmp(pair->key, entity->flagsKey) == 0;
+        keys.emplace_back(pair->key, flags ? std::to_string(entity->spawnFlags) : pair->value);
+    }
+    EXPECT_EQ(sorted(text.keys), sorted(keys));
+}
+
+// Brushes of the world by the group they are in; null is none.
+static std::vector<const cBrushData*> brushesIn(const cEntityData* entity,
+                                                const cGroupData* group) {
+    std::vector<const cBrushData*> list;
+    for (const cBrushData* brush : brushesOf(entity))
+        if (brush->group == group)
+            list.push_back(brush);
+    return list;
+}
+
+TEST_P(ExportTrial, theTextHoldsWhatTheEditorHolds) {
+    host.messages.clear();
+    QFile file(exportFile(map, GetParam()));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const cMapTextReader text(file.readAll().toStdString());
+    ASSERT_EQ(text.error, "");
+
+    std::vector<const cGroupData*> groups;
+    for (const cBrushData* brush : brushesOf(map.world()))
+        if (brush->group && std::find(groups.begin(), groups.end(), brush->group) == groups.end())
+            groups.push_back(brush->group);
+    EXPECT_EQ(groups.size(), 5u) << "arches";
+    std::vector<const cEntityData*> others;
+    for (const cEntityData* entity = map.world()->next; entity; entity = entity->next)
+        others.push_back(entity);
+    EXPECT_EQ(others.size(), 4u) << "start, light, spot, door";
+    ASSERT_EQ(text.entities.size(), 1 + groups.size() + others.size());
+
+    auto part = text.entities.begin();
+    compareKeys(map.world(), *part);
+    compareBrushLists(brushesIn(map.world(), nullptr), *part++);
+    for (const cGroupData* group : groups) {
+        EXPECT_EQ(part->value("classname"), "func_group");
+        EXPECT_EQ(part->value("_tb_type"), "_tb_group");
+        EXPECT_EQ(part->keys.size(), 4u) << "and a name and a number";
+        compareBrushLists(brushesIn(map.world(), group), *part++);
+    }
+    for (const cEntityData* entity : others) {
+        compareKeys(entity, *part);
+        compareBrushLists(brushesIn(entity, nullptr), *part++);
+    }
+    // What a line cannot hold is told, face by face.
+    int told = 0;
+    for (const auto& message : host.messages)
+        if (message.text.contains(str("can't hold exactly")))
+            told = message.text.section(QLatin1Char(' '), 0, 0).toInt();
+    EXPECT_EQ(m_inexact, told);
+}
+
+INSTANTIATE_TEST_SUITE_P(Both, ExportTrial, testing::Values("Axial Maps", "Classic Maps"),
+                         [](const testing::TestParamInfo<const char*>& kind) {
+                             return std::string(kind.param).substr(0, 5);
+                         });
