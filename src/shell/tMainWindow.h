@@ -460,6 +460,7 @@ private:
     void setViewType(int type, int mode);
     void activateProject(cProject* project);
     void returnToActiveProject();
+    void leaveViews();
     void updateTimers();
     cProject* projectOf(const cCanvas* canvas) const;
 

@@ -83,7 +83,7 @@ void cMainWindow::checkActiveState(bool clearConfig) {
     updateTimers();
     const cChildWindow* child = activeChild();
     if (!child)
-        setActiveCanvas(nullptr);
+        leaveViews();
     else if (!activeCanvas || activeCanvas->childWindow != child)
         setActiveCanvas(child->firstCanvas());
     QString title;
@@ -95,6 +95,13 @@ void cMainWindow::checkActiveState(bool clearConfig) {
         notifyTools();
     updateToolActions();
     setStatusPane(title, 1);
+}
+
+// The position and the zoom of the status bar belong to a view.
+void cMainWindow::leaveViews() {
+    setActiveCanvas(nullptr);
+    setStatusPane(QString(), 3);
+    setStatusPane(QString(), 5);
 }
 
 // A window behind a maximized one is not seen and runs no timers.
