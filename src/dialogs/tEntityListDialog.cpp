@@ -18,7 +18,7 @@ cEntityListDialog::~cEntityListDialog() = default;
 
 uint32_t cEntityListDialog::idOf(int row) const {
     const QListWidgetItem* item = m_ui->lstEntities->item(row);
-    return item ? item->data(Qt::UserRole).toUInt() : 0;
+    return item ? item->data(ID_ROLE).toUInt() : 0;
 }
 
 void cEntityListDialog::addEntity(const QString& name, uint32_t id) {
@@ -26,7 +26,7 @@ void cEntityListDialog::addEntity(const QString& name, uint32_t id) {
         return;
     m_ids.insert(id);
     auto* item = new QListWidgetItem(name, m_ui->lstEntities);
-    item->setData(Qt::UserRole, id);
+    item->setData(ID_ROLE, id);
     if (m_ui->lstEntities->count() == 1)
         m_ui->lstEntities->setCurrentRow(0);
 }

@@ -16,6 +16,8 @@ class cEntityListDialog : public QDialog {
     Q_OBJECT
 
 public:
+    static constexpr int ID_ROLE = 32; // the entity's id
+
     explicit cEntityListDialog(QWidget* parent = nullptr);
     ~cEntityListDialog() override;
 

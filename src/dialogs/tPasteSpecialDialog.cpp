@@ -49,7 +49,7 @@ bool cPasteSpecialDialog::rotation(float out[3]) const {
 void cPasteSpecialDialog::setOffset(QDoubleSpinBox* box, int axis) {
     const double size = double(m_size[axis]);
     const bool shown = box->textFromValue(size) == box->textFromValue(box->value());
-    box->setValue(shown ? -size : size);
+    box->setValue(shown && size > 0 ? -size : size); // a flat axis shows no "-0"
 }
 
 void cPasteSpecialDialog::exec_on_setOffsetX() {

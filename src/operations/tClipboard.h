@@ -21,7 +21,8 @@ struct cPasteOptions {
     const float* rotation = nullptr; // degrees about x, y, z a copy, around the middle
     bool select = true;              // the new objects become the selection
     bool groupCopies = false;        // each copy becomes a group of its own
-    std::function<void(int done)> progress;
+    // Called now and then, with numbers of objects.
+    std::function<void(qint64 done, qint64 total)> progress;
 };
 
 class cClipboard {
@@ -85,6 +86,7 @@ public:
 private:
     void takeSelection(cMap& map, bool withGroups);
     void removeSelection(cMap& map);
+    qint64 objectCount() const;
 
     cMap* m_source = nullptr; // null once it has been closed
     std::vector<cEntityCopy> m_entities;

@@ -20,7 +20,8 @@
 namespace {
 class cPasting {
 public:
-    cPasting(cMap& map, const cPasteOptions& options, const float* mins, const float* maxs);
+    cPasting(cMap& map, const cPasteOptions& options, const float* mins, const float* maxs,
+             qint64 total);
 
     void pasteCopy(int number, const std::vector<cClipboard::cEntityCopy>& entities,
                    const std::vector<cClipboard::cBrushCopy>& brushes);
@@ -29,6 +30,7 @@ public:
 private:
     void setMatrix(int number);
     void movePoint(float* point) const;
+    void tell();
     cGroupData* newGroup(const uint8_t* color);
     cGroupData* groupOf(const std::vector<cClipboard::cGroupCopy>& chain, size_t place);
     template<class T> void join(const cClipboard::cObjectCopy& copy, T* object);
@@ -41,7 +43,9 @@ private:
     const cPasteOptions& m_options;
     float m_center[3];
     float m_delta[3] = {0, 0, 0};
-    bool m_turns; // or moves from copy to copy
+    qint64 m_total;  // objects in all copies
+    int m_steps = 0; // for the progress
+    bool m_turns;    // or moves from copy to copy
     float m_matrix[16];
     cGroupData* m_wrapper = nullptr;
     QHash<uint32_t, cGroupData*> m_copied; // of this copy, by the id in the source
@@ -54,9 +58,11 @@ bool isGiven(const float* vector) {
     return vector && (vector[0] != 0 || vector[1] != 0 || vector[2] != 0);
 }
 
-cPasting::cPasting(cMap& map, const cPasteOptions& options, const float* mins, const float* maxs)
+cPasting::cPasting(cMap& map, const cPasteOptions& options, const float* mins, const float* maxs,
+                   qint64 total)
     : m_map(map),
       m_options(options),
+      m_total(total),
       m_turns(isGiven(options.offset) || isGiven(options.rotation)) {
     const float grid = g_host && g_host->SnapToGrid ? float(g_host->gridSize) : 0;
     for (int i = 0; i < 3; ++i) {
@@ -76,6 +82,13 @@ void cPasting::setMatrix(int number) {
     }
     T_BuildTransformMatrix(angles[2], angles[1], angles[0], shift, columns);
     T_TransposeMatrix(columns, m_matrix);
+}
+
+// The last objects are made long before they are all selected and recorded: it is told then, too.
+void cPasting::tell() {
+    constexpr int stride = 256;
+    if (m_options.progress && ++m_steps % stride == 0)
+        m_options.progress(qint64(m_brushes.size() + m_entities.size()), m_total);
 }
 
 void cPasting::movePoint(float* point) const {
@@ -156,8 +169,9 @@ void cPasting::addBrush(const cClipboard::cBrushCopy& copy, cEntityData* owner) 
     if (owner->flags & EF_WORLD)
         join(copy, brush);
     joinVisGroups(copy, brush->brush);
-    touchBrush(brush);
+    rebuildBrush(brush, UM_PLANES);
     m_brushes.push_back(brush);
+    tell();
 }
 
 void cPasting::addEntity(const cClipboard::cEntityCopy& copy) {
@@ -187,6 +201,7 @@ void cPasting::addEntity(const cClipboard::cEntityCopy& copy) {
     joinVisGroups(copy, entity->entity);
     updateEntity(entity, UM_PLANES | UM_RENDER_KEYS | UM_MODEL_KEYS | UM_ATTACH);
     m_entities.push_back(entity);
+    tell();
 }
 
 void cPasting::pasteCopy(int number, const std::vector<cClipboard::cEntityCopy>& entities,
@@ -204,7 +219,7 @@ void cPasting::pasteCopy(int number, const std::vector<cClipboard::cEntityCopy>&
 
 void cPasting::enter() {
     if (!m_brushes.empty())
-        updateEntity(m_map.world(), UM_PLANES);
+        updateEntity(m_map.world(), 0);
     if (m_options.select) {
         const bool groupsAct = m_map.updateSelectionMode() == MODE_GROUPS;
         for (cGroupData* group : m_groups) {
@@ -221,12 +236,23 @@ void cPasting::enter() {
     cHistory& history = *m_map.history;
     for (const cGroupData* group : m_groups)
         history.groupCreated(group);
-    for (const cEntityData* entity : m_entities)
+    for (const cEntityData* entity : m_entities) {
         history.entityCreated(entity);
-    for (const cBrushData* brush : m_brushes)
+        tell();
+    }
+    for (const cBrushData* brush : m_brushes) {
         history.brushCreated(brush);
+        tell();
+    }
 }
 } // namespace
+
+qint64 cClipboard::objectCount() const {
+    size_t count = m_entities.size() + m_brushes.size();
+    for (const cEntityCopy& entity : m_entities)
+        count += entity.brushes.size();
+    return qint64(count);
+}
 
 void cClipboard::paste(cMap& map, const cPasteOptions& options, const char* stepName) {
     if (isEmpty() || !map.world())
@@ -236,12 +262,9 @@ void cClipboard::paste(cMap& map, const cPasteOptions& options, const char* step
         m_mode = PASTED;
         if (options.select)
             map.clearSelection();
-        cPasting pasting(map, options, m_mins, m_maxs);
-        for (int i = 1; i <= options.copies; ++i) {
+        cPasting pasting(map, options, m_mins, m_maxs, objectCount() * options.copies);
+        for (int i = 1; i <= options.copies; ++i)
             pasting.pasteCopy(i, m_entities, m_brushes);
-            if (options.progress)
-                options.progress(i);
-        }
         pasting.enter();
     }
     map.dropHidden(); // describes the selection, too

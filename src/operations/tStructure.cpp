@@ -200,6 +200,7 @@ void moveSelectionToWorld(cMap& map) {
             map.moveBrush(brush, map.world());
         }
         settleOwners(map, owners);
+        map.dropForsakenGroups(); // an entity may have gone out of one that has hidden members
         updateEntity(map.world(), 0);
     }
     map.describeSelection();

@@ -2,6 +2,7 @@
 // Cut, Copy, Paste and Paste Special: what the clipboard's operations are given, and what is
 // refreshed after them.
 #include "dialogs/tPasteSpecialDialog.h"
+#include "dialogs/tWaitDialog.h"
 #include "operations/tClipboard.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
@@ -75,16 +76,18 @@ void cMainWindow::pasteObjects(cMap& map, const cPasteOptions& options, const ch
     QElapsedTimer total, shownLast;
     total.start();
     shownLast.start();
-    shown.progress = [&](int done) {
+    shown.progress = [&](qint64 done, qint64 all) {
         if (total.elapsed() < QUIET_TIME || shownLast.elapsed() < PROGRESS_INTERVAL)
             return;
         showWaitDialog(tr("Pasting objects..."));
-        showProgress(tr("%1 of %2 copies").arg(done).arg(options.copies));
+        showProgress(tr("%1 of %2 objects").arg(done).arg(all));
         shownLast.start();
     };
     g_clipboard->paste(map, shown, stepName);
-    hideWaitDialog();
     objectsMoved();
+    if (g_waitDialog) // what was typed and clicked meanwhile meets the modal window, not the map
+        QCoreApplication::processEvents();
+    hideWaitDialog();
 }
 
 void cMainWindow::cmdEditPaste() {
@@ -98,6 +101,15 @@ void cMainWindow::cmdEditPaste() {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     pasteObjects(*project->map, options, "Paste");
     QApplication::restoreOverrideCursor();
+}
+
+// Views paint nothing during an operation: a dialog that went just before would stay on them.
+static void paintUncovered() {
+    constexpr int timeToExpose = 50; // ms, for window manager and server
+    QElapsedTimer time;
+    time.start();
+    while (time.elapsed() < timeToExpose)
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, timeToExpose);
 }
 
 void cMainWindow::cmdEditPasteSpecial() {
@@ -116,5 +128,6 @@ void cMainWindow::cmdEditPasteSpecial() {
     options.offset = dialog.offset(offset) ? offset : nullptr;
     options.rotation = dialog.rotation(rotation) ? rotation : nullptr;
     options.groupCopies = dialog.groupsCopies();
+    paintUncovered();
     pasteObjects(*project->map, options, "Paste Special");
 }

@@ -76,6 +76,7 @@ void cMainWindow::showWaitDialog(const QString& text) {
         return;
     m_waitDialog = std::make_unique<cWaitDialog>(text, QString(), this);
     g_waitDialog = m_waitDialog.get();
+    m_waitDialog->centerOnMainWindow(); // before it is seen, or its shadow stays on the views
     m_waitDialog->show();
     m_waitDialog->centerOnMainWindow();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);

@@ -199,7 +199,7 @@ TEST_F(TieTest, ofSeveralOwnersOneIsPickedFromTheList) {
             EXPECT_EQ(list->currentRow(), 0);
             const QListWidgetItem* item = list->item(1);
             EXPECT_EQ(item->text(), QStringLiteral("func_wall"));
-            picked = item->data(Qt::UserRole).toUInt();
+            picked = item->data(32).toUInt();
             const QPoint at = list->visualItemRect(item).center();
             QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
             const auto button = end == OK ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel;
@@ -238,7 +238,7 @@ TEST_F(TieTest, theListForgetsWhatIsUndoneAndGoesWithItsLast) {
         EXPECT_EQ(list->count(), 2);
         trigger("EditUndo");
         EXPECT_EQ(list->count(), 1);
-        EXPECT_TRUE(map().findEntityById(list->item(0)->data(Qt::UserRole).toUInt()));
+        EXPECT_TRUE(map().findEntityById(list->item(0)->data(32).toUInt()));
         trigger("EditUndo");
         EXPECT_FALSE(dialog->isVisible());
     });

@@ -274,3 +274,25 @@ TEST_F(Clipboard, pastesIntoAnotherMapAfterTheSourceHasGone) {
     clipboard.clear();
     EXPECT_FALSE(clipboard.canPaste(&other));
 }
+
+// One copy of much is as long a wait as many copies of little.
+TEST_F(Clipboard, tellsHowFarItIsInObjects) {
+    constexpr int boxes = 700;
+    for (int i = 0; i < boxes; ++i) {
+        const float x = float(i) * 64, mins[3] = {x, 0, 0}, maxs[3] = {x + 32, 32, 32};
+        select(addBox(map, world, mins, maxs));
+    }
+    settle(map);
+    clipboard.copySelection(map, true);
+    std::vector<qint64> told;
+    cPasteOptions options;
+    options.progress = [&](qint64 done, qint64 total) {
+        EXPECT_EQ(total, boxes);
+        told.push_back(done);
+    };
+    clipboard.paste(map, options, "Paste");
+    ASSERT_FALSE(told.empty());
+    EXPECT_LT(told.front(), boxes) << "while they are made";
+    EXPECT_EQ(told.back(), boxes) << "and while they are recorded";
+    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+}

@@ -210,6 +210,24 @@ TEST_F(Structure, tieLeavesNoGroupSelectedWithoutAMember) {
     EXPECT_TRUE(checkMapWhole(map).isEmpty()) << qPrintable(checkMapWhole(map));
 }
 
+TEST_F(Structure, moveToWorldLeavesNoGroupSelectedForItsHiddenMembers) {
+    cEntityData* door = map.addEntity("func_door", ORIGIN, 0);
+    addBoxAt(0, door);
+    cBrushData* hidden = addBoxAt(128);
+    cGroupData* group = map.addGroup();
+    map.joinGroupEntity(door, group);
+    map.joinGroupBrush(hidden, group);
+    hidden->flags |= BF_HIDDEN;
+    map.selectEntity(door);
+    selectedPush(map.data.selectedGroups, group);
+    moveSelectionToWorld(map);
+    EXPECT_FALSE(isSelected(group));
+    EXPECT_EQ(group->memberCount, 1);
+    map.history->undo();
+    EXPECT_TRUE(isSelected(group));
+    obeysLaw([&] { moveSelectionToWorld(map); });
+}
+
 TEST_F(Structure, detailIsAMatterOfAllFaces) {
     host.mapProfile.detailContentMask = 0x8000000;
     cBrushData* brush = addBoxAt(0);
