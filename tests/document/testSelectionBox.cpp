@@ -45,26 +45,18 @@ protected:
 };
 
 TEST_F(SelectionBox, anInactiveBoxIgnoresChangesAndFailsTests) {
-    const float point[3] = {0, 0, 0}, delta[3] = {8, 8, 8};
-    cSelectionBox none;
-    none.move(delta, reference);
-    none.moveAxis(0, 8);
-    none.addToCorner(1, 0, 8);
-    none.setShear(8);
-    none.setRotation(delta, point, H, V, false);
-    none.resize(delta, H, V, BH_TOP_LEFT, reference);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(none.mins[i], 0);
-        EXPECT_EQ(none.maxs[i], 0);
-        EXPECT_EQ(reference[i], 0);
-    }
-    EXPECT_EQ(none.rotation, 0);
-    EXPECT_EQ(none.shear, 0);
-    EXPECT_FALSE(none.contains(point));
-    const float onHandle[3] = {-6, 0, 0};
-    EXPECT_EQ(none.handleAt(H, V, BULLET, OFFSET, OFFSET, onHandle), BH_NONE);
-    for (int mode = BT_EXTENTS; mode <= BT_SHEAR; ++mode)
-        EXPECT_EQ(none.statusText(H, V, mode), QString());
+    const float point[3] = {0, 0, 0}, onHandle[3] = {-6, 0, 0}, delta[3] = {8, 8, 8};
+    box.clear();
+    box.move(delta, reference);
+    box.addToCorner(1, 0, 8);
+    box.setShear(8);
+    box.setRotation(delta, point, H, V, false);
+    box.resize(delta, H, V, BH_TOP_LEFT, reference);
+    expectSides(0, 0, 0, 0);
+    EXPECT_EQ(reference[0] + box.rotation + box.shear, 0);
+    EXPECT_FALSE(box.contains(point));
+    EXPECT_EQ(box.handleAt(H, V, BULLET, OFFSET, OFFSET, onHandle), BH_NONE);
+    EXPECT_EQ(box.statusText(H, V, BT_EXTENTS), QString());
 }
 
 TEST_F(SelectionBox, pointsAreClampedToTheWorldAndResetAngleAndShear) {
@@ -72,32 +64,19 @@ TEST_F(SelectionBox, pointsAreClampedToTheWorldAndResetAngleAndShear) {
     box.rotation = box.shear = 1;
     const float a[3] = {-9000, 10, 9000}, b[3] = {100, -10, 20};
     box.setFromTwoPoints(a, b);
-    const float mins[3] = {-512, -10, 20}, maxs[3] = {100, 10, 512};
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(box.mins[i], mins[i]);
-        EXPECT_EQ(box.maxs[i], maxs[i]);
-    }
+    expectSides(-512, 100, 20, 512);
     EXPECT_EQ(box.rotation, 0);
     EXPECT_EQ(box.shear, 0);
-    box.setPoint(a);
-    EXPECT_EQ(box.mins[0], -512);
-    EXPECT_EQ(box.maxs[0], -512);
     box.clear();
     EXPECT_FALSE(box.active);
-    EXPECT_EQ(box.mins[0], 0);
-}
-
-TEST_F(SelectionBox, growsByPoints) {
-    const float a[3] = {5, 6, 7}, b[3] = {-1, 8, 7};
-    box.clear();
-    box.addPoint(a);
+    expectSides(0, 0, 0, 0);
+    const float c[3] = {5, 6, 7}, d[3] = {-1, 8, 9};
+    box.addPoint(c);
     EXPECT_TRUE(box.active);
-    EXPECT_EQ(box.mins[0], 5);
-    box.addPoint(b);
-    EXPECT_EQ(box.mins[0], -1);
-    EXPECT_EQ(box.maxs[0], 5);
-    EXPECT_EQ(box.maxs[1], 8);
-    EXPECT_EQ(box.mins[2], 7);
+    box.addPoint(d);
+    expectSides(-1, 5, 7, 9);
+    box.setPoint(a);
+    expectSides(-512, -512, 512, 512);
 }
 
 TEST_F(SelectionBox, movesWithItsReference) {
@@ -132,56 +111,56 @@ TEST_F(SelectionBox, containsWithHalfAUnitAround) {
 TEST_F(SelectionBox, handlesLieInTheBandsAroundIt) {
     const float left = LEFT - 7, right = RIGHT + 7, low = LOW - 7, top = TOP + 7; // band middles
     const float middleH = (LEFT + RIGHT) / 2, middleV = (LOW + TOP) / 2;
-    EXPECT_EQ(at(left, top), BH_TOP_LEFT);
-    EXPECT_EQ(at(right, top), BH_TOP_RIGHT);
-    EXPECT_EQ(at(left, low), BH_BOTTOM_LEFT);
-    EXPECT_EQ(at(right, low), BH_BOTTOM_RIGHT);
-    EXPECT_EQ(at(left, middleV), BH_LEFT);
-    EXPECT_EQ(at(right, middleV), BH_RIGHT);
-    EXPECT_EQ(at(middleH, top), BH_TOP);
-    EXPECT_EQ(at(middleH, low), BH_BOTTOM);
-    EXPECT_EQ(at(middleH, middleV), BH_NONE);
-    EXPECT_EQ(at(left, middleV + 20), BH_NONE) << "between two rows";
-    EXPECT_EQ(at(middleH + 20, top), BH_NONE) << "between two columns";
-    EXPECT_EQ(at(left - 5, middleV), BH_NONE) << "outside the band";
-}
-
-TEST_F(SelectionBox, theEdgesOfAHandlesBandAreNoHit) {
-    const float middleH = (LEFT + RIGHT) / 2, middleV = (LOW + TOP) / 2;
     const float near = OFFSET / 2, far = OFFSET / 2 + BULLET;
-    EXPECT_EQ(at(LEFT - near, middleV), BH_NONE);
-    EXPECT_EQ(at(LEFT - far, middleV), BH_NONE);
-    EXPECT_EQ(at(RIGHT + near, middleV), BH_NONE);
-    EXPECT_EQ(at(RIGHT + far, middleV), BH_NONE);
-    EXPECT_EQ(at(middleH, TOP + near), BH_NONE);
-    EXPECT_EQ(at(middleH, LOW - far), BH_NONE);
-    EXPECT_EQ(at(LEFT, middleV), BH_NONE) << "the box's own edge";
-    EXPECT_EQ(at(LEFT - 7, middleV + BULLET / 2), BH_NONE) << "the middle row has no edges";
-    EXPECT_EQ(at(middleH + BULLET / 2, TOP + 7), BH_TOP) << "the middle column has them";
-    EXPECT_EQ(at(middleH - BULLET / 2, LOW - 7), BH_BOTTOM);
+    const struct {
+        float h, v;
+        int handle;
+        const char* what;
+    } cases[] = {
+        {left, top, BH_TOP_LEFT, ""},
+        {right, top, BH_TOP_RIGHT, ""},
+        {left, low, BH_BOTTOM_LEFT, ""},
+        {right, low, BH_BOTTOM_RIGHT, ""},
+        {left, middleV, BH_LEFT, ""},
+        {right, middleV, BH_RIGHT, ""},
+        {middleH, top, BH_TOP, ""},
+        {middleH, low, BH_BOTTOM, ""},
+        {middleH, middleV, BH_NONE, "inside"},
+        {left, middleV + 20, BH_NONE, "between two rows"},
+        {middleH + 20, top, BH_NONE, "between two columns"},
+        {LEFT - near, middleV, BH_NONE, "an edge of a band is no hit"},
+        {LEFT - far, middleV, BH_NONE, "nor is the other"},
+        {RIGHT + near, middleV, BH_NONE, "on the right"},
+        {RIGHT + far, middleV, BH_NONE, "on the right, far"},
+        {middleH, TOP + near, BH_NONE, "above"},
+        {middleH, LOW - far, BH_NONE, "below"},
+        {LEFT, middleV, BH_NONE, "the box's own edge"},
+        {left, middleV + BULLET / 2, BH_NONE, "the middle row has no edges"},
+        {middleH + BULLET / 2, top, BH_TOP, "the middle column has them"},
+        {middleH - BULLET / 2, low, BH_BOTTOM, "on both sides"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(at(c.h, c.v), c.handle) << c.h << ' ' << c.v << ' ' << c.what;
 }
 
 TEST_F(SelectionBox, handlePointsLieOnTheBox) {
+    const auto expectPoint = [](const float* point, float h, float v) {
+        EXPECT_EQ(point[H], h);
+        EXPECT_EQ(point[V], v);
+        EXPECT_EQ(point[DEPTH], 0);
+    };
     float point[3];
     box.handlePoint(H, V, BH_TOP_LEFT, point);
-    EXPECT_EQ(point[H], LEFT);
-    EXPECT_EQ(point[V], TOP);
-    EXPECT_EQ(point[DEPTH], 0);
+    expectPoint(point, LEFT, TOP);
     box.handlePoint(H, V, BH_BOTTOM, point);
-    EXPECT_EQ(point[H], 64);
-    EXPECT_EQ(point[V], LOW);
+    expectPoint(point, 64, LOW);
     box.handlePoint(H, V, BH_RIGHT, point);
-    EXPECT_EQ(point[H], RIGHT);
-    EXPECT_EQ(point[V], 64);
-    const float nearTop[3] = {64, 50, 80};
+    expectPoint(point, RIGHT, 64);
+    const float nearTop[3] = {64, 50, 80}, nearLow[3] = {10, 0, 40};
     box.nearestCorner(H, V, nearTop, point);
-    EXPECT_EQ(point[H], RIGHT) << "a tie goes to the upper side";
-    EXPECT_EQ(point[V], TOP);
-    EXPECT_EQ(point[DEPTH], 0);
-    const float nearLow[3] = {10, 0, 40};
+    expectPoint(point, RIGHT, TOP); // a tie goes to the upper side
     box.nearestCorner(H, V, nearLow, point);
-    EXPECT_EQ(point[H], LEFT);
-    EXPECT_EQ(point[V], LOW);
+    expectPoint(point, LEFT, LOW);
 }
 
 TEST_F(SelectionBox, eachHandleMovesItsSides) {
@@ -239,15 +218,12 @@ TEST_F(SelectionBox, theGridHoldsTheSidesButTakesNothingFromTheReference) {
     host.MaxWorldSize = 300;
     drag(BH_RIGHT, 900, 0);
     expectSides(-33.5f, 150, LOW, TOP);
-}
-
-TEST_F(SelectionBox, aFlatBoxOpensToOneUnit) {
+    // A flat box opens to one unit.
     const float point[3] = {64, 0, 64};
     box.setPoint(point);
-    host.gridSize = 32;
-    drag(BH_RIGHT, -32, 0);
+    host.SnapToGrid = true;
+    drag(BH_RIGHT, -32 - reference[H], 0);
     expectSides(64, 65, 64, 64);
-    EXPECT_EQ(reference[H], 1);
 }
 
 TEST_F(SelectionBox, rotatesInSteps) {

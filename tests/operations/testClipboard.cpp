@@ -2,54 +2,30 @@
 #include "operations/tClipboard.h"
 
 #include "document/tBrush.h"
-#include "document/tEntity.h"
+#include "document/tBrushGeometry.h"
 #include "document/tFaceMapping.h"
 #include "document/tGroup.h"
-#include "document/tHistory.h"
-#include "document/tMapLists.h"
 #include "document/tVisGroup.h"
 #include "operations/tStructure.h"
-#include "support/tLaw.h"
-#include "support/tMapTools.h"
-#include "support/tTestHost.h"
+#include "support/tMapTest.h"
 
 #include <algorithm>
-#include <cmath>
-#include <gtest/gtest.h>
 #include <set>
 
 static constexpr float TOLERANCE = 0.002f;
 
-class Clipboard : public testing::Test {
+class Clipboard : public cMapTest {
 protected:
-    void SetUp() override {
-        host.SnapToGrid = false;
-        world = addWorldTo(map);
+    void SetUp() override { host.SnapToGrid = false; }
+
+    void copy(std::initializer_list<cBrushData*> brushes) {
+        select(brushes);
+        clipboard.copySelection(map, true);
     }
-
-    cBrushData* addBoxAt(float x, float y = 0, cEntityData* owner = nullptr) {
-        const float mins[3] = {x, y, 0}, maxs[3] = {x + 64, y + 64, 64};
-        cBrushData* brush = addBox(map, owner ? owner : world, mins, maxs);
-        settle(map);
-        return brush;
+    void paste(const cPasteOptions& options = {}, const char* step = "Paste") {
+        law([&] { clipboard.paste(map, options, step); }, false);
+        EXPECT_TRUE(isStep(step));
     }
-
-    cEntityData* addPoint(float x, float y) {
-        const float origin[3] = {x, y, 32};
-        cEntityData* entity = map.addEntity("light", origin, EF_POINT);
-        addEpairLast(entity, "light", "300");
-        updateEntity(entity, UM_RENDER_KEYS | UM_ATTACH);
-        return entity;
-    }
-
-    void select(cBrushData* brush) { selectedPush(map.data.selectedBrushes, brush); }
-
-    void obeysLaw(const std::function<void()>& operation) {
-        const QString problem = checkLaw(map, operation, false);
-        EXPECT_TRUE(problem.isEmpty()) << qPrintable(problem);
-    }
-
-    bool isStep(const char* name) const { return strcmp(map.history->undoName(), name) == 0; }
 
     // Left edges of the world's brushes. List order is nobody's business: a redo turns it.
     std::vector<float> lefts(const cMap& of) const {
@@ -60,45 +36,39 @@ protected:
         return list;
     }
 
-    cTestHost host;
-    cMap map{nullptr};
     cClipboard clipboard;
-    cEntityData* world = nullptr;
 };
 
 TEST_F(Clipboard, pastesStepFromTheTargetOrFromTheirPlace) {
-    select(addBoxAt(0));
-    clipboard.copySelection(map, true);
+    copy({cubeAt(0)});
     EXPECT_EQ(clipboard.mode(), cClipboard::COPIED);
     const float target[3] = {500, 32, 32}, offset[3] = {64, 0, 0};
     cPasteOptions options;
     options.copies = 3;
     options.target = target;
     options.offset = offset;
-    obeysLaw([&] { clipboard.paste(map, options, "Paste Special"); });
-    EXPECT_TRUE(isStep("Paste Special"));
+    paste(options, "Paste Special");
     // Each copy counts its own step: none lies on the target itself.
     EXPECT_EQ(lefts(map), std::vector<float>({0, 532, 596, 660}));
-    EXPECT_EQ(host.panes[2], QStringLiteral("3 objects selected."));
+    EXPECT_EQ(sentence(), QStringLiteral("3 objects selected."));
     options.target = nullptr;
-    obeysLaw([&] { clipboard.paste(map, options, "Paste Special"); });
+    paste(options);
     EXPECT_EQ(lefts(map), std::vector<float>({0, 64, 128, 192, 532, 596, 660}));
     // The snapped middle of the contents goes to the target.
     host.SnapToGrid = true;
     host.gridSize = 64;
     options = cPasteOptions();
     options.target = target;
-    obeysLaw([&] { clipboard.paste(map, options, "Paste"); });
+    paste(options);
     EXPECT_EQ(world->brushesTail->mins[0], 500 - 64);
 }
 
-TEST_F(Clipboard, turnsEachCopyAroundTheMiddleWithItsTextures) {
-    cEntityData* light = addPoint(200, 0);
+TEST_F(Clipboard, turnsEachCopyAroundTheMiddle) {
+    cEntityData* light = pointAt(200, 0, 32);
     addEpairLast(light, "angle", "0");
-    cBrushData* box = addBoxAt(0);
-    select(box);
+    cBrushData* box = cubeAt(0);
     map.selectEntity(light);
-    clipboard.copySelection(map, true);
+    copy({box});
     const float rotation[3] = {0, 0, 90};
     cPasteOptions options;
     options.copies = 4;
@@ -110,58 +80,49 @@ TEST_F(Clipboard, turnsEachCopyAroundTheMiddleWithItsTextures) {
         EXPECT_NEAR(last->mins[i], box->mins[i], TOLERANCE);
         EXPECT_NEAR(last->maxs[i], box->maxs[i], TOLERANCE);
     }
-    const cEntityData* turned = light->next;
-    EXPECT_STREQ(getEpairValue(turned, "angle"), "90");
-    EXPECT_NEAR(turned->angles[1], 90, TOLERANCE);
-    EXPECT_STREQ(getEpairValue(map.data.entitiesTail, "light"), "300");
+    EXPECT_STREQ(getEpairValue(light->next, "angle"), "90");
+    EXPECT_NEAR(light->next->angles[1], 90, TOLERANCE);
     EXPECT_NEAR(map.data.entitiesTail->origin[0], 200, TOLERANCE);
-    obeysLaw([&] { clipboard.paste(map, options, "Paste Special"); });
+    paste(options);
 }
 
 TEST_F(Clipboard, texturesStayOnTheObjectWhateverTheLockSays) {
     host.TextureLock = false;
-    cBrushData* box = addBoxAt(0);
-    select(box);
-    clipboard.copySelection(map, true);
+    const cBrushData* box = cubeAt(0);
+    copy({world->brushes});
     const float target[3] = {1000, 77, 13};
     cPasteOptions options;
     options.target = target;
     clipboard.paste(map, options, "Paste");
-    const cBrushData* copy = world->brushesTail;
-    ASSERT_NE(copy, box);
+    int matched = 0;
     for (const cFaceData* face : facesOf(box)) {
-        bool matched = false;
-        for (const cFaceData* other : facesOf(copy)) {
-            if (std::fabs(other->normal[0] - face->normal[0]) > 0.1f ||
-                std::fabs(other->normal[1] - face->normal[1]) > 0.1f ||
-                std::fabs(other->normal[2] - face->normal[2]) > 0.1f)
+        for (const cFaceData* other : facesOf(world->brushesTail)) {
+            if (!normalsEqual(other->normal, face->normal))
                 continue;
-            matched = true;
+            ++matched;
             for (int i = 0; i < face->vertexCount; ++i) {
                 EXPECT_NEAR(face->vertices[i].st[0], other->vertices[i].st[0], TOLERANCE);
                 EXPECT_NEAR(face->vertices[i].st[1], other->vertices[i].st[1], TOLERANCE);
             }
         }
-        EXPECT_TRUE(matched);
     }
+    EXPECT_EQ(matched, 6);
+    EXPECT_NE(world->brushesTail, box);
 }
 
 TEST_F(Clipboard, everyCopyHasGroupsOfItsOwn) {
-    cGroupData* inner = map.addGroup();
-    cGroupData* outer = map.addGroup();
-    cBrushData* a = addBoxAt(0);
-    cBrushData* b = addBoxAt(128);
-    cEntityData* door = map.addEntity("func_door", world->origin, 0);
-    addBoxAt(256, 0, door);
-    map.joinGroupBrush(a, inner);
+    cGroupData *inner = map.addGroup(), *outer = map.addGroup();
+    cBrushData* a = cubeOf(inner, 0);
+    cubeOf(outer, 128);
+    cEntityData* door = addDoor();
+    cubeIn(door, 256);
     map.joinGroupGroup(inner, outer);
-    map.joinGroupBrush(b, outer);
     map.joinGroupEntity(door, outer);
     map.selectGroup(outer);
     clipboard.copySelection(map, true);
     cPasteOptions options;
     options.copies = 2;
-    obeysLaw([&] { clipboard.paste(map, options, "Paste Special"); });
+    paste(options);
     std::set<const cGroupData*> roots;
     for (const cBrushData* brush : brushesOf(world)) {
         ASSERT_NE(brush->rootGroup, nullptr);
@@ -172,44 +133,41 @@ TEST_F(Clipboard, everyCopyHasGroupsOfItsOwn) {
     EXPECT_NE(map.data.entitiesTail->rootGroup, door->rootGroup);
     // A group around each copy takes the copied groups in.
     options.groupCopies = true;
-    obeysLaw([&] { clipboard.paste(map, options, "Paste Special"); });
+    paste(options);
     EXPECT_EQ(world->brushesTail->rootGroup->memberCount, 1);
     EXPECT_NE(world->brushesTail->group, world->brushesTail->rootGroup);
-    EXPECT_EQ(host.panes[2], QStringLiteral("2 objects selected."));
+    EXPECT_EQ(sentence(), QStringLiteral("2 objects selected."));
     // Grouping after a copy leaves the clipboard's groups alone.
     map.clearSelection();
     map.selectGroup(a->rootGroup);
-    select(addBoxAt(700));
-    clipboard.copySelection(map, true);
-    obeysLaw([&] { EXPECT_TRUE(groupSelection(map)); });
-    obeysLaw([&] { clipboard.paste(map, cPasteOptions(), "Paste"); });
+    copy({cubeAt(700)});
+    law([&] { EXPECT_TRUE(groupSelection(map)); }, false);
+    paste();
     // Without groups acting, copies have none.
     host.IgnoreGroups = true;
     map.clearSelectionFull();
-    select(a);
-    clipboard.copySelection(map, true);
-    obeysLaw([&] { clipboard.paste(map, cPasteOptions(), "Paste"); });
+    copy({a});
+    paste();
     EXPECT_EQ(world->brushesTail->group, nullptr);
 }
 
 TEST_F(Clipboard, cutGoesBackUnlessItWasPastedOrUndone) {
-    cBrushData* a = addBoxAt(0);
-    cBrushData* b = addBoxAt(128);
-    select(a);
-    obeysLaw([&] { clipboard.cutSelection(map, true); });
+    cBrushData* a = cubeAt(0);
+    cBrushData* b = cubeAt(128);
+    select({a});
+    law([&] { clipboard.cutSelection(map, true); }, false);
     EXPECT_TRUE(isStep("Cut"));
     EXPECT_EQ(lefts(map), std::vector<float>({128}));
     // The next cut restores the first.
-    select(b);
+    select({b});
     clipboard.cutSelection(map, true);
     EXPECT_EQ(lefts(map), std::vector<float>({0}));
     map.history->undo();
-    EXPECT_STREQ(map.history->undoName(), "Restore Cut");
+    EXPECT_TRUE(isStep("Restore Cut"));
     // That cut is undone: nothing must come back twice.
     EXPECT_EQ(clipboard.mode(), cClipboard::COPIED);
     map.clearSelection();
-    select(world->brushes);
-    clipboard.copySelection(map, true);
+    copy({world->brushes});
     EXPECT_EQ(lefts(map).size(), 2u);
     // Done again after an undo it counts as cut again.
     clipboard.cutSelection(map, true);
@@ -217,35 +175,31 @@ TEST_F(Clipboard, cutGoesBackUnlessItWasPastedOrUndone) {
     map.history->redo();
     EXPECT_EQ(clipboard.mode(), cClipboard::CUT);
     // A paste uses the cut up.
-    obeysLaw([&] { clipboard.paste(map, cPasteOptions(), "Paste"); });
+    paste();
     const size_t count = lefts(map).size();
     clipboard.cutSelection(map, true);
     EXPECT_EQ(lefts(map).size(), count - 1);
     // Nor is it restored against the setting.
     map.clearSelection();
-    select(world->brushes);
+    select({world->brushes});
     clipboard.copySelection(map, false);
     EXPECT_EQ(lefts(map).size(), count - 1);
 }
 
 TEST_F(Clipboard, cutEmptiesOwnersAndUndoFillsGroupsAndVisgroups) {
-    cEntityData* door = map.addEntity("func_door", world->origin, 0);
-    cBrushData* panel = addBoxAt(0, 0, door);
+    cBrushData* panel = cubeIn(addDoor(), 0);
     cVisGroup* doors = map.createVisGroup("doors");
     panel->brush->addToVisGroup(doors);
     cGroupData* group = map.addGroup();
-    cBrushData* wall = addBoxAt(128);
-    map.joinGroupBrush(wall, group);
+    cBrushData* wall = cubeOf(group, 128);
     map.computeVisGroupVisibility();
     host.IgnoreGroups = true;
     map.updateSelectionMode();
-    select(panel);
-    select(wall);
-    obeysLaw([&] { clipboard.cutSelection(map, true); });
+    select({panel, wall});
+    law([&] { clipboard.cutSelection(map, true); }, false);
     EXPECT_EQ(world->next, nullptr);
-    EXPECT_EQ(doors->objectCount, 0);
-    EXPECT_EQ(group->memberCount, 0);
-    EXPECT_EQ(host.panes[2], QStringLiteral("no selection."));
+    EXPECT_EQ(doors->objectCount + group->memberCount, 0);
+    EXPECT_EQ(sentence(), QStringLiteral("no selection."));
     map.history->undo();
     EXPECT_EQ(doors->objectCount, 1);
     EXPECT_EQ(group->memberCount, 1);
@@ -280,9 +234,8 @@ TEST_F(Clipboard, tellsHowFarItIsInObjects) {
     constexpr int boxes = 700;
     for (int i = 0; i < boxes; ++i) {
         const float x = float(i) * 64, mins[3] = {x, 0, 0}, maxs[3] = {x + 32, 32, 32};
-        select(addBox(map, world, mins, maxs));
+        select({addBox(map, world, mins, maxs)});
     }
-    settle(map);
     clipboard.copySelection(map, true);
     std::vector<qint64> told;
     cPasteOptions options;
