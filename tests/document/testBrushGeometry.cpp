@@ -173,6 +173,14 @@ TEST_F(BrushGeometry, facesAreSortedAndTiesTurnRound) {
         EXPECT_TRUE(!face->next || face->planeType <= face->next->planeType);
 }
 
+TEST_F(BrushGeometry, snapTakesCoordinatesNearIntegersOnly) {
+    float v[3] = {-3.499f, -3.995f, 2.0099f};
+    snapCoordinates(v);
+    EXPECT_EQ(v[0], -3.499f);
+    EXPECT_EQ(v[1], -4);
+    EXPECT_EQ(v[2], 2);
+}
+
 TEST_F(BrushGeometry, checkBrushNamesTheFault) {
     const auto faultOf = [](const cBrushData* brush, bool convexOnly) {
         QString error;

@@ -86,9 +86,8 @@ TEST_F(SelectionBox, movesWithItsReference) {
     EXPECT_EQ(reference[H], 16);
     EXPECT_EQ(reference[V], -8);
     box.moveAxis(H, -16);
-    expectSides(LEFT, RIGHT, LOW - 8, TOP - 8);
-    box.addToCorner(1, V, 8);
-    box.addToCorner(0, V, 8);
+    for (const int corner : {0, 1})
+        box.addToCorner(corner, V, 8);
     expectSides(LEFT, RIGHT, LOW, TOP);
 }
 

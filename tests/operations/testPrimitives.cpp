@@ -373,10 +373,10 @@ TEST_F(Primitives, defaultRoomIsSealedAndFurnished) {
     EXPECT_FALSE(map.history->canUndo());
     ASSERT_EQ(brushes().size(), 6u);
     EXPECT_EQ(checkMapWhole(map), QString());
-    // A unit behind the inside all is solid, up to the edges where two walls meet.
-    for (float x = -129; x <= 129; ++x) {
-        for (float y = -257; y <= 257; ++y) {
-            for (float z = -1; z <= 129; ++z) {
+    // Just behind the inside all is solid, up to the edges where two walls meet.
+    for (float x = -128.5f; x <= 128.5f; ++x) {
+        for (float y = -256.5f; y <= 256.5f; ++y) {
+            for (float z = -0.5f; z <= 128.5f; ++z) {
                 const int behind = (std::fabs(x) > 128) + (std::fabs(y) > 256) + (z < 0 || z > 128);
                 const float point[3] = {x, y, z};
                 ASSERT_TRUE(behind != 1 || isSolidAt(map, point)) << x << ' ' << y << ' ' << z;

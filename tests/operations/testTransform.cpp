@@ -315,6 +315,12 @@ TEST_F(TextureLock, coordinatesStayWithTheirVertices) {
     }
     host.TextureLock = false;
     EXPECT_GT(by(cMatrix::move(17.3f, -5, 900)), 1.0) << "the texture stays in the world";
+    cBrushData* brush = papered();
+    choose({brush});
+    transform(cMatrix::move(16, 0, 0));
+    for (const cFaceData* face : facesOf(brush))
+        EXPECT_EQ(std::fabs(face->tex.uAxis[0]) + std::fabs(face->tex.uAxis[1]), 1.0f)
+            << "still turned";
 }
 
 TEST_F(TextureLock, faceWithAHeldVertexKeepsItsBlock) {
