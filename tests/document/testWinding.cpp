@@ -31,6 +31,22 @@ TEST(Winding, quadOnPlaneRunsCounterClockwiseFromFront) {
     windingFree(w);
 }
 
+TEST(Winding, planeOfAnInitialQuadIsThePlaneItCameFrom) {
+    cTestHost host;
+    const double normals[][3] = {{0, 0, 1},  {0, 0, -1},    {1, 0, 0},
+                                 {0, -1, 0}, {0.6, 0, 0.8}, {-0.48, 0.6, 0.64}};
+    for (const auto& normal : normals) {
+        cWindingD* w = windingAlloc<double>();
+        windingInitFromPlane(w, normal, 37.5);
+        double found[3], dist;
+        windingPlane(w, found, &dist);
+        for (int i = 0; i < 3; ++i)
+            EXPECT_NEAR(found[i], normal[i], 1e-9);
+        EXPECT_NEAR(dist, 37.5, 1e-6);
+        windingFree(w);
+    }
+}
+
 TEST(Winding, clipByAxialPlaneIsExact) {
     cTestHost host;
     cWindingD* w = windingAlloc<double>();

@@ -405,13 +405,14 @@ TEST_F(Transform, modelsTakeTheSmallerGrowthOfTheViewAsTheirScale) {
 
 TEST_F(Transform, cloneCopiesObjectsWithTheirGroupsAndSelectsThem) {
     cGroupData *inner = map.addGroup(), *outer = map.addGroup();
-    cubeOf(inner, 0);
-    cubeOf(outer, 100);
+    cubeOf(inner, 0)->reserved = 9;
+    cubeOf(outer, 100)->reserved = 9;
     map.joinGroupGroup(inner, outer);
     cEntityData* door = addDoor();
-    cubeIn(door, 200);
+    cubeIn(door, 200)->reserved = 9;
     map.joinGroupEntity(door, inner);
-    pointAt(400);
+    for (cEntityData* entity : {door, pointAt(400)})
+        addEpairLast(entity, "health", "300");
     // Selected inside, so that the selection to come back to is the empty one.
     law([&] {
         map.selectAll();
@@ -426,11 +427,14 @@ TEST_F(Transform, cloneCopiesObjectsWithTheirGroupsAndSelectsThem) {
     EXPECT_EQ(top->memberCount, 2);
     EXPECT_EQ(outer->memberCount, 2);
     EXPECT_EQ(countOf(selectedBrushesOf(map.data)), 3);
-    for (const cBrushData* brush : selectedBrushesOf(map.data))
+    for (const cBrushData* brush : selectedBrushesOf(map.data)) {
         EXPECT_EQ(brush->mins[1], 512);
+        EXPECT_EQ(brush->reserved, 9u);
+    }
     EXPECT_EQ(countOf(selectedEntitiesOf(map.data)), 2);
     for (const cEntityData* entity : selectedEntitiesOf(map.data)) {
         EXPECT_GE(entity->mins[1], 504);
+        EXPECT_STREQ(getEpairValue(entity, "health"), "300");
         EXPECT_EQ(entity->rootGroup, entity->brushes ? top : nullptr);
         EXPECT_TRUE(!entity->brushes || entity->group->memberCount == 2);
     }
