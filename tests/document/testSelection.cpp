@@ -219,6 +219,21 @@ TEST_F(Selection, allTakesOutermostShownGroupsWithMembersOnly) {
     EXPECT_EQ(sentence(), QStringLiteral("18 faces selected."));
 }
 
+TEST_F(Selection, rootsJoinTheObjectsThatAStepHasBroughtBack) {
+    cGroupData *inner = map.addGroup(), *outer = map.addGroup();
+    map.joinGroupGroup(inner, outer);
+    cBrushData* one = cubeOf(inner, 0);
+    cBrushData* two = cubeOf(outer, 100);
+    cBrushData* loose = cubeAt(200);
+    select({one, loose});
+    selectedPush(map.data.selectedGroups, inner);
+    map.selectRoots();
+    EXPECT_EQ(chosen(), (cIds{g(outer), b(one), b(two), b(loose)}));
+    two->flags |= BF_HIDDEN;
+    map.dropHidden();
+    EXPECT_EQ(chosen(), (cIds{g(outer), b(one), b(loose)})) << "it goes with the last member";
+}
+
 TEST_F(Selection, brushIsFoundByItsPlaceWithOrWithoutHiddenOnes) {
     cubeAt(0)->flags |= BF_HIDDEN;
     cBrushData* second = cubeAt(100);
