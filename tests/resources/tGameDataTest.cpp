@@ -367,3 +367,13 @@ TEST_F(cGameDataFileTest, precachingHoldsSpritesAndModelsUntilCleared) {
     m_registry.release(path);
     EXPECT_THAT(m_source.held.values(), Each(0));
 }
+
+TEST_F(cGameDataFileTest, withoutASourceNothingIsHeld) {
+    cGameData* data = m_registry.acquire(write("@pointclass sprite(s) = a []"));
+    data->load(false);
+    data->precache(QString());
+    EXPECT_TRUE(data->precached);
+    m_registry.setPrecacheSource(&m_source);
+    data->clear();
+    EXPECT_TRUE(m_source.held.isEmpty());
+}

@@ -199,6 +199,8 @@ TEST_F(cParserTest, includeFailures) {
 }
 
 TEST_F(cParserTest, refusesWhatIsNoPlainFile) {
+    ASSERT_TRUE(load(QStringLiteral("empty"), ""));
+    EXPECT_FALSE(cParser::getToken(true));
     ASSERT_TRUE(load(QStringLiteral("good"), "a b"));
     cParser::getToken(true);
     for (const QString& path :
