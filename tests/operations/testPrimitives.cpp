@@ -349,13 +349,24 @@ TEST_F(Primitives, archKeepsItsWallAndItsStart) {
 
 // ---- The default room and single entities
 
-// Whether a point lies in a brush of the world, all of which are boxes.
-static bool isSolidAt(const cMap& map, const float* point) {
+// Whether a ray from a point leaves the brushes of the world without meeting one.
+static bool escapes(const cMap& map, const float* from, const float* direction) {
     for (const cBrushData* brush : brushesOf(map.world())) {
-        if (brushTouchesBox(brush, point, point))
-            return true;
+        float enter = 0, leave = 100000;
+        for (const cFaceData* face : facesOf(brush)) {
+            const float toward = vecDot(face->normal, direction);
+            const float above = vecDot(face->normal, from) - face->dist;
+            if (toward < 0)
+                enter = std::max(enter, -above / toward);
+            else if (toward > 0)
+                leave = std::min(leave, -above / toward);
+            else if (above > 0)
+                leave = -1;
+        }
+        if (enter <= leave)
+            return false;
     }
-    return false;
+    return true;
 }
 
 TEST_F(Primitives, defaultRoomIsSealedAndFurnished) {
@@ -373,18 +384,21 @@ TEST_F(Primitives, defaultRoomIsSealedAndFurnished) {
     EXPECT_FALSE(map.history->canUndo());
     ASSERT_EQ(brushes().size(), 6u);
     EXPECT_EQ(checkMapWhole(map), QString());
-    // Just behind the inside all is solid, up to the edges where two walls meet.
-    for (float x = -128.5f; x <= 128.5f; ++x) {
-        for (float y = -256.5f; y <= 256.5f; ++y) {
-            for (float z = -0.5f; z <= 128.5f; ++z) {
-                const int behind = (std::fabs(x) > 128) + (std::fabs(y) > 256) + (z < 0 || z > 128);
-                const float point[3] = {x, y, z};
-                ASSERT_TRUE(behind != 1 || isSolidAt(map, point)) << x << ' ' << y << ' ' << z;
+    // From the middle to every unit of the walls, and to the edges where two of them meet.
+    const float middle[3] = {0, 0, 64};
+    for (float x = -128; x <= 128; ++x) {
+        for (float y = -256; y <= 256; ++y) {
+            for (float z = -64; z <= 64; ++z) {
+                const bool atWall =
+                    std::fabs(x) == 128 || std::fabs(y) == 256 || std::fabs(z) == 64;
+                const float direction[3] = {x, y, z};
+                ASSERT_TRUE(!atWall || !escapes(map, middle, direction))
+                    << x << ' ' << y << ' ' << z;
             }
         }
     }
-    const float middle[3] = {0, 0, 64};
-    EXPECT_FALSE(isSolidAt(map, middle));
+    for (const cBrushData* brush : brushes())
+        EXPECT_FALSE(brushTouchesBox(brush, middle, middle));
     const float outside[6] = {-160, -288, -32, 160, 288, 160};
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(world->mins[i], outside[i]);
