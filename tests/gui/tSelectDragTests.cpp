@@ -226,20 +226,6 @@ TEST_F(SelectDragTest, aDragThatIsBrokenOffLeavesNothingBehind) {
 
 // ---- Scale
 
-TEST_F(SelectDragTest, eachHandleScales) {
-    cBrushData* brush = addBrush({-32, -32, 0}, {32, 32, 32});
-    objectsAdded();
-    pick(brush);
-    for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
-        SCOPED_TRACE(number);
-        const auto grown = sidesMoved(number, 32);
-        pull(number, 32);
-        expectBrush(brush, {-32 - grown[0], -32 - grown[1], 0}, {32 + grown[2], 32 + grown[3], 32});
-        EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
-        trigger("EditUndo");
-    }
-}
-
 TEST_F(SelectDragTest, scalingPlacesPointEntitiesAndStopsAtOneUnit) {
     cBrushData* brush = addBrush({0, 0, 0}, {128, 64, 64});
     cEntityData* light = addLight(96, 32, 32);
@@ -351,15 +337,22 @@ protected:
     cBrushData* narrow = nullptr;
 };
 
-TEST_F(StretchTest, eachObjectFollowsWithTheSideOfTheHandle) {
-    for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
-        SCOPED_TRACE(number);
-        const auto grown = sidesMoved(number, 16);
-        pull(number, 16);
-        expectBrush(wide, {-64 - grown[0], -32 - grown[1], 0}, {grown[2], 32 + grown[3], 64});
-        expectBrush(narrow, {32 - grown[0], -grown[1], 0}, {64 + grown[2], 32 + grown[3], 64});
-        EXPECT_EQ(tool().handleMode, int(HANDLES_STRETCH));
-        trigger("EditUndo");
+TEST_F(StretchTest, eachHandleScalesTheBoxOrStretchesEachObject) {
+    for (const int mode : {HANDLES_STRETCH, HANDLES_SCALE}) {
+        setMode(mode);
+        for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
+            SCOPED_TRACE(testing::Message() << "mode " << mode << " handle " << number);
+            const auto out = sidesMoved(number, 16);
+            pull(number, 16);
+            expectBounds(box().mins, box().maxs, {-64 - out[0], -32 - out[1], 0},
+                         {64 + out[2], 32 + out[3], 64});
+            EXPECT_EQ(tool().handleMode, mode);
+            if (mode == HANDLES_STRETCH) {
+                expectBrush(wide, {-64 - out[0], -32 - out[1], 0}, {out[2], 32 + out[3], 64});
+                expectBrush(narrow, {32 - out[0], -out[1], 0}, {64 + out[2], 32 + out[3], 64});
+            }
+            trigger("EditUndo");
+        }
     }
 }
 

@@ -110,27 +110,6 @@ TEST_F(SelectToolTest, aClickTakesTheWholeGroupOrEntityUnlessGroupsAreIgnored) {
     }
 }
 
-TEST_F(SelectToolTest, clicksInTheBoxGoThroughTheModes) {
-    addLight(-64, 0, 0);
-    pickCube();
-    const struct {
-        float x, y;
-        int mode;
-    } cases[] = {{32, 32, HANDLES_ROTATE},
-                 {32, 32, HANDLES_SHEAR},
-                 {32, 32, HANDLES_STRETCH},
-                 {32, 32, HANDLES_SCALE},
-                 {32, 32, HANDLES_ROTATE},
-                 {-72, 0, HANDLES_SCALE}, // another object starts anew, and a point has no stretch
-                 {-64, 0, HANDLES_ROTATE},
-                 {-64, 0, HANDLES_SHEAR},
-                 {-64, 0, HANDLES_SCALE}};
-    for (const auto& c : cases) {
-        click(top, pixel(top, c.x, c.y));
-        EXPECT_EQ(tool().handleMode, c.mode);
-    }
-}
-
 // ---- Rubber band
 
 class RubberBandTest : public cToolTest {
@@ -262,7 +241,7 @@ TEST_F(SelectToolTest, theMenuFollowsFromWhatIsUnderTheMouse) {
 
 // ---- Cursors
 
-TEST_F(SelectToolTest, theCursorTellsWhatTheHandleDoes) {
+TEST_F(SelectToolTest, clicksInTheBoxGoThroughTheModesAndTheCursorTells) {
     constexpr auto NONE = Qt::ArrowCursor, TURN = Qt::BitmapCursor;
     constexpr auto FALLING = Qt::SizeFDiagCursor, RISING = Qt::SizeBDiagCursor;
     constexpr auto ACROSS = Qt::SizeHorCursor, ALONG = Qt::SizeVerCursor;
@@ -286,8 +265,18 @@ TEST_F(SelectToolTest, theCursorTellsWhatTheHandleDoes) {
         EXPECT_EQ(top->cursor().hotSpot(), QPoint(16, 15));
         click(top, pixel(top, 0, 32));
     }
+    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE)) << "round again";
+    click(top, pixel(top, 0, 32));
+    addLight(-64, 0, 0);
+    objectsAdded();
+    click(top, pixel(top, -72, 0));
+    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE)) << "another object starts anew";
+    for (const int mode : {HANDLES_ROTATE, HANDLES_SHEAR, HANDLES_SCALE}) {
+        click(top, pixel(top, -64, 0));
+        EXPECT_EQ(tool().handleMode, mode) << "a point entity has no stretch";
+    }
     window->CrosshairCursor = false;
     moveTo(top, pixel(top, 100, -90));
-    moveTo(top, pixel(top, 0, 32));
+    moveTo(top, pixel(top, -64, 0));
     EXPECT_EQ(top->cursor().shape(), Qt::ArrowCursor);
 }

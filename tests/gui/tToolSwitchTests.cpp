@@ -62,22 +62,33 @@ protected:
     cSpyTool* spies[TOOL_COUNT] = {};
 };
 
-TEST_F(ToolSwitchTest, eachButtonMakesItsToolCurrentAndStaysDown) {
+TEST_F(ToolSwitchTest, eachKeyAndButtonMakesItsToolCurrentAndStaysDown) {
     startWithSpies();
+    child<QToolBar>(window.get(), "Maptools Bar")->hide(); // its keys work yet
     EXPECT_EQ(checkedTools(), QStringLiteral("0"));
-    const int order[] = {TOOL_ENTITY, TOOL_BLOCK, TOOL_CLIP, TOOL_VERTEX, TOOL_PATH, TOOL_SELECT};
+    const std::pair<Qt::Key, int> cases[] = {{Qt::Key_E, TOOL_ENTITY},  {Qt::Key_B, TOOL_BLOCK},
+                                             {Qt::Key_X, TOOL_CLIP},    {Qt::Key_V, TOOL_VERTEX},
+                                             {Qt::Key_P, TOOL_PATH},    {Qt::Key_S, TOOL_SELECT},
+                                             {Qt::Key_A, TOOL_TEXTURE}, {Qt::Key_S, TOOL_SELECT},
+                                             {Qt::Key_G, TOOL_MAGNIFY}, {Qt::Key_C, TOOL_CAMERA}};
     int before = TOOL_SELECT;
-    for (int id : order) {
-        choose(id);
+    for (const auto& [key, id] : cases) {
+        SCOPED_TRACE(id);
+        for (cSpyTool* spy : spies)
+            spy->deactivated = spy->reselected = 0;
+        expectNotice(id);
+        press(key, Qt::ShiftModifier);
+        EXPECT_TRUE(answered());
         EXPECT_EQ(window->currentToolId(), id);
         EXPECT_EQ(checkedTools(), QString::number(id));
-        EXPECT_EQ(spies[before]->deactivated, 1) << before;
-        spies[before]->deactivated = 0;
+        if (id == TOOL_TEXTURE || id == TOOL_MAGNIFY || id == TOOL_CAMERA)
+            continue; // left by the second press, or lets another go on
+        EXPECT_EQ(spies[before]->deactivated, int(before != id)) << before;
         before = id;
         choose(id); // again
         EXPECT_EQ(checkedTools(), QString::number(id)) << "the press itself would uncheck it";
-        EXPECT_EQ(spies[id]->reselected, id == TOOL_CLIP || id == TOOL_VERTEX) << id;
-        EXPECT_EQ(spies[id]->deactivated, 0) << id;
+        EXPECT_EQ(spies[id]->reselected, id == TOOL_CLIP || id == TOOL_VERTEX);
+        EXPECT_EQ(spies[id]->deactivated, 0);
     }
     // Not a button of this bar, but one among the operations.
     replies.expectBox(QMessageBox::Ok, "\"Edit cordon bounds\"");
@@ -111,23 +122,6 @@ TEST_F(ToolSwitchTest, temporaryToolsLetAnotherGoOn) {
     EXPECT_EQ(spies[TOOL_CLIP]->deactivated, 1);
     choose(TOOL_MAGNIFY);
     EXPECT_EQ(window->suspendedTool, nullptr) << "the selection tool is replaced";
-}
-
-TEST_F(ToolSwitchTest, keysChooseToolsEvenThoseOfAHiddenBar) {
-    startWithSpies();
-    child<QToolBar>(window.get(), "Maptools Bar")->hide();
-    const struct {
-        Qt::Key key;
-        int id;
-    } cases[] = {{Qt::Key_G, TOOL_MAGNIFY}, {Qt::Key_C, TOOL_CAMERA}, {Qt::Key_E, TOOL_ENTITY},
-                 {Qt::Key_B, TOOL_BLOCK},   {Qt::Key_X, TOOL_CLIP},   {Qt::Key_V, TOOL_VERTEX},
-                 {Qt::Key_P, TOOL_PATH},    {Qt::Key_S, TOOL_SELECT}, {Qt::Key_A, TOOL_TEXTURE}};
-    for (const auto& c : cases) {
-        expectNotice(c.id);
-        press(c.key, Qt::ShiftModifier);
-        EXPECT_TRUE(answered());
-        EXPECT_EQ(window->currentToolId(), c.id);
-    }
 }
 
 TEST_F(ToolSwitchTest, activationShowsTheBoxOfTheCurrentTool) {
