@@ -320,7 +320,7 @@ TEST_F(BlockToolTest, theArchPreviewFollowsItsValues) {
         int start;
         bool drawn[3];
     } cases[] = {{160, 0, {true, false, false}},
-                 {180, 80, {true, true, false}},
+                 {180, 100, {false, true, true}},
                  {360, 0, {true, true, true}}};
     for (const auto& c : cases) {
         shape.arc = c.arc;
