@@ -91,19 +91,10 @@ TEST_F(EntityToolTest, aClickedSurfaceCarriesTheEntityByTheOffsetOfItsClass) {
 TEST_F(EntityToolTest, theMenuCreatesTheClassItNames) {
     choose("light");
     click(top, pixel(top, 32, 32));
-    QMenu* menu = window->popupMenu("Create");
-    const auto rightClick = [&](const QPoint& at) {
-        approach(top, at);
-        press(top, at, {}, Qt::RightButton);
-        release(top, at, {}, Qt::RightButton);
-    };
-    rightClick(pixel(top, -64, -64));
-    EXPECT_FALSE(menu->isVisible());
-    rightClick(pixel(top, 33, 33));
-    ASSERT_TRUE(menu->isVisible());
+    EXPECT_EQ(menuAt(top, pixel(top, -64, -64)), QString());
+    EXPECT_EQ(menuAt(top, pixel(top, 33, 33)), QStringLiteral("Create"));
     EXPECT_EQ(action("EditCreate")->text(), QStringLiteral("Create light"));
-    menu->close();
-    for (QAction* a : menu->findChildren<QAction*>())
+    for (QAction* a : window->popupMenu("Create")->findChildren<QAction*>())
         if (a->text() == QLatin1String("info_start"))
             a->trigger();
     ASSERT_EQ(selectedEntities(), 1);

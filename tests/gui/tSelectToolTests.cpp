@@ -210,17 +210,6 @@ TEST_F(RubberBandTest, withASelectionItNeedsCtrlAndNeverMovesWhatIsSelected) {
 // ---- Menus
 
 TEST_F(SelectToolTest, theMenuFollowsFromWhatIsUnderTheMouse) {
-    const auto menuAt = [this](cCanvas* canvas, const QPoint& at) {
-        moveTo(canvas, at);
-        press(canvas, at, {}, Qt::RightButton);
-        const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        const QString name = menu ? menu->accessibleName() : QString();
-        if (QWidget* popup = QApplication::activePopupWidget())
-            popup->close();
-        release(canvas, at, {}, Qt::RightButton);
-        settle();
-        return name;
-    };
     const cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
     objectsAdded();
     cCanvas* camera = view(VIEW_CAMERA);

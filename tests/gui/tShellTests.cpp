@@ -75,12 +75,9 @@ TEST_F(ShellTest, tenthWindowHasNoMnemonic) {
     const QStringList texts = visibleEntries(menu);
     EXPECT_TRUE(texts.contains(QStringLiteral("&9 %1:9").arg(title)));
     EXPECT_EQ(texts.last(), QStringLiteral("10 %1:10").arg(title));
-    QAction* third = nullptr;
     for (QAction* a : menu->actions())
         if (a->text().startsWith(QLatin1String("&3 ")))
-            third = a;
-    ASSERT_NE(third, nullptr);
-    third->trigger();
+            a->trigger();
     settle();
     EXPECT_EQ(window->activeChild(), active()->windows[2]);
 }

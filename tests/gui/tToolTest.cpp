@@ -171,6 +171,18 @@ void cToolTest::click(cCanvas* canvas, const QPoint& at, Qt::KeyboardModifiers m
     release(canvas, at, modifiers);
 }
 
+QString cToolTest::menuAt(cCanvas* canvas, const QPoint& at) {
+    approach(canvas, at);
+    press(canvas, at, {}, Qt::RightButton);
+    QWidget* menu = QApplication::activePopupWidget();
+    const QString name = menu ? menu->accessibleName() : QString();
+    if (menu)
+        menu->close();
+    release(canvas, at, {}, Qt::RightButton);
+    settle();
+    return name;
+}
+
 void cToolTest::pick(const float* mins, const float* maxs, Qt::KeyboardModifiers modifiers) {
     click(top, pixel(top, mins[0], (mins[1] + maxs[1]) / 2), modifiers);
 }

@@ -51,6 +51,8 @@ protected:
     void release(cCanvas* canvas, const QPoint& at, Qt::KeyboardModifiers modifiers = {},
                  Qt::MouseButton button = Qt::LeftButton);
     void click(cCanvas* canvas, const QPoint& at, Qt::KeyboardModifiers modifiers = {});
+    // A click of the right button; the name of the menu that came up by it, which is closed again.
+    QString menuAt(cCanvas* canvas, const QPoint& at);
     // A click on the left side of an object, seen from above.
     void pick(const float* mins, const float* maxs, Qt::KeyboardModifiers modifiers = {});
     void pick(const cBrushData* brush, Qt::KeyboardModifiers modifiers = {}) {
