@@ -5,7 +5,6 @@
 #include "gui/tToolTest.h"
 #include "operations/tClipboard.h"
 
-#include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QGroupBox>
 #include <QLabel>

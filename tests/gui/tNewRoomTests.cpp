@@ -7,8 +7,6 @@
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSpinBox>
 #include <QToolBar>
 

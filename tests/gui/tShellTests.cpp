@@ -17,7 +17,6 @@
 #include <QMovie>
 #include <QSettings>
 #include <QStatusBar>
-#include <QTextBlock>
 #include <QTextEdit>
 #include <QToolBar>
 

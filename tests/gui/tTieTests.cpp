@@ -8,7 +8,6 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QListWidget>
-#include <QPushButton>
 
 static const QString POINTS_QUESTION =
     QStringLiteral("There are 1 point entities selected.\n"
