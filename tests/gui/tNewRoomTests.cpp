@@ -7,6 +7,7 @@
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QToolBar>
 
@@ -34,7 +35,7 @@ protected:
             EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Default Room Properties"));
             if (change)
                 change(dialog);
-            finish(dialog, button);
+            dialog->findChild<QDialogButtonBox*>()->button(button)->click();
         });
     }
     static QSpinBox* size(const QWidget* dialog, const char* name) {
