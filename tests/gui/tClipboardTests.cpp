@@ -5,7 +5,6 @@
 #include "gui/tToolTest.h"
 #include "operations/tClipboard.h"
 
-#include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -14,13 +13,8 @@
 
 class ClipboardCommandTest : public cToolTest {
 protected:
-    void pick(const cBrushData* brush) {
-        click(top, pixel(top, brush->mins[0], (brush->mins[1] + brush->maxs[1]) / 2));
-        ASSERT_EQ(selectedBrushes(), 1);
-    }
-
     // "x y z" of the lower corners of the world's brushes, sorted.
-    static QStringList corners(const cMap& map) {
+    static QString corners(const cMap& map) {
         QStringList all;
         for (const cBrushData* brush : brushesOf(map.world())) {
             const float* m = brush->mins;
@@ -28,9 +22,9 @@ protected:
                 QStringLiteral("%1 %2 %3").arg(qRound(m[0])).arg(qRound(m[1])).arg(qRound(m[2])));
         }
         all.sort();
-        return all;
+        return all.join(QLatin1Char(','));
     }
-    QStringList corners() const { return corners(map()); }
+    QString corners() const { return corners(map()); }
 
     // The mouse is in the top view; the depth is the middle of the front view.
     void pointAt(float x, float y, float z) {
@@ -42,11 +36,6 @@ protected:
         moveTo(top, pixel(top, x, y));
     }
 
-    template<class T> static T* child(QWidget* dialog, const char* name) {
-        T* found = dialog->findChild<T*>(QString::fromLatin1(name));
-        EXPECT_TRUE(found) << name;
-        return found;
-    }
     static void type(QWidget* dialog, const char* spinBox, const char* text) {
         auto* box = child<QAbstractSpinBox>(dialog, spinBox);
         box->setFocus();
@@ -67,11 +56,9 @@ protected:
 };
 
 TEST_F(ClipboardCommandTest, pastesAtTheMouseAsOftenAsOneLikes) {
-    EXPECT_FALSE(action("EditCopy")->isEnabled());
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
+    EXPECT_FALSE(action("EditCopy")->isEnabled() || action("EditPaste")->isEnabled());
+    pickCube();
     EXPECT_FALSE(action("EditPaste")->isEnabled());
-    pick(brush);
     trigger("EditCopy");
     EXPECT_FALSE(map().history->canUndo()) << "a copy changes nothing";
     for (const char* id : {"EditPaste", "EditPaste2"})
@@ -80,54 +67,38 @@ TEST_F(ClipboardCommandTest, pastesAtTheMouseAsOftenAsOneLikes) {
     expectUndoable([&] { trigger("EditPaste"); }, false);
     EXPECT_STREQ(undoName(), "Paste");
     EXPECT_TRUE(project->dirty);
-    EXPECT_EQ(corners(), QStringList({QStringLiteral("0 0 0"), QStringLiteral("160 -128 32")}));
+    EXPECT_EQ(corners(), QStringLiteral("0 0 0,160 -128 32"));
     EXPECT_EQ(selectedBrushes(), 1) << "what was pasted";
     EXPECT_FALSE(isSelected(map().world()->brushes));
     pointAt(195, -90, 60); // on the grid again
     key(top, Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(corners().count(QStringLiteral("160 -128 32")), 2);
+    EXPECT_EQ(corners(), QStringLiteral("0 0 0,160 -128 32,160 -128 32"));
+    trigger("EditUndo");
+    const QString before = corners();
+    replies.expectCancel();
+    trigger("EditPaste2");
+    EXPECT_EQ(corners(), before);
+    EXPECT_STREQ(undoName(), "Paste") << "a cancelled one is no step";
 }
 
-TEST_F(ClipboardCommandTest, whatWasCutGoesBackUnlessItWasPastedOrUndone) {
-    enum eThen { NOTHING, PASTE, UNDO };
-    const struct {
-        eThen then;
-        bool restore;
-        const char* left; // after a cut of the left one and a copy of the right one
-    } cases[] = {
-        {NOTHING, true, "0 0 0,128 0 0"},
-        {NOTHING, false, "128 0 0"},
-        {PASTE, true, "128 0 0,160 -128 0"},
-        {UNDO, true, "0 0 0,128 0 0"},
-    };
-    for (const auto& c : cases) {
-        cBrushData* left = addBrush({0, 0, 0}, {64, 64, 64});
-        const cBrushData* right = addBrush({128, 0, 0}, {192, 64, 64});
-        objectsAdded();
-        window->RestoreCutObjects = c.restore;
-        pick(left);
+TEST_F(ClipboardCommandTest, whatWasCutGoesBackIfOneLikes) {
+    const cBrushData* right = addBrush({128, 0, 0}, {192, 64, 64});
+    for (const bool restore : {true, false}) {
+        window->RestoreCutObjects = restore;
+        pickCube();
         expectUndoable([&] { trigger("EditCut"); });
         EXPECT_STREQ(undoName(), "Cut");
-        EXPECT_EQ(corners(), QStringList(QStringLiteral("128 0 0")));
+        EXPECT_EQ(corners(), QStringLiteral("128 0 0"));
         EXPECT_FALSE(action("EditCut")->isEnabled()) << "nothing is selected";
-        pointAt(192, -96, 32);
-        if (c.then == PASTE)
-            trigger("EditPaste");
-        else if (c.then == UNDO)
-            trigger("EditUndo");
-        trigger("EditSelNone");
         pick(right);
         trigger("EditCopy");
-        EXPECT_EQ(corners().join(QLatin1Char(',')), QString::fromLatin1(c.left));
+        EXPECT_STREQ(undoName(), restore ? "Restore Cut" : "Cut");
+        EXPECT_EQ(corners(), restore ? QStringLiteral("0 0 0,128 0 0") : QStringLiteral("128 0 0"));
         EXPECT_EQ(checkMapInvariants(map()), QString());
-        if (c.then == NOTHING && c.restore) {
-            EXPECT_STREQ(undoName(), "Restore Cut");
+        if (restore)
             trigger("EditUndo");
-            EXPECT_EQ(corners(), QStringList(QStringLiteral("128 0 0")));
-        }
-        trigger("EditSelAll");
-        trigger("EditDelete");
-        g_clipboard->clear();
+        EXPECT_EQ(corners(), QStringLiteral("128 0 0"));
+        trigger("EditSelNone");
     }
 }
 
@@ -135,40 +106,26 @@ TEST_F(ClipboardCommandTest, pasteSpecialStepsAndTurnsAsTheDialogSays) {
     const struct {
         const char* what;
         std::function<void(QWidget*)> fill;
-        const char* pasted;
+        const char* corners; // the original is the first one
         int groups;
     } cases[] = {
         {"the default of five, at the mouse", [](QWidget*) {},
-         "160 -112 48,160 -112 48,160 -112 48,160 -112 48,160 -112 48", 0},
-        {"each copy counts its own step",
-         [](QWidget* d) {
-             type(d, "sbCopies", "3");
-             tick(d, "groupOffset");
-             type(d, "sbX", "64");
-             type(d, "sbZ", "-8");
-         },
-         "224 -112 40,288 -112 32,352 -112 24", 0},
-        {"edge to edge from the original",
+         "0 0 0,160 -112 48,160 -112 48,160 -112 48,160 -112 48,160 -112 48", 0},
+        {"steps by the extents, turned by a quarter, each copy a group",
          [](QWidget* d) {
              type(d, "sbCopies", "2");
              clickOn(d, "cbStartCenter");
-             tick(d, "groupOffset");
-             clickOn(d, "btnX");
-             EXPECT_EQ(shown(d, "sbX"), 64);
-         },
-         "128 0 0,64 0 0", 0},
-        {"the other way, each axis with its own extent",
-         [](QWidget* d) {
-             type(d, "sbCopies", "1");
-             clickOn(d, "cbStartCenter");
+             clickOn(d, "cbGroup");
              tick(d, "groupOffset");
              for (const char* button : {"btnX", "btnX", "btnX", "btnY", "btnZ", "btnZ"})
                  clickOn(d, button);
              EXPECT_EQ(shown(d, "sbX"), 64) << "the third press turns it back";
              EXPECT_EQ(shown(d, "sbY"), 32);
              EXPECT_EQ(shown(d, "sbZ"), -32);
+             tick(d, "groupRotation");
+             type(d, "sbZr", "90");
          },
-         "64 32 -32", 0},
+         "0 0 0,128 64 -64,80 16 -32", 2},
         {"what is not checked is not given",
          [](QWidget* d) {
              type(d, "sbCopies", "1");
@@ -176,16 +133,7 @@ TEST_F(ClipboardCommandTest, pasteSpecialStepsAndTurnsAsTheDialogSays) {
              child<QDoubleSpinBox>(d, "sbX")->setValue(500);
              child<QDoubleSpinBox>(d, "sbZr")->setValue(45);
          },
-         "0 0 0", 0},
-        {"a full turn around the middle, each copy a group",
-         [](QWidget* d) {
-             type(d, "sbCopies", "4");
-             clickOn(d, "cbStartCenter");
-             clickOn(d, "cbGroup");
-             tick(d, "groupRotation");
-             type(d, "sbZr", "90");
-         },
-         "0 0 0,0 0 0,16 -16 0,16 -16 0", 4},
+         "0 0 0,0 0 0", 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -201,67 +149,37 @@ TEST_F(ClipboardCommandTest, pasteSpecialStepsAndTurnsAsTheDialogSays) {
         });
         expectUndoable([&] { trigger("EditPaste2"); }, false);
         EXPECT_STREQ(undoName(), "Paste Special");
-        QStringList all = corners();
-        EXPECT_TRUE(all.removeOne(QStringLiteral("0 0 0"))) << "the original";
-        EXPECT_EQ(all.join(QLatin1Char(',')), QString::fromLatin1(c.pasted));
-        EXPECT_EQ(selectedBrushes(), all.size());
-        int groups = 0;
-        for ([[maybe_unused]] const cGroupData* group : selectedGroupsOf(map().data))
-            ++groups;
-        EXPECT_EQ(groups, c.groups);
+        EXPECT_EQ(corners(), QString::fromLatin1(c.corners));
+        EXPECT_EQ(selectedBrushes(), corners().count(QLatin1Char(',')));
+        EXPECT_EQ(countOf(selectedGroupsOf(map().data)), c.groups);
         trigger("EditSelAll");
         trigger("EditDelete");
     }
-}
-
-TEST_F(ClipboardCommandTest, aCancelledPasteSpecialChangesNothing) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    pick(brush);
-    trigger("EditCopy");
-    replies.expectCancel();
-    trigger("EditPaste2");
-    EXPECT_FALSE(map().history->canUndo());
-    EXPECT_EQ(corners().size(), 1);
 }
 
 TEST_F(ClipboardCommandTest, whatWasTakenOutlivesItsDocument) {
-    for (const char* take : {"EditCopy", "EditCut"}) {
-        SCOPED_TRACE(take);
-        cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-        objectsAdded();
-        pick(brush);
-        trigger(take);
-        cProject* first = project;
-        project = newProject();
-        ASSERT_NE(project, first);
-        EXPECT_TRUE(action("EditPaste")->isEnabled());
-        first->dirty = false;
-        window->removeProject(first);
-        settle();
-        for (cCanvas* canvas : project->windows.first()->canvases)
-            if (canvas->viewType == VIEW_TOP)
-                focus(top = canvas);
-        replies.expect([](QWidget* dialog) {
-            type(dialog, "sbCopies", "1");
-            clickOn(dialog, "cbStartCenter");
-            accept(dialog);
-        });
-        expectUndoable([&] { trigger("EditPaste2"); }, false);
-        EXPECT_EQ(corners(), QStringList(QStringLiteral("0 0 0")));
-        trigger("EditCut"); // and nothing can go back to the first
-        trigger("EditUndo");
-        EXPECT_EQ(corners(), QStringList(QStringLiteral("0 0 0")));
-        trigger("EditSelAll");
-        trigger("EditDelete");
-        window->gridSize = GRID;
-    }
+    pickCube();
+    trigger("EditCut");
+    cProject* first = project;
+    project = newProject();
+    ASSERT_NE(project, first);
+    first->dirty = false;
+    window->removeProject(first);
+    settle();
+    focus(top = view(VIEW_TOP));
+    replies.expect([](QWidget* dialog) {
+        type(dialog, "sbCopies", "1");
+        clickOn(dialog, "cbStartCenter");
+        accept(dialog);
+    });
+    expectUndoable([&] { trigger("EditPaste2"); }, false);
+    trigger("EditCut"); // and nothing can go back to the first
+    trigger("EditUndo");
+    EXPECT_EQ(corners(), QStringLiteral("0 0 0"));
 }
 
 TEST_F(ClipboardCommandTest, aCutGoesBackIntoTheDocumentItCameFrom) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    pick(brush);
+    pickCube();
     trigger("EditCut");
     project->setDirty(false);
     cProject* first = project;
@@ -270,10 +188,10 @@ TEST_F(ClipboardCommandTest, aCutGoesBackIntoTheDocumentItCameFrom) {
     objectsAdded();
     trigger("EditSelAll");
     trigger("EditCut");
-    EXPECT_EQ(corners(*first->map), QStringList(QStringLiteral("0 0 0")));
+    EXPECT_EQ(corners(*first->map), QStringLiteral("0 0 0"));
     EXPECT_STREQ(first->map->history->undoName(), "Restore Cut");
     EXPECT_TRUE(first->dirty);
-    EXPECT_EQ(corners(), QStringList());
+    EXPECT_EQ(corners(), QString());
     EXPECT_EQ(checkMapInvariants(*first->map), QString());
     first->dirty = false;
 }
@@ -281,9 +199,7 @@ TEST_F(ClipboardCommandTest, aCutGoesBackIntoTheDocumentItCameFrom) {
 // However fast the machine is: ever more copies until a paste has taken long enough.
 TEST_F(ClipboardCommandTest, aLongPasteShowsHowFarItIsAndLetsNothingElseHappen) {
     static constexpr int MOST = 400000;
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    pick(brush);
+    pickCube();
     trigger("EditCopy");
     bool seen = false;
     QTimer watch;

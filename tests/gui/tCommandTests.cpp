@@ -17,8 +17,7 @@ class CommandTest : public cGuiTest {
 protected:
     // A document with one selected block at the origin.
     cBrushData* startWithBlock() {
-        start();
-        cProject* project = newProject();
+        const cProject* project = startWithProject();
         static const float mins[3] = {-16, -16, -16};
         static const float maxs[3] = {16, 16, 16};
         cBrushData* brush = addBox(*project->map, project->map->world(), mins, maxs);
@@ -69,9 +68,25 @@ TEST_F(CommandTest, menusHoldTheirCommandsInOrder) {
         {"&Window", "WindowNew WindowCascade WindowTile | WindowNext WindowPrev | WindowMsg "
                     "WindowMsgExp |"},
         {"&Help", "HelpTopics Web &Resources{|} HelpCommands | HelpAbout"},
+        // The pop-up menus.
+        {"Canvas", "View2DXY View2DYZ View2DXZ | View3DW View3DF View3DT"},
+        {"Operations", "EditPaste EditPaste2 FileExport2 | EditUndo EditRedo"},
+        {"Create", "EditCreate EditCreatePlaceholder"},
+        {"Select", "EditSelTouch EditSelInside EditSelHandles | EditPaste EditPaste2 FileExport2 "
+                   "| EditUndo EditRedo"},
+        {"Selection",
+         "EditCut EditCopy EditDelete EditPaste2 FileExport2 | EditUndo EditRedo | "
+         "ToolsMakeStruct ToolsMakeDetail ToolsMakeSep ToolsCarve ToolsHollow | ToolsGroup "
+         "ToolsUngroup | &Tie to entity{ToolsToEntityContext ToolsToEntityPlaceholder} "
+         "ToolsToWorld | &Align objects{ToolsAlignL ToolsAlignR ToolsAlignT ToolsAlignB} &Flip "
+         "objects{ToolsFlipH ToolsFlipV} | EditProps"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(describe(menuOf(*window, c.title)->actions()), QString::fromLatin1(c.entries));
+    for (const auto& c : cases) {
+        const QMenu* popup = window->popupMenu(c.title);
+        const QMenu* menu = popup ? popup : menuOf(*window, c.title);
+        ASSERT_TRUE(menu) << c.title;
+        EXPECT_EQ(describe(menu->actions()), QString::fromLatin1(c.entries));
+    }
     QStringList titles;
     for (const QAction* a : window->menuBar()->actions())
         titles.append(a->text());
@@ -96,8 +111,7 @@ TEST_F(CommandTest, barsHoldTheirCommandsInOrder) {
                          "ToolC ToolV | ToolPath"},
     };
     for (const auto& c : cases) {
-        const auto* bar = window->findChild<QToolBar*>(QString::fromLatin1(c.name));
-        ASSERT_NE(bar, nullptr) << c.name;
+        const auto* bar = child<QToolBar>(window.get(), c.name);
         EXPECT_EQ(describe(bar->actions()), QString::fromLatin1(c.entries));
         const bool isTools = !qstrcmp(c.name, "Maptools Bar");
         EXPECT_EQ(bar->iconSize(), isTools ? QSize(40, 32) : QSize(16, 16)) << c.name;
@@ -106,192 +120,178 @@ TEST_F(CommandTest, barsHoldTheirCommandsInOrder) {
     }
 }
 
-TEST_F(CommandTest, popupMenusHoldTheirCommandsInOrder) {
-    start();
-    const struct {
-        const char* title;
-        const char* entries;
-    } cases[] = {
-        {"Canvas", "View2DXY View2DYZ View2DXZ | View3DW View3DF View3DT"},
-        {"Operations", "EditPaste EditPaste2 FileExport2 | EditUndo EditRedo"},
-        {"Create", "EditCreate EditCreatePlaceholder"},
-        {"Select", "EditSelTouch EditSelInside EditSelHandles | EditPaste EditPaste2 FileExport2 "
-                   "| EditUndo EditRedo"},
-        {"Selection",
-         "EditCut EditCopy EditDelete EditPaste2 FileExport2 | EditUndo EditRedo | "
-         "ToolsMakeStruct ToolsMakeDetail ToolsMakeSep ToolsCarve ToolsHollow | ToolsGroup "
-         "ToolsUngroup | &Tie to entity{ToolsToEntityContext ToolsToEntityPlaceholder} "
-         "ToolsToWorld | &Align objects{ToolsAlignL ToolsAlignR ToolsAlignT ToolsAlignB} &Flip "
-         "objects{ToolsFlipH ToolsFlipV} | EditProps"},
-    };
-    for (const auto& c : cases) {
-        const QMenu* menu = window->popupMenu(c.title);
-        ASSERT_NE(menu, nullptr) << c.title;
-        EXPECT_EQ(describe(menu->actions()), QString::fromLatin1(c.entries));
-    }
-}
-
 // ---- With and without a document
 
-TEST_F(CommandTest, menusWithoutAVisibleCommandAreGone) {
-    start();
+TEST_F(CommandTest, withoutDocumentOnlySomeCommandsShow) {
     const char* const gone[] = {"&Edit", "&Map", "&View"};
-    for (const char* title : gone)
-        EXPECT_FALSE(menuOf(*window, title)->menuAction()->isVisible()) << title;
-    EXPECT_EQ(visibleEntries(menuOf(*window, "&Tools")),
-              QStringList(QStringLiteral("&Options...")));
-    for (const QCustomAction* a : window->toolActions)
-        EXPECT_FALSE(a->isEnabled()) << a->objectName().toStdString();
-    const auto* operations = window->findChild<QToolBar*>(QStringLiteral("Mapope&rations Bar"));
-    for (const QAction* a : operations->actions())
-        EXPECT_FALSE(a->isVisible()) << a->objectName().toStdString() << ", separators too";
-    EXPECT_EQ(action("EditUndo")->text(), QStringLiteral("Can't undo"));
-    newProject();
-    for (const char* title : gone)
-        EXPECT_TRUE(menuOf(*window, title)->menuAction()->isVisible()) << title;
-    for (const QAction* a : operations->actions())
-        EXPECT_TRUE(a->isVisible()) << a->objectName().toStdString();
-    for (const QCustomAction* a : window->toolActions)
-        EXPECT_EQ(a->isEnabled(), a->toolIndex != TOOL_DECAL) << a->objectName().toStdString();
-    for (const char* id : {"EditCut", "EditCopy", "EditPaste", "EditPaste2", "ToolsGroup"})
-        EXPECT_FALSE(action(id)->isEnabled()) << id << ": nothing is selected or copied";
-    EXPECT_FALSE(action("ToolsMakeDetail")->isVisible());
-}
-
-TEST_F(CommandTest, theGamesProfileDecidesOnDecalsAndDetail) {
-    writeConfigs(1, 0, "rich");
-    start();
-    newProject();
-    EXPECT_TRUE(toolAction(TOOL_DECAL)->isEnabled());
-    for (const char* id : {"ToolsMakeStruct", "ToolsMakeDetail", "ToolsMakeSep", "ViewDetail"})
-        EXPECT_TRUE(action(id)->isVisible()) << id;
+    const char* const detail[] = {"ToolsMakeStruct", "ToolsMakeDetail", "ToolsMakeSep",
+                                  "ViewDetail"};
+    const auto expectShown = [&](bool shown) {
+        for (const char* title : gone)
+            EXPECT_EQ(menuOf(*window, title)->menuAction()->isVisible(), shown) << title;
+        for (const QAction* a : child<QToolBar>(window.get(), "Mapope&rations Bar")->actions())
+            EXPECT_EQ(a->isVisible(), shown) << a->objectName().toStdString() << ", separators too";
+        EXPECT_EQ(action("FileClose")->isVisible() && action("FileClose")->isEnabled(), shown);
+    };
+    for (const char* profile : {"test", "rich"}) {
+        const bool isRich = !strcmp(profile, "rich"); // with decals and detail
+        writeConfigs(1, 0, profile);
+        start();
+        expectShown(false);
+        EXPECT_EQ(window->windowTitle(), QStringLiteral("Karvex"));
+        EXPECT_EQ(pane(6), QStringLiteral("Snap: On Grid: 32"));
+        EXPECT_EQ(visibleEntries(menuOf(*window, "&File")).join(QLatin1Char(' ')),
+                  QStringLiteral("&New &Open... E&xit"));
+        EXPECT_EQ(visibleEntries(menuOf(*window, "&Tools")),
+                  QStringList(QStringLiteral("&Options...")));
+        EXPECT_TRUE(action("WindowMsg")->isCheckable() && action("WindowMsg")->isEnabled());
+        EXPECT_EQ(action("EditUndo")->text(), QStringLiteral("Can't undo"));
+        for (const QCustomAction* a : window->toolActions)
+            EXPECT_FALSE(a->isEnabled()) << a->objectName().toStdString();
+        newProject();
+        expectShown(true);
+        for (const QCustomAction* a : window->toolActions)
+            EXPECT_EQ(a->isEnabled(), isRich || a->toolIndex != TOOL_DECAL) << a->toolIndex;
+        for (const char* id : {"EditCut", "EditCopy", "EditPaste", "EditPaste2", "ToolsGroup"})
+            EXPECT_FALSE(action(id)->isEnabled()) << id << ": nothing is selected or copied";
+        for (const char* id : detail)
+            EXPECT_EQ(action(id)->isVisible(), isRich) << id;
+        trigger("FileClose");
+        settle();
+        expectShown(false);
+        window.reset();
+    }
 }
 
 TEST_F(CommandTest, selectionEnablesItsCommandsInEveryCopy) {
     startWithBlock();
-    const auto states = [&](const char* id) {
-        QString text;
-        for (const QAction* a : window->actions)
-            if (a->objectName() == QLatin1String(id))
-                text += QLatin1Char(a->isEnabled() ? '1' : '0');
-        return text;
+    const auto expectEnabled = [&](const char* id, bool enabled) {
+        for (int copy = 0; copy < 3; ++copy)
+            EXPECT_EQ(action(id, copy)->isEnabled(), enabled) << id << ' ' << copy;
     };
     for (const char* id : {"EditCut", "EditCopy", "ToolsGroup"})
-        EXPECT_EQ(states(id), QStringLiteral("111")) << id;
+        expectEnabled(id, true);
     action("ToolsIG")->trigger();
-    EXPECT_TRUE(window->IgnoreGroups);
     EXPECT_EQ(active()->map->data.selectedBrushes, nullptr);
     trigger("EditSelAll");
-    EXPECT_EQ(states("EditCut"), QStringLiteral("111"));
-    EXPECT_EQ(states("ToolsGroup"), QStringLiteral("000")) << "groups are ignored";
+    expectEnabled("EditCut", true);
+    expectEnabled("ToolsGroup", false); // groups are ignored
     action("ToolsIG")->trigger();
-    EXPECT_EQ(states("EditCut"), QStringLiteral("000")) << "the selection is dropped";
+    expectEnabled("EditCut", false); // the selection is dropped
 }
 
 // ---- The history in the Edit menu
 
 TEST_F(CommandTest, editMenuNamesTheStepsInEveryCopy) {
     startWithBlock();
-    active()->setDirty(false);
-    const auto texts = [&](const char* id) {
-        QStringList all;
-        for (const QAction* a : window->actions)
-            if (a->objectName() == QLatin1String(id))
-                all.append(a->text() + QLatin1Char(a->isEnabled() ? '+' : '-'));
-        all.removeDuplicates();
-        return all.join(QLatin1Char(' '));
+    // Whether the commands read so in each copy ("-" for one that is disabled), and the block is
+    // there.
+    const auto expectMenu = [&](const char* undo, const char* redo, bool block) {
+        for (int copy = 0; copy < 3; ++copy)
+            for (const char* id : {"EditUndo", "EditRedo"}) {
+                const QAction* a = action(id, copy);
+                EXPECT_EQ((a->isEnabled() ? QString() : QStringLiteral("-")) + a->text(),
+                          QString::fromLatin1(strcmp(id, "EditUndo") ? redo : undo));
+            }
+        EXPECT_EQ(active()->map->world()->brushes != nullptr, block);
     };
-    EXPECT_EQ(texts("EditUndo"), QStringLiteral("Can't undo-"));
+    expectMenu("-Can't undo", "-Can't redo", true);
     trigger("EditDelete");
-    EXPECT_EQ(active()->map->world()->brushes, nullptr);
-    EXPECT_EQ(texts("EditUndo"), QStringLiteral("&Undo Delete Selection+"));
-    EXPECT_EQ(texts("EditRedo"), QStringLiteral("Can't redo-"));
+    expectMenu("&Undo Delete Selection", "-Can't redo", false);
     active()->setDirty(false);
     press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_NE(active()->map->world()->brushes, nullptr);
     EXPECT_TRUE(active()->dirty);
-    EXPECT_EQ(texts("EditUndo"), QStringLiteral("Can't undo-"));
-    EXPECT_EQ(texts("EditRedo"), QStringLiteral("&Redo Delete Selection+"));
+    expectMenu("-Can't undo", "&Redo Delete Selection", true);
     trigger("EditRedo");
-    EXPECT_EQ(active()->map->world()->brushes, nullptr);
-
-    EXPECT_EQ(action("EditNoUndo")->text(), QStringLiteral("Disabl&e Undo/Redo"));
-    trigger("EditNoUndo");
-    EXPECT_EQ(action("EditNoUndo")->text(), QStringLiteral("Enabl&e Undo/Redo"));
-    EXPECT_EQ(texts("EditUndo"), QStringLiteral("Can't undo-"));
-    EXPECT_FALSE(active()->map->history->isEnabled());
-    trigger("EditNoUndo");
-    EXPECT_TRUE(active()->map->history->isEnabled());
+    expectMenu("&Undo Delete Selection", "-Can't redo", false);
+    for (const char* text : {"Disabl&e Undo/Redo", "Enabl&e Undo/Redo"}) {
+        EXPECT_EQ(action("EditNoUndo")->text(), QString::fromLatin1(text));
+        trigger("EditNoUndo");
+        expectMenu("-Can't undo", "-Can't redo", false);
+        EXPECT_EQ(active()->map->history->isEnabled(), text[0] == 'E');
+    }
 }
 
-TEST_F(CommandTest, morphModeAsksBeforeUndo) {
+TEST_F(CommandTest, morphModeIsLeftOnlyByConsent) {
     startWithBlock();
+    EXPECT_TRUE(window->confirmLeaveMorph());
     trigger("EditDelete");
-    replies.expectBox(QMessageBox::Ok, QStringLiteral("Vertex Tool"));
-    toolAction(TOOL_VERTEX)->trigger();
-    replies.expectBox(QMessageBox::No, QStringLiteral("to undo changes you've made.\nDo you"));
-    trigger("EditUndo");
-    EXPECT_EQ(active()->map->world()->brushes, nullptr);
-    replies.expectBox(QMessageBox::Yes, QStringLiteral("You must exit morph mode to undo"));
-    trigger("EditUndo");
+    const struct {
+        const char* question;
+        std::function<void()> command;
+    } cases[] = {{"You must exit morph mode to perform this operation.\n"
+                  "Do you want to do this now?",
+                  [&] { window->confirmLeaveMorph(); }},
+                 {"You must exit morph mode to undo changes you've made.\n"
+                  "Do you want to do this now?",
+                  [&] { trigger("EditUndo"); }}};
+    for (const auto& c : cases) {
+        replies.expectBox(QMessageBox::Ok, "Vertex Tool");
+        toolAction(TOOL_VERTEX)->trigger();
+        toolAction(TOOL_CAMERA)->trigger(); // suspended, it morphs still
+        replies.expectBox(QMessageBox::No, c.question);
+        c.command();
+        EXPECT_EQ(window->currentToolId(), int(TOOL_CAMERA));
+        EXPECT_EQ(active()->map->world()->brushes, nullptr);
+        replies.expectBox(QMessageBox::Yes, c.question);
+        c.command();
+        EXPECT_EQ(window->currentToolId(), int(TOOL_SELECT));
+    }
     EXPECT_NE(active()->map->world()->brushes, nullptr);
-    EXPECT_EQ(window->currentToolId(), int(TOOL_SELECT));
 }
 
 // ---- Toggles
 
-TEST_F(CommandTest, editingTogglesSetTheirSettingAndEveryCopy) {
-    start();
-    newProject();
+TEST_F(CommandTest, togglesSetTheirSettingAndEveryCopyAndSaySo) {
+    startWithProject();
     const struct {
         const char* id;
         bool cSettings::*setting;
-        bool inverse;
-        const char* on;
-        const char* off;
+        const char* text; // what the status bar says is on or off
     } cases[] = {
-        {"EditSelH", &cSettings::SelectByHandles, false, nullptr, nullptr},
-        {"EditSelA", &cSettings::SelectAuto, false, nullptr, nullptr},
-        {"ToolsIG", &cSettings::IgnoreGroups, false, nullptr, nullptr},
-        {"ToolsTexLock", &cSettings::TextureLock, false, "Texture locking on",
-         "Texture locking off"},
-        {"ToolsTexLockScale", &cSettings::TextureLockScale, false, "Texture locking (scale) on",
-         "Texture locking (scale) off"},
-        {"ToolsTexAlign", &cSettings::TextureFaceAlign, false, nullptr, nullptr},
-        {"ToolsVertexRes", &cSettings::VertexToolRestrict, true,
-         "Vertex manipulation restrictions on", "Vertex manipulation restrictions off"},
-        {"ToolsCordon", &cSettings::EnableCordon, false, nullptr, nullptr},
+        {"MapSnap", &cSettings::SnapToGrid, nullptr},
+        {"MapGrid", &cSettings::EnableGrid2D, nullptr},
+        {"MapGrid3D", &cSettings::EnableGrid3D, nullptr},
+        {"ViewConn", &cSettings::ShowConnections, "Entity connections"},
+        {"ViewMod2D", &cSettings::DrawModels, "2D rendition of models"},
+        {"ViewNodraw", &cSettings::DrawNoDraw, "3D rendition of nodraw faces"},
+        {"ViewTexTrans", &cSettings::TextureTransparency, "Transparency of special textures"},
+        {"ViewEntTrans", &cSettings::EntityTransparency, "Transparency of entities"},
+        {"EditSelH", &cSettings::SelectByHandles, nullptr},
+        {"EditSelA", &cSettings::SelectAuto, nullptr},
+        {"ToolsIG", &cSettings::IgnoreGroups, nullptr},
+        {"ToolsTexLock", &cSettings::TextureLock, "Texture locking"},
+        {"ToolsTexLockScale", &cSettings::TextureLockScale, "Texture locking (scale)"},
+        {"ToolsTexAlign", &cSettings::TextureFaceAlign, nullptr},
+        {"ToolsVertexRes", &cSettings::VertexToolRestrict, "Vertex manipulation restrictions"},
+        {"ToolsCordon", &cSettings::EnableCordon, nullptr},
     };
     for (const auto& c : cases) {
-        for (int i = 0; i < 2; ++i) {
-            const bool before = window.get()->*c.setting;
-            trigger(c.id);
-            EXPECT_EQ(window.get()->*c.setting, !before) << c.id;
-            for (const QAction* a : window->actions)
-                if (a->objectName() == QLatin1String(c.id)) {
-                    EXPECT_EQ(a->isChecked(), before == c.inverse) << c.id;
-                }
-            if (c.on) {
-                EXPECT_EQ(said.last(), QString::fromLatin1(before ? c.off : c.on));
+        SCOPED_TRACE(c.id);
+        const bool isInverse = !strcmp(c.id, "ToolsVertexRes"); // checked while it is off
+        const auto copies = int(
+            std::count_if(window->actions.begin(), window->actions.end(), [&](const QAction* a) {
+                return a->objectName() == QLatin1String(c.id);
+            }));
+        for (int i = 0; i < 2 * copies; ++i) { // by each of its copies, on and off
+            const bool after = !(window.get()->*c.setting);
+            action(c.id, i % copies)->trigger();
+            EXPECT_EQ(window.get()->*c.setting, after);
+            for (int copy = 0; copy < copies; ++copy)
+                EXPECT_EQ(action(c.id, copy)->isChecked(), after != isInverse);
+            if (c.text) {
+                EXPECT_EQ(said.last(),
+                          QString::fromLatin1(c.text) + QLatin1String(after ? " on" : " off"));
             }
         }
     }
-}
-
-TEST_F(CommandTest, savedTogglesAreCheckedAtStart) {
-    write(QStringLiteral("TDKSettings.ini"),
-          "[View2D]\nSelectAuto=true\nSelectByHandles=true\n[Tools]\nTextureLock=false\n"
-          "TextureLockScale=true\nIgnoreGroups=true\nVertexToolRestrict=true\n"
-          "TextureFaceAlign=true\n[Compiler]\nEnableCordon=true\n[General]\n"
-          "SmallToolIcons=true\n");
-    start();
-    for (const char* id :
-         {"EditSelH", "EditSelA", "ToolsIG", "ToolsTexLockScale", "ToolsTexAlign", "ToolsCordon"})
-        EXPECT_TRUE(action(id)->isChecked()) << id;
-    for (const char* id : {"ToolsTexLock", "ToolsVertexRes"})
-        EXPECT_FALSE(action(id)->isChecked()) << id;
-    EXPECT_EQ(window->findChild<QToolBar*>(QStringLiteral("Maptools Bar"))->iconSize(),
-              QSize(20, 16));
+    trigger("ViewItems");
+    trigger("ViewPaths");
+    EXPECT_EQ(window->HideMask, HM_ITEMS | HM_PATHS);
+    trigger("ViewItems");
+    EXPECT_EQ(window->HideMask, int(HM_PATHS));
+    trigger("MapSnap");
+    EXPECT_EQ(pane(6), QStringLiteral("Snap: Off Grid: 32"));
 }
 
 TEST_F(CommandTest, hidingAKindDropsItFromTheSelectionOfEveryDocument) {
@@ -329,7 +329,7 @@ TEST_F(CommandTest, shortcutsReachTheirCommandsAndNobodyElse) {
     press(Qt::Key_Delete);
     EXPECT_EQ(map.world()->brushes, nullptr);
 
-    auto* console = window->findChild<QDockWidget*>(QStringLiteral("console"));
+    const auto* console = child<QDockWidget>(window.get(), "console");
     press(Qt::Key_F3, Qt::AltModifier);
     EXPECT_TRUE(console->isHidden());
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
@@ -340,17 +340,20 @@ TEST_F(CommandTest, shortcutsReachTheirCommandsAndNobodyElse) {
         press(key, Qt::AltModifier);
         EXPECT_TRUE(answered()) << int(key);
     }
+    press(Qt::Key_N, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(window->projects.size(), 2);
 }
 
 TEST_F(CommandTest, propertiesAreOffWhileFacesAreEdited) {
     startWithBlock();
     EXPECT_TRUE(action("EditProps")->isEnabled());
     for (Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-        replies.expectBox(QMessageBox::Ok, QStringLiteral("\"Properties\""));
+        replies.expectBox(QMessageBox::Ok, "\"Properties\"");
         press(key, Qt::AltModifier);
         EXPECT_TRUE(answered());
     }
-    replies.expectBox(QMessageBox::Ok, QStringLiteral("Texture Application"));
+    replies.expectBox(QMessageBox::Ok, "Texture Application");
     toolAction(TOOL_TEXTURE)->trigger();
     for (const char* id : {"EditProps", "MapProps", "ToolsGroup"})
         EXPECT_FALSE(action(id)->isEnabled()) << id;
@@ -374,33 +377,22 @@ static QString classesIn(const QList<QAction*>& actions) {
 }
 
 TEST_F(CommandTest, classMenusFollowTheGameData) {
-    write(QStringLiteral("test.fgd"), "@SolidClass = worldspawn : \"World\" []\n"
-                                      "@PointClass = light : \"A light\" []\n"
-                                      "@SolidClass = func_door : \"A door\" []\n"
-                                      "@PointClass = info_start : \"Start\" []\n");
-    start();
-    newProject();
+    write("test.fgd", "@SolidClass = worldspawn : \"World\" []\n"
+                      "@PointClass = light : \"A light\" []\n"
+                      "@SolidClass = func_door : \"A door\" []\n"
+                      "@PointClass = info_start : \"Start\" []\n");
+    startWithProject();
     const QMenu* create = window->popupMenu("Create");
     EXPECT_EQ(classesIn(create->actions()),
               QStringLiteral("Create &Object info{info_start} light"));
-    QMenu* tie = nullptr;
-    for (const QAction* a : window->popupMenu("Selection")->actions())
-        if (a->menu() && a->text() == QLatin1String("&Tie to entity"))
-            tie = a->menu();
-    ASSERT_NE(tie, nullptr);
-    EXPECT_TRUE(classesIn(tie->actions()).contains(QStringLiteral("func{func_door}")));
-    EXPECT_FALSE(classesIn(tie->actions()).contains(QStringLiteral("light")));
-
-    window->updateEntityMenus(QStringLiteral("light"), 0);
-    EXPECT_EQ(action("EditCreate")->text(), QStringLiteral("Create light"));
+    const QString selection = classesIn(window->popupMenu("Selection")->actions());
+    const QString tie = selection.mid(selection.indexOf(QStringLiteral("&Tie to entity{")));
+    EXPECT_TRUE(tie.contains(QStringLiteral("func{func_door}")));
+    EXPECT_FALSE(tie.contains(QStringLiteral("light")));
     window->updateEntityMenus(QString(), 1);
     EXPECT_EQ(visibleEntries(create), QStringList(QStringLiteral("Create &Object")));
     window->updateEntityMenus(QString(), 0);
     EXPECT_EQ(visibleEntries(create).size(), 3);
-    for (const QAction* a : create->actions())
-        if (a->text() == QLatin1String("info"))
-            a->menu()->actions()[0]->trigger();
-    EXPECT_EQ(window->currentClassName, QStringLiteral("info_start"));
 }
 
 // ---- Help
@@ -410,28 +402,24 @@ TEST_F(CommandTest, commandListNamesEachShortcutOnceInOrder) {
     QStringList lines;
     replies.expect([&](QWidget* modal) {
         EXPECT_EQ(modal->windowTitle(), QStringLiteral("Command List"));
-        EXPECT_EQ(modal->size(), QSize(381, 321));
-        const auto* text = modal->findChild<QTextEdit*>(QStringLiteral("textEdit"));
-        EXPECT_TRUE(text->isReadOnly());
-        lines = text->toPlainText().split(QLatin1Char('\n'));
+        EXPECT_TRUE(child<QTextEdit>(modal, "textEdit")->isReadOnly());
+        lines = child<QTextEdit>(modal, "textEdit")->toPlainText().split(QLatin1Char('\n'));
         modal->close();
     });
     trigger("HelpCommands");
     EXPECT_TRUE(std::is_sorted(lines.begin(), lines.end()));
     EXPECT_EQ(lines.removeDuplicates(), 0);
-    EXPECT_TRUE(lines.contains(QStringLiteral("Create a new document [Ctrl+N]: Ctrl+N")));
-    EXPECT_TRUE(lines.contains(QStringLiteral("Vertex Manipulation: Shift+V")));
-    EXPECT_TRUE(lines.contains(QStringLiteral("Selection Tool: Shift+S")));
+    for (const char* line :
+         {"Create a new document [Ctrl+N]: Ctrl+N", "Vertex Manipulation: Shift+V"})
+        EXPECT_TRUE(lines.contains(QString::fromLatin1(line))) << line;
     EXPECT_EQ(lines.filter(QStringLiteral("Close the active")).size(), 0) << "has no shortcut";
 }
 
 TEST_F(CommandTest, whatIsNotBuiltSaysSoByName) {
-    start();
-    newProject();
-    replies.expectBox(QMessageBox::Ok,
-                      QStringLiteral("We are sorry...\n\nThe command \"Check for problems\" is "
-                                     "still under development.\nPlease visit the official web "
-                                     "site for news and updates."));
+    startWithProject();
+    replies.expectBox(QMessageBox::Ok, "We are sorry...\n\nThe command \"Check for problems\" is "
+                                       "still under development.\nPlease visit the official web "
+                                       "site for news and updates.");
     trigger("MapCheck");
     window->consoleText()->clear();
     trigger("HelpTopics");

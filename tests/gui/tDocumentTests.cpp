@@ -21,125 +21,124 @@
 
 using DocumentTest = cGuiTest;
 
-static int mapNumber(const cProject* project) {
-    EXPECT_TRUE(project->title.startsWith(QStringLiteral("Map")));
-    return project->title.mid(3).toInt();
+// Takes that configuration of those that are offered.
+static std::function<void(QWidget*)> chooseConfig(int row) {
+    return [row](QWidget* modal) {
+        EXPECT_EQ(modal->windowTitle(), QStringLiteral("Select a game"));
+        auto* offered = child<QListWidget>(modal, "lstGameCfg");
+        EXPECT_EQ(offered->count(), 2) << "disabled ones are not offered";
+        offered->setCurrentRow(row);
+        finish(modal, QDialogButtonBox::Ok);
+    };
 }
 
 static QMdiSubWindow* frameOf(const cChildWindow* child) {
     return qobject_cast<QMdiSubWindow*>(child->parentWidget());
 }
 
-TEST_F(DocumentTest, newMapHasAWorldAndFourViews) {
-    start();
-    const cProject* project = newProject();
+TEST_F(DocumentTest, newMapHasAWorldAndFourViewsAndTheNextNumber) {
+    const cProject* project = startWithProject();
     ASSERT_NE(project, nullptr);
-    EXPECT_TRUE(project->isNew);
-    EXPECT_FALSE(project->dirty);
-    EXPECT_TRUE(project->path.isEmpty());
+    EXPECT_TRUE(project->isNew && !project->dirty && project->path.isEmpty());
     ASSERT_EQ(project->windows.size(), 1);
     EXPECT_EQ(project->windows[0]->canvases.size(), 4u);
+    for (cCanvas* canvas : project->windows[0]->canvases) {
+        canvas->requestRedraw(true);
+        EXPECT_GT(canvas->pictureCount(), 0) << "the program's GL formats let it keep a picture";
+    }
     EXPECT_TRUE(frameOf(project->windows[0])->isMaximized());
     EXPECT_EQ(project->windows[0]->windowTitle(), project->title);
     EXPECT_EQ(pane(1), QStringLiteral("Game 0 (test)"));
     ASSERT_NE(window->activeCanvas, nullptr);
     EXPECT_TRUE(window->activeCanvas->isCamera());
     EXPECT_EQ(project->gameConfig->useCount, 1);
-
-    const cEntityData* world = project->map->world();
-    ASSERT_NE(world, nullptr);
-    EXPECT_TRUE(world->flags & EF_WORLD);
-    EXPECT_STREQ(world->classname, "worldspawn");
-    EXPECT_STREQ(getEpairValue(world, "message"), "hello");
-    EXPECT_NE(project->map->cullTree, nullptr);
+    EXPECT_STREQ(project->map->world()->classname, "worldspawn");
+    EXPECT_STREQ(getEpairValue(project->map->world(), "message"), "hello");
     EXPECT_TRUE(console().contains(
         QStringLiteral("Created new project with game configuration \"Game 0\"")));
-}
 
-TEST_F(DocumentTest, mapNumbersGoOnAfterAClose) {
-    start();
-    const int first = mapNumber(newProject());
+    const int number = project->title.mid(3).toInt();
     trigger("FileClose");
     settle();
-    EXPECT_TRUE(window->projects.isEmpty());
     EXPECT_EQ(windowCount(), 0);
-    EXPECT_EQ(mapNumber(newProject()), first + 1);
+    EXPECT_EQ(newProject()->title, QStringLiteral("Map%1").arg(number + 1));
 }
 
 TEST_F(DocumentTest, savedUnderTheNameOfTheDialogAndOpenedAgain) {
-    start();
-    newProject()->setDirty(true);
-    replies.expectFile(file(QStringLiteral("room")));
+    startWithProject()->setDirty(true);
+    replies.expectFile(file("room"));
     trigger("FileSave");
-    EXPECT_EQ(active()->path, file(QStringLiteral("room.kvx"))) << "the filter's extension";
+    EXPECT_EQ(active()->path, file("room.kvx")) << "the filter's extension";
     EXPECT_EQ(active()->title, QStringLiteral("room.kvx"));
-    EXPECT_FALSE(active()->dirty);
-    EXPECT_FALSE(active()->isNew);
+    EXPECT_FALSE(active()->dirty || active()->isNew);
     EXPECT_TRUE(said.contains(QStringLiteral("File saved")));
-    EXPECT_EQ(read(QStringLiteral("room.kvx")).left(4), QByteArray("KVXP"));
-
+    EXPECT_EQ(read("room.kvx").left(4), QByteArray("KVXP"));
     active()->setDirty(true);
     EXPECT_EQ(active()->windows[0]->windowTitle(), QStringLiteral("room.kvx*"));
     trigger("FileSave"); // no dialog now
     EXPECT_EQ(active()->windows[0]->windowTitle(), QStringLiteral("room.kvx"));
 
+    EXPECT_TRUE(active()->saveProject(file("BIG.KVX"))) << "the case of a suffix is the same";
+    EXPECT_EQ(read("BIG.KVX").left(4), QByteArray("KVXP"));
+    EXPECT_FALSE(active()->saveProject(file("x.foo")));
+    EXPECT_TRUE(console().contains(QStringLiteral("or any format supported by test plugin")));
+    EXPECT_EQ(active()->title, QStringLiteral("BIG.KVX"));
     trigger("FileClose");
     settle();
-    replies.expectFile(file(QStringLiteral("room.kvx")));
+    replies.expectFile(file("room.kvx"));
     trigger("FileOpen");
     settle();
     ASSERT_NE(active(), nullptr);
     EXPECT_EQ(active()->title, QStringLiteral("room.kvx"));
     EXPECT_TRUE(said.contains(QStringLiteral("File loaded")));
     EXPECT_TRUE(active()->map->world()->flags & EF_WORLD);
-    EXPECT_EQ(window->RecentMapDirectory,
-              QFileInfo(file(QStringLiteral("room.kvx"))).canonicalPath());
-}
+    EXPECT_EQ(window->RecentMapDirectory, QFileInfo(file("room.kvx")).canonicalPath());
 
-TEST_F(DocumentTest, fileThatIsOpenIsRaisedAndMovesToTheTop) {
-    start();
-    for (const char* name : {"a.kvx", "b.kvx"}) {
-        newProject();
-        replies.expectFile(file(QString::fromLatin1(name)));
-        trigger("FileSaveAs");
-    }
-    EXPECT_EQ(active()->title, QStringLiteral("b.kvx"));
-    EXPECT_EQ(window->recentFiles.first(), file(QStringLiteral("b.kvx")));
-    EXPECT_TRUE(window->openFile(file(QStringLiteral("./a.kvx")))) << "another spelling";
+    // A file that is open is raised, and moves to the top of the recent ones.
+    EXPECT_TRUE(window->openFile(file("BIG.KVX")));
+    EXPECT_TRUE(window->openFile(file("./room.kvx"))) << "another spelling";
     settle();
     EXPECT_EQ(window->projects.size(), 2);
-    EXPECT_EQ(active()->title, QStringLiteral("a.kvx"));
-    EXPECT_EQ(window->recentFiles,
-              QStringList({file(QStringLiteral("a.kvx")), file(QStringLiteral("b.kvx"))}));
+    EXPECT_EQ(active()->title, QStringLiteral("room.kvx"));
+    EXPECT_EQ(window->recentFiles, QStringList({file("room.kvx"), file("BIG.KVX")}));
     EXPECT_TRUE(console().contains(QStringLiteral("is already opened")));
 }
 
-// The four ways to close a document, each with the three answers.
+// Four ways to close a document, each with the three answers.
 TEST_F(DocumentTest, everyWayToCloseAsksAndObeys) {
     start();
     const std::function<void()> ways[] = {
         [this] { frameOf(active()->windows[0])->close(); },
         [this] { trigger("FileClose"); },
         [this] { trigger("FileCloseAll"); },
+        [this] { close(); },
+    };
+    const auto settingsAreSaved = [this] {
+        const bool saved = QFile::exists(file("TDKSettings.ini"));
+        EXPECT_EQ(QFile::exists(file("TDKLayout.dat")), saved);
+        return saved;
     };
     for (const auto& closeBy : ways) {
         cProject* project = newProject();
         project->setDirty(true);
         const QString question = QStringLiteral("Save changes to %1?").arg(project->title);
+        const QString name = file(QStringLiteral("%1.kvx").arg(project->title));
         replies.expectBox(QMessageBox::Cancel, question);
         closeBy();
         settle();
         ASSERT_EQ(window->projects, QList<cProject*>{project});
         EXPECT_TRUE(project->dirty);
+        EXPECT_FALSE(g_closing);
+        EXPECT_TRUE(window->isVisible());
         EXPECT_EQ(windowCount(), 1);
 
-        const QString name = file(QStringLiteral("%1.kvx").arg(project->title));
         replies.expectBox(QMessageBox::Yes, question);
         replies.expectCancel(); // of the file dialog: the document stays
         closeBy();
         settle();
         ASSERT_EQ(window->projects.size(), 1);
         EXPECT_FALSE(QFile::exists(name));
+        EXPECT_FALSE(settingsAreSaved());
 
         replies.expectBox(QMessageBox::Yes, question);
         replies.expectFile(name);
@@ -149,31 +148,17 @@ TEST_F(DocumentTest, everyWayToCloseAsksAndObeys) {
         EXPECT_EQ(windowCount(), 0);
         EXPECT_TRUE(QFile::exists(name));
         EXPECT_EQ(window->recentFiles.first(), name);
+        if (!window->isVisible())
+            break; // the last way ended the program
 
         newProject()->setDirty(true);
         replies.expectBox(QMessageBox::No, QString());
         closeBy();
         settle();
         EXPECT_TRUE(window->projects.isEmpty());
+        EXPECT_EQ(window->activeCanvas, nullptr);
     }
-    EXPECT_EQ(window->activeCanvas, nullptr);
-}
-
-TEST_F(DocumentTest, closingTheProgramAsksAndSavesOnlyWhenItEnds) {
-    start();
-    newProject()->setDirty(true);
-    replies.expectBox(QMessageBox::Cancel, QStringLiteral("Save changes"));
-    EXPECT_FALSE(close());
-    EXPECT_FALSE(g_closing);
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_FALSE(QFile::exists(file(QStringLiteral("TDKSettings.ini"))));
-    EXPECT_FALSE(QFile::exists(file(QStringLiteral("TDKLayout.dat"))));
-
-    replies.expectBox(QMessageBox::No, QStringLiteral("Save changes"));
-    EXPECT_TRUE(close());
-    EXPECT_TRUE(window->projects.isEmpty());
-    EXPECT_TRUE(QFile::exists(file(QStringLiteral("TDKSettings.ini"))));
-    EXPECT_TRUE(QFile::exists(file(QStringLiteral("TDKLayout.dat"))));
+    EXPECT_TRUE(settingsAreSaved());
 }
 
 // A refusal keeps its own document only; all others are asked for as well.
@@ -192,8 +177,7 @@ TEST_F(DocumentTest, closeAllAsksForEveryDocument) {
 }
 
 TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndTheLastOneAsks) {
-    start();
-    cProject* project = newProject();
+    cProject* project = startWithProject();
     const QString title = project->title;
     trigger("WindowNew");
     settle();
@@ -212,65 +196,41 @@ TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndTheLastOneAsks) {
 }
 
 TEST_F(DocumentTest, exportWritesTheMapAndIsNoSave) {
-    start();
-    newProject()->setDirty(true);
+    startWithProject()->setDirty(true);
     const QString title = active()->title;
-    ASSERT_TRUE(QDir(file(QString())).mkdir(QStringLiteral("maps")));
-    replies.expectFile(file(QStringLiteral("maps/out")));
+    replies.expectFile(file("out"));
     trigger("FileExport2"); // nothing exported yet: asks
-    EXPECT_EQ(read(QStringLiteral("maps/out.map")), QByteArray("1 1\n"));
-    EXPECT_EQ(active()->exportPath, file(QStringLiteral("maps/out.map")));
+    EXPECT_EQ(read("out.map"), QByteArray("1 1\n"));
+    EXPECT_EQ(active()->exportPath, file("out.map"));
     EXPECT_TRUE(said.contains(QStringLiteral("File exported")));
     EXPECT_TRUE(active()->dirty);
     EXPECT_EQ(active()->title, title);
-
     active()->map->addEntity("info_null", active()->map->world()->origin, 0);
     trigger("FileExport2"); // again, without a question
-    EXPECT_EQ(read(QStringLiteral("maps/out.map")), QByteArray("1 2\n"));
+    EXPECT_EQ(read("out.map"), QByteArray("1 2\n"));
 
     replies.expectBox(QMessageBox::No, QString());
     trigger("FileClose");
     settle();
-    ASSERT_TRUE(window->openFile(file(QStringLiteral("maps/out.map"))));
+    ASSERT_TRUE(window->openFile(file("out.map")));
     settle();
-    EXPECT_TRUE(active()->exportPath.isEmpty());
+    EXPECT_EQ(active()->title, QStringLiteral("out.map"));
+    EXPECT_EQ(countOf(entitiesOf(active()->map->data)), 2);
     replies.expectCancel();
     trigger("FileExport2"); // asks after a load
-}
-
-TEST_F(DocumentTest, importedMapIsNeverSavedOverWithoutAQuestion) {
-    start();
-    write(QStringLiteral("in.map"), "1 3\n");
-    ASSERT_TRUE(window->openFile(file(QStringLiteral("in.map"))));
-    settle();
-    EXPECT_EQ(active()->title, QStringLiteral("in.map"));
-    int entities = 0;
-    for (const cEntityData* entity : entitiesOf(active()->map->data))
-        entities += entity != nullptr;
-    EXPECT_EQ(entities, 3);
-    replies.expectFile(file(QStringLiteral("in.tst")));
-    trigger("FileSave");
-    EXPECT_EQ(read(QStringLiteral("in.map")), QByteArray("1 3\n"));
-    EXPECT_EQ(read(QStringLiteral("in.tst")), QByteArray("2 3\n"));
+    replies.expectFile(file("in.tst"));
+    trigger("FileSave"); // and what was imported is not saved over
+    EXPECT_EQ(read("out.map"), QByteArray("1 2\n"));
+    EXPECT_EQ(read("in.tst"), QByteArray("2 2\n"));
     EXPECT_EQ(active()->title, QStringLiteral("in.tst"));
-}
-
-TEST_F(DocumentTest, capitalSuffixIsTheProjectFormat) {
-    start();
-    newProject();
-    EXPECT_TRUE(active()->saveProject(file(QStringLiteral("BIG.KVX"))));
-    EXPECT_EQ(read(QStringLiteral("BIG.KVX")).left(4), QByteArray("KVXP"));
-    EXPECT_FALSE(active()->saveProject(file(QStringLiteral("x.foo"))));
-    EXPECT_TRUE(console().contains(QStringLiteral("or any format supported by test plugin")));
-    EXPECT_EQ(active()->title, QStringLiteral("BIG.KVX"));
 }
 
 // Nothing of a file that failed half-way reaches the screen.
 TEST_F(DocumentTest, failedLoadLeavesNothingBehind) {
     start();
-    write(QStringLiteral("cut.map"), "1 -2\n");
-    write(QStringLiteral("cut.kvx"), "KVXP\x70");
-    write(QStringLiteral("odd.xyz"), "?");
+    write("cut.map", "1 -2\n");
+    write("cut.kvx", "KVXP\x70");
+    write("odd.xyz", "?");
     for (const char* name : {"cut.map", "cut.kvx", "odd.xyz", "absent.kvx"}) {
         EXPECT_FALSE(window->openFile(file(QString::fromLatin1(name)))) << name;
         settle();
@@ -286,21 +246,21 @@ TEST_F(DocumentTest, failedLoadLeavesNothingBehind) {
 // Neither the configuration nor the panes of the document that is open may be lost to one that
 // came to nothing.
 TEST_F(DocumentTest, failedOrCancelledProjectLeavesTheActiveOneInCharge) {
-    writeConfigs(2);
+    writeConfigs(2, 1);
     start();
-    const auto choose = [](int row) {
-        return [row](QWidget* modal) {
-            modal->findChild<QListWidget*>(QStringLiteral("lstGameCfg"))->setCurrentRow(row);
-            modal->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-        };
-    };
-    replies.expect(choose(0));
+    replies.expectCancel();
+    trigger("FileNew");
+    settle();
+    EXPECT_TRUE(window->projects.isEmpty());
+    EXPECT_EQ(windowCount(), 0);
+
+    replies.expect(chooseConfig(0));
     const cProject* project = newProject();
     ASSERT_NE(project, nullptr);
     const QString sentence = pane(2);
     EXPECT_FALSE(sentence.isEmpty());
-    replies.expect(choose(1));
-    EXPECT_FALSE(window->openFile(file(QStringLiteral("absent.kvx"))));
+    replies.expect(chooseConfig(1));
+    EXPECT_FALSE(window->openFile(file("absent.kvx")));
     EXPECT_EQ(window->configs().current, project->gameConfig);
     EXPECT_EQ(activeConfig(), project->gameConfig);
     EXPECT_EQ(pane(2), sentence);
@@ -309,8 +269,8 @@ TEST_F(DocumentTest, failedOrCancelledProjectLeavesTheActiveOneInCharge) {
     settle();
     EXPECT_EQ(pane(2), sentence);
 
-    replies.expect(choose(1));
-    newProject();
+    replies.expect(chooseConfig(1));
+    EXPECT_EQ(newProject()->gameConfigName, QStringLiteral("Game 1"));
     EXPECT_EQ(pane(1), QStringLiteral("Game 1 (test)"));
     trigger("FileClose");
     settle();
@@ -331,8 +291,7 @@ public:
 
 // The preferences give an edited copy back while a document is open.
 TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
-    start();
-    cProject* project = newProject();
+    cProject* project = startWithProject();
     ASSERT_NE(project, nullptr);
     cEntityData* world = project->map->world();
     cBrushData* brush = project->map->addBrush(world);
@@ -350,8 +309,8 @@ TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
     cGameConfigRegistry edited(window->gameData(), window->textures(), nullptr);
     edited.assign(window->configs(), false);
     edited.setCurrentByTitle(QStringLiteral("Game 0"));
-    write(QStringLiteral("more.fgd"), "@PointClass = lamp : \"Lamp\" []");
-    edited.current->gameData << file(QStringLiteral("more.fgd"));
+    write("more.fgd", "@PointClass = lamp : \"Lamp\" []");
+    edited.current->gameData << file("more.fgd");
     window->gameData().acquire(edited.current->gameData.last());
     cWaitWatch watch;
     qApp->installEventFilter(&watch);
@@ -366,75 +325,39 @@ TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
     EXPECT_EQ(face->texture->flags & TF_REPLACED, 0u);
 }
 
-TEST_F(DocumentTest, commandLineFileWantsAPoint) {
+TEST_F(DocumentTest, commandLineFileWantsAPointAndMayHaveAnyName) {
     start();
-    write(QStringLiteral("in.map"), "1 2\n");
-    write(QStringLiteral("nopoint"), "1 2\n");
-    QDir::setCurrent(file(QString()));
-    window->openArgument(QStringLiteral("nopoint"));
-    EXPECT_TRUE(window->projects.isEmpty());
-    window->openArgument(QStringLiteral("in.map"));
-    settle();
-    ASSERT_NE(active(), nullptr);
-    EXPECT_EQ(active()->path, QFileInfo(file(QStringLiteral("in.map"))).absoluteFilePath());
+    const QByteArray cyrillic = "\xd0\x98\xd1\x80\xd0\xb0.map"; // UTF-8, as the disk has it
+    QDir::setCurrent(file(""));
+    for (const QByteArray& name : {QByteArray("nopoint"), QByteArray("in.map"), cyrillic}) {
+        FILE* out = fopen((file("").toLocal8Bit() + '/' + name).constData(), "w");
+        ASSERT_NE(out, nullptr);
+        fputs("1 2\n", out);
+        fclose(out);
+        window->openArgument(QString::fromLocal8Bit(name));
+        settle();
+        ASSERT_EQ(window->projects.size(), name.contains('.') ? 1 : 0) << name.constData();
+        if (active()) {
+            EXPECT_EQ(active()->path, file(QString::fromLocal8Bit(name)));
+            trigger("FileClose");
+            settle();
+        }
+    }
     QDir::setCurrent(QStringLiteral("/"));
 }
 
-// The bytes of a UTF-8 name survive the other codec in both directions.
-TEST_F(DocumentTest, nameThatIsNotAsciiOpens) {
-    start();
-    const QByteArray raw = "/\xd0\x98\xd1\x80\xd0\xb0.map";
-    const QString path = file(QString()) + QString::fromLocal8Bit(raw);
-    FILE* out = fopen((file(QString()).toLocal8Bit() + raw).constData(), "w");
-    ASSERT_NE(out, nullptr);
-    fputs("1 2\n", out);
-    fclose(out);
-    window->openArgument(path);
-    settle();
-    ASSERT_NE(active(), nullptr);
-    trigger("FileClose");
-}
-
-// ---- The choice of a game configuration
-
 TEST_F(DocumentTest, withoutConfigurationsTheUserIsTold) {
-    writeConfigs(0);
-    start();
-    replies.expectBox(QMessageBox::No, QStringLiteral("No game configurations are available. You"));
-    trigger("FileNew");
-    EXPECT_TRUE(window->projects.isEmpty());
-    close();
-    window.reset();
-
-    writeConfigs(0, 2);
-    start();
-    replies.expectBox(QMessageBox::No, QStringLiteral("but they are disabled"));
-    trigger("FileNew");
-    EXPECT_TRUE(window->projects.isEmpty());
-    EXPECT_EQ(windowCount(), 0);
-}
-
-TEST_F(DocumentTest, severalConfigurationsAreAskedFor) {
-    writeConfigs(2, 1);
-    start();
-    replies.expectCancel();
-    trigger("FileNew");
-    settle();
-    EXPECT_TRUE(window->projects.isEmpty());
-    EXPECT_EQ(windowCount(), 0);
-
-    replies.expect([](QWidget* modal) {
-        auto* list = modal->findChild<QListWidget*>(QStringLiteral("lstGameCfg"));
-        ASSERT_NE(list, nullptr);
-        EXPECT_EQ(modal->windowTitle(), QStringLiteral("Select a game"));
-        EXPECT_EQ(list->count(), 2) << "disabled ones are not offered";
-        list->setCurrentRow(1);
-        modal->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-    });
-    const cProject* project = newProject();
-    ASSERT_NE(project, nullptr);
-    EXPECT_EQ(project->gameConfigName, QStringLiteral("Game 1"));
-    EXPECT_EQ(pane(1), QStringLiteral("Game 1 (test)"));
+    for (const int disabled : {0, 2}) {
+        writeConfigs(0, disabled);
+        start();
+        replies.expectBox(QMessageBox::No, disabled ? "but they are disabled"
+                                                    : "No game configurations are available. You");
+        trigger("FileNew");
+        EXPECT_TRUE(window->projects.isEmpty());
+        EXPECT_EQ(windowCount(), 0);
+        ASSERT_TRUE(close());
+        window.reset();
+    }
 }
 
 // ---- Which windows a project gets

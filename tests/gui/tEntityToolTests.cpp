@@ -29,7 +29,8 @@ protected:
     }
 };
 
-TEST_F(EntityToolTest, enterPlacesTheEntityAtThePoint) {
+TEST_F(EntityToolTest, enterPlacesTheEntityAtThePointAndEscapeDropsIt) {
+    window->ClearSelectionOnEscape = true;
     choose("light");
     drag(top, pixel(top, 0, 0), pixel(top, 32, -48));
     ASSERT_TRUE(point().active);
@@ -41,26 +42,19 @@ TEST_F(EntityToolTest, enterPlacesTheEntityAtThePoint) {
     EXPECT_STREQ(undoName(), "Create Entity");
     ASSERT_EQ(selectedEntities(), 1);
     EXPECT_STREQ(selected()->classname, "light");
-    EXPECT_EQ(selected()->origin[0], 32);
-    EXPECT_EQ(selected()->origin[1], -48);
-    EXPECT_EQ(selected()->origin[2], 64);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(selected()->origin[i], (i == 0 ? 32 : i == 1 ? -48 : 64));
     EXPECT_TRUE(project->dirty);
     EXPECT_FALSE(point().active);
     EXPECT_EQ(pane(4), QString());
     EXPECT_TRUE(console().contains(QStringLiteral("New entity: light")));
-}
 
-TEST_F(EntityToolTest, escapeDropsThePointThenTheSelection) {
-    window->ClearSelectionOnEscape = true;
-    click(top, pixel(top, 32, 32));
-    key(top, Qt::Key_Return);
-    ASSERT_EQ(selectedEntities(), 1);
     press(top, pixel(top, 64, 64));
     key(top, Qt::Key_Escape);
     moveTo(top, pixel(top, 80, 64));
     release(top, pixel(top, 80, 64));
     EXPECT_FALSE(point().active);
-    EXPECT_EQ(selectedEntities(), 1);
+    EXPECT_EQ(selectedEntities(), 1) << "first the point, then the selection";
     key(top, Qt::Key_Escape);
     EXPECT_EQ(selectedEntities(), 0);
 }
@@ -97,30 +91,12 @@ TEST_F(EntityToolTest, aClickedSurfaceCarriesTheEntityByTheOffsetOfItsClass) {
 TEST_F(EntityToolTest, theMenuCreatesTheClassItNames) {
     choose("light");
     click(top, pixel(top, 32, 32));
-    QMenu* menu = window->popupMenu("Create");
-    const auto rightClick = [&](const QPoint& at) {
-        approach(top, at);
-        press(top, at, {}, Qt::RightButton);
-        release(top, at, {}, Qt::RightButton);
-    };
-    rightClick(pixel(top, -64, -64));
-    EXPECT_FALSE(menu->isVisible());
-    rightClick(pixel(top, 33, 33));
-    ASSERT_TRUE(menu->isVisible());
+    EXPECT_EQ(menuAt(top, pixel(top, -64, -64)), QString());
+    EXPECT_EQ(menuAt(top, pixel(top, 33, 33)), QStringLiteral("Create"));
     EXPECT_EQ(action("EditCreate")->text(), QStringLiteral("Create light"));
-    menu->close();
-    std::function<QAction*(const QMenu*)> find = [&](const QMenu* in) -> QAction* {
-        for (QAction* a : in->actions()) {
-            if (a->text() == QLatin1String("info_start"))
-                return a;
-            if (QAction* deeper = a->menu() ? find(a->menu()) : nullptr)
-                return deeper;
-        }
-        return nullptr;
-    };
-    QAction* start = find(menu);
-    ASSERT_TRUE(start);
-    start->trigger();
+    for (QAction* a : window->popupMenu("Create")->findChildren<QAction*>())
+        if (a->text() == QLatin1String("info_start"))
+            a->trigger();
     ASSERT_EQ(selectedEntities(), 1);
     EXPECT_STREQ(selected()->classname, "info_start");
     EXPECT_EQ(selected()->origin[2], 4) << "with its offset";
@@ -128,10 +104,9 @@ TEST_F(EntityToolTest, theMenuCreatesTheClassItNames) {
 }
 
 TEST_F(EntityToolTest, randomYawTurnsEachOneToAnotherWholeDegree) {
-    auto* box = window->findChild<QCheckBox*>(QStringLiteral("cbRandomYaw"));
     std::set<float> yaws;
     for (int i = 0; i < 8; ++i) {
-        box->setChecked(i > 0);
+        child<QCheckBox>(window.get(), "cbRandomYaw")->setChecked(i > 0);
         click(top, pixel(top, float(i * 16), 64));
         key(top, Qt::Key_Return);
         ASSERT_EQ(selectedEntities(), 1);
@@ -149,12 +124,11 @@ TEST_F(EntityToolTest, aGameWithoutPointClassesHasNoEntityTool) {
     project->dirty = false;
     ASSERT_TRUE(close());
     window.reset();
-    write(QStringLiteral("test.fgd"), "@SolidClass = worldspawn : \"World\" []\n");
+    write("test.fgd", "@SolidClass = worldspawn : \"World\" []\n");
     start();
     project = newProject();
-    replies.expectBox(QMessageBox::Ok,
-                      QStringLiteral("There are no point entities in current game data!\n"
-                                     "Entity Tool is not available."));
+    replies.expectBox(QMessageBox::Ok, "There are no point entities in current game data!\n"
+                                       "Entity Tool is not available.");
     toolAction(TOOL_ENTITY)->trigger();
     EXPECT_TRUE(answered());
     EXPECT_EQ(window->currentToolId(), int(TOOL_BLOCK));

@@ -90,13 +90,18 @@ void cReplies::expectCancel() {
     expect([](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Escape); });
 }
 
+// A dialog that goes before it is active would stay the active window for ever.
+void finish(QWidget* dialog, QDialogButtonBox::StandardButton button) {
+    EXPECT_TRUE(QTest::qWaitForWindowActive(dialog, PATIENCE));
+    dialog->findChild<QDialogButtonBox*>()->button(button)->click();
+}
+
 void cGuiTest::SetUp() {
     ASSERT_TRUE(m_folder.isValid());
     setAppBaseDir(m_folder.path());
     ASSERT_TRUE(QDir(m_folder.path()).mkdir(QStringLiteral("plugins")));
-    ASSERT_TRUE(
-        QFile::copy(QStringLiteral(KARVEX_TEST_PLUGIN), file(QStringLiteral("plugins/tptest.so"))));
-    write(QStringLiteral("test.fgd"),
+    ASSERT_TRUE(QFile::copy(QStringLiteral(KARVEX_TEST_PLUGIN), file("plugins/tptest.so")));
+    write("test.fgd",
           "@SolidClass = worldspawn : \"World\" [ message(string) : \"Text\" : \"hello\" ]\n");
     writeConfigs(1);
 }
@@ -140,7 +145,7 @@ void cGuiTest::write(const QString& name, const QByteArray& bytes) const {
     ASSERT_EQ(out.write(bytes), bytes.size());
 }
 
-QByteArray cGuiTest::read(const QString& name) const {
+QByteArray cGuiTest::read(const char* name) const {
     QFile in(file(name));
     return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
 }
@@ -151,11 +156,11 @@ void cGuiTest::writeConfigs(int enabled, int disabled, const char* profile) cons
         const QByteArray number = QByteArray::number(i);
         text += "[Config" + number + "]\nTitle=Game " + number +
                 "\nEnabled=" + (i < enabled ? "true" : "false") + "\nMapProfile=" + profile +
-                "\nGameData0=" + file(QStringLiteral("test.fgd")).toLocal8Bit() +
+                "\nGameData0=" + file("test.fgd").toLocal8Bit() +
                 "\nGameBasedir=" + m_folder.path().toLocal8Bit() +
                 "\nMapSourceFileDirectory=" + m_folder.path().toLocal8Bit() + "\n";
     }
-    write(QStringLiteral("TDKGameCfg.ini"), text);
+    write("TDKGameCfg.ini", text);
 }
 
 QAction* cGuiTest::action(const char* id, int copy) const {
@@ -184,6 +189,11 @@ cProject* cGuiTest::newProject() {
     trigger("FileNew");
     settle();
     return active();
+}
+
+cProject* cGuiTest::startWithProject() {
+    start();
+    return newProject();
 }
 
 static std::string nameOf(const QWidget* widget) {

@@ -9,6 +9,7 @@
 #include "shell/tProject.h"
 
 #include <QAction>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QMenu>
 #include <QMessageBox>
@@ -39,6 +40,9 @@ public:
     // A reply must close the widget it is given.
     void expect(std::function<void(QWidget*)> reply) { m_replies.push_back(std::move(reply)); }
     void expectBox(QMessageBox::StandardButton button, const QString& textPart);
+    void expectBox(QMessageBox::StandardButton button, const char* textPart) {
+        expectBox(button, QString::fromLatin1(textPart));
+    }
     void expectFile(const QString& path); // a file dialog takes this name
     void expectCancel();                  // any dialog is rejected
     int pending() const { return int(m_replies.size()); }
@@ -50,6 +54,23 @@ private:
     QPointer<QWidget> m_answered; // the next one may lie at the same address
     QTimer m_timer;
 };
+
+// How many objects the range gives.
+template<class Range> int countOf(const Range& range) {
+    int count = 0;
+    for ([[maybe_unused]] const auto* object : range)
+        ++count;
+    return count;
+}
+
+// The child of that name, which must be there.
+template<class T> T* child(const QWidget* parent, const char* name) {
+    T* found = parent->findChild<T*>(QString::fromLatin1(name));
+    EXPECT_TRUE(found) << name;
+    return found;
+}
+// Ends a dialog by that button of its box.
+void finish(QWidget* dialog, QDialogButtonBox::StandardButton button);
 
 // The menu of the bar with that title.
 QMenu* menuOf(const cMainWindow& window, const char* title);
@@ -67,8 +88,12 @@ protected:
     void restart();
 
     QString file(const QString& name) const { return m_folder.filePath(name); }
+    QString file(const char* name) const { return file(QString::fromLatin1(name)); }
     void write(const QString& name, const QByteArray& bytes) const;
-    QByteArray read(const QString& name) const;
+    void write(const char* name, const QByteArray& bytes) const {
+        write(QString::fromLatin1(name), bytes);
+    }
+    QByteArray read(const char* name) const;
     void writeConfigs(int enabled, int disabled = 0, const char* profile = "test") const;
 
     QAction* action(const char* id, int copy = 0) const; // copy 0 is the menu's
@@ -77,6 +102,7 @@ protected:
     // A press in the active view's window, as the user makes it.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
     cProject* newProject(); // the new one, active
+    cProject* startWithProject();
     cProject* active() const { return window->activeProject(); }
     void focus(QWidget* widget) const; // waits until it has it
     bool answered() const;             // waits for the last expected dialog

@@ -8,32 +8,37 @@
 
 #include <QDoubleSpinBox>
 #include <QRadioButton>
+#include <array>
 
 class SelectDragTest : public cToolTest {
 protected:
-    // A click on the left side of an object, seen from above.
-    void pick(const float* mins, const float* maxs, Qt::KeyboardModifiers modifiers = {}) {
-        click(top, pixel(top, mins[0], (mins[1] + maxs[1]) / 2), modifiers);
-    }
-    void pick(const cBrushData* brush, Qt::KeyboardModifiers modifiers = {}) {
-        pick(brush->mins, brush->maxs, modifiers);
-    }
     void setMode(int mode) {
-        const int h = top->axisH, v = top->axisV;
-        const QPoint middle =
-            pixel(top, (box().mins[h] + box().maxs[h]) / 2, (box().mins[v] + box().maxs[v]) / 2);
         for (int i = 0; i < HANDLES_MODES && tool().handleMode != mode; ++i)
-            click(top, middle);
+            click(top, middleOf(top));
         ASSERT_EQ(tool().handleMode, mode);
     }
-    QPoint middleOf(cCanvas* canvas) const {
-        float point[3];
-        box().handlePoint(canvas->axisH, canvas->axisV, BH_NONE, point);
-        return pixel(canvas, point[canvas->axisH], point[canvas->axisV]);
+    void pickBoth(const cBrushData* brush, const cEntityData* light) {
+        objectsAdded();
+        pick(brush);
+        pick(light->mins, light->maxs, Qt::ControlModifier);
+        ASSERT_EQ(tool().selectedCount, 2);
     }
-    void expectBrush(const cBrushData* brush, std::initializer_list<float> mins,
-                     std::initializer_list<float> maxs) const {
-        expectBounds(brush->mins, brush->maxs, mins, maxs);
+    // Drags a handle so far outwards that its sides move by that much.
+    void pull(int number, int by) {
+        const uint32_t sides = handleSides(number, 0, 1);
+        const QPoint way((sides & 1) ? -by : by, (sides & 2) ? by : -by);
+        const QPoint from = handle(top, number);
+        expectUndoable([&] { drag(top, from, from + way); });
+    }
+    // The left, lower, right and upper side: how far outwards a handle takes each.
+    static std::array<float, 4> sidesMoved(int number, float by) {
+        const uint32_t sides = handleSides(number, 0, 1);
+        return {(sides & 1) ? by : 0, (sides & 2) ? by : 0, (sides & 8) ? by : 0,
+                (sides & 16) ? by : 0};
+    }
+    static void expectNothingMoves(const cBrushData* brush) {
+        EXPECT_FALSE(brush->flags & BF_MOVING);
+        EXPECT_FALSE(brush->faces->flags & FF_MOVING);
     }
     // The bounds on one axis of those vertices whose coordinate on another one is at.
     static void expectSlice(const cBrushData* brush, int along, float at, int axis, float low,
@@ -55,10 +60,7 @@ protected:
 TEST_F(SelectDragTest, movesInEachView) {
     cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
     cEntityData* light = addLight(-40, 32, 32);
-    objectsAdded();
-    pick(brush);
-    pick(light->mins, light->maxs, Qt::ControlModifier);
-    ASSERT_EQ(tool().selectedCount, 2);
+    pickBoth(brush, light);
     for (const int type : {VIEW_TOP, VIEW_FRONT, VIEW_SIDE}) {
         cCanvas* canvas = view(type);
         float mins[3], maxs[3], origin[3];
@@ -79,38 +81,33 @@ TEST_F(SelectDragTest, movesInEachView) {
 }
 
 TEST_F(SelectDragTest, theTextAndThePreviewGoWithTheMouseAndTheMapStays) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    pick(brush);
+    const cBrushData* brush = pickCube();
+    window->SnapToGrid = false; // whole units
     const QPoint from = middleOf(top);
     dragTo(top, from, from + QPoint(16, 0));
-    EXPECT_TRUE(tool().movingPreview);
     EXPECT_TRUE(brush->flags & BF_MOVING);
-    EXPECT_TRUE(brush->faces->flags & FF_MOVING);
     EXPECT_EQ(pane(4), QString());
     settle();
     const uint64_t revision = map().revision();
     const int pictures = top->pictureCount();
     for (int i = 2; i < 6; ++i) {
-        moveTo(top, from + QPoint(16 * i, 0));
+        moveTo(top, from + QPoint(17 * i, 4));
         settle();
-        EXPECT_FLOAT_EQ(box().mins[0], 16.0f * float(i));
+        EXPECT_FLOAT_EQ(box().mins[0], 17.0f * float(i));
     }
     EXPECT_EQ(map().revision(), revision);
     EXPECT_EQ(top->pictureCount(), pictures) << "a step draws over the kept picture";
     expectBrush(brush, {0, 0, 0}, {64, 64, 64});
-    release(top, from + QPoint(80, 0));
+    release(top, from + QPoint(85, 4));
     EXPECT_FALSE(tool().movingPreview);
-    EXPECT_FALSE(brush->flags & BF_MOVING);
-    EXPECT_FALSE(brush->faces->flags & FF_MOVING);
+    expectNothingMoves(brush);
     EXPECT_EQ(pane(4), QStringLiteral("64w 64l 64h"));
-    expectBrush(brush, {80, 0, 0}, {144, 64, 64});
+    // The first move lies a pixel lower than the press, and the drag counts from there.
+    expectBrush(brush, {85, -3, 0}, {149, 61, 64});
 }
 
 TEST_F(SelectDragTest, aDragThatComesBackIsNoStep) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    pick(brush);
+    pickCube();
     const QStringList before = dumpById(map());
     for (int mode = HANDLES_SCALE; mode < HANDLES_MODES; ++mode) {
         setMode(mode);
@@ -125,23 +122,10 @@ TEST_F(SelectDragTest, aDragThatComesBackIsNoStep) {
     EXPECT_EQ(firstDifference(before, dumpById(map())), QString());
 }
 
-TEST_F(SelectDragTest, withoutTheGridItMovesByWholeUnits) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    window->SnapToGrid = false;
-    pick(brush);
-    const QPoint from = middleOf(top);
-    // The first move lies a pixel lower than the press, and the drag counts from there.
-    drag(top, from, from + QPoint(7, 4));
-    expectBrush(brush, {7, -3, 0}, {71, 61, 64});
-}
-
 TEST_F(SelectDragTest, shiftAtTheReleaseClones) {
     cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
     cEntityData* light = addLight(-40, 32, 32);
-    objectsAdded();
-    pick(brush);
-    pick(light->mins, light->maxs, Qt::ControlModifier);
+    pickBoth(brush, light);
     const QPoint from = middleOf(top);
     // What undo removes was selected; what was selected before comes back unselected.
     expectUndoable(
@@ -159,22 +143,18 @@ TEST_F(SelectDragTest, shiftAtTheReleaseClones) {
     expectBrush(map().data.selectedBrushes, {0, -80, 0}, {64, -16, 64});
     EXPECT_FLOAT_EQ(map().data.selectedEntities->origin[1], -48);
     // The drag inside the box counts until a plain click: a handle clones now, too.
-    const QPoint corner = handle(top, BH_BOTTOM_RIGHT);
-    dragTo(top, corner, corner + QPoint(16, 16));
-    release(top, corner + QPoint(16, 16), Qt::ShiftModifier);
-    EXPECT_STREQ(undoName(), "Clone Objects");
-    click(top, middleOf(top));
-    setMode(HANDLES_SCALE);
-    const QPoint again = handle(top, BH_BOTTOM_RIGHT);
-    dragTo(top, again, again + QPoint(16, 16));
-    release(top, again + QPoint(16, 16), Qt::ShiftModifier);
-    EXPECT_STREQ(undoName(), "Transformation");
+    for (const char* step : {"Clone Objects", "Transformation"}) {
+        const QPoint corner = handle(top, BH_BOTTOM_RIGHT);
+        dragTo(top, corner, corner + QPoint(16, 16));
+        release(top, corner + QPoint(16, 16), Qt::ShiftModifier);
+        EXPECT_STREQ(undoName(), step);
+        click(top, middleOf(top));
+        setMode(HANDLES_SCALE);
+    }
 }
 
 TEST_F(SelectDragTest, aDragOnNothingWithoutCtrlOnlyLetsTheViewFollow) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    pick(brush);
+    pickCube();
     const QStringList before = dumpById(map());
     const QPoint from = pixel(top, -64, -64);
     moveTo(top, from);
@@ -191,105 +171,65 @@ TEST_F(SelectDragTest, aDragOnNothingWithoutCtrlOnlyLetsTheViewFollow) {
     expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
 }
 
-TEST_F(SelectDragTest, escapeInADragDropsItWhenItDropsTheSelection) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    window->ClearSelectionOnEscape = true;
-    pick(brush);
-    const QPoint from = middleOf(top);
-    dragTo(top, from, from + QPoint(32, 0));
-    key(top, Qt::Key_Escape);
-    EXPECT_FALSE(brush->flags & BF_MOVING);
-    release(top, from + QPoint(32, 0));
-    expectBrush(brush, {0, 0, 0}, {64, 64, 64});
-    EXPECT_FALSE(map().history->canUndo());
-}
-
-TEST_F(SelectDragTest, aCommandInADragLeavesNothingBehind) {
+TEST_F(SelectDragTest, aDragThatIsBrokenOffLeavesNothingBehind) {
     cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
     cEntityData* light = addLight(-40, 32, 32);
-    objectsAdded();
-    for (const char* command : {"EditSelNone", "EditUndo"}) {
-        SCOPED_TRACE(command);
-        click(top, pixel(top, 120, -90));
-        pick(brush);
-        pick(light->mins, light->maxs, Qt::ControlModifier);
-        drag(top, middleOf(top), middleOf(top) + QPoint(32, 0)); // something to undo
-        dragTo(top, middleOf(top), middleOf(top) + QPoint(32, 0));
-        trigger(command);
-        EXPECT_FALSE(brush->flags & BF_MOVING);
-        EXPECT_FALSE(brush->faces->flags & FF_MOVING);
-        EXPECT_FALSE(light->flags & EF_MOVING);
-        release(top, middleOf(top));
-    }
-}
-
-TEST_F(SelectDragTest, anotherToolEndsADrag) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    pick(brush);
-    const QPoint from = middleOf(top);
-    dragTo(top, from, from + QPoint(32, 0));
-    window->setTool(TOOL_BLOCK);
-    EXPECT_FALSE(brush->flags & BF_MOVING);
-    expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
-    release(top, from + QPoint(32, 0));
-    window->toolSelect();
-    moveTo(top, from);
-    EXPECT_FALSE(tool().dragging);
-    expectBrush(brush, {0, 0, 0}, {64, 64, 64});
-}
-
-TEST_F(SelectDragTest, anotherDocumentEndsADrag) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    const cProject* other = newProject();
+    newProject();
     trigger("WindowPrev");
     settle();
-    ASSERT_EQ(active(), project);
     focus(top);
-    pick(brush);
-    const QPoint from = middleOf(top);
-    dragTo(top, from, from + QPoint(32, 0));
-    ASSERT_TRUE(brush->flags & BF_MOVING);
-    trigger("WindowNext");
-    settle();
-    ASSERT_EQ(active(), other);
-    EXPECT_FALSE(brush->flags & BF_MOVING);
-    EXPECT_FALSE(brush->faces->flags & FF_MOVING);
-    moveTo(top, from + QPoint(48, 0)); // the button is still held
-    moveTo(top, from + QPoint(64, 0));
-    EXPECT_FALSE(brush->flags & BF_MOVING);
-    release(top, from + QPoint(64, 0));
-    expectBrush(brush, {0, 0, 0}, {64, 64, 64});
-    EXPECT_FALSE(map().history->canUndo());
+    objectsAdded();
+    window->ClearSelectionOnEscape = true;
+    const struct {
+        const char* what;
+        std::function<void()> breakOff;
+        std::function<void()> comeBack;
+    } cases[] = {
+        {"Escape", [&] { key(top, Qt::Key_Escape); }, [] {}},
+        {"command", [&] { trigger("EditSelNone"); }, [] {}},
+        {"tool", [&] { window->setTool(TOOL_BLOCK); }, [&] { window->toolSelect(); }},
+        {"document", [&] { trigger("WindowNext"); },
+         [&] {
+             trigger("WindowPrev");
+             settle();
+         }},
+        {"undo", [&] { trigger("EditUndo"); }, [] {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const bool undoes = !strcmp(c.what, "undo");
+        click(top, pixel(top, 120, -90));
+        pickBoth(brush, light);
+        if (undoes)
+            drag(top, middleOf(top), middleOf(top) + QPoint(32, 0));
+        const QPoint from = middleOf(top);
+        dragTo(top, from, from + QPoint(32, 0));
+        ASSERT_TRUE(brush->flags & BF_MOVING);
+        c.breakOff();
+        settle();
+        expectNothingMoves(brush);
+        EXPECT_FALSE(light->flags & EF_MOVING);
+        if (undoes) {
+            release(top, from);
+            break;
+        }
+        moveTo(top, from + QPoint(48, 0)); // the button is still held
+        release(top, from + QPoint(64, 0));
+        c.comeBack();
+        moveTo(top, from);
+        EXPECT_FALSE(tool().dragging);
+        expectNothingMoves(brush);
+        expectBrush(brush, {0, 0, 0}, {64, 64, 64});
+        EXPECT_FALSE(map().history->canUndo());
+    }
 }
 
 // ---- Scale
 
-TEST_F(SelectDragTest, eachHandleScales) {
-    cBrushData* brush = addBrush({-32, -32, 0}, {32, 32, 32});
-    objectsAdded();
-    pick(brush);
-    for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
-        SCOPED_TRACE(number);
-        const uint32_t sides = handleSides(number, 0, 1);
-        const QPoint from = handle(top, number);
-        const int outH = (sides & 1) ? -32 : 32, outV = (sides & 2) ? -32 : 32;
-        expectUndoable([&] { drag(top, from, from + QPoint(outH, -outV)); });
-        expectBrush(brush, {(sides & 1) ? -64.0f : -32.0f, (sides & 2) ? -64.0f : -32.0f, 0.0f},
-                    {(sides & 8) ? 64.0f : 32.0f, (sides & 16) ? 64.0f : 32.0f, 32.0f});
-        EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
-        trigger("EditUndo");
-    }
-}
-
 TEST_F(SelectDragTest, scalingPlacesPointEntitiesAndStopsAtOneUnit) {
     cBrushData* brush = addBrush({0, 0, 0}, {128, 64, 64});
     cEntityData* light = addLight(96, 32, 32);
-    objectsAdded();
-    pick(brush);
-    pick(light->mins, light->maxs, Qt::ControlModifier);
+    pickBoth(brush, light);
     QPoint from = handle(top, BH_RIGHT);
     dragTo(top, from, from - QPoint(64, 0));
     EXPECT_EQ(pane(4), QStringLiteral("64 x 64"));
@@ -308,16 +248,14 @@ TEST_F(SelectDragTest, scalingPlacesPointEntitiesAndStopsAtOneUnit) {
 
 // ---- Rotate
 
-TEST_F(SelectDragTest, rotatesByHalfDegreesAndWithShiftByFifteen) {
-    cBrushData* brush = addBrush({-64, -32, 0}, {64, 32, 32});
+TEST_F(SelectDragTest, rotatesByHalfDegreesAndWithShiftByFifteenInEachView) {
+    const cBrushData* brush = addBrush({-64, -32, -16}, {64, 32, 16});
     objectsAdded();
     pick(brush);
     setMode(HANDLES_ROTATE);
     const QPoint from = handle(top, BH_TOP_RIGHT); // the drag begins at 64, 32
     dragTo(top, from, pixel(top, 20, 80));         // at 75.96 degrees, begun at 26.57
     EXPECT_EQ(pane(4), QStringLiteral("49.0\u00b0"));
-    EXPECT_EQ(tool().rotAxis, 2);
-    EXPECT_EQ(tool().shearAxis, 0);
     moveTo(top, pixel(top, 35, 136), Qt::ShiftModifier);
     EXPECT_EQ(pane(4), QStringLiteral("45.0\u00b0"));
     window->Default15DegreeRotation = true;
@@ -327,32 +265,24 @@ TEST_F(SelectDragTest, rotatesByHalfDegreesAndWithShiftByFifteen) {
     EXPECT_EQ(pane(4), QStringLiteral("90.0\u00b0"));
     release(top, pixel(top, -46, 90));
     EXPECT_EQ(tool().handleMode, int(HANDLES_ROTATE)) << "its own transform keeps the mode";
-    expectBrush(brush, {-32, -64, 0}, {32, 64, 32});
+    expectBrush(brush, {-32, -64, -16}, {32, 64, 16});
     trigger("EditUndo");
-    expectBrush(brush, {-64, -32, 0}, {64, 32, 32});
-}
 
-TEST_F(SelectDragTest, turnsFromTheFirstAxisOfTheViewToTheSecond) {
-    cBrushData* large = addBrush({-64, -64, -64}, {0, 64, 64});
-    cBrushData* small = addBrush({32, 32, 32}, {64, 48, 48}); // longer on x
+    // From the first axis of the view to the second; the way is told by what lies off the middle.
+    cBrushData* small = addBrush({32, 32, 32}, {64, 48, 48});
+    addBrush({-64, -64, -64}, {0, 64, 64});
     objectsAdded();
-    window->Default15DegreeRotation = true;
-    pick(large);
-    pick(small, Qt::ControlModifier);
+    trigger("EditSelAll");
     setMode(HANDLES_ROTATE);
     for (const int type : {VIEW_TOP, VIEW_FRONT, VIEW_SIDE}) {
-        SCOPED_TRACE(type);
         cCanvas* canvas = view(type);
         const int h = canvas->axisH, v = canvas->axisV;
-        float mins[3], maxs[3];
-        vecCopy(small->mins, mins);
-        vecCopy(small->maxs, maxs);
-        const QPoint from = handle(canvas, BH_TOP_RIGHT);
-        expectUndoable([&] { drag(canvas, from, pixel(canvas, -72, 65)); });
-        EXPECT_NEAR(small->mins[v], mins[h], 0.01f);
-        EXPECT_NEAR(small->maxs[v], maxs[h], 0.01f);
-        EXPECT_NEAR(small->mins[h], -maxs[v], 0.01f);
-        EXPECT_NEAR(small->maxs[h], -mins[v], 0.01f);
+        const float low = small->mins[h], high = small->maxs[h];
+        const QPoint corner = handle(canvas, BH_TOP_RIGHT);
+        expectUndoable([&] { drag(canvas, corner, pixel(canvas, -72, 65)); });
+        EXPECT_NEAR(small->mins[v], low, 0.01f) << type;
+        EXPECT_NEAR(small->maxs[v], high, 0.01f) << type;
+        EXPECT_LT(small->maxs[h], 0) << type;
         trigger("EditUndo");
     }
 }
@@ -363,15 +293,15 @@ TEST_F(SelectDragTest, eachEdgeShears) {
     cBrushData* brush = addBrush({-32, -32, 0}, {32, 32, 32});
     objectsAdded();
     pick(brush);
-    struct {
+    const struct {
         int handle;
         int along; // the axis of the two sides, of which the upper or lower one is moved
         float moved;
         const char* text;
-    } const cases[] = {{BH_LEFT, 0, -32, "shear: -48"},
-                       {BH_RIGHT, 0, 32, "shear: 48"},
-                       {BH_TOP, 1, 32, "shear: 48"},
-                       {BH_BOTTOM, 1, -32, "shear: -48"}};
+    } cases[] = {{BH_LEFT, 0, -32, "shear: -48"},
+                 {BH_RIGHT, 0, 32, "shear: 48"},
+                 {BH_TOP, 1, 32, "shear: 48"},
+                 {BH_BOTTOM, 1, -32, "shear: -48"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.handle);
         setMode(HANDLES_SHEAR);
@@ -407,18 +337,22 @@ protected:
     cBrushData* narrow = nullptr;
 };
 
-TEST_F(StretchTest, eachObjectFollowsWithTheSideOfTheHandle) {
-    for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
-        SCOPED_TRACE(number);
-        const uint32_t sides = handleSides(number, 0, 1);
-        const QPoint from = handle(top, number);
-        const int outH = (sides & 1) ? -16 : 16, outV = (sides & 2) ? -16 : 16;
-        expectUndoable([&] { drag(top, from, from + QPoint(outH, -outV)); });
-        const auto grown = [sides](uint32_t bit) { return (sides & bit) ? 16.0f : 0.0f; };
-        expectBrush(wide, {-64 - grown(1), -32 - grown(2), 0}, {grown(8), 32 + grown(16), 64});
-        expectBrush(narrow, {32 - grown(1), -grown(2), 0}, {64 + grown(8), 32 + grown(16), 64});
-        EXPECT_EQ(tool().handleMode, int(HANDLES_STRETCH));
-        trigger("EditUndo");
+TEST_F(StretchTest, eachHandleScalesTheBoxOrStretchesEachObject) {
+    for (const int mode : {HANDLES_STRETCH, HANDLES_SCALE}) {
+        setMode(mode);
+        for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
+            SCOPED_TRACE(testing::Message() << "mode " << mode << " handle " << number);
+            const auto out = sidesMoved(number, 16);
+            pull(number, 16);
+            expectBounds(box().mins, box().maxs, {-64 - out[0], -32 - out[1], 0},
+                         {64 + out[2], 32 + out[3], 64});
+            EXPECT_EQ(tool().handleMode, mode);
+            if (mode == HANDLES_STRETCH) {
+                expectBrush(wide, {-64 - out[0], -32 - out[1], 0}, {out[2], 32 + out[3], 64});
+                expectBrush(narrow, {32 - out[0], -out[1], 0}, {64 + out[2], 32 + out[3], 64});
+            }
+            trigger("EditUndo");
+        }
     }
 }
 
@@ -445,7 +379,6 @@ protected:
         pick(left);
         pick(right, Qt::ControlModifier);
     }
-    void restore() { trigger("EditUndo"); }
     cBrushData* left = nullptr;
     cBrushData* right = nullptr;
 };
@@ -474,7 +407,7 @@ TEST_F(TransformCommandTest, flipsAndAlignsOnTheAxesOfTheView) {
             EXPECT_NEAR(right->mins[i], c.rightMins.begin()[i], 0.01f) << "right " << i;
         }
         EXPECT_FLOAT_EQ(box().mins[0], std::min(left->mins[0], right->mins[0]));
-        restore();
+        trigger("EditUndo");
     }
     view(VIEW_CAMERA)->activate();
     for (const char* command : {"ToolsFlipH", "ToolsAlignL"})
@@ -483,6 +416,7 @@ TEST_F(TransformCommandTest, flipsAndAlignsOnTheAxesOfTheView) {
 }
 
 TEST_F(TransformCommandTest, theDialogTurnsScalesAndMoves) {
+    static const char* const spinBoxes[] = {"sbX", "sbY", "sbZ"};
     struct {
         const char* mode;
         double values[3];
@@ -496,25 +430,22 @@ TEST_F(TransformCommandTest, theDialogTurnsScalesAndMoves) {
         SCOPED_TRACE(c.mode);
         replies.expect([&c](QWidget* dialog) {
             EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Transformation"));
-            EXPECT_EQ(dialog->minimumSize(), dialog->maximumSize());
-            EXPECT_TRUE(dialog->findChild<QRadioButton*>(QStringLiteral("rbRotate"))->isChecked());
-            dialog->findChild<QRadioButton*>(QString::fromLatin1(c.mode))->setChecked(true);
-            const QString names[] = {QStringLiteral("sbX"), QStringLiteral("sbY"),
-                                     QStringLiteral("sbZ")};
+            EXPECT_TRUE(child<QRadioButton>(dialog, "rbRotate")->isChecked());
+            child<QRadioButton>(dialog, c.mode)->setChecked(true);
             for (int i = 0; i < 3; ++i)
-                dialog->findChild<QDoubleSpinBox*>(names[i])->setValue(c.values[i]);
+                child<QDoubleSpinBox>(dialog, spinBoxes[i])->setValue(c.values[i]);
             qobject_cast<QDialog*>(dialog)->accept();
         });
         expectUndoable([&] { trigger("ToolsTransform"); });
         EXPECT_STREQ(undoName(), "Transformation");
         expectBrush(right, c.mins, c.maxs);
-        restore();
+        trigger("EditUndo");
     }
     replies.expectCancel();
     trigger("ToolsTransform");
     EXPECT_FALSE(map().history->canUndo());
     trigger("EditSelNone");
-    replies.expectBox(QMessageBox::Ok, QStringLiteral("You must select some objects before"));
+    replies.expectBox(QMessageBox::Ok, "You must select some objects before");
     trigger("ToolsTransform");
 }
 

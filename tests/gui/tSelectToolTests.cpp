@@ -15,53 +15,49 @@ static bool isPicked(const cBrushData* brush) {
 // ---- Clicks
 
 TEST_F(SelectToolTest, aClickSelectsWhatIsUnderItAndEmptySpaceSelectsNothing) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
     cBrushData* other = addBrush({-96, 0, 0}, {-32, 64, 64});
-    objectsAdded();
-    click(top, pixel(top, 0, 32)); // on its line
+    cBrushData* brush = pickCube();
     EXPECT_TRUE(isPicked(brush));
     EXPECT_TRUE(box().active);
     EXPECT_EQ(pane(2), QStringLiteral("solid with 6 faces."));
     EXPECT_EQ(pane(4), QStringLiteral("64w 64l 64h"));
-    click(top, pixel(top, -96, 32));
+    drag(top, pixel(top, -96, 32), pixel(top, -48, 80)); // a press that selects cannot drag
     EXPECT_TRUE(isPicked(other) && !isPicked(brush));
+    expectBrush(other, {-96, 0, 0}, {-32, 64, 64});
+    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
     click(top, pixel(top, -64, 32)); // inside its box: the next mode, and nothing picked
     EXPECT_TRUE(isPicked(other));
     EXPECT_EQ(tool().handleMode, int(HANDLES_ROTATE));
-    click(top, pixel(top, 0, -90));
-    EXPECT_EQ(selectedBrushes(), 0);
-    EXPECT_FALSE(box().active);
-    EXPECT_EQ(pane(4), QString());
-    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
+    for (const bool byEscape : {false, true}) {
+        pick(brush);
+        key(top, Qt::Key_Escape);
+        EXPECT_EQ(selectedBrushes(), 1) << "unless it is told to";
+        window->ClearSelectionOnEscape = byEscape;
+        if (byEscape)
+            key(top, Qt::Key_Escape);
+        else
+            click(top, pixel(top, 0, -90));
+        EXPECT_EQ(selectedBrushes(), 0);
+        EXPECT_FALSE(box().active || tool().overBox);
+        EXPECT_EQ(pane(4), QString());
+        EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
+    }
     EXPECT_FALSE(map().history->canUndo());
 }
 
 TEST_F(SelectToolTest, ctrlTakesInAndOut) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    cEntityData* light = addLight(-64, 0, 0);
-    objectsAdded();
-    click(top, pixel(top, 0, 32));
-    click(top, pixel(top, -72, 0), Qt::ControlModifier);
-    EXPECT_EQ(selectedBrushes() + selectedEntities(), 2);
+    const cEntityData* light = addLight(-64, 0, 0);
+    const cBrushData* brush = pickCube();
+    pick(light->mins, light->maxs, Qt::ControlModifier);
     EXPECT_EQ(pane(4), QStringLiteral("136w 72l 72h"));
     click(top, pixel(top, 30, -80), Qt::ControlModifier); // nothing there: all stays
     EXPECT_EQ(selectedBrushes() + selectedEntities(), 2);
-    click(top, pixel(top, 0, 32), Qt::ControlModifier);
+    pick(brush, Qt::ControlModifier);
     EXPECT_FALSE(isPicked(brush));
-    EXPECT_TRUE(light->flags & EF_SELECTED);
-    click(top, pixel(top, -72, 0), Qt::ControlModifier);
+    EXPECT_EQ(selectedEntities(), 1);
+    pick(light->mins, light->maxs, Qt::ControlModifier);
     EXPECT_EQ(selectedEntities(), 0);
     EXPECT_FALSE(box().active);
-}
-
-TEST_F(SelectToolTest, thePressThatSelectsCannotDrag) {
-    cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    drag(top, pixel(top, 0, 32), pixel(top, 48, 80));
-    EXPECT_TRUE(isPicked(brush));
-    expectBounds(brush->mins, brush->maxs, {0, 0, 0}, {64, 64, 64});
-    EXPECT_FALSE(map().history->canUndo());
-    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
 }
 
 TEST_F(SelectToolTest, theCameraPicksTheNearestFace) {
@@ -84,64 +80,33 @@ TEST_F(SelectToolTest, theCameraPicksTheNearestFace) {
 TEST_F(SelectToolTest, aClickTakesTheWholeGroupOrEntityUnlessGroupsAreIgnored) {
     cBrushData* one = addBrush({0, 0, 0}, {32, 32, 32});
     cBrushData* two = addBrush({48, 0, 0}, {80, 32, 32});
-    const float mins[3] = {-96, 0, 0}, maxs[3] = {-64, 32, 32};
-    const float otherMins[3] = {-48, 0, 0}, otherMaxs[3] = {-16, 32, 32};
     cEntityData* wall = addSolidEntity();
-    cBrushData* panel = addBox(map(), wall, mins, maxs);
-    addBox(map(), wall, otherMins, otherMaxs);
+    for (const float x : {-48.0f, -96.0f}) {
+        const float mins[3] = {x, 0, 0}, maxs[3] = {x + 32, 32, 32};
+        addBox(map(), wall, mins, maxs);
+    }
+    const cBrushData* panel = wall->brushesTail;
     cGroupData* group = map().addGroup();
     map().joinGroupBrush(one, group);
     map().joinGroupBrush(two, group);
     updateEntity(wall, 0);
     objectsAdded();
-    click(top, pixel(top, 0, 16));
+    pick(one);
     EXPECT_TRUE(isPicked(one) && isPicked(two) && (group->flags & GF_SELECTED));
     EXPECT_EQ(pane(2), QStringLiteral("group of 2 objects."));
     expectBounds(box().mins, box().maxs, {0, 0, 0}, {80, 32, 32});
-    click(top, pixel(top, -96, 16), Qt::ControlModifier);
+    pick(panel, Qt::ControlModifier);
     EXPECT_EQ(selectedBrushes(), 4);
     EXPECT_TRUE(wall->flags & EF_SELECTED);
-    click(top, pixel(top, 0, 16), Qt::ControlModifier);
+    pick(one, Qt::ControlModifier);
     EXPECT_EQ(selectedBrushes(), 2);
     EXPECT_FALSE(group->flags & GF_SELECTED);
     click(top, pixel(top, 0, -90));
     window->IgnoreGroups = true;
-    click(top, pixel(top, 0, 16));
-    EXPECT_EQ(selectedBrushes(), 1);
-    EXPECT_TRUE(isPicked(one));
-    click(top, pixel(top, -96, 16));
-    EXPECT_EQ(selectedBrushes(), 1);
-    EXPECT_TRUE(isPicked(panel) && !(wall->flags & EF_SELECTED));
-}
-
-// Both have a line there: in a flat view the click finds the one drawn last.
-TEST_F(SelectToolTest, aClickOnTwoObjectsTakesOneOfThem) {
-    cBrushData* low = addBrush({0, 0, 0}, {64, 64, 64});
-    cBrushData* high = addBrush({0, 0, 128}, {64, 64, 192});
-    objectsAdded();
-    click(top, pixel(top, 0, 32));
-    EXPECT_TRUE(isPicked(high) && !isPicked(low));
-    click(top, pixel(top, 0, 32), Qt::ControlModifier);
-    EXPECT_EQ(selectedBrushes(), 0) << "the same one goes out again";
-}
-
-TEST_F(SelectToolTest, clicksInTheBoxGoThroughTheModes) {
-    addBrush({0, 0, 0}, {64, 64, 64});
-    addLight(-64, 0, 0);
-    objectsAdded();
-    click(top, pixel(top, 0, 32));
-    const int solid[] = {HANDLES_ROTATE, HANDLES_SHEAR, HANDLES_STRETCH, HANDLES_SCALE};
-    for (const int mode : solid) {
-        click(top, pixel(top, 32, 32));
-        EXPECT_EQ(tool().handleMode, mode);
-    }
-    click(top, pixel(top, 32, 32));
-    click(top, pixel(top, -72, 0));
-    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE)) << "another object starts anew";
-    const int point[] = {HANDLES_ROTATE, HANDLES_SHEAR, HANDLES_SCALE};
-    for (const int mode : point) {
-        click(top, pixel(top, -64, 0));
-        EXPECT_EQ(tool().handleMode, mode) << "a point entity has no stretch";
+    for (const cBrushData* brush : {static_cast<const cBrushData*>(one), panel}) {
+        pick(brush);
+        EXPECT_EQ(selectedBrushes(), 1);
+        EXPECT_TRUE(isPicked(brush) && !(wall->flags & EF_SELECTED));
     }
 }
 
@@ -168,23 +133,30 @@ protected:
     cBrushData* centred = nullptr;
 };
 
-TEST_F(RubberBandTest, enterSelectsInThreeWays) {
-    struct {
+TEST_F(RubberBandTest, enterAndTheSelectMenuSelectInThreeWays) {
+    const struct {
+        const char* command; // or Enter
         Qt::KeyboardModifiers modifiers;
         bool byHandles;
         const char* selected;
-    } const cases[] = {{{}, false, "itc"},
-                       {Qt::ShiftModifier, false, "i--"},
-                       {{}, true, "i-c"},
-                       {Qt::ShiftModifier, true, "i-c"},
-                       {Qt::ShiftModifier | Qt::ControlModifier, false, "itc"}};
+    } cases[] = {{nullptr, {}, false, "itc"},
+                 {nullptr, Qt::ShiftModifier, false, "i--"},
+                 {nullptr, {}, true, "i-c"},
+                 {nullptr, Qt::ShiftModifier, true, "i-c"},
+                 {nullptr, Qt::ShiftModifier | Qt::ControlModifier, false, "itc"},
+                 {"EditSelTouch", {}, false, "itc"},
+                 {"EditSelInside", {}, false, "i--"},
+                 {"EditSelHandles", {}, false, "i-c"}};
     for (const auto& c : cases) {
         window->SelectByHandles = c.byHandles;
         drawBand();
         EXPECT_TRUE(tool().rubberBand);
         EXPECT_EQ(pane(4), QStringLiteral("96w 96l 0h"));
         EXPECT_EQ(selected(), "---");
-        key(top, Qt::Key_Return, c.modifiers);
+        if (c.command)
+            trigger(c.command);
+        else
+            key(top, Qt::Key_Return, c.modifiers);
         EXPECT_EQ(selected(), c.selected);
         EXPECT_FALSE(tool().rubberBand);
         click(top, pixel(top, 100, 60));
@@ -235,64 +207,16 @@ TEST_F(RubberBandTest, withASelectionItNeedsCtrlAndNeverMovesWhatIsSelected) {
     expectBounds(box().mins, box().maxs, {-16, -64, 0}, {80, -32, 32});
 }
 
-TEST_F(RubberBandTest, theSelectMenuDoesAsTheKeysDo) {
-    struct {
-        const char* command;
-        const char* selected;
-    } const cases[] = {
-        {"EditSelTouch", "itc"}, {"EditSelInside", "i--"}, {"EditSelHandles", "i-c"}};
-    for (const auto& c : cases) {
-        drawBand();
-        trigger(c.command);
-        EXPECT_EQ(selected(), c.selected) << c.command;
-        trigger("EditSelNone");
-    }
-}
-
-// ---- Escape
-
-TEST_F(SelectToolTest, escapeDropsTheSelectionOnlyIfToldTo) {
-    addBrush({0, 0, 0}, {64, 64, 64});
-    objectsAdded();
-    click(top, pixel(top, 0, 32));
-    key(top, Qt::Key_Escape);
-    EXPECT_EQ(selectedBrushes(), 1);
-    window->ClearSelectionOnEscape = true;
-    key(top, Qt::Key_Escape);
-    EXPECT_EQ(selectedBrushes(), 0);
-    EXPECT_FALSE(box().active);
-    EXPECT_FALSE(tool().overBox);
-}
-
 // ---- Menus
 
-static QString openMenuName() {
-    const auto* menu = qobject_cast<const QMenu*>(QApplication::activePopupWidget());
-    return menu ? menu->accessibleName() : QString();
-}
-
-class SelectMenuTest : public cToolTest {
-protected:
-    QString menuAt(cCanvas* canvas, const QPoint& at) {
-        moveTo(canvas, at);
-        press(canvas, at, {}, Qt::RightButton);
-        const QString name = openMenuName();
-        if (QWidget* popup = QApplication::activePopupWidget())
-            popup->close();
-        release(canvas, at, {}, Qt::RightButton);
-        settle();
-        return name;
-    }
-};
-
-TEST_F(SelectMenuTest, theMenuFollowsFromWhatIsUnderTheMouse) {
-    addBrush({0, 0, 0}, {64, 64, 64});
+TEST_F(SelectToolTest, theMenuFollowsFromWhatIsUnderTheMouse) {
+    const cBrushData* brush = addBrush({0, 0, 0}, {64, 64, 64});
     objectsAdded();
     cCanvas* camera = view(VIEW_CAMERA);
     const QPoint middle(camera->width() / 2, camera->height() / 2);
     EXPECT_EQ(menuAt(top, pixel(top, 32, 32)), QStringLiteral("Operations"));
     EXPECT_EQ(menuAt(camera, middle), QString());
-    click(top, pixel(top, 0, 32));
+    pick(brush);
     EXPECT_EQ(menuAt(top, pixel(top, 32, 32)), QStringLiteral("Selection"));
     EXPECT_EQ(menuAt(top, pixel(top, -64, 32)), QStringLiteral("Operations"));
     EXPECT_EQ(menuAt(camera, middle), QStringLiteral("Selection"));
@@ -306,37 +230,42 @@ TEST_F(SelectMenuTest, theMenuFollowsFromWhatIsUnderTheMouse) {
 
 // ---- Cursors
 
-TEST_F(SelectToolTest, theCursorTellsWhatTheHandleDoes) {
-    static const Qt::CursorShape size[] = {
-        Qt::ArrowCursor,     Qt::SizeFDiagCursor, Qt::SizeBDiagCursor,
-        Qt::SizeBDiagCursor, Qt::SizeFDiagCursor, Qt::SizeHorCursor,
-        Qt::SizeHorCursor,   Qt::SizeVerCursor,   Qt::SizeVerCursor};
-    addBrush({-32, -32, 0}, {64, 64, 64});
-    objectsAdded();
-    click(top, pixel(top, -32, 32));
+TEST_F(SelectToolTest, clicksInTheBoxGoThroughTheModesAndTheCursorTells) {
+    constexpr auto NONE = Qt::ArrowCursor, TURN = Qt::BitmapCursor;
+    constexpr auto FALLING = Qt::SizeFDiagCursor, RISING = Qt::SizeBDiagCursor;
+    constexpr auto ACROSS = Qt::SizeHorCursor, ALONG = Qt::SizeVerCursor;
+    static const Qt::CursorShape shapes[HANDLES_MODES][8] = {
+        // four corners, four sides
+        {FALLING, RISING, RISING, FALLING, ACROSS, ACROSS, ALONG, ALONG},
+        {TURN, TURN, TURN, TURN, NONE, NONE, NONE, NONE},
+        {NONE, NONE, NONE, NONE, ALONG, ALONG, ACROSS, ACROSS},
+        {FALLING, RISING, RISING, FALLING, ACROSS, ACROSS, ALONG, ALONG}};
+    pickCube(-32);
     for (int mode = HANDLES_SCALE; mode < HANDLES_MODES; ++mode) {
         ASSERT_EQ(tool().handleMode, mode);
         for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
-            SCOPED_TRACE(testing::Message() << "mode " << mode << " handle " << number);
-            const bool corner = number <= BH_BOTTOM_RIGHT;
             moveTo(top, pixel(top, 100, -90));
             moveTo(top, handle(top, number));
-            Qt::CursorShape expected = size[number];
-            if (mode == HANDLES_ROTATE)
-                expected = corner ? Qt::BitmapCursor : Qt::ArrowCursor;
-            else if (mode == HANDLES_SHEAR)
-                expected = corner ? Qt::ArrowCursor
-                                  : (number <= BH_RIGHT ? Qt::SizeVerCursor : Qt::SizeHorCursor);
-            EXPECT_EQ(top->cursor().shape(), expected);
+            EXPECT_EQ(top->cursor().shape(), shapes[mode][number - BH_TOP_LEFT])
+                << "mode " << mode << " handle " << number;
         }
-        moveTo(top, pixel(top, 15, 16));
-        moveTo(top, pixel(top, 16, 16));
+        approach(top, pixel(top, 0, 32));
         EXPECT_EQ(top->cursor().shape(), Qt::BitmapCursor) << "the cross inside the box";
         EXPECT_EQ(top->cursor().hotSpot(), QPoint(16, 15));
-        click(top, pixel(top, 16, 16));
+        click(top, pixel(top, 0, 32));
+    }
+    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE)) << "round again";
+    click(top, pixel(top, 0, 32));
+    addLight(-64, 0, 0);
+    objectsAdded();
+    click(top, pixel(top, -72, 0));
+    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE)) << "another object starts anew";
+    for (const int mode : {HANDLES_ROTATE, HANDLES_SHEAR, HANDLES_SCALE}) {
+        click(top, pixel(top, -64, 0));
+        EXPECT_EQ(tool().handleMode, mode) << "a point entity has no stretch";
     }
     window->CrosshairCursor = false;
     moveTo(top, pixel(top, 100, -90));
-    moveTo(top, pixel(top, 16, 16));
+    moveTo(top, pixel(top, -64, 0));
     EXPECT_EQ(top->cursor().shape(), Qt::ArrowCursor);
 }

@@ -8,7 +8,6 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QListWidget>
-#include <QPushButton>
 
 static const QString POINTS_QUESTION =
     QStringLiteral("There are 1 point entities selected.\n"
@@ -40,32 +39,22 @@ protected:
         return wall;
     }
 
-    int entities() const {
-        int count = 0;
-        for ([[maybe_unused]] const cEntityData* entity : entitiesOf(map().data))
-            ++count;
-        return count;
-    }
-    cEntityData* newest() const {
-        cEntityData* last = nullptr;
-        for (cEntityData* entity : entitiesOf(map().data))
-            last = entity;
-        return last;
-    }
-    const cBrushData* newestOfWorld() const { return map().world()->brushesTail; }
+    int entities() const { return countOf(entitiesOf(map().data)); }
+    const cEntityData* newest() const { return map().data.entitiesTail; }
     static int brushesIn(const cEntityData* entity) {
-        int count = 0;
-        for ([[maybe_unused]] const cBrushData* brush : brushesOf(entity))
-            ++count;
-        return count;
+        return entity ? countOf(brushesOf(entity)) : 0;
+    }
+    // A block of the world at that place, with all that is there selected.
+    void addBlock(float x) {
+        addBrush({x, 0, 0}, {x + 32, 32, 32});
+        objectsAdded();
+        trigger("EditSelAll");
     }
     // Two walls of two brushes and one of the world, all selected.
     void addTwoWalls() {
         walls[0] = addWall(0, 2)->id;
         walls[1] = addWall(64, 2)->id;
-        addBrush({128, 0, 0}, {160, 32, 32});
-        objectsAdded();
-        trigger("EditSelAll");
+        addBlock(128);
     }
     void tie() {
         trigger("ToolsToEntity");
@@ -86,49 +75,36 @@ TEST_F(TieTest, withoutAClassOrBrushesThereIsABox) {
     tie();
     EXPECT_EQ(selectedEntities(), 1);
 
-    addBrush({64, 0, 0}, {96, 32, 32});
-    objectsAdded();
-    trigger("EditSelAll");
+    addBlock(64);
     config().defaultSolidClass.clear();
-    replies.expectBox(QMessageBox::Ok,
-                      QStringLiteral("There are no solid entities in current game data!\n"
-                                     "TieToEntity function is not available."));
+    replies.expectBox(QMessageBox::Ok, "There are no solid entities in current game data!\n"
+                                       "TieToEntity function is not available.");
     tie();
     EXPECT_FALSE(map().history->canUndo());
 }
 
-TEST_F(TieTest, brushesOfTheWorldBecomeANewEntity) {
-    addBrush({0, 0, 0}, {32, 32, 32});
-    addBrush({64, 0, 0}, {96, 32, 32});
-    objectsAdded();
-    trigger("EditSelAll");
-    expectUndoable([&] { tie(); });
-    EXPECT_STREQ(undoName(), "Tie to Entity");
-    EXPECT_TRUE(project->dirty);
-    EXPECT_STREQ(newest()->classname, "func_door");
-    EXPECT_EQ(brushesIn(newest()), 2);
-    EXPECT_EQ(selectedEntities(), 1);
-}
-
-TEST_F(TieTest, theClassMenuNamesTheClass) {
-    addBrush({0, 0, 0}, {32, 32, 32});
-    objectsAdded();
-    trigger("EditSelAll");
-    QAction* entry = nullptr;
-    for (QAction* a : window->findChildren<QAction*>())
-        if (a->text() == QStringLiteral("func_wall"))
-            entry = a;
-    ASSERT_TRUE(entry);
-    expectUndoable([&] { entry->trigger(); });
-    EXPECT_STREQ(newest()->classname, "func_wall");
-    EXPECT_EQ(window->tieClassName, QString());
+TEST_F(TieTest, brushesOfTheWorldBecomeANewEntityOfTheClassThatAMenuNames) {
+    for (const char* name : {"func_door", "func_wall"}) {
+        addBlock(0);
+        addBlock(64);
+        QAction* entry = action("ToolsToEntity");
+        for (QAction* a : window->findChildren<QAction*>())
+            if (a->text() == QLatin1String(name))
+                entry = a; // the default class has none
+        expectUndoable([&] { entry->trigger(); });
+        EXPECT_STREQ(undoName(), "Tie to Entity");
+        EXPECT_TRUE(project->dirty);
+        EXPECT_STREQ(newest()->classname, name);
+        EXPECT_EQ(brushesIn(newest()), 2);
+        EXPECT_EQ(selectedEntities(), 1);
+        EXPECT_EQ(window->tieClassName, QString());
+        trigger("EditDelete");
+    }
 }
 
 TEST_F(TieTest, pointEntitiesAreDeselectedOrNothingHappens) {
     addLight(0, 64, 0);
-    addBrush({0, 0, 0}, {32, 32, 32});
-    objectsAdded();
-    trigger("EditSelAll");
+    addBlock(0);
     const QStringList before = dumpById(map());
     replies.expectBox(QMessageBox::No, POINTS_QUESTION);
     tie();
@@ -142,44 +118,34 @@ TEST_F(TieTest, pointEntitiesAreDeselectedOrNothingHappens) {
 TEST_F(TieTest, oneOwnerIsAskedFor) {
     const struct {
         QMessageBox::StandardButton answer;
-        int entities;    // after, with the world
+        bool withBlock;  // one of the world, besides the wall's
         int wallBrushes; // in the one that was there
         bool step;
     } cases[] = {
-        {QMessageBox::Cancel, 2, 2, false},
-        {QMessageBox::Yes, 2, 3, true},
-        {QMessageBox::No, 2, 0, true}, // the wall that has nothing left goes
+        {QMessageBox::Cancel, true, 2, false},
+        {QMessageBox::Yes, true, 3, true},
+        {QMessageBox::Yes, false, 2, true}, // they stay, and yet a step is recorded
+        {QMessageBox::No, true, 0, true},   // the wall that has nothing left goes
     };
     for (const auto& c : cases) {
         const uint32_t wall = addWall(0, 2)->id;
-        addBrush({128, 0, 0}, {160, 32, 32});
+        if (c.withBlock)
+            addBlock(128);
         objectsAdded();
         map().history->clear();
         trigger("EditSelAll");
         replies.expectBox(c.answer, OWNER_QUESTION);
-        if (c.step)
+        if (c.step && c.withBlock)
             expectUndoable([&] { tie(); });
         else
             tie();
         EXPECT_EQ(map().history->canUndo(), c.step);
-        EXPECT_EQ(entities(), c.entities);
-        const cEntityData* kept = map().findEntityById(wall);
-        EXPECT_EQ(kept ? brushesIn(kept) : 0, c.wallBrushes);
+        EXPECT_EQ(entities(), 2) << "with the world";
+        EXPECT_EQ(brushesIn(map().findEntityById(wall)), c.wallBrushes);
         EXPECT_STREQ(newest()->classname, c.answer == QMessageBox::No ? "func_door" : "func_wall");
         trigger("EditSelAll");
         trigger("EditDelete");
     }
-}
-
-TEST_F(TieTest, brushesOfOneEntityStayAndAStepIsRecorded) {
-    const cEntityData* wall = addWall(0, 2);
-    objectsAdded();
-    trigger("EditSelAll");
-    replies.expectBox(QMessageBox::Yes, OWNER_QUESTION);
-    tie();
-    EXPECT_STREQ(undoName(), "Tie to Entity");
-    EXPECT_EQ(brushesIn(wall), 2);
-    EXPECT_TRUE(isSelected(wall));
 }
 
 TEST_F(TieTest, ofSeveralOwnersOneIsPickedFromTheList) {
@@ -193,8 +159,7 @@ TEST_F(TieTest, ofSeveralOwnersOneIsPickedFromTheList) {
             EXPECT_EQ(dialog->findChild<QLabel*>()->text(),
                       QStringLiteral("Multiple entities are selected - please pick the one you "
                                      "want to keep:"));
-            EXPECT_EQ(dialog->windowModality(), Qt::WindowModal);
-            auto* list = dialog->findChild<QListWidget*>(QStringLiteral("lstEntities"));
+            auto* list = child<QListWidget>(dialog, "lstEntities");
             ASSERT_EQ(list->count(), 2) << "each owner once";
             EXPECT_EQ(list->currentRow(), 0);
             const QListWidgetItem* item = list->item(1);
@@ -202,11 +167,10 @@ TEST_F(TieTest, ofSeveralOwnersOneIsPickedFromTheList) {
             picked = item->data(32).toUInt();
             const QPoint at = list->visualItemRect(item).center();
             QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
-            const auto button = end == OK ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel;
             if (end == DOUBLE_CLICK)
                 QTest::mouseDClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
             else
-                dialog->findChild<QDialogButtonBox*>()->button(button)->click();
+                finish(dialog, end == OK ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel);
         });
         if (end == CANCEL)
             tie();
@@ -225,16 +189,16 @@ TEST_F(TieTest, ofSeveralOwnersOneIsPickedFromTheList) {
 
 TEST_F(TieTest, theListForgetsWhatIsUndoneAndGoesWithItsLast) {
     for (float x : {0.0f, 64.0f}) {
-        addBrush({x, 0, 0}, {x + 32, 32, 32});
-        objectsAdded();
+        addBlock(x);
+        const cBrushData* block = map().world()->brushesTail;
         trigger("EditSelNone");
-        map().selectInBox(newestOfWorld()->mins, newestOfWorld()->maxs, BOX_CONTAINED);
+        map().selectInBox(block->mins, block->maxs, BOX_CONTAINED);
         tie();
     }
     ASSERT_EQ(entities(), 3);
     trigger("EditSelAll");
     replies.expect([&](QWidget* dialog) {
-        const auto* list = dialog->findChild<QListWidget*>(QStringLiteral("lstEntities"));
+        const auto* list = child<QListWidget>(dialog, "lstEntities");
         EXPECT_EQ(list->count(), 2);
         trigger("EditUndo");
         EXPECT_EQ(list->count(), 1);

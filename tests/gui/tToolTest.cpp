@@ -21,11 +21,11 @@ static void placeOnPixels(cCanvas* canvas) {
 
 void cToolTest::SetUp() {
     cGuiTest::SetUp();
-    write(QStringLiteral("test.fgd"), "@SolidClass = worldspawn : \"World\" []\n"
-                                      "@PointClass size(-8 -8 -8, 8 8 8) = light : \"Light\" []\n"
-                                      "@PointClass size(-16 -16 0, 16 16 72) "
-                                      "offset(0 0 4) = info_start : \"Start\" []\n"
-                                      "@SolidClass = func_wall : \"Wall\" []\n");
+    write("test.fgd", "@SolidClass = worldspawn : \"World\" []\n"
+                      "@PointClass size(-8 -8 -8, 8 8 8) = light : \"Light\" []\n"
+                      "@PointClass size(-16 -16 0, 16 16 72) "
+                      "offset(0 0 4) = info_start : \"Start\" []\n"
+                      "@SolidClass = func_wall : \"Wall\" []\n");
     start();
     project = newProject();
     ASSERT_TRUE(project);
@@ -71,18 +71,19 @@ void cToolTest::objectsAdded() {
     settle();
 }
 
+cBrushData* cToolTest::pickCube(float x) {
+    cBrushData* brush = addBrush({x, 0, 0}, {x + 64, 64, 64});
+    objectsAdded();
+    pick(brush);
+    return brush;
+}
+
 int cToolTest::selectedBrushes() const {
-    int count = 0;
-    for ([[maybe_unused]] const cBrushData* brush : selectedBrushesOf(map().data))
-        ++count;
-    return count;
+    return countOf(selectedBrushesOf(map().data));
 }
 
 int cToolTest::selectedEntities() const {
-    int count = 0;
-    for ([[maybe_unused]] const cEntityData* entity : selectedEntitiesOf(map().data))
-        ++count;
-    return count;
+    return countOf(selectedEntitiesOf(map().data));
 }
 
 void cToolTest::expectUndoable(const std::function<void()>& change, bool withSelection) {
@@ -125,6 +126,10 @@ QPoint cToolTest::handle(const cCanvas* canvas, int number) const {
            QPoint(ways[number][0] * OFF, ways[number][1] * OFF);
 }
 
+QPoint cToolTest::middleOf(const cCanvas* canvas) const {
+    return handle(canvas, BH_NONE);
+}
+
 void cToolTest::send(cCanvas* canvas, QEvent::Type type, const QPoint& at, Qt::MouseButton button,
                      Qt::KeyboardModifiers modifiers) {
     static constexpr int APART = 1000; // ms, so that no two presses make a double click
@@ -164,6 +169,22 @@ void cToolTest::click(cCanvas* canvas, const QPoint& at, Qt::KeyboardModifiers m
     approach(canvas, at, modifiers);
     press(canvas, at, modifiers);
     release(canvas, at, modifiers);
+}
+
+QString cToolTest::menuAt(cCanvas* canvas, const QPoint& at) {
+    approach(canvas, at);
+    press(canvas, at, {}, Qt::RightButton);
+    QWidget* menu = QApplication::activePopupWidget();
+    const QString name = menu ? menu->accessibleName() : QString();
+    if (menu)
+        menu->close();
+    release(canvas, at, {}, Qt::RightButton);
+    settle();
+    return name;
+}
+
+void cToolTest::pick(const float* mins, const float* maxs, Qt::KeyboardModifiers modifiers) {
+    click(top, pixel(top, mins[0], (mins[1] + maxs[1]) / 2), modifiers);
 }
 
 void cToolTest::dragTo(cCanvas* canvas, const QPoint& from, const QPoint& to,

@@ -26,6 +26,8 @@ protected:
     cEntityData* addLight(float x, float y, float z);
     cEntityData* addSolidEntity(); // without brushes
     void objectsAdded();           // after the last of them
+    // A cube of 64 units on the ground, from the x axis on; picked by a click.
+    cBrushData* pickCube(float x = 0);
     const cSelectionBox& box() const { return project->boxes[TBX_SELECTION]; }
     cToolSelect& tool() const { return static_cast<cToolSelect&>(*window->tools[TOOL_SELECT]); }
     int selectedBrushes() const;
@@ -39,8 +41,9 @@ protected:
 
     cCanvas* view(int type) const;
     QPoint pixel(const cCanvas* canvas, float h, float v) const;
-    // The middle of a handle of the selection's box.
+    // The middle of a handle of the selection's box, and of the box itself.
     QPoint handle(const cCanvas* canvas, int number) const;
+    QPoint middleOf(const cCanvas* canvas) const;
     void moveTo(cCanvas* canvas, const QPoint& at, Qt::KeyboardModifiers modifiers = {});
     void approach(cCanvas* canvas, const QPoint& at, Qt::KeyboardModifiers modifiers = {});
     void press(cCanvas* canvas, const QPoint& at, Qt::KeyboardModifiers modifiers = {},
@@ -48,6 +51,13 @@ protected:
     void release(cCanvas* canvas, const QPoint& at, Qt::KeyboardModifiers modifiers = {},
                  Qt::MouseButton button = Qt::LeftButton);
     void click(cCanvas* canvas, const QPoint& at, Qt::KeyboardModifiers modifiers = {});
+    // A click of the right button; the name of the menu that came up by it, which is closed again.
+    QString menuAt(cCanvas* canvas, const QPoint& at);
+    // A click on the left side of an object, seen from above.
+    void pick(const float* mins, const float* maxs, Qt::KeyboardModifiers modifiers = {});
+    void pick(const cBrushData* brush, Qt::KeyboardModifiers modifiers = {}) {
+        pick(brush->mins, brush->maxs, modifiers);
+    }
     // Press, the first move that starts the drag, steps to the end; without the release.
     void dragTo(cCanvas* canvas, const QPoint& from, const QPoint& to,
                 Qt::KeyboardModifiers modifiers = {});
@@ -57,6 +67,10 @@ protected:
 
     void expectBounds(const float* mins, const float* maxs, std::initializer_list<float> wantMins,
                       std::initializer_list<float> wantMaxs) const;
+    void expectBrush(const cBrushData* brush, std::initializer_list<float> mins,
+                     std::initializer_list<float> maxs) const {
+        expectBounds(brush->mins, brush->maxs, mins, maxs);
+    }
 
     cProject* project = nullptr;
     cCanvas* top = nullptr;

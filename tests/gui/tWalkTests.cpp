@@ -43,13 +43,11 @@ protected:
 
     void clickSomething() {
         cCanvas* canvas = anyView();
-        const cEntityData* world = map().world();
-        std::vector<const cBrushData*> brushes;
-        for (const cBrushData* brush : brushesOf(world))
-            brushes.push_back(brush);
-        if (brushes.empty())
+        const cBrushData* brush = map().world()->brushes;
+        if (!brush)
             return;
-        const cBrushData* brush = brushes[size_t(number(0, int(brushes.size()) - 1))];
+        for (int i = number(0, countOf(brushesOf(map().world())) - 1); i > 0; --i)
+            brush = brush->next;
         const int h = canvas->axisH, v = canvas->axisV;
         click(canvas, pixel(canvas, brush->mins[h], (brush->mins[v] + brush->maxs[v]) / 2),
               chance(2) ? Qt::ControlModifier : Qt::NoModifier);
@@ -68,15 +66,7 @@ protected:
         cCanvas* canvas = anyView();
         const bool onHandle = chance(2);
         const int handles = tool().handleMode == 2 ? number(5, 8) : number(1, 4);
-        QPoint from;
-        if (onHandle) {
-            from = handle(canvas, handles);
-        } else {
-            float middle[3];
-            for (int i = 0; i < 3; ++i)
-                middle[i] = (box().mins[i] + box().maxs[i]) / 2;
-            from = pixel(canvas, middle[canvas->axisH], middle[canvas->axisV]);
-        }
+        const QPoint from = onHandle ? handle(canvas, handles) : middleOf(canvas);
         if (!canvas->rect().contains(from))
             return;
         const QPoint by(number(-2, 2) * GRID, number(-2, 2) * GRID);
@@ -99,27 +89,17 @@ protected:
 
     void step() {
         const uint32_t before = map().history->lastStep();
-        switch (number(0, 9)) {
-        case 0:
-        case 1:
-        case 2:
+        const int what = number(0, 9);
+        if (what == 9)
+            return backOrForth();
+        if (what < 3)
             clickSomething();
-            break;
-        case 3:
+        else if (what < 4)
             bandSomething();
-            break;
-        case 4:
-        case 5:
-        case 6:
+        else if (what < 7)
             dragSelection();
-            break;
-        case 7:
-            backOrForth();
-            return;
-        default:
+        else
             command();
-            break;
-        }
         if (map().history->lastStep() != before) {
             m_done << QString::fromLatin1(undoName());
             m_states.resize(m_at + 1);
@@ -140,19 +120,14 @@ protected:
                    QStringList(m_done.mid(qMax(0, m_done.size() - 20))).join(QStringLiteral(", ")));
     }
 
-    void back() {
-        m_done << QStringLiteral("undo");
-        trigger("EditUndo");
-        --m_at;
-        compare("undo");
+    void go(const char* command, int by) {
+        m_done << QString::fromLatin1(command);
+        trigger(command);
+        m_at += size_t(by);
+        compare(command);
     }
-
-    void forth() {
-        m_done << QStringLiteral("redo");
-        trigger("EditRedo");
-        ++m_at;
-        compare("redo");
-    }
+    void back() { go("EditUndo", -1); }
+    void forth() { go("EditRedo", 1); }
 
     void backOrForth() {
         if (chance(2) && m_at > 0)
