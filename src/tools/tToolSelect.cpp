@@ -346,6 +346,8 @@ void cToolSelect::setCanvas(cCanvas* canvas) {
         return;
     cSelectionBox& box = boxOf(*canvas);
     const bool keepMode = skipModeReset;
+    if (dragging && canvas->leftDown) // a command broke the drag off: its rest is not one of its own
+        clickConsumed = true;
     dragging = rubberBand = skipModeReset = false;
     m_drag = DRAG_NONE;
     selectedCount = 0;
@@ -379,8 +381,8 @@ void cToolSelect::cancelDrag(cCanvas* canvas) {
 
 void cToolSelect::deactivate() {
     cCanvas* canvas = g_viewHost->activeCanvas;
-    clickConsumed = false;
     if (canvas && canvas->map() && dragging)
         cancelDrag(canvas);
+    clickConsumed = false;
     leaveBox();
 }

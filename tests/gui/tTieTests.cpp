@@ -156,6 +156,7 @@ TEST_F(TieTest, ofSeveralOwnersOneIsPickedFromTheList) {
         uint32_t picked = 0;
         replies.expect([&](QWidget* dialog) {
             EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Select the Destination"));
+            EXPECT_EQ(dialog->windowModality(), Qt::WindowModal);
             EXPECT_EQ(dialog->findChild<QLabel*>()->text(),
                       QStringLiteral("Multiple entities are selected - please pick the one you "
                                      "want to keep:"));
