@@ -35,9 +35,11 @@ static constexpr double TEXEL_TOLERANCE = 0.011;
 
 // ---- The map
 
+using cCreate = std::function<bool(const cPrimitiveParams&)>;
+
 struct cPiece {
     const char* name;
-    std::function<bool(const cPrimitiveParams&)> create;
+    cCreate create;
     int sides;
     int way; // row of the axes
     uint32_t flags;
@@ -48,75 +50,39 @@ struct cPiece {
     const char* texture;
 };
 
-static std::function<bool(const cPrimitiveParams&)> arch(const cArchShape& shape) {
+static cCreate arch(const cArchShape& shape) {
     return [shape](const cPrimitiveParams& params) { return createArch(params, shape); };
 }
 
 enum : uint32_t { SNAP = 1u << PP_SNAP_POINTS_BIT, STRETCH = 1u << PP_STRETCH_ARCHES_BIT };
+static constexpr uint32_t BOTH = SNAP | STRETCH;
+
+static const cCreate HALF_RING = arch({32, 8, 180, 0, 0, true, false});
+static const cCreate RING = arch({32, 24, 360, 0, 0, false, false});
+static const cCreate DISC = arch({128, 8, 360, 0, 0, true, false});
+static const cCreate FLAT_RING = arch({128, 8, 360, 0, 0, false, false});
+static const cCreate STAIR = arch({24, 12, 270, 30, 16, true, false});
+static const cCreate RAMP = arch({24, 12, 270, 30, 16, true, true});
+static const cCreate SHORT_RAMP = arch({24, 6, 120, 15, 20, true, true});
 
 static const cPiece PIECES[] = {
-    {"block", createBlock, 0, 0, SNAP | STRETCH, {0, 0, 0}, 0, 0, 1, "base/wall"},
-    {"wedge", createWedge, 0, 0, SNAP | STRETCH, {0, 0, 0}, 12, 0, 0.25f, "{grate"},
+    {"block", createBlock, 0, 0, BOTH, {0, 0, 0}, 0, 0, 1, "base/wall"},
+    {"wedge", createWedge, 0, 0, BOTH, {0, 0, 0}, 12, 0, 0.25f, "{grate"},
     {"wedge on its side", createWedge, 0, 1, STRETCH, {0, 0, 0}, -7.5f, 90, 1, "*water"},
-    {"cylinder", createCylinder, 8, 0, SNAP | STRETCH, {0, 0, 0}, 0, 0, 1, "two words"},
+    {"cylinder", createCylinder, 8, 0, BOTH, {0, 0, 0}, 0, 0, 1, "two words"},
     {"fine cylinder", createCylinder, 32, 2, STRETCH, {0, 0, 0}, 3, 30, 2, "+0lamp"},
-    {"spike", createSpike, 4, 0, SNAP | STRETCH, {0, 0, 0}, 0, 0, 1, "base/wall"},
+    {"spike", createSpike, 4, 0, BOTH, {0, 0, 0}, 0, 0, 1, "base/wall"},
     {"fine spike", createSpike, 16, 1, STRETCH, {0, 0, 0}, 0.125f, 0, 0.3f, "sky/dusk"},
-    {"turned block", createBlock, 0, 0, SNAP | STRETCH, {0, 0, 45}, 0, 0, 1, "base/wall"},
+    {"turned block", createBlock, 0, 0, BOTH, {0, 0, 45}, 0, 0, 1, "base/wall"},
     {"block turned all ways", createBlock, 0, 0, STRETCH, {17, 40, -75.5f}, 5, 15, 1, "base/wall"},
     {"turned spike", createSpike, 6, 2, STRETCH, {45, 0, 10}, 0, 0, 1.5f, "base/wall"},
-    {"half ring",
-     arch({32, 8, 180, 0, 0, true, false}),
-     0,
-     0,
-     SNAP | STRETCH,
-     {0, 0, 0},
-     0,
-     0,
-     1,
-     "arch"},
-    {"ring", arch({32, 24, 360, 0, 0, false, false}), 0, 1, STRETCH, {0, 0, 0}, 9, 0, 1, "arch"},
-    {"disc", arch({128, 8, 360, 0, 0, true, false}), 0, 0, SNAP, {0, 0, 0}, 0, 0, 1, "arch"},
-    {"flat ring",
-     arch({128, 8, 360, 0, 0, false, false}),
-     0,
-     0,
-     STRETCH,
-     {0, 0, 0},
-     0,
-     0,
-     1,
-     "arch"},
-    {"stair",
-     arch({24, 12, 270, 30, 16, true, false}),
-     0,
-     0,
-     SNAP | STRETCH,
-     {0, 0, 0},
-     0,
-     0,
-     1,
-     "arch"},
-    {"ramp",
-     arch({24, 12, 270, 30, 16, true, true}),
-     0,
-     0,
-     SNAP | STRETCH,
-     {0, 0, 0},
-     0,
-     45,
-     1,
-     "arch"},
-    {"turned ramp",
-     arch({24, 6, 120, 15, 20, true, true}),
-     0,
-     2,
-     false,
-     {20, 0, 50},
-     0,
-     0,
-     1,
-     "arch"},
+    {"half ring", HALF_RING, 0, 0, BOTH, {0, 0, 0}, 0, 0, 1, "arch"},
+    {"ring", RING, 0, 1, STRETCH, {0, 0, 0}, 9, 0, 1, "arch"},
+    {"disc", DISC, 0, 0, SNAP, {0, 0, 0}, 0, 0, 1, "arch"},
+    {"flat ring", FLAT_RING, 0, 0, STRETCH, {0, 0, 0}, 0, 0, 1, "arch"},
+    {"stair", STAIR, 0, 0, BOTH, {0, 0, 0}, 0, 0, 1, "arch"},
+    {"ramp", RAMP, 0, 0, BOTH, {0, 0, 0}, 0, 45, 1, "arch"},
+    {"turned ramp", SHORT_RAMP, 0, 2, 0, {20, 0, 50}, 0, 0, 1, "arch"},
 };
 
 class ExportTrial : public cMapPluginTest, public testing::WithParamInterface<const char*> {
@@ -215,13 +181,9 @@ protected:
 
     // ---- Comparing
 
-    void compareFaces(const cFaceData* face, const cTextFace& text);
-    void comparePlane(const cFaceData* face, const cTextFace& text);
     void compareMapping(const cFaceData* face, const cTextFace& text);
-    bool givesSameTexels(const cFaceData* face, const cTextFace& text) const;
-    void compareBrushes(const cBrushData* brush, const cTextBrush& text);
-    void compareSolid(const cBrushData* brush, const cTextBrush& text);
-    void compareBrushLists(const std::vector<const cBrushData*>& brushes, const cTextEntity& text);
+    void compareFaces(const cFaceData* face, const cTextFace& text);
+    void compareBrushes(const std::vector<const cBrushData*>& brushes, const cTextEntity& text);
 
     cMap map{nullptr};
     std::set<const cBrushData*> m_turned; // whose textures a classic line may not hold
@@ -233,19 +195,13 @@ static cTextPoint pointOf(const float* p) {
     return {double(p[0]), double(p[1]), double(p[2])};
 }
 
-void ExportTrial::comparePlane(const cFaceData* face, const cTextFace& text) {
-    for (size_t i = 0; i < 3; ++i)
-        EXPECT_NEAR(text.normal[i], double(face->normal[i]), NORMAL_TOLERANCE);
-    EXPECT_NEAR(text.dist, double(face->dist), DIST_TOLERANCE);
-}
-
 static double texelOf(const float* p, const float* axis, float scale, float shift) {
     const cTextPoint point = pointOf(p), along = pointOf(axis);
     return (point[0] * along[0] + point[1] * along[1] + point[2] * along[2]) / double(scale) +
            double(shift);
 }
 
-bool ExportTrial::givesSameTexels(const cFaceData* face, const cTextFace& text) const {
+static bool givesSameTexels(const cFaceData* face, const cTextFace& text) {
     const cFaceTexture& tex = face->tex;
     for (int i = 0; i < face->vertexCount; ++i) {
         const float* p = face->vertices[i].xyz;
@@ -280,7 +236,9 @@ void ExportTrial::compareMapping(const cFaceData* face, const cTextFace& text) {
 }
 
 void ExportTrial::compareFaces(const cFaceData* face, const cTextFace& text) {
-    comparePlane(face, text);
+    for (size_t i = 0; i < 3; ++i)
+        EXPECT_NEAR(text.normal[i], double(face->normal[i]), NORMAL_TOLERANCE);
+    EXPECT_NEAR(text.dist, double(face->dist), DIST_TOLERANCE);
     const cFaceTexture& tex = face->tex;
     EXPECT_EQ(text.texture, tex.name);
     std::vector<double> flags;
@@ -290,56 +248,45 @@ void ExportTrial::compareFaces(const cFaceData* face, const cTextFace& text) {
     compareMapping(face, text);
 }
 
-static double distance(const cTextPoint& a, const cTextPoint& b) {
-    return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]);
-}
-
 // The greatest distance from one of these to the nearest of those.
 static double farthest(const std::vector<cTextPoint>& these, const std::vector<cTextPoint>& those) {
     double result = 0;
     for (const cTextPoint& p : these) {
         double nearest = 1e9;
         for (const cTextPoint& q : those)
-            nearest = std::min(nearest, distance(p, q));
+            nearest = std::min(nearest, std::hypot(p[0] - q[0], p[1] - q[1], p[2] - q[2]));
         result = std::max(result, nearest);
     }
     return result;
 }
 
-// The half-spaces alone, as a compiler takes them, give each face the corners of its winding.
-void ExportTrial::compareSolid(const cBrushData* brush, const cTextBrush& text) {
-    const std::vector<cTextPoint> corners = text.corners();
-    EXPECT_EQ(text.checkSolid(corners), "");
-    auto part = text.faces.begin();
-    for (const cFaceData* face : facesOf(brush)) {
-        std::vector<cTextPoint> winding, cut;
-        for (int i = 0; i < face->vertexCount; ++i)
-            winding.push_back(pointOf(face->vertices[i].xyz));
-        std::copy_if(corners.begin(), corners.end(), std::back_inserter(cut),
-                     [&](const cTextPoint& p) { return part->holds(p); });
-        EXPECT_LT(farthest(winding, cut), VERTEX_TOLERANCE);
-        EXPECT_LT(farthest(cut, winding), VERTEX_TOLERANCE);
-        ++part;
-    }
+// The half-spaces alone, as a compiler takes them, give a face the corners of its winding.
+static void compareCorners(const cFaceData* face, const cTextFace& text,
+                           const std::vector<cTextPoint>& corners) {
+    std::vector<cTextPoint> winding, cut;
+    for (int i = 0; i < face->vertexCount; ++i)
+        winding.push_back(pointOf(face->vertices[i].xyz));
+    std::copy_if(corners.begin(), corners.end(), std::back_inserter(cut),
+                 [&](const cTextPoint& p) { return text.holds(p); });
+    EXPECT_LT(farthest(winding, cut), VERTEX_TOLERANCE);
+    EXPECT_LT(farthest(cut, winding), VERTEX_TOLERANCE);
 }
 
-void ExportTrial::compareBrushes(const cBrushData* brush, const cTextBrush& text) {
-    std::vector<const cFaceData*> faces;
-    for (const cFaceData* face : facesOf(brush))
-        faces.push_back(face);
-    ASSERT_EQ(text.faces.size(), faces.size());
-    for (size_t i = 0; i < faces.size(); ++i)
-        compareFaces(faces[i], text.faces[i]);
-    compareSolid(brush, text);
-}
-
-void ExportTrial::compareBrushLists(const std::vector<const cBrushData*>& brushes,
-                                    const cTextEntity& text) {
+void ExportTrial::compareBrushes(const std::vector<const cBrushData*>& brushes,
+                                 const cTextEntity& text) {
     ASSERT_EQ(text.brushes.size(), brushes.size()) << text.value("classname");
     for (size_t i = 0; i < brushes.size(); ++i) {
         SCOPED_TRACE(text.value("classname") + " brush " + std::to_string(i) + " " +
                      brushes[i]->faces->tex.name);
-        compareBrushes(brushes[i], text.brushes[i]);
+        const std::vector<cTextPoint> corners = text.brushes[i].corners();
+        EXPECT_EQ(text.brushes[i].checkSolid(corners), "");
+        auto part = text.brushes[i].faces.begin();
+        for (const cFaceData* face : facesOf(brushes[i])) {
+            ASSERT_NE(part, text.brushes[i].faces.end());
+            compareFaces(face, *part);
+            compareCorners(face, *part++, corners);
+        }
+        EXPECT_EQ(part, text.brushes[i].faces.end());
     }
 }
 
@@ -399,16 +346,16 @@ TEST_P(ExportTrial, theTextHoldsWhatTheEditorHolds) {
 
     auto part = text.entities.begin();
     compareKeys(map.world(), *part);
-    compareBrushLists(brushesIn(map.world(), nullptr), *part++);
+    compareBrushes(brushesIn(map.world(), nullptr), *part++);
     for (const cGroupData* group : groups) {
         EXPECT_EQ(part->value("classname"), "func_group");
         EXPECT_EQ(part->value("_tb_type"), "_tb_group");
         EXPECT_EQ(part->keys.size(), 4u) << "and a name and a number";
-        compareBrushLists(brushesIn(map.world(), group), *part++);
+        compareBrushes(brushesIn(map.world(), group), *part++);
     }
     for (const cEntityData* entity : others) {
         compareKeys(entity, *part);
-        compareBrushLists(brushesIn(entity, nullptr), *part++);
+        compareBrushes(brushesIn(entity, nullptr), *part++);
     }
     // What a line cannot hold is told, face by face.
     int told = 0;
