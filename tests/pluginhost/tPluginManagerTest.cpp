@@ -2,16 +2,12 @@
 // The loader, on plug-ins loaded from disk: order, messages, what each offer leads to.
 #include "pluginhost/tPluginManager.h"
 
-#include "document/tEntity.h"
-#include "document/tMap.h"
-#include "document/tMapLists.h"
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tPrimitiveList.h"
 #include "resources/tGameConfigRegistry.h"
 #include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
-#include "support/tLaw.h"
 #include "support/tTestHost.h"
 
 #include <QDir>
@@ -188,23 +184,4 @@ TEST_F(cPluginManagerTest, primitivesAndCaptions) {
     EXPECT_EQ(table.content[31], str("detail"));
     EXPECT_EQ(table.content[0], QString());
     EXPECT_FALSE(m_captions.has(str("other")));
-}
-
-TEST_F(cPluginManagerTest, importedMapIsWhole) {
-    m_manager->load(provide("tpfull.so", str("tpfull.so")));
-    cMap map(nullptr);
-    const cMapFormat& format = m_manager->importFormats[0];
-    ASSERT_TRUE(format.function(format.id, "any.map", &map.data));
-    ASSERT_TRUE(map.world() && map.world()->brushes);
-    const cBrushData* brush = map.world()->brushes;
-    EXPECT_EQ(checkMapWhole(map).toStdString(), "");
-    EXPECT_THAT(brush->maxs, testing::Each(testing::FloatNear(32.0f, 0.01f)));
-    EXPECT_STREQ(getEpairValue(map.data.entitiesTail, "TargetName"), "lamp");
-
-    const QString out = m_folder.filePath(str("out.txt"));
-    const cMapFormat& exporter = m_manager->exportFormats[1];
-    ASSERT_TRUE(exporter.function(exporter.id, out.toLocal8Bit().constData(), &map.data));
-    QFile file(out);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), QByteArray("11 worldspawn\n11 light\n"));
 }

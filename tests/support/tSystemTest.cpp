@@ -159,27 +159,22 @@ TEST(Math, boxSideAgreesWithTheCorners) {
 }
 
 TEST(Math, transformsTurnRightHandedAboutTheAxesInTurn) {
-    const float offset[3] = {1, 2, 3};
+    const float offset[3] = {1, 2, 3}, y[3] = {0, 1, 0};
     float built[16], matrix[16], out[3];
     T_BuildTransformMatrix(90, 0, 90, offset, built);
     T_TransposeMatrix(built, matrix);
-    const float y[3] = {0, 1, 0};
-    T_VectorRotate(y, matrix, out); // about x first: y to z, which z leaves alone
-    EXPECT_NEAR(out[2], 1, 1e-6f);
-    T_VectorTransform(y, matrix, out);
+    T_VectorTransform(y, matrix, out); // about x first: y to z, which z leaves alone
     EXPECT_NEAR(out[0], 1, 1e-6f);
     EXPECT_NEAR(out[2], 4, 1e-6f);
     const float angles[3] = {30, 90, 0};
-    float forward[3], right[3], up[3];
+    float forward[3], right[3], up[3], cross[3];
     T_AngleVectors(angles, forward, right, up);
     EXPECT_NEAR(forward[1], std::cos(0.52359878f), 1e-6f);
     EXPECT_NEAR(forward[2], -0.5f, 1e-6f);
     EXPECT_NEAR(right[0], 1, 1e-6f);
-    float cross[3];
     vecCross(right, forward, cross);
     for (int i = 0; i < 3; ++i)
         EXPECT_NEAR(cross[i], up[i], 1e-6f);
-    T_AngleVectors(angles, nullptr, right, nullptr);
     const float axis[3] = {0, 0, 5};
     T_RotatePointAroundVector(out, axis, y, 90);
     EXPECT_NEAR(out[0], -1, 1e-6f);

@@ -577,9 +577,6 @@ TEST_F(DrawTest, stateWordTouchesWhatDiffers) {
     EXPECT_EQ(blendFactors(), std::make_pair(GL_ONE, GL_ONE));
     GL_State(GLS_DEFAULT);
     EXPECT_FALSE(glIsEnabled(GL_BLEND));
-    glEnable(GL_BLEND); // behind the cache's back
-    GL_ResetState(GLS_DEFAULT);
-    EXPECT_FALSE(glIsEnabled(GL_BLEND));
     GL_State(0xfb);
     EXPECT_EQ(blendFactors(), std::make_pair(GL_ONE, GL_ONE));
     for (const char* bits : {"src", "dst"})
