@@ -262,7 +262,13 @@ static void compareBrushes(const cTextBrush& a, const cTextBrush& b, cTextCompar
         ASSERT_NE(other, b.faces.end()) << "brush " << result->brushes;
         EXPECT_EQ(face.texture, other->texture);
         EXPECT_EQ(face.flags, other->flags);
-        result->inexact += givesSameTexels(face, *other) ? 0 : 1;
+        if (face.axial && other->axial) {
+            EXPECT_EQ(face.rotation, other->rotation);
+        }
+        if (givesSameTexels(face, *other))
+            continue;
+        ++result->inexact;
+        result->inexactTextures.insert(face.texture);
     }
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -67,6 +68,7 @@ private:
 struct cTextComparison {
     int brushes = 0;
     int inexact = 0; // faces whose texels differ
+    std::set<std::string> inexactTextures;
 };
 // Two texts of one map. Whatever differs, but for texels, fails the test.
 cTextComparison compareTexts(const std::string& a, const std::string& b);
