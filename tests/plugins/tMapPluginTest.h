@@ -61,6 +61,21 @@ protected:
         return path(name);
     }
 
+    static std::string contents(const QString& path) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll().toStdString();
+    }
+
+    // How many faces the last export said that it can't hold.
+    int toldInexact() const {
+        int told = 0;
+        for (const auto& message : host.messages)
+            if (message.text.contains(str("can't hold exactly")))
+                told = message.text.section(QLatin1Char(' '), 0, 0).toInt();
+        return told;
+    }
+
     QString path(const char* name) const { return folder.filePath(str(name)); }
     int count(eMessage level, const char* text) const { return host.count(level, str(text)); }
 

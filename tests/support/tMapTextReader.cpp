@@ -5,11 +5,15 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <gtest/gtest.h>
 
 static constexpr double RADIANS = 3.14159265358979323846 / 180;
 static constexpr double PARALLEL = 1e-9;   // of a product of unit vectors
 static constexpr double ON_PLANE = 0.02;   // world units; more than floats leave, less than an edge
 static constexpr double SAME_POINT = 0.05; // world units
+static constexpr double SAME_NORMAL = 0.0001;
+static constexpr double SAME_DIST = 0.01;
+static constexpr double SAME_TEXEL = 0.011; // no difference to the eye, and what digits leave
 
 // ---- Vectors
 
@@ -100,42 +104,6 @@ std::vector<cTextPoint> cTextBrush::corners() const {
                 if (meet(faces[i], faces[j], faces[k], p))
                     take(p);
     return found;
-}
-
-static std::vector<size_t> indicesOn(const std::vector<cTextPoint>& corners,
-                                     const cTextFace& face) {
-    std::vector<size_t> on;
-    for (size_t i = 0; i < corners.size(); ++i)
-        if (face.holds(corners[i]))
-            on.push_back(i);
-    return on;
-}
-
-// A polyhedron is closed when each of its edges lies on two faces and corners and faces are two
-// more than edges; a side left open lacks corners.
-std::string cTextBrush::checkSolid(const std::vector<cTextPoint>& all) const {
-    std::vector<std::vector<size_t>> on;
-    size_t ends = 0, edges = 0;
-    for (const cTextFace& face : faces) {
-        on.push_back(indicesOn(all, face));
-        ends += on.back().size();
-        if (on.back().size() < 3)
-            return "a plane has no face";
-    }
-    for (size_t i = 0; i < faces.size(); ++i) {
-        for (size_t j = i + 1; j < faces.size(); ++j) {
-            std::vector<size_t> shared;
-            std::set_intersection(on[i].begin(), on[i].end(), on[j].begin(), on[j].end(),
-                                  std::back_inserter(shared));
-            if (shared.size() > 2)
-                return "two faces lie on one plane";
-            edges += shared.size() == 2 ? 1 : 0;
-        }
-    }
-    if (ends != 2 * edges || all.size() + faces.size() != edges + 2)
-        return "open: " + std::to_string(all.size()) + " corners, " + std::to_string(edges) +
-               " edges, " + std::to_string(faces.size()) + " faces";
-    return std::string();
 }
 
 std::string cTextEntity::value(const std::string& key) const {
@@ -264,5 +232,57 @@ cTextFace cMapTextReader::face() {
     setPlane(result);
     if (!result.axial)
         setAxesFromNormal(result);
+    return result;
+}
+
+// ---- Comparing
+
+static bool isOnPlane(const cTextFace& a, const cTextFace& b) {
+    double off = std::fabs(a.dist - b.dist) / SAME_DIST;
+    for (size_t i = 0; i < 3; ++i)
+        off = std::max(off, std::fabs(a.normal[i] - b.normal[i]) / SAME_NORMAL);
+    return off < 1;
+}
+
+static bool givesSameTexels(const cTextFace& a, const cTextFace& b) {
+    for (const cTextPoint& p : a.points)
+        for (const size_t axis : {size_t(0), size_t(1)})
+            if (std::fabs(a.texel(axis, p) - b.texel(axis, p)) > SAME_TEXEL)
+                return false;
+    return true;
+}
+
+// Tied faces of a brush may stand in another order.
+static void compareBrushes(const cTextBrush& a, const cTextBrush& b, cTextComparison* result) {
+    ++result->brushes;
+    ASSERT_EQ(a.faces.size(), b.faces.size()) << "brush " << result->brushes;
+    for (const cTextFace& face : a.faces) {
+        const auto other = std::find_if(b.faces.begin(), b.faces.end(),
+                                        [&](const cTextFace& f) { return isOnPlane(face, f); });
+        ASSERT_NE(other, b.faces.end()) << "brush " << result->brushes;
+        EXPECT_EQ(face.texture, other->texture);
+        EXPECT_EQ(face.flags, other->flags);
+        if (face.axial && other->axial) {
+            EXPECT_EQ(face.rotation, other->rotation);
+        }
+        if (givesSameTexels(face, *other))
+            continue;
+        ++result->inexact;
+        result->inexactTextures.insert(face.texture);
+    }
+}
+
+cTextComparison compareTexts(const std::string& a, const std::string& b) {
+    const cMapTextReader first(a), second(b);
+    EXPECT_EQ(first.error + second.error, "");
+    cTextComparison result;
+    EXPECT_EQ(first.entities.size(), second.entities.size());
+    for (size_t i = 0; i < std::min(first.entities.size(), second.entities.size()); ++i) {
+        const cTextEntity &entity = first.entities[i], &other = second.entities[i];
+        EXPECT_EQ(entity.keys, other.keys);
+        EXPECT_EQ(entity.brushes.size(), other.brushes.size()) << "entity " << i;
+        for (size_t k = 0; k < std::min(entity.brushes.size(), other.brushes.size()); ++k)
+            compareBrushes(entity.brushes[k], other.brushes[k], &result);
+    }
     return result;
 }

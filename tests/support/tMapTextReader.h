@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,8 +32,6 @@ struct cTextBrush {
     std::vector<cTextFace> faces;
     // Where three planes meet and no other cuts it off, each corner once.
     std::vector<cTextPoint> corners() const;
-    // Empty when they close a solid of which every plane has a face.
-    std::string checkSolid(const std::vector<cTextPoint>& corners) const;
 };
 
 struct cTextEntity {
@@ -65,3 +64,11 @@ private:
     const std::string m_text;
     size_t m_at = 0;
 };
+
+struct cTextComparison {
+    int brushes = 0;
+    int inexact = 0; // faces whose texels differ
+    std::set<std::string> inexactTextures;
+};
+// Two texts of one map. Whatever differs, but for texels, fails the test.
+cTextComparison compareTexts(const std::string& a, const std::string& b);

@@ -11,6 +11,7 @@
 #include "document/tVisGroup.h"
 
 #include <QSet>
+#include <algorithm>
 #include <map>
 
 cEntityData* addWorldTo(cMap& map) {
@@ -43,7 +44,7 @@ static QString floats(const float* values, int count) {
     return text;
 }
 
-static QString dumpFace(const cFaceData* face, uint32_t flagMask = ~0u) {
+static QString dumpFace(const cFaceData* face, uint32_t flagMask) {
     const cFaceTexture& tex = face->tex;
     QString text = QStringLiteral("face %1 plane %2 tex %3 %4 %5 %6")
                        .arg(face->flags & flagMask)
@@ -57,145 +58,95 @@ static QString dumpFace(const cFaceData* face, uint32_t flagMask = ~0u) {
     return text;
 }
 
-static QString memberText(const QList<cVisGroup*>& visGroups) {
-    QString text;
-    for (const cVisGroup* visGroup : visGroups)
-        text += QString::number(visGroup->id) + QLatin1Char(' ');
-    return text;
-}
-
-static void dumpBrush(const cBrushData* brush, QStringList& lines) {
-    lines << QStringLiteral("brush %1 reserved %2 group %3 root %4 color %5 vis %6")
-                 .arg(brush->flags)
-                 .arg(brush->reserved)
-                 .arg(brush->group ? brush->group->id : 0)
-                 .arg(brush->rootGroup ? brush->rootGroup->id : 0)
-                 .arg(brush->brush->baseColor[0])
-                 .arg(memberText(brush->brush->visGroups));
-    QStringList faces;
-    for (const cFaceData* face : facesOf(brush))
-        faces << dumpFace(face);
-    faces.sort();
-    lines << faces;
-}
-
-static void dumpEntity(const cEntityData* entity, QStringList& lines) {
-    lines << QStringLiteral("entity %1 %2 key %3 spawn %4 group %5 origin %6 vis %7")
-                 .arg(QString::fromLocal8Bit(entity->classname))
-                 .arg(entity->flags)
-                 .arg(QString::fromLocal8Bit(entity->flagsKey))
-                 .arg(entity->spawnFlags)
-                 .arg(entity->group ? entity->group->id : 0)
-                 .arg(floats(entity->origin, 3) + floats(entity->angles, 3))
-                 .arg(memberText(entity->entity->visGroups));
-    for (const cEpair* pair : epairsOf(entity))
-        lines << QStringLiteral("  %1=%2").arg(QString::fromLocal8Bit(pair->key),
-                                               QString::fromLocal8Bit(pair->value));
-    for (const cBrushData* brush : brushesOf(entity))
-        dumpBrush(brush, lines);
-}
-
-QStringList dumpMap(const cMap& map) {
-    QStringList lines;
-    std::map<uint32_t, const cGroupData*> groups;
-    for (const cGroupData* group : groupsOf(map.data))
-        groups[group->id] = group;
-    for (const auto& [id, group] : groups)
-        lines << QStringLiteral("group %1 flags %2 members %3 parent %4")
-                     .arg(id)
-                     .arg(group->flags)
-                     .arg(group->memberCount)
-                     .arg(group->parent ? group->parent->id : 0);
-    for (const cVisGroup* visGroup : map.visGroups)
-        lines << QStringLiteral("visgroup %1 %2 objects %3 visible %4")
-                     .arg(visGroup->id)
-                     .arg(QString::fromLocal8Bit(visGroup->name))
-                     .arg(visGroup->objectCount)
-                     .arg(visGroup->visible);
-    lines << QStringLiteral("cordon ") + floats(map.data.cordonMins, 3) +
-                 floats(map.data.cordonMaxs, 3);
-    for (const cEntityData* entity : entitiesOf(map.data))
-        dumpEntity(entity, lines);
-    return lines;
-}
-
-// ---- By id
+// ---- Dumps
 
 namespace {
-// Lines that begin with the kind of object and its id, in that order.
-class cDumpById {
+// A line an object. By id it begins with the kind of object and its id; else the lines stand in the
+// order of the lists and hold nothing that a file may number or find anew.
+class cDump {
 public:
-    cDumpById(const cMap& map, bool withSelection)
-        : m_flags(withSelection ? ~0u : ~uint32_t(OF_SELECTED)) {
+    cDump(const cMap& map, bool byId, uint32_t flags = ~0u) : m_byId(byId), m_flags(flags) {
         for (const cGroupData* group : groupsOf(map.data))
             addGroup(group);
+        m_lines.sort();
         for (const cVisGroup* visGroup : map.visGroups)
-            add('v', visGroup->serial,
+            add('v', visIdOf(visGroup),
                 QStringLiteral("%1 objects %2 visible %3")
                     .arg(QString::fromLocal8Bit(visGroup->name))
                     .arg(visGroup->objectCount)
                     .arg(visGroup->visible));
+        if (!byId)
+            add('c', 0, floats(map.data.cordonMins, 3) + floats(map.data.cordonMaxs, 3));
         for (const cEntityData* entity : entitiesOf(map.data))
             addEntity(entity);
+        if (byId)
+            m_lines.sort();
     }
 
-    QStringList lines() {
-        m_lines.sort();
-        return m_lines;
-    }
+    const QStringList& lines() const { return m_lines; }
 
 private:
-    void add(char kind, uint32_t id, const QString& text) {
-        m_lines << QStringLiteral("%1%2 %3")
-                       .arg(QLatin1Char(kind))
-                       .arg(id, 10, 10, QLatin1Char('0'))
-                       .arg(text);
+    uint32_t visIdOf(const cVisGroup* visGroup) const {
+        return m_byId ? visGroup->serial : visGroup->id;
     }
 
-    QString common(uint32_t flags, const cGroupData* group, const cGroupData* root,
-                   const QList<cVisGroup*>& visGroups) const {
-        QString text = QStringLiteral("flags %1 group %2 root %3 vis")
-                           .arg(flags & m_flags)
-                           .arg(group ? group->id : 0)
-                           .arg(root ? root->id : 0);
+    void add(char kind, uint32_t id, const QString& text) {
+        const QString number =
+            m_byId ? QStringLiteral("%1").arg(id, 10, 10, QLatin1Char('0')) : QString();
+        m_lines << QLatin1Char(kind) + number + QLatin1Char(' ') + text;
+    }
+
+    template<class Record>
+    QString common(const Record* record, int color, const QList<cVisGroup*>& visGroups) const {
+        QString text = QStringLiteral("flags %1 group %2 root %3 color %4 vis")
+                           .arg(record->flags & m_flags)
+                           .arg(record->group ? record->group->id : 0)
+                           .arg(record->rootGroup ? record->rootGroup->id : 0)
+                           .arg(color);
         for (const cVisGroup* visGroup : visGroups)
-            text += QStringLiteral(" %1").arg(visGroup->serial);
+            text += QStringLiteral(" %1").arg(visIdOf(visGroup));
         return text;
     }
 
     void addGroup(const cGroupData* group) {
-        add('g', group->id,
-            QStringLiteral("flags %1 parent %2 members %3 color %4")
-                .arg(group->flags & m_flags)
-                .arg(group->parent ? group->parent->id : 0)
-                .arg(group->memberCount)
-                .arg(group->group->baseColor[0]));
+        QString text = QStringLiteral("%1 flags %2 parent %3 members %4")
+                           .arg(group->id, 10)
+                           .arg(group->flags & m_flags)
+                           .arg(group->parent ? group->parent->id : 0)
+                           .arg(group->memberCount);
+        if (m_byId)
+            text += QStringLiteral(" color %1").arg(group->group->baseColor[0]);
+        add('g', group->id, text);
     }
 
     void addBrush(const cBrushData* brush) {
-        add('b', brush->id,
-            QStringLiteral("owner %1 %2 reserved %3 color %4 box %5")
-                .arg(brush->owner->id)
-                .arg(common(brush->flags, brush->group, brush->rootGroup, brush->brush->visGroups))
-                .arg(brush->reserved)
-                .arg(brush->brush->baseColor[0])
-                .arg(floats(brush->mins, 3) + floats(brush->maxs, 3)));
+        QString text = common(brush, brush->brush->baseColor[0], brush->brush->visGroups) +
+                       QStringLiteral(" reserved %1").arg(brush->reserved);
+        if (m_byId)
+            text += QStringLiteral(" owner %1 box %2")
+                        .arg(brush->owner->id)
+                        .arg(floats(brush->mins, 3) + floats(brush->maxs, 3));
+        add('b', brush->id, text);
+        const int first = m_lines.size();
         for (const cFaceData* face : facesOf(brush))
             add('f', face->id,
-                QStringLiteral("brush %1 %2").arg(brush->id).arg(dumpFace(face, m_flags)));
+                (m_byId ? QStringLiteral("brush %1 ").arg(brush->id) : QString()) +
+                    dumpFace(face, m_flags));
+        std::sort(m_lines.begin() + first, m_lines.end());
     }
 
     void addEntity(const cEntityData* entity) {
-        const QList<cVisGroup*>& visGroups = entity->entity->visGroups;
-        QString text = QStringLiteral("%1 %2 key %3 spawn %4 place %5 color %6 kind %7")
+        QString text = QStringLiteral("%1 %2 key %3 spawn %4 place %5")
                            .arg(QString::fromLocal8Bit(entity->classname),
-                                common(entity->flags, entity->group, entity->rootGroup, visGroups),
+                                common(entity, m_byId ? entity->entity->color[0] : 0,
+                                       entity->entity->visGroups),
                                 QString::fromLocal8Bit(entity->flagsKey))
                            .arg(entity->spawnFlags)
-                           .arg(floats(entity->origin, 3) + floats(entity->angles, 3) +
-                                floats(entity->mins, 3) + floats(entity->maxs, 3))
-                           .arg(entity->entity->color[0])
-                           .arg(entity->attachKind);
+                           .arg(floats(entity->origin, 3) + floats(entity->angles, 3));
+        if (m_byId)
+            text += QStringLiteral("box %1 kind %2")
+                        .arg(floats(entity->mins, 3) + floats(entity->maxs, 3))
+                        .arg(entity->attachKind);
         for (const cEpair* pair : epairsOf(entity))
             text += QStringLiteral(" %1=%2").arg(QString::fromLocal8Bit(pair->key),
                                                  QString::fromLocal8Bit(pair->value));
@@ -204,13 +155,18 @@ private:
             addBrush(brush);
     }
 
-    uint32_t m_flags;
+    const bool m_byId;
+    const uint32_t m_flags;
     QStringList m_lines;
 };
 } // namespace
 
+QStringList dumpMap(const cMap& map) {
+    return cDump(map, false).lines();
+}
+
 QStringList dumpById(const cMap& map, bool withSelection) {
-    return cDumpById(map, withSelection).lines();
+    return cDump(map, true, withSelection ? ~0u : ~uint32_t(OF_SELECTED)).lines();
 }
 
 QString firstDifference(const QStringList& expected, const QStringList& got) {
@@ -281,11 +237,8 @@ private:
         checkPick(face->face->pickId, ePickKind::Face, face);
         if (m_map.findFaceById(brush, face->id) != face)
             fail(QStringLiteral("face is not found by id"));
-        if (face->texture) {
-            if (face->texture->useCount < 1)
-                fail(QStringLiteral("texture in use counts no user"));
-            ++m_textures[face->texture];
-        }
+        if (face->texture && face->texture->useCount < 1)
+            fail(QStringLiteral("texture in use counts no user"));
     }
 
     void checkBrush(const cBrushData* brush, const cEntityData* entity) {
@@ -364,14 +317,15 @@ private:
         }
     }
 
-    template<class Range> int checkList(const Range& range) {
-        int count = 0;
+    // As many objects in the list as have the flag, and those.
+    template<class Range> void checkList(const Range& range, int flagged) {
         for (const auto* item : range) {
             if (!isSelected(item))
                 fail(QStringLiteral("object in a selection list lacks the flag"));
-            ++count;
+            --flagged;
         }
-        return count;
+        if (flagged != 0)
+            fail(QStringLiteral("selection lists and flags disagree"));
     }
 
     void checkSelection() {
@@ -386,11 +340,10 @@ private:
         }
         for (const cGroupData* group : groupsOf(m_map.data))
             groups += isSelected(group) ? 1 : 0;
-        if (entities != checkList(selectedEntitiesOf(m_map.data)) ||
-            brushes != checkList(selectedBrushesOf(m_map.data)) ||
-            faces != checkList(selectedFacesOf(m_map.data)) ||
-            groups != checkList(selectedGroupsOf(m_map.data)))
-            fail(QStringLiteral("selection lists and flags disagree"));
+        checkList(selectedEntitiesOf(m_map.data), entities);
+        checkList(selectedBrushesOf(m_map.data), brushes);
+        checkList(selectedFacesOf(m_map.data), faces);
+        checkList(selectedGroupsOf(m_map.data), groups);
     }
 
     const cMap& m_map;
@@ -398,7 +351,6 @@ private:
     QSet<int> m_picks;
     std::map<const cGroupData*, int> m_members;
     std::map<const cVisGroup*, int> m_visMembers;
-    std::map<const cTexture*, int> m_textures;
 };
 } // namespace
 

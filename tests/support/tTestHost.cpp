@@ -4,6 +4,7 @@
 #include "support/tColors.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstring>
 
@@ -81,18 +82,11 @@ cEntityClass* cTestHost::findClass(const char* name, eClassFilter filter) {
 }
 
 const uint8_t* cTestHost::schemeColor(int index) const {
+    static const std::map<int, std::array<uint8_t, 4>> colors = {
+        {COLOR_BRUSH_RANDOM_MIN, {0, 100, 100, 255}},
+        {COLOR_BRUSH_RANDOM_MAX, {0, 255, 255, 255}},
+        {COLOR_GROUP_RANDOM_MIN, {80, 80, 80, 255}}};
     static const uint8_t white[4] = {255, 255, 255, 255};
-    static const uint8_t brushMin[4] = {0, 100, 100, 255};
-    static const uint8_t brushMax[4] = {0, 255, 255, 255};
-    static const uint8_t groupMin[4] = {80, 80, 80, 255};
-    switch (index) {
-    case COLOR_BRUSH_RANDOM_MIN:
-        return brushMin;
-    case COLOR_BRUSH_RANDOM_MAX:
-        return brushMax;
-    case COLOR_GROUP_RANDOM_MIN:
-        return groupMin;
-    default:
-        return white;
-    }
+    const auto found = colors.find(index);
+    return found == colors.end() ? white : found->second.data();
 }

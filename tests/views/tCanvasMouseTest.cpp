@@ -29,19 +29,26 @@ public:
     }
 
     template<class... T> bool note(const char* format, T... values) {
-        calls += QString::asprintf(format, values...);
+        notes += QString::asprintf(format, values...);
         return true;
     }
     QStringList taken() {
         QStringList result;
-        result.swap(calls);
+        result.swap(notes);
         return result;
     }
 
-    QStringList calls;
+    QStringList notes;
     bool takesMoves = false;
     bool takesPresses = false;
 };
+
+static QStringList calls(std::initializer_list<const char*> names) {
+    QStringList list;
+    for (const char* name : names)
+        list << QString::fromLatin1(name);
+    return list;
+}
 
 class CanvasMouseTest : public ViewFixture {
 protected:
@@ -50,7 +57,7 @@ protected:
         canvas->zoomTo(1);
         viewHost.currentTool = &tool;
         QApplication::processEvents();
-        tool.calls.clear();
+        tool.taken();
     }
     void TearDown() override { viewHost.currentTool = nullptr; }
 
@@ -59,79 +66,82 @@ protected:
         QMouseEvent event(type, at, canvas->mapToGlobal(at), button, held, Qt::NoModifier);
         QApplication::sendEvent(canvas, &event);
     }
+    void press(int x, int y, Qt::MouseButton button) {
+        mouse(QEvent::MouseButtonPress, x, y, button, button);
+    }
+    void release(int x, int y, Qt::MouseButton button) {
+        mouse(QEvent::MouseButtonRelease, x, y, button, Qt::NoButton);
+    }
+    void move(int x, int y, Qt::MouseButtons held = Qt::NoButton) {
+        mouse(QEvent::MouseMove, x, y, Qt::NoButton, held);
+    }
 
     cRecordingTool tool;
     cCanvas* canvas = nullptr;
 };
 
 TEST_F(CanvasMouseTest, buttonsGoToTheToolByNumber) {
-    mouse(QEvent::MouseButtonPress, 200, 150, Qt::LeftButton, Qt::LeftButton);
-    EXPECT_EQ(tool.taken(), QStringList(QStringLiteral("press 200 150 1")));
+    press(200, 150, Qt::LeftButton);
+    EXPECT_EQ(tool.taken(), calls({"press 200 150 1"}));
     canvas->leftDown = true;
-    mouse(QEvent::MouseButtonRelease, 200, 150, Qt::LeftButton, Qt::NoButton);
-    EXPECT_EQ(tool.taken(), QStringList(QStringLiteral("release 1")));
+    release(200, 150, Qt::LeftButton);
+    EXPECT_EQ(tool.taken(), calls({"release 1"}));
     EXPECT_FALSE(canvas->leftDown);
     EXPECT_TRUE(canvas->cameraMoved);
-    mouse(QEvent::MouseButtonPress, 210, 150, Qt::RightButton, Qt::RightButton);
-    EXPECT_EQ(tool.taken(),
-              (QStringList{QStringLiteral("press 210 150 2"), QStringLiteral("menu")}));
+    press(210, 150, Qt::RightButton);
+    EXPECT_EQ(tool.taken(), calls({"press 210 150 2", "menu"}));
     tool.takesPresses = true;
-    mouse(QEvent::MouseButtonPress, 210, 150, Qt::RightButton, Qt::RightButton);
-    EXPECT_EQ(tool.taken(), QStringList(QStringLiteral("press 210 150 2"))) << "no menu then";
+    press(210, 150, Qt::RightButton);
+    EXPECT_EQ(tool.taken(), calls({"press 210 150 2"})) << "no menu then";
 }
 
 TEST_F(CanvasMouseTest, captionAndSpaceKeepPressesFromTheTool) {
-    mouse(QEvent::MouseMove, 3, 3, Qt::NoButton, Qt::NoButton);
+    move(3, 3);
     EXPECT_TRUE(canvas->captionHover);
     EXPECT_EQ(canvas->cursor().shape(), Qt::ArrowCursor);
-    tool.calls.clear();
-    mouse(QEvent::MouseButtonPress, 3, 3, Qt::LeftButton, Qt::LeftButton);
+    tool.taken();
+    press(3, 3, Qt::LeftButton);
     EXPECT_TRUE(tool.taken().isEmpty());
-    mouse(QEvent::MouseMove, 200, 150, Qt::NoButton, Qt::NoButton);
+    move(200, 150);
     EXPECT_FALSE(canvas->captionHover);
     EXPECT_EQ(canvas->cursor().shape(), Qt::CrossCursor);
     canvas->spaceLook = true;
-    tool.calls.clear();
-    mouse(QEvent::MouseButtonPress, 200, 150, Qt::LeftButton, Qt::LeftButton);
+    tool.taken();
+    press(200, 150, Qt::LeftButton);
     EXPECT_TRUE(tool.taken().isEmpty());
 }
 
-TEST_F(CanvasMouseTest, movesShowTheSnappedPlace) {
+TEST_F(CanvasMouseTest, movesShowTheSnappedPlaceAndActivateInTheActiveWindowOnly) {
+    viewHost.setActiveCanvas(nullptr);
+    viewHost.windowIsActive = false;
+    move(100, 100);
+    EXPECT_EQ(viewHost.activeCanvas, nullptr);
+    EXPECT_TRUE(tool.taken().isEmpty());
+    viewHost.windowIsActive = true;
     host.gridSize = 32;
-    mouse(QEvent::MouseMove, canvas->width() / 2 + 40, canvas->height() / 2 + 70, Qt::NoButton,
-          Qt::NoButton);
+    move(240, canvas->height() / 2 + 70);
+    EXPECT_EQ(viewHost.activeCanvas, canvas);
+    EXPECT_EQ(tool.taken(), calls({"move 240"}));
     EXPECT_EQ(host.panes[3], QStringLiteral("@32, -64"));
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(canvas, &leave);
     EXPECT_EQ(host.panes[3], QString());
 }
 
-TEST_F(CanvasMouseTest, idleMovesActivateOnlyInTheActiveWindow) {
-    viewHost.setActiveCanvas(nullptr);
-    viewHost.windowIsActive = false;
-    mouse(QEvent::MouseMove, 100, 100, Qt::NoButton, Qt::NoButton);
-    EXPECT_EQ(viewHost.activeCanvas, nullptr);
-    EXPECT_TRUE(tool.taken().isEmpty());
-    viewHost.windowIsActive = true;
-    mouse(QEvent::MouseMove, 101, 100, Qt::NoButton, Qt::NoButton);
-    EXPECT_EQ(viewHost.activeCanvas, canvas);
-    EXPECT_EQ(tool.taken(), QStringList(QStringLiteral("move 101")));
-}
-
 TEST_F(CanvasMouseTest, middleButtonDragsTheView) {
     const int x = canvas->centerX, y = canvas->centerY;
-    mouse(QEvent::MouseMove, 150, 120, Qt::NoButton, Qt::MiddleButton);
+    move(150, 120, Qt::MiddleButton);
     EXPECT_TRUE(canvas->middleDown);
     EXPECT_EQ(canvas->cursor().shape(), Qt::BlankCursor);
     EXPECT_FLOAT_EQ(canvas->offsetX, 0);
-    mouse(QEvent::MouseMove, x + 10, y - 4, Qt::NoButton, Qt::MiddleButton);
+    move(x + 10, y - 4, Qt::MiddleButton);
     EXPECT_FLOAT_EQ(canvas->offsetX, -20);
     EXPECT_FLOAT_EQ(canvas->offsetY, 8);
-    mouse(QEvent::MouseButtonRelease, x, y, Qt::MiddleButton, Qt::NoButton);
+    release(x, y, Qt::MiddleButton);
     EXPECT_FALSE(canvas->middleDown);
     EXPECT_NE(canvas->cursor().shape(), Qt::BlankCursor);
     tool.takesMoves = true;
-    mouse(QEvent::MouseMove, 150, 120, Qt::NoButton, Qt::MiddleButton);
+    move(150, 120, Qt::MiddleButton);
     EXPECT_FALSE(canvas->middleDown) << "a move that the tool took pans nothing";
 }
 
@@ -147,14 +157,6 @@ TEST_F(CanvasMouseTest, keysReachTheToolWhateverTheViewDidWithThem) {
     EXPECT_FLOAT_EQ(canvas->offsetX, offset - 64);
     EXPECT_FLOAT_EQ(canvas->zoom, zoom);
     EXPECT_TRUE(tool.taken().isEmpty());
-}
-
-TEST_F(CanvasMouseTest, shiftZFillsTheWindow) {
-    cChildWindow* window = openWindow(-1, 800, 600);
-    pressKey(window->canvases[2], Qt::Key_Z, Qt::ShiftModifier);
-    EXPECT_EQ(window->maximizedCanvas, window->canvases[2]);
-    pressKey(window->canvases[2], 1071, Qt::ShiftModifier);
-    EXPECT_EQ(window->maximizedCanvas, nullptr);
 }
 
 TEST_F(CanvasMouseTest, cameraReleaseEndsMotionAndSpaceLook) {

@@ -4,14 +4,13 @@
 #include "document/tBrushGeometry.h"
 #include "document/tEntity.h"
 #include "document/tMapLists.h"
+#include "support/tMapTools.h"
 #include "support/tPatience.h"
-#include "support/tVec.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QtTest/QTest>
 #include <algorithm>
-#include <cstring>
 
 const uint8_t* cColorHost::schemeColor(int index) const {
     static const uint8_t grey[4] = {40, 40, 40, 255};
@@ -68,29 +67,9 @@ cCanvas* ViewFixture::openCanvas(int type, int width, int height) {
     return canvas;
 }
 
-// The corners of the side of a box that looks along axis, or against it, counter-clockwise.
-static void boxSide(const float* mins, const float* maxs, int axis, bool upper, cFaceVertex* out) {
-    const int u = (axis + 1) % 3, v = (axis + 2) % 3;
-    for (int i = 0; i < 4; ++i) {
-        const int turn = upper ? i : 3 - i;
-        out[i].xyz[axis] = upper ? maxs[axis] : mins[axis];
-        out[i].xyz[u] = (turn == 1 || turn == 2) ? maxs[u] : mins[u];
-        out[i].xyz[v] = turn >= 2 ? maxs[v] : mins[v];
-    }
-}
-
 cBrushData* ViewFixture::addBoxTo(cEntityData* entity, const float* mins, const float* maxs) {
-    cMap& map = document.map;
-    cFaceTexture tex = {};
-    tex.uScale = tex.vScale = 1;
-    strcpy(tex.name, "wall");
-    cBrushData* brush = map.addBrush(entity);
-    for (int axis = 0; axis < 3; ++axis)
-        for (const bool upper : {false, true})
-            boxSide(mins, maxs, axis, upper, map.addFace(brush, tex, 4)->vertices);
-    rebuildBrush(brush, UM_PLANES | UM_RESET_AXES);
-    updateEntity(entity, 0);
-    map.markChanged();
+    cBrushData* brush = ::addBox(document.map, entity, mins, maxs);
+    document.map.markChanged();
     return brush;
 }
 

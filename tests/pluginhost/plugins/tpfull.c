@@ -8,15 +8,12 @@
 #include <stdio.h>
 #include <string.h>
 
-static const cHostServices* g_host;
-
 /* Read by the tests. */
 uintptr_t g_lastAction = 0;
 const uint8_t* g_palette = 0;
 int32_t g_paletteCalls = 0;
 
 int32_t tpMain(const cHostServices* host) {
-    g_host = host;
     host->Sys_DPrint("tpfull on %s", host->Sys_Version());
     return host->size == sizeof(cHostServices);
 }
@@ -110,52 +107,14 @@ void tpEnumContentFlags(tpCaptionCallback callback, void* library) {
     callback("other", "below", -1, library);
 }
 
-/* ---- Maps: an import makes one cube and one point entity, an export writes what it finds */
-
-static void setKey(cEntityData* entity, const char* key, const char* value) {
-    cEpair* pair = g_host->Sys_Alloc(sizeof(cEpair));
-    pair->key = g_host->Sys_StrDup(key);
-    pair->value = g_host->Sys_StrDup(value);
-    pair->next = entity->epairs;
-    entity->epairs = pair;
-}
-
-static void addFace(cMapData* map, cBrushData* brush, int axis, float side) {
-    cFaceTexture tex;
-    cFaceData* face;
-    memset(&tex, 0, sizeof tex);
-    tex.uScale = tex.vScale = 1.0f;
-    strcpy(tex.name, "wall");
-    face = g_host->Face_Create(map, brush, &tex, 0);
-    face->normal[axis] = side;
-    face->dist = 32.0f;
-}
+/* ---- Maps */
 
 int32_t tpImport(uint32_t cookie, const char* path, cMapData* map) {
-    const float origin[3] = {1, 2, 3};
-    cEntityData* world = g_host->Entity_Create(map, "worldspawn", 0, EF_WORLD);
-    cEntityData* light = g_host->Entity_Create(map, "light", origin, EF_POINT);
-    cBrushData* brush = g_host->Brush_Create(map, world);
-    int axis;
-    (void)path;
-    setKey(light, "targetname", "lamp");
-    for (axis = 0; axis < 3; ++axis) {
-        addFace(map, brush, axis, 1.0f);
-        addFace(map, brush, axis, -1.0f);
-    }
-    g_host->Entity_Update(world, UM_REEVALUATE | UM_WINDINGS);
-    g_host->Entity_Update(light, UM_REEVALUATE);
-    return cookie == 20;
+    return cookie == 20 && path && map;
 }
 
 int32_t tpExport(uint32_t cookie, const char* path, cMapData* map) {
-    FILE* file = fopen(path, "wb");
-    cEntityData* entity;
-    if (!file)
-        return 0;
-    for (entity = map->entities; entity; entity = entity->next)
-        fprintf(file, "%u %s\n", (unsigned)cookie, entity->classname);
-    return fclose(file) == 0;
+    return cookie == 10 && path && map;
 }
 
 /* ---- Textures */
