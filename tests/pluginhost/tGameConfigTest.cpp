@@ -169,7 +169,6 @@ TEST_F(cGameConfigTest, listOperationsKeepTablesAndReferencesRight) {
     m_registry.removeConfig(str("Other"));
     EXPECT_EQ(m_registry.configs.size(), 1);
     EXPECT_EQ(m_registry.current, nullptr);
-    EXPECT_EQ(m_registry.currentCatalogue, nullptr);
     EXPECT_EQ(activeConfig(), nullptr);
     EXPECT_EQ(data->refCount, 1);
 
