@@ -346,7 +346,7 @@ void cToolSelect::setCanvas(cCanvas* canvas) {
         return;
     cSelectionBox& box = boxOf(*canvas);
     const bool keepMode = skipModeReset;
-    if (dragging && canvas->leftDown) // a command broke the drag off: its rest is not one of its own
+    if (dragging && canvas->leftDown) // a command broke the drag off: its rest does nothing
         clickConsumed = true;
     dragging = rubberBand = skipModeReset = false;
     m_drag = DRAG_NONE;
