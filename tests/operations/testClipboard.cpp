@@ -155,7 +155,7 @@ TEST_F(Clipboard, cutGoesBackUnlessItWasPastedOrUndone) {
     cBrushData* a = cubeAt(0);
     cBrushData* b = cubeAt(128);
     select({a});
-    law([&] { clipboard.cutSelection(map, true); }, false);
+    law([&] { clipboard.cutSelection(map, true); });
     EXPECT_TRUE(isStep("Cut"));
     EXPECT_EQ(lefts(map), std::vector<float>({128}));
     // The next cut restores the first.
@@ -196,7 +196,7 @@ TEST_F(Clipboard, cutEmptiesOwnersAndUndoFillsGroupsAndVisgroups) {
     host.IgnoreGroups = true;
     map.updateSelectionMode();
     select({panel, wall});
-    law([&] { clipboard.cutSelection(map, true); }, false);
+    law([&] { clipboard.cutSelection(map, true); });
     EXPECT_EQ(world->next, nullptr);
     EXPECT_EQ(doors->objectCount + group->memberCount, 0);
     EXPECT_EQ(sentence(), QStringLiteral("no selection."));
