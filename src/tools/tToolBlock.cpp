@@ -96,8 +96,7 @@ bool cToolBlock::keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modifi
         return false;
     if (key == Qt::Key_Escape)
         return escape(canvas);
-    if ((key != Qt::Key_Return && key != Qt::Key_Enter) || canvas->isCamera() ||
-        !boxOf(*canvas).active)
+    if (!isApplyKey(*canvas, boxOf(*canvas), key))
         return false;
     endDrag(*canvas);
     if (modifiers & Qt::AltModifier)

@@ -89,8 +89,7 @@ bool cToolEntity::keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modif
         return false;
     if (key == Qt::Key_Escape)
         return escape(canvas);
-    if ((key != Qt::Key_Return && key != Qt::Key_Enter) || canvas->isCamera() ||
-        !boxOf(*canvas).active)
+    if (!isApplyKey(*canvas, boxOf(*canvas), key))
         return false;
     hover = false;
     if (modifiers & Qt::AltModifier)

@@ -14,6 +14,10 @@ void boxPoint(cCanvas& canvas, const cSelectionBox& box, int x, int y, bool snap
         out[depth] = (box.mins[depth] + box.maxs[depth]) * 0.5f;
 }
 
+bool isApplyKey(const cCanvas& canvas, const cSelectionBox& box, int key) {
+    return (key == Qt::Key_Return || key == Qt::Key_Enter) && !canvas.isCamera() && box.active;
+}
+
 Qt::CursorShape sizeCursor(int handle) {
     static const Qt::CursorShape shapes[] = {
         Qt::ArrowCursor,     Qt::SizeFDiagCursor, Qt::SizeBDiagCursor,

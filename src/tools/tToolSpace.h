@@ -13,5 +13,7 @@ class cSelectionBox;
 void boxPoint(cCanvas& canvas, const cSelectionBox& box, int x, int y, bool snap, float* out);
 // Esc with nothing of the tool's own to give up: drops the selection if the setting says so.
 bool clearSelectionByEscape(const cCanvas& canvas);
+// Return or Enter in a 2D view while the box is active.
+bool isApplyKey(const cCanvas& canvas, const cSelectionBox& box, int key);
 // The arrow along which a handle changes the size of a box.
 Qt::CursorShape sizeCursor(int handle);
