@@ -252,7 +252,7 @@ void cRestore::swapFaces(cFaceRecord* list) {
 
 void cRestore::swapClass(cEntityData* entity, cEntityRecord* record) {
     std::swap(entity->classname, record->classname);
-    setEntityClass(entity, findEntityClass(entity));
+    setEntityClass(entity, findEntityClass(entity, m_map.context));
 }
 
 bool sameText(const char* a, const char* b) {

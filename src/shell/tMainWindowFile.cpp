@@ -228,7 +228,7 @@ void cMainWindow::cmdFileExport() {
                              tr("Cannot export MAP: no export formats available!"));
         return;
     }
-    const cGameConfig* config = project->gameConfig;
+    const cGameConfig* config = project->game.config;
     const QString base = config ? config->gameBasedir : QString();
     const QString name = askSaveName(base + QStringLiteral("/maps"), filters);
     if (name.isEmpty())

@@ -400,7 +400,7 @@ private:
     }
 
     cCountingHost m_host;
-    cMap m_map{nullptr};
+    cMap m_map{m_host};
     cClipboard m_clipboard;
     std::mt19937 m_random;
     std::vector<QStringList> m_states; // by how many steps are done

@@ -67,7 +67,7 @@ protected:
     }
 
     cTestHost host;
-    cMap map{nullptr};
+    cMap map{host};
     cEntityData* world = addWorldTo(map);
 };
 
