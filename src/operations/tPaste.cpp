@@ -224,13 +224,13 @@ void cPasting::enter() {
         const bool groupsAct = m_map.updateSelectionMode() == MODE_GROUPS;
         for (cGroupData* group : m_groups) {
             if (groupsAct && !group->parent)
-                selectedPush(m_map.data.selectedGroups, group);
+                m_map.select(group);
         }
         for (cEntityData* entity : m_entities)
-            selectedPush(m_map.data.selectedEntities, entity);
+            m_map.select(entity);
         for (cBrushData* brush : m_brushes) {
             if (brushVisible(brush))
-                selectedPush(m_map.data.selectedBrushes, brush);
+                m_map.select(brush);
         }
     }
     cHistory& history = *m_map.history;

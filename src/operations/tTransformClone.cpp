@@ -103,13 +103,13 @@ template<class T> void cCloning::join(const T* source, T* copy) {
 void cCloning::select() {
     for (cGroupData* group : m_newGroups) {
         if (!group->parent)
-            selectedPush(m_map.data.selectedGroups, group);
+            m_map.select(group);
     }
     for (cEntityData* entity : entities)
-        selectedPush(m_map.data.selectedEntities, entity);
+        m_map.select(entity);
     for (cBrushData* brush : brushes) {
         if (brushVisible(brush))
-            selectedPush(m_map.data.selectedBrushes, brush);
+            m_map.select(brush);
     }
 }
 
