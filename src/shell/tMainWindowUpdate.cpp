@@ -12,6 +12,7 @@
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -85,13 +86,13 @@ void cMainWindow::checkActiveState(bool clearConfig) {
     if (!child)
         leaveViews();
     else if (!activeCanvas || activeCanvas->childWindow != child)
-        setActiveCanvas(child->firstCanvas());
+        enterViews(*child);
     QString title;
     if (const cGameConfig* config = m_configs->current)
         title =
             QStringLiteral("%1 (%2)").arg(config->title, QString::fromLocal8Bit(profile().name));
     updateEntityMenus(QString(), 6);
-    if (child && currentToolId() == TOOL_SELECT)
+    if (child)
         notifyTools();
     updateToolActions();
     setStatusPane(title, 1);
@@ -102,6 +103,15 @@ void cMainWindow::leaveViews() {
     setActiveCanvas(nullptr);
     setStatusPane(QString(), 3);
     setStatusPane(QString(), 5);
+}
+
+// The focus has gone to whatever view came first in the window.
+void cMainWindow::enterViews(const cChildWindow& child) {
+    cCanvas* canvas = child.activeView();
+    setActiveCanvas(canvas);
+    const QWidget* focus = QApplication::focusWidget();
+    if (canvas && focus && child.isAncestorOf(focus))
+        canvas->setFocus();
 }
 
 // A window behind a maximized one is not seen and runs no timers.
@@ -324,7 +334,7 @@ void cMainWindow::updateViewControls() {
         {"View2DXZ", VIEW_SIDE, -1},         {"View3DW", VIEW_CAMERA, RM_WIREFRAME},
         {"View3DF", VIEW_CAMERA, RM_FILLED}, {"View3DT", VIEW_CAMERA, RM_TEXTURED},
     };
-    const cCanvas* canvas = activeCanvas;
+    const cCanvas* canvas = commandCanvas();
     for (const auto& view : views)
         setActionChecked(view.id, canvas && canvas->viewType == view.type &&
                                       (view.mode < 0 || canvas->renderMode == view.mode));
