@@ -107,7 +107,7 @@ TEST_F(SelectDragTest, theTextAndThePreviewGoWithTheMouseAndTheMapStays) {
 
 TEST_F(SelectDragTest, aDragThatComesBackIsNoStep) {
     pickCube();
-    const QStringList before = dumpById(map());
+    const cMapState before = stateOf(map());
     for (int mode = HANDLES_SCALE; mode < HANDLES_MODES; ++mode) {
         setMode(mode);
         const QPoint from = mode == HANDLES_SHEAR ? handle(top, BH_TOP) : handle(top, BH_TOP_RIGHT);
@@ -118,7 +118,7 @@ TEST_F(SelectDragTest, aDragThatComesBackIsNoStep) {
         expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
     }
     EXPECT_FALSE(map().history->canUndo());
-    EXPECT_EQ(firstDifference(before, dumpById(map())), QString());
+    EXPECT_EQ(firstDifference(before, stateOf(map())), QString());
 }
 
 TEST_F(SelectDragTest, shiftAtTheReleaseClones) {
@@ -154,7 +154,7 @@ TEST_F(SelectDragTest, shiftAtTheReleaseClones) {
 
 TEST_F(SelectDragTest, aDragOnNothingWithoutCtrlOnlyLetsTheViewFollow) {
     const cBrushData* brush = pickCube();
-    const QStringList before = dumpById(map());
+    const cMapState before = stateOf(map());
     const QPoint from = pixel(top, -64, -64);
     moveTo(top, from);
     press(top, from, Qt::ControlModifier); // takes nothing out
@@ -166,7 +166,7 @@ TEST_F(SelectDragTest, aDragOnNothingWithoutCtrlOnlyLetsTheViewFollow) {
     EXPECT_FALSE(brush->flags & BF_MOVING);
     release(top, QPoint(-20, from.y()));
     EXPECT_FALSE(map().history->canUndo());
-    EXPECT_EQ(firstDifference(before, dumpById(map())), QString());
+    EXPECT_EQ(firstDifference(before, stateOf(map())), QString());
     expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
 }
 
