@@ -469,6 +469,7 @@ private:
     void returnToActiveProject();
     void leaveViews();
     void enterViews(const cChildWindow& child);
+    void notifyToolsOfAll(); // the selections of all documents changed
     void updateTimers();
     cProject* projectOf(const cCanvas* canvas) const;
 

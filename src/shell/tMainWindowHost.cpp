@@ -108,9 +108,8 @@ void cMainWindow::projectDirty(cProject* project) {
 }
 
 void cMainWindow::busyEnded() {
-    if (!g_closing)
-        for (cProject* project : projects)
-            project->paintDropped();
+    for (cProject* project : projects)
+        project->paintDropped();
 }
 
 bool cMainWindow::showsTextsOf(const cMap& map) const {

@@ -165,7 +165,7 @@ void cMainWindow::leaveFaceMode() {
     makeCurrent(TOOL_SELECT);
     for (cProject* project : projects)
         project->map->clearSelection();
-    notifyTools();
+    notifyToolsOfAll();
 }
 
 // ---- How tools work

@@ -135,6 +135,13 @@ void cMainWindow::notifyTools() {
     updateActionStates(AS_CLIPBOARD | AS_GROUP);
 }
 
+// The selection tool keeps a box for each document; the active one's comes last.
+void cMainWindow::notifyToolsOfAll() {
+    for (const cProject* project : projects)
+        tools[TOOL_SELECT]->setCanvas(project->firstCanvas());
+    notifyTools();
+}
+
 void cMainWindow::redrawAllViews(int mask) {
     for (cProject* project : projects)
         project->redrawViews(mask);

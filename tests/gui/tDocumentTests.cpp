@@ -237,11 +237,14 @@ TEST_F(DocumentTest, eachDocumentComesBackWithTheViewThatWasActive) {
     }
 }
 
-TEST_F(DocumentTest, theSentenceIsOfTheActiveDocument) {
+TEST_F(DocumentTest, eachDocumentHasItsOwnSelectionAndTheSentenceIsOfTheActiveOne) {
     static constexpr float mins[3] = {0, 0, 0}, maxs[3] = {16, 16, 16};
     start();
+    const cSelectionBox* boxes[2] = {};
     for (int i = 0; i < 2; ++i) {
-        cMap& map = *newProject()->map;
+        cProject* project = newProject();
+        boxes[i] = &project->boxes[TBX_SELECTION];
+        cMap& map = *project->map;
         for (int count = 0; count <= i; ++count)
             addBox(map, map.world(), mins, maxs);
         trigger("EditSelAll");
@@ -255,6 +258,11 @@ TEST_F(DocumentTest, theSentenceIsOfTheActiveDocument) {
     trigger("WindowPrev");
     settle();
     EXPECT_EQ(pane(2), QStringLiteral("solid with 6 faces."));
+    EXPECT_TRUE(boxes[0]->active && boxes[1]->active);
+    replies.expectBox(QMessageBox::Ok, "is still under development");
+    toolAction(TOOL_TEXTURE)->trigger();
+    toolAction(TOOL_TEXTURE)->trigger(); // the way out drops all selections
+    EXPECT_FALSE(boxes[0]->active || boxes[1]->active);
 }
 
 TEST_F(DocumentTest, exportWritesTheMapAndIsNoSave) {
