@@ -31,7 +31,6 @@ class QListWidgetItem;
 class QMdiArea;
 class QMdiSubWindow;
 class QPushButton;
-class QSettings;
 class QSignalMapper;
 class QSpinBox;
 class QSplashScreen;
