@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QStyle>
 #include <utility>
 
@@ -27,6 +28,14 @@ static QString itemText(const cVisGroup& group) {
     return group.objectCount == 1 ? QVisGroupList::tr("%1 (1 object)").arg(name) : name;
 }
 
+// The tick would be lost in the colour of the selected row, and more so in Qt's own tint of it.
+static QPixmap onPaper(const QPixmap& pixmap) {
+    QPixmap paper(pixmap.size());
+    paper.fill(Qt::white);
+    QPainter(&paper).drawPixmap(0, 0, pixmap);
+    return paper;
+}
+
 static void fillItem(QListWidgetItem* item, const cVisGroup& group) {
     static const QString on = QStringLiteral(":/qrc/vg_on.png");
     static const QString off = QStringLiteral(":/qrc/vg_off.png");
@@ -34,7 +43,7 @@ static void fillItem(QListWidgetItem* item, const cVisGroup& group) {
     item->setToolTip(item->text()); // the dock may be narrow
     const QPixmap pixmap(group.visible || group.objectCount == 0 ? on : off);
     QIcon icon(pixmap);
-    icon.addPixmap(pixmap, QIcon::Selected); // Qt's own would dye the tick in the bar's colour
+    icon.addPixmap(onPaper(pixmap), QIcon::Selected);
     item->setIcon(icon);
     item->setData(QVisGroupList::ID_ROLE, group.id);
 }

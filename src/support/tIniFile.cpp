@@ -144,6 +144,7 @@ QString cIniFile::decodedName(const QString& raw) {
 
 QString cIniFile::encodedName(const QString& name) {
     QString raw;
+    raw.reserve(name.size());
     for (const QChar c : name) {
         const ushort code = c.unicode();
         const bool plain = code < 0x80 && (c.isLetterOrNumber() || strchr("_-.", char(code)));

@@ -14,6 +14,7 @@ class cMessageCap {
 public:
     static constexpr int MOST = 30; // told of a kind
 
+    // The format is a literal: its address stands for it.
     void tell(eMessage level, const char* format, va_list args);
     void tellRest(); // how many of each kind were kept back; begins anew
 
@@ -22,5 +23,5 @@ private:
         int count = 0;
         std::string last; // that was told
     };
-    std::map<std::pair<eMessage, std::string>, cKind> m_kinds;
+    std::map<std::pair<eMessage, const char*>, cKind> m_kinds;
 };

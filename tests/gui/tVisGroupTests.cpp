@@ -255,6 +255,8 @@ TEST_F(VisGroupTest, aClickOnTheIconHidesAndShows) {
     const QListWidgetItem *empty = list()->item(0), *full = list()->item(row);
     EXPECT_EQ(imageOf(empty, QIcon::Normal), imageOf(full, QIcon::Normal))
         << "what holds nothing does not look hidden";
-    EXPECT_EQ(imageOf(full, QIcon::Selected), imageOf(full, QIcon::Normal)) << "not dyed";
+    const QImage selected = imageOf(full, QIcon::Selected);
+    EXPECT_EQ(selected.pixelColor(4, 4), QColor(Qt::white)) << "the tick stands out";
+    EXPECT_NE(selected.pixelColor(7, 9), QColor(Qt::white));
     active()->setDirty(false);
 }
