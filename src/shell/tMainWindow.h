@@ -420,7 +420,6 @@ private:
     // The clipboard of objects (tMainWindowClipboard.cpp)
     void createClipboard();
     void objectsMoved(); // by the clipboard, between it and documents
-    void restoreCutToSource();
     void pasteTarget(float target[3]);
     void pasteObjects(cMap& map, const cPasteOptions& options, const char* stepName);
 

@@ -37,10 +37,10 @@ cProject* cMainWindow::findProjectByPath(const QString& path) const {
 }
 
 void cMainWindow::removeProject(cProject* project) {
-    if (g_clipboard->refersTo(*project->map))
-        g_clipboard->forgetSource();
     if (!project->closeProject())
         return;
+    if (g_clipboard->refersTo(*project->map))
+        g_clipboard->forgetSource();
     if (project == m_listedProject) {
         delete m_entityList;
         tieClassName.clear();
@@ -153,7 +153,6 @@ void cMainWindow::cmdFileClose() {
 }
 
 void cMainWindow::cmdFileCloseAll() {
-    g_clipboard->forgetSource();
     closeAllWindows();
     updateScreenElements();
 }
