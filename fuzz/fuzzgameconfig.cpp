@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The reader of game configurations: whatever it makes of a file, saving that and reading it
-// again gives the same list.
+// Settings files: whatever the reader of game configurations makes of one, saving that over it and
+// reading it again gives the same list, and what nobody has changed is written as it was read.
 #include "resources/tGameConfigRegistry.h"
 #include "resources/tGameDataRegistry.h"
 #include "resources/tTextureManager.h"
+#include "support/tIniFile.h"
 #include "tFuzzHost.h"
 
 #include <QFile>
@@ -17,12 +18,33 @@ static QStringList titles(const cGameConfigRegistry& registry) {
     return list;
 }
 
+static QByteArray contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The first save brings a file into its form; after that only what is set may change.
+static void checkKept(const QString& path) {
+    if (!cIniFile(path).save())
+        abort();
+    const QByteArray before = contents(path);
+    cIniFile file(path);
+    file.setValue(QStringLiteral("A group/of ours"), QStringLiteral("k\n"), QStringLiteral("=\\;"));
+    file.save();
+    cIniFile changed(path);
+    if (changed.value(QStringLiteral("A group/of ours"), QStringLiteral("k\n")) !=
+        QStringLiteral("=\\;"))
+        abort();
+    changed.remove(QStringLiteral("A group/of ours"), QStringLiteral("k\n"));
+    changed.save();
+    if (contents(path) != before)
+        abort();
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     static cFuzzHost host;
     static QTemporaryDir folder;
-    static unsigned number = 0;
-    // A name of its own each time: the settings of a file are cached by its name.
-    const QString path = folder.filePath(QStringLiteral("%1.ini").arg(++number));
+    const QString path = folder.filePath(QStringLiteral("a.ini"));
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return 0;
@@ -33,13 +55,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     cTextureManager textures;
     cGameConfigRegistry registry(gameData, textures, nullptr);
     registry.load(path);
-    const QString saved = path + QStringLiteral(".saved");
-    registry.save(saved);
+    checkKept(path);
+    registry.save(path);
     cGameConfigRegistry again(gameData, textures, nullptr);
-    again.load(saved);
+    again.load(path);
     if (titles(again) != titles(registry))
         abort();
     QFile::remove(path);
-    QFile::remove(saved);
     return 0;
 }

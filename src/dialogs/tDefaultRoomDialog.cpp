@@ -4,6 +4,7 @@
 #include "ui_tDefaultRoomDialog.h"
 
 #include <QMessageBox>
+#include <QPushButton>
 
 cDefaultRoomDialog::cDefaultRoomDialog(const cRoomShape& shape, bool skipNext, QWidget* parent)
     : QDialog(parent), m_ui(new Ui::cDefaultRoomDialog) {
@@ -17,6 +18,9 @@ cDefaultRoomDialog::cDefaultRoomDialog(const cRoomShape& shape, bool skipNext, Q
     m_ui->txtFloor->setText(QString::fromLocal8Bit(shape.floor));
     m_ui->cbNoShow->setChecked(skipNext);
     connect(m_ui->cbNoShow, &QCheckBox::toggled, this, &cDefaultRoomDialog::tellHowToReturn);
+    const QPushButton* empty =
+        m_ui->buttonBox->addButton(tr("&Empty Map"), QDialogButtonBox::ActionRole);
+    connect(empty, &QPushButton::clicked, this, [this] { done(NO_ROOM); });
     m_ui->sbX->setFocus();
     m_ui->sbX->selectAll();
 }

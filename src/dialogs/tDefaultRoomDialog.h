@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Asks whether a new map begins with a closed room, and which one.
+// Asks whether a new map begins with a closed room, and which one, or stays empty.
 #pragma once
 
 #include "operations/tDefaultRoom.h"
@@ -15,6 +15,8 @@ class cDefaultRoomDialog : public QDialog {
     Q_OBJECT
 
 public:
+    static constexpr int NO_ROOM = 2; // a result, beside Accepted and Rejected
+
     // skipNext: the dialog came although new maps do without it.
     cDefaultRoomDialog(const cRoomShape& shape, bool skipNext, QWidget* parent = nullptr);
     ~cDefaultRoomDialog() override;

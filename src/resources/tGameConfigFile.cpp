@@ -9,8 +9,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSettings>
-#include <QTextCodec>
 
 struct cTextKey {
     const char* key;
@@ -129,40 +127,39 @@ void cGameConfigRegistry::load(const QString& path) {
         enter(config);
         acquireResources(*config);
         if (g_host && !g_host->NoPrecache)
-            precache(config);
+            readResources(config);
     }
+    renewFaces();
 }
 
 // ---- Writing
 
-static void writeConfig(QSettings& file, const cGameConfig& config) {
-    file.setValue(keyOf("Title"), config.title);
-    file.setValue(keyOf("Enabled"), config.enabled);
-    file.setValue(keyOf("TextureFormat"), config.textureFormat);
+static void writeConfig(cIniFile& file, const QString& group, const cGameConfig& config) {
+    const auto put = [&](const QString& key, const QString& text) {
+        file.setValue(group, key, text);
+    };
+    put(keyOf("Title"), config.title);
+    put(keyOf("Enabled"), QVariant(config.enabled).toString());
+    put(keyOf("TextureFormat"), QString::number(config.textureFormat));
     for (const cTextKey& text : TEXT_KEYS)
-        file.setValue(keyOf(text.key), config.*text.field);
+        put(keyOf(text.key), config.*text.field);
     for (const cTextKey& folder : FOLDER_KEYS)
-        file.setValue(keyOf(folder.key), storedPath(config, config.*folder.field));
-    file.setValue(keyOf("TextureBrightness"), config.textureBrightness);
-    file.setValue(keyOf("PaletteFile"), storedPath(config, config.paletteFile));
+        put(keyOf(folder.key), storedPath(config, config.*folder.field));
+    put(keyOf("TextureBrightness"), QString::number(config.textureBrightness));
+    put(keyOf("PaletteFile"), storedPath(config, config.paletteFile));
     for (int i = 0; i < cGameConfig::MAP_TOOL_COUNT; ++i)
-        file.setValue(QStringLiteral("MapTool%1").arg(i), config.mapTool[i]);
+        put(QStringLiteral("MapTool%1").arg(i), config.mapTool[i]);
     for (int i = 0; i < config.gameData.size(); ++i)
-        file.setValue(QStringLiteral("GameData%1").arg(i), storedPath(config, config.gameData[i]));
+        put(QStringLiteral("GameData%1").arg(i), storedPath(config, config.gameData[i]));
     for (int i = 0; i < config.parcels.size(); ++i)
-        file.setValue(QStringLiteral("Parcel%1").arg(i), storedPath(config, config.parcels[i]));
+        put(QStringLiteral("Parcel%1").arg(i), storedPath(config, config.parcels[i]));
 }
 
 void cGameConfigRegistry::save(const QString& path) const {
-    QSettings file(path, QSettings::IniFormat);
-    file.setIniCodec(QTextCodec::codecForLocale());
+    cIniFile file(path);
     file.clear();
-    for (int i = 0; i < configs.size(); ++i) {
-        file.beginGroup(groupOf(i));
-        writeConfig(file, *configs[i]);
-        file.endGroup();
-    }
-    file.sync();
-    if (file.status() != QSettings::NoError)
+    for (int i = 0; i < configs.size(); ++i)
+        writeConfig(file, groupOf(i), *configs[i]);
+    if (!file.save())
         Error("can't write \"%s\"", path.toLocal8Bit().constData());
 }

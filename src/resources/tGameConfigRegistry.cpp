@@ -63,8 +63,13 @@ void cGameConfigRegistry::setCurrentByTitle(const QString& title) {
 void cGameConfigRegistry::enter(cGameConfig* config) {
     // The title is the key of every table.
     const QString wanted = config->title;
-    for (int i = configs.size(); configsByTitle.contains(config->title); ++i)
-        config->title = QStringLiteral("%1 (%2)").arg(wanted).arg(i);
+    if (configsByTitle.contains(wanted)) {
+        int& number = m_titleNumbers[wanted];
+        number = qMax(number, configs.size());
+        do
+            config->title = QStringLiteral("%1 (%2)").arg(wanted).arg(number++);
+        while (configsByTitle.contains(config->title));
+    }
     configs.append(config);
     configsByTitle.insert(config->title, config);
     catalogues.insert(config->title, new cTextureCatalogue(m_textures));
@@ -163,6 +168,7 @@ void cGameConfigRegistry::clearConfigs() {
     catalogues.clear();
     qDeleteAll(configs);
     configs.clear();
+    m_titleNumbers.clear();
     configsByTitle.clear();
 }
 

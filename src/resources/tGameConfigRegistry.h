@@ -14,7 +14,6 @@
 #include <QString>
 #include <functional>
 
-class QSettings;
 class cGameData;
 class cGameDataRegistry;
 class cModelManager;
@@ -98,4 +97,5 @@ private:
     cGameDataRegistry& m_gameData;
     cTextureManager& m_textures;
     cModelManager* m_models;
+    QHash<QString, int> m_titleNumbers; // the next to try behind a title that is taken
 };

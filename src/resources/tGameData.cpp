@@ -71,8 +71,8 @@ void cGameData::clear() {
         }
     }
     m_heldThrough = nullptr;
-    pointClasses.clear();
-    solidClasses.clear();
+    for (const auto table : TABLES)
+        (this->*table).clear();
     qDeleteAll(classes);
     classes.clear();
     loadState = 0;
@@ -81,17 +81,13 @@ void cGameData::clear() {
 
 // ---- Tables
 
+// By kind.
+QHash<QString, cEntityClass*> cGameData::*const cGameData::TABLES[] = {
+    &cGameData::solidClasses, &cGameData::baseClasses, &cGameData::groupClasses,
+    &cGameData::solidClasses, &cGameData::pointClasses};
+
 cEntityClass* cGameData::findClass(const QString& name, int kind) const {
-    if (kind == CK_SOLID || kind == CK_WORLD)
-        return solidClasses.value(name);
-    if (kind == CK_POINT)
-        return pointClasses.value(name);
-    const auto range = classes.equal_range(name);
-    for (auto found = range.first; found != range.second; ++found) {
-        if ((*found)->kind == kind)
-            return *found;
-    }
-    return nullptr;
+    return (this->*TABLES[kind]).value(name);
 }
 
 cEntityClass* cGameData::findNewest(const QString& name) const {
@@ -102,19 +98,14 @@ bool cGameData::addClass(std::unique_ptr<cEntityClass> entityClass) {
     const cEntityClass* before = findNewest(entityClass->name);
     if (before && before->kind == entityClass->kind)
         return false;
-    cEntityClass* added = entityClass.release();
-    classes.insert(added->name, added);
-    if (added->kind == CK_WORLD || added->kind == CK_SOLID)
-        solidClasses.insert(added->name, added);
-    else if (added->kind == CK_POINT)
-        pointClasses.insert(added->name, added);
-    else if (added->kind == CK_GROUP)
-        hasGroupClasses = true;
+    hasGroupClasses |= entityClass->kind == CK_GROUP;
+    enter(entityClass.release());
     return true;
 }
 
-cEntityClass* cGameData::groupClass(const QString& name) const {
-    return findClass(name, CK_GROUP);
+void cGameData::enter(cEntityClass* entityClass) {
+    classes.insert(entityClass->name, entityClass);
+    (this->*TABLES[entityClass->kind]).insert(entityClass->name, entityClass);
 }
 
 // ---- Grouping of files that declare no group
@@ -130,17 +121,17 @@ void cGameData::groupByPrefix() {
         if (!isPlaced(c) || end <= 0 || c->name.left(end).trimmed().isEmpty())
             continue;
         const QString prefix = c->name.left(end);
-        c->group = groupClass(prefix);
+        c->group = groupClasses.value(prefix);
         if (c->group)
             continue;
         c->group = new cEntityClass;
         c->group->kind = CK_GROUP;
         c->group->name = prefix;
-        classes.insert(prefix, c->group);
+        enter(c->group);
     }
     for (cEntityClass* c : declared) {
         if (isPlaced(c) && !c->group)
-            c->group = groupClass(c->name);
+            c->group = groupClasses.value(c->name);
     }
 }
 

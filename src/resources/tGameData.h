@@ -44,18 +44,22 @@ public:
     bool precached = false;
     bool hasGroupClasses = false;
     int refCount = 1;
-    QString fileName;                           // without directory, for messages
-    QString filePath;                           // as passed in; also the registry's key
-    QMultiMap<QString, cEntityClass*> classes;  // all of them, owned; iteration is by name
+    QString fileName;                          // without directory, for messages
+    QString filePath;                          // as passed in; also the registry's key
+    QMultiMap<QString, cEntityClass*> classes; // all of them, owned; iteration is by name
+    // Of those of one name the one added last, as a walk of classes finds it.
     QHash<QString, cEntityClass*> pointClasses; // kind 4
     QHash<QString, cEntityClass*> solidClasses; // kinds 0 and 3
+    QHash<QString, cEntityClass*> baseClasses;  // kind 1
+    QHash<QString, cEntityClass*> groupClasses; // kind 2
 
 private:
     friend class cGameDataReader;
 
     void readSections(bool headerOnly);
     bool addClass(std::unique_ptr<cEntityClass> entityClass); // false: name and kind were taken
-    cEntityClass* groupClass(const QString& name) const;
+    void enter(cEntityClass* entityClass);
+    static QHash<QString, cEntityClass*> cGameData::*const TABLES[5];
     void groupByPrefix();
 
     const cGameDataRegistry* m_owner;

@@ -3,7 +3,6 @@
 #include "resources/tGameDataReader.h"
 
 #include "resources/tGameDataTokens.h"
-#include "support/tConsole.h"
 
 #include <QByteArray>
 #include <climits>
@@ -12,8 +11,8 @@
 
 // A chain of groups makes as many nested levels in the class tree.
 static constexpr int MAX_GROUP_DEPTH = 64;
-// Bases of bases multiply what a few bytes of text ask for.
-static constexpr int MAX_INHERITED = 2000000;
+// Bases of bases multiply what a few bytes of text ask for. Counts variables and their entries.
+static constexpr qint64 MAX_INHERITED = 1000000;
 
 void cGameDataReader::read() {
     const auto seekSection = [] {
@@ -144,7 +143,7 @@ bool cGameDataReader::readGroup(int) {
     if (group && group->kind == CK_GROUP && !tooDeep(group))
         m_class->group = group;
     else
-        Warning("bad group class `%s'", cParser::token());
+        cParser::warn("bad group class `%s'", cParser::token());
     return matchNext(")");
 }
 
@@ -227,7 +226,7 @@ bool cGameDataReader::readFlags(int) {
                 return true;
             }
         }
-        Warning("unknown flag `%s'", word.constData());
+        cParser::warn("unknown flag `%s'", word.constData());
         return true;
     });
 }
@@ -237,7 +236,7 @@ bool cGameDataReader::readFlags(int) {
 bool cGameDataReader::inherit(const QByteArray& baseName) {
     cEntityClass* base = m_data.findNewest(QString::fromLocal8Bit(baseName));
     if (!base) {
-        Warning("undefined base class `%s'", baseName.constData());
+        cParser::warn("undefined base class `%s'", baseName.constData());
         return true;
     }
     if (m_class->kind != CK_GROUP)
@@ -245,7 +244,7 @@ bool cGameDataReader::inherit(const QByteArray& baseName) {
     if (base->kind == CK_GROUP && !tooDeep(base))
         m_class->group = base;
     else
-        Warning("non-group base class `%s' for group class", baseName.constData());
+        cParser::warn("non-group base class `%s' for group class", baseName.constData());
     return true;
 }
 
@@ -273,13 +272,18 @@ bool cGameDataReader::copyInherited(const cEntityClass& base) {
         if ((c.*path).isEmpty())
             c.*path = base.*path;
     }
-    m_inheritedCount += base.variables.size();
-    if (m_inheritedCount > MAX_INHERITED) {
-        cParser::parseError("too many inherited variables");
+    if (!mayCopy(base.variables.size()))
         return false;
-    }
     c.variables += base.variables;
     return true;
+}
+
+bool cGameDataReader::mayCopy(int count) {
+    m_inheritedCount += count;
+    if (m_inheritedCount <= MAX_INHERITED)
+        return true;
+    cParser::parseError("too many inherited variables");
+    return false;
 }
 
 // ---- Name, description, end
@@ -311,5 +315,5 @@ bool cGameDataReader::readDescription() {
 void cGameDataReader::finishClass() {
     const QByteArray name = m_class->name.toLocal8Bit();
     if (!m_data.addClass(std::move(m_class)))
-        Warning("class already defined: `%s'", name.constData());
+        cParser::warn("class already defined: `%s'", name.constData());
 }

@@ -44,8 +44,9 @@ private:
 
     bool inherit(const QByteArray& baseName);
     bool copyInherited(const cEntityClass& base);
-    void store(const cEntityVariable& variable);
-    void mergeFlags(int index, const cEntityVariable& added);
+    bool mayCopy(int count); // of what is inherited; an error when it is too much
+    bool store(const cEntityVariable& variable);
+    bool mergeFlags(int index, const cEntityVariable& added);
 
     struct cHeaderItem {
         const char* keyword;
@@ -56,7 +57,7 @@ private:
 
     cGameData& m_data;
     bool m_headerOnly;
-    int m_inheritedCount = 0; // variables, over all classes so far
+    qint64 m_inheritedCount = 0; // over all classes so far
     std::unique_ptr<cEntityClass> m_class;
     QHash<QString, int> m_variableIndex;           // of m_class: the first variable of each name
     QHash<int, QHash<QString, int>> m_choiceIndex; // by variable: the first entry of each value

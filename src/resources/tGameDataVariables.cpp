@@ -3,7 +3,6 @@
 #include "resources/tGameDataReader.h"
 
 #include "resources/tGameDataTokens.h"
-#include "support/tConsole.h"
 
 #include <cstdlib>
 
@@ -45,7 +44,8 @@ bool cGameDataReader::skipVariables() {
         if (tokenIs("]"))
             return true;
         if (!warned)
-            Warning("variables in group class: `%s'", m_class->name.toLocal8Bit().constData());
+            cParser::warn("variables in group class: `%s'",
+                          m_class->name.toLocal8Bit().constData());
         warned = true;
     }
     return false;
@@ -62,8 +62,7 @@ bool cGameDataReader::readVariable() {
         return false;
     if (variable.title.isEmpty())
         variable.title = variable.name;
-    store(variable);
-    return true;
+    return store(variable);
 }
 
 bool cGameDataReader::readType(cEntityVariable& variable) {
@@ -164,7 +163,7 @@ bool cGameDataReader::readFlag(cEntityChoice& choice, uint32_t& defaults) {
 
 // ---- Storing
 
-void cGameDataReader::store(const cEntityVariable& variable) {
+bool cGameDataReader::store(const cEntityVariable& variable) {
     QVector<cEntityVariable>& variables = m_class->variables;
     if (m_variableIndex.isEmpty()) {
         for (int i = variables.size() - 1; i >= 0; --i)
@@ -174,24 +173,25 @@ void cGameDataReader::store(const cEntityVariable& variable) {
     if (found == m_variableIndex.constEnd()) {
         m_variableIndex.insert(variable.name, variables.size());
         variables.append(variable);
-        return;
+        return true;
     }
     cEntityVariable& old = variables[*found];
-    if (variable.type == VT_FLAGS) {
-        mergeFlags(*found, variable);
-        return;
-    }
+    if (variable.type == VT_FLAGS)
+        return mergeFlags(*found, variable);
     m_choiceIndex.remove(*found);
     old.type = variable.type;
     old.title = variable.title;
     old.defaultValue = variable.defaultValue;
     old.choices = variable.choices;
+    return true;
 }
 
-void cGameDataReader::mergeFlags(int index, const cEntityVariable& added) {
+bool cGameDataReader::mergeFlags(int index, const cEntityVariable& added) {
     cEntityVariable& old = m_class->variables[index];
     QHash<QString, int>& byValue = m_choiceIndex[index];
     if (byValue.isEmpty()) {
+        if (!mayCopy(old.choices.size()))
+            return false;
         for (int i = old.choices.size() - 1; i >= 0; --i)
             byValue.insert(old.choices[i].value, i);
     }
@@ -206,4 +206,5 @@ void cGameDataReader::mergeFlags(int index, const cEntityVariable& added) {
     }
     const int defaults = old.defaultValue.toInt() | added.defaultValue.toInt();
     old.defaultValue = defaults != 0 ? QString::number(defaults) : QString();
+    return true;
 }

@@ -4,17 +4,16 @@
 
 #include "support/tConsole.h"
 #include "support/tMath.h"
+#include "support/tMessageCap.h"
 #include "support/tSystem.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <sys/stat.h>
 
 static constexpr int PATH_SIZE = 260;
 static constexpr int ERROR_SIZE = 1280;
@@ -46,6 +45,7 @@ struct cParserState {
 };
 
 static cParserState g_parser = {};
+static cMessageCap g_messages; // of this parse
 
 enum eCharClass : uint8_t { CC_WORD, CC_BLANK, CC_BREAK };
 
@@ -87,7 +87,17 @@ static void freeScript(cParserScript& script) {
     script.cursor = script.end = nullptr;
 }
 
+static void tell(eMessage level, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+static void tell(eMessage level, const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    g_messages.tell(level, format, args);
+    va_end(args);
+}
+
 static void startParse() {
+    g_messages.tellRest();
     for (cParserScript* script = current(); script > g_parser.stack; --script)
         freeScript(*script);
     g_parser.current = g_parser.stack;
@@ -99,55 +109,16 @@ static void clearFlags() {
     g_parser.endOfScript = g_parser.tokenReady = g_parser.failed = false;
 }
 
-// A folder or a device opens without complaint, a pipe waits for its writer.
-static FILE* openRegularFile(const char* path) {
-    struct stat status;
-    if (stat(path, &status) != 0)
-        return nullptr;
-    if (!S_ISREG(status.st_mode)) {
-        errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
-        return nullptr;
-    }
-    if (status.st_size >= INT_MAX) {
-        errno = EFBIG;
-        return nullptr;
-    }
-    return fopen(path, "rb");
-}
-
-static bool readBytes(FILE* file, cParserScript& script, int* sizeOut) {
-    fseek(file, 0, SEEK_END);
-    const long size = ftell(file);
-    fseek(file, 0, SEEK_SET);
-    if (size >= 0 && size < INT_MAX)
-        script.buffer = static_cast<char*>(Mem_Alloc(size_t(size) + 1));
-    if (script.buffer && fread(script.buffer, 1, size_t(size), file) == size_t(size)) {
-        *sizeOut = int(size);
-        return true;
-    }
-    Error("can't read %i bytes from \"%s\" (%.255s)", int(size), script.fileName, strerror(errno));
-    freeScript(script);
-    return false;
-}
-
 static bool readScript(cParserScript& script, const char* path) {
-    script.buffer = nullptr;
-    FILE* file = nullptr;
-    if (strlen(path) < PATH_SIZE) {
-        T_Sprintf(script.fileName, PATH_SIZE, "%s", path);
-        file = openRegularFile(path);
-    } else {
-        errno = ENAMETOOLONG;
-    }
-    if (!file) {
-        Error("can't open \"%s\" (%.255s)", path, strerror(errno));
+    if (strlen(path) >= PATH_SIZE) {
+        Error("can't open \"%s\" (%.255s)", path, strerror(ENAMETOOLONG));
         return false;
     }
     int size = 0;
-    const bool done = readBytes(file, script, &size);
-    fclose(file);
-    if (!done)
+    script.buffer = static_cast<char*>(File_Load(path, &size));
+    if (!script.buffer)
         return false;
+    T_Sprintf(script.fileName, PATH_SIZE, "%s", path);
     g_parser.bytesRead += size;
     script.cursor = script.buffer;
     script.end = script.buffer + size;
@@ -165,7 +136,7 @@ static bool mayInclude() {
     const bool full = current() + 1 >= g_parser.stack + cParser::MAX_INCLUDES;
     if (!full && g_parser.filesTried <= MAX_INCLUDED_FILES)
         return true;
-    Error("script file exceeded MAX_INCLUDES");
+    tell(eMessage::Error, "script file exceeded MAX_INCLUDES");
     return false;
 }
 
@@ -215,12 +186,13 @@ void cParser::close() {
     }
     g_parser.endOfScript = true;
     g_parser.tokenReady = false;
+    g_messages.tellRest();
 }
 
 // ---- Scanning
 
 static bool incompleteLine() {
-    Error("line %i is incomplete", current()->line);
+    tell(eMessage::Error, "line %i is incomplete", current()->line);
     g_parser.failed = true;
     return false;
 }
@@ -283,7 +255,7 @@ static eSkip skipBlanks(cParserScript& script, bool& crossLine) {
 
 static bool storeToken(const char* text, size_t length) {
     if (length >= size_t(cParser::TOKEN_SIZE)) {
-        Error("token too large on line %i", current()->line);
+        tell(eMessage::Error, "token too large on line %i", current()->line);
         g_parser.failed = true;
         return false;
     }
@@ -314,6 +286,7 @@ static bool leaveScript() {
     freeScript(script);
     if (last) {
         g_parser.endOfScript = true;
+        g_messages.tellRest();
         return false;
     }
     --g_parser.current;
@@ -385,18 +358,19 @@ void cParser::ungetToken() {
 }
 
 bool cParser::tokenAvailable() {
-    const cParserScript& script = *current();
-    for (const char* c = script.cursor; c < script.end && *c != '\n'; ++c) {
-        if (classOf(*c) != CC_BLANK)
-            return true;
-    }
-    return false;
+    cParserScript& script = *current();
+    // The blanks are passed for good, so that asking again costs nothing.
+    while (script.cursor < script.end && *script.cursor != '\n' &&
+           classOf(*script.cursor) == CC_BLANK)
+        ++script.cursor;
+    return script.cursor < script.end && *script.cursor != '\n';
 }
 
 void cParser::matchToken(const char* expected) {
     if (!requireToken(true) || strcmp(g_parser.token, expected) == 0)
         return;
-    Error("bad token `%s' at line %i (expected `%s')", g_parser.token, currentLine(), expected);
+    tell(eMessage::Error, "bad token `%s' at line %i (expected `%s')", g_parser.token,
+         currentLine(), expected);
     g_parser.failed = true;
 }
 
@@ -442,6 +416,13 @@ void cParser::parseError(const char* format, ...) {
     va_start(args, format);
     vsnprintf(g_parser.errorText, sizeof g_parser.errorText, format, args);
     va_end(args);
-    Error("parse error at line %i: %s", currentLine(), g_parser.errorText);
+    tell(eMessage::Error, "parse error at line %i: %s", currentLine(), g_parser.errorText);
     g_parser.failed = true;
+}
+
+void cParser::warn(const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    g_messages.tell(eMessage::Warning, format, args);
+    va_end(args);
 }

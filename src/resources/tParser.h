@@ -2,7 +2,8 @@
 // The one tokenizer for line-oriented text: game data files, key/value text, and whatever a
 // plug-in reads through the host services. One state in the process: loading a script abandons
 // the one before. An error sets a sticky flag that makes every later request return false until
-// the caller clears it. Text is bytes in the locale codec. GUI thread only.
+// the caller clears it. Of messages of one kind a parse tells the first and then their number. Text
+// is bytes in the locale codec. GUI thread only.
 #pragma once
 
 class cParser {
@@ -35,4 +36,5 @@ public:
     static bool hasFailed();
     static void clearFailure(); // lets the caller resynchronise and go on
     static void parseError(const char* format, ...) __attribute__((format(printf, 1, 2)));
+    static void warn(const char* format, ...) __attribute__((format(printf, 1, 2)));
 };

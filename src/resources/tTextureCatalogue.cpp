@@ -99,6 +99,8 @@ void cTextureCatalogue::addMissingEntries() {
 }
 
 void cTextureCatalogue::removeMissingEntries() {
+    if (missingCount == 0)
+        return;
     for (auto it = entries.begin(); it != entries.end();)
         it = it->group == missing() ? entries.erase(it) : ++it;
     missingCount = 0;

@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QIcon>
 
 static constexpr int PALETTE_SIZE = 768;
@@ -178,8 +179,8 @@ bool cTextureManager::loadPalette(const QString& path, const QString& base) {
         g_host->showProgress(QStringLiteral("Precaching: ") + relativePath(base, path));
     palettes.insert(path, QByteArray(PALETTE_SIZE, '\xFF'));
     QFile file(path);
-    const bool opened = file.open(QIODevice::ReadOnly);
-    if (!opened || file.size() != PALETTE_SIZE) {
+    // The size comes first: opening a pipe would wait for its writer.
+    if (QFileInfo(path).size() != PALETTE_SIZE || !file.open(QIODevice::ReadOnly)) {
         Warning("palette must contain exactly 256 colors");
         return false;
     }

@@ -5,7 +5,6 @@
 #include "support/tIniFile.h"
 
 #include <QListWidget>
-#include <QSettings>
 #include <cstring>
 
 // clang-format off
@@ -155,10 +154,10 @@ void cColorScheme::readCustom(const cIniFile& file, const QString& group) {
     readColors(file, group, m_custom);
 }
 
-void cColorScheme::writeCustom(QSettings& settings) const {
-    settings.setValue(QStringLiteral("Title"), QStringLiteral("Custom"));
+void cColorScheme::writeCustom(cIniFile& file, const QString& group) const {
+    file.setValue(group, QStringLiteral("Title"), QStringLiteral("Custom"));
     for (int i = 0; i < COLOR_COUNT; ++i)
-        settings.setValue(colorKey(i), colorToText(m_custom[size_t(i)]));
+        file.setValue(group, colorKey(i), colorToText(m_custom[size_t(i)]));
 }
 
 void cColorScheme::fillList(QListWidget* list) {

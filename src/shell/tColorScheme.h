@@ -12,7 +12,6 @@
 #include <cstdint>
 
 class QListWidget;
-class QSettings;
 class cIniFile;
 
 class cColorScheme {
@@ -48,7 +47,7 @@ public:
     // ---- A group of a settings file. Every key is overwritten; one that is missing becomes black.
     void readScheme(const cIniFile& file, const QString& group);
     void readCustom(const cIniFile& file, const QString& group);
-    void writeCustom(QSettings& settings) const; // into the current group
+    void writeCustom(cIniFile& file, const QString& group) const;
 
     // The display names, with the index as each item's user data.
     static void fillList(QListWidget* list);

@@ -26,7 +26,7 @@ static constexpr char PLUGIN_MENU[] = "Pl&ugins";
 static constexpr char WINDOW_MENU[] = "&Window";
 static constexpr char HELP_MENU[] = "&Help";
 static constexpr char GRID_MENU[] = "&Grid Settings";
-static constexpr char TRANSPARENCY_MENU[] = "&Transparency";
+static constexpr char TRANSPARENCY_MENU[] = "T&ransparency";
 static constexpr char TIE_MENU[] = "&Tie to entity";
 static constexpr char ALIGN_MENU[] = "&Align objects";
 static constexpr char FLIP_MENU[] = "&Flip objects";
@@ -179,7 +179,7 @@ static const cCommandRow g_rows[] = {
     SEPARATOR(VIEW_MENU, nullptr, M, 0, 0),
     {VIEW_MENU, nullptr, "ViewAuto4", "&Autosize 4 Views", nullptr, "Ctrl+4",
         "Autosize the 4 views in a map window", &W::cmdViewAutosize, NO_KEY, M, 0, 0, 0},
-    {VIEW_MENU, nullptr, "ViewCenterSel", "&Center Views on Selection", nullptr, "Ctrl+E",
+    {VIEW_MENU, nullptr, "ViewCenterSel", "Center &Views on Selection", nullptr, "Ctrl+E",
         "Center the 2D views on the selected objects", &W::cmdViewCenterOnSelection, NO_KEY, M, 0, 0, 0},
     SEPARATOR(VIEW_MENU, nullptr, M, 0, 0),
     {VIEW_MENU, TRANSPARENCY_MENU, "ViewTexTrans", "&Special Textures", "trans", nullptr,
@@ -209,10 +209,10 @@ static const cCommandRow g_rows[] = {
         "Hide the selected objects temporarily", &W::cmdViewHideSelection, NO_KEY,
         M | CMD_BAR_OPERATIONS, 0, 8, 0},
     {VIEW_MENU, nullptr, "ViewHideUnsel", "Hide &Unselected Objects", "hideunsel", nullptr,
-        "Hide the UNselected objects temporarily", &W::cmdViewHideNotSelection, NO_KEY,
+        "Hide the unselected objects temporarily", &W::cmdViewHideNotSelection, NO_KEY,
         CMD_BAR_OPERATIONS, 0, 9, 0},
     {VIEW_MENU, nullptr, "ViewShowHidden", "&Show Hidden Objects", "show", nullptr,
-        "Show all visgroups", &W::cmdViewShowHidden, NO_KEY, M | CMD_BAR_OPERATIONS, 0, 10, 0},
+        "Show all hidden objects", &W::cmdViewShowHidden, NO_KEY, M | CMD_BAR_OPERATIONS, 0, 10, 0},
 
     {TOOLS_MENU, nullptr, "ToolsCarve", "&Carve", "carve", "Shift+Ctrl+C",
         "Carve using the selected objects", &W::cmdToolsCarve, NO_KEY,
@@ -316,8 +316,8 @@ static const cCommandRow g_rows[] = {
     SEPARATOR(WINDOW_MENU, nullptr, M, 0, 0),
     {WINDOW_MENU, nullptr, "WindowNext", "N&ext Window", nullptr, nullptr,
         "Switch to the next document window", &W::cmdWindowNext, QKeySequence::NextChild, M, 0, 0, 0},
-    {WINDOW_MENU, nullptr, "WindowPrev", "&Previous Window", nullptr, nullptr,
-        "Switch to the previous document window", &W::cmdWindowPrev, QKeySequence::PreviousChild, M, 0, 0, 0},
+    {WINDOW_MENU, nullptr, "WindowPrev", "&Previous Window", nullptr, "Ctrl+Shift+Tab",
+        "Switch to the previous document window", &W::cmdWindowPrev, NO_KEY, M, 0, 0, 0},
     SEPARATOR(WINDOW_MENU, nullptr, M, 0, 0),
     {WINDOW_MENU, nullptr, "WindowMsg", "&Messages", "console", "Alt+F3",
         "View message window", &W::cmdWindowMessages, NO_KEY, M | C | NE, 0, 0, 0},

@@ -33,6 +33,7 @@
 #include <QScreen>
 #include <QSignalMapper>
 #include <QStatusBar>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <utility>
 
@@ -76,6 +77,7 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     updateUi();
     show();
     raise();
+    showFloatingDocks();
     updateScreenElements(); // what shows is known only now
     m_configs->load();
     qApp->installEventFilter(this);
@@ -165,6 +167,7 @@ void cMainWindow::createConsole() {
     m_consoleText->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_consoleText->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_consoleText->setUndoRedoEnabled(false);
+    m_consoleText->document()->setMaximumBlockCount(CONSOLE_LINES);
     m_consoleText->setReadOnly(true);
     m_consoleText->setTextInteractionFlags(Qt::TextSelectableByMouse |
                                            Qt::TextSelectableByKeyboard);
@@ -246,12 +249,20 @@ void cMainWindow::createMdiArea() {
 }
 
 void cMainWindow::createStatusBar() {
-    static constexpr int minimumWidths[STATUS_PANES] = {0, 220, 200, 120, 120, 120, 120};
+    constexpr int PANE_MARGIN = 12;
+    // Each pane has room for such a text, in whatever font.
+    const QString samples[STATUS_PANES] = {helpTip(),
+                                           QStringLiteral("Some game (profile)"),
+                                           QStringLiteral("group of 1000 objects."),
+                                           QStringLiteral("@-4096, -4096"),
+                                           QStringLiteral("4096w 4096l 4096h"),
+                                           QStringLiteral("Zoom: 100"),
+                                           QStringLiteral("Snap: Off Grid: 512")};
     for (int pane = 0; pane < STATUS_PANES; ++pane) {
         auto* label = new QLabel(this);
         label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         label->setTextFormat(Qt::PlainText);
-        label->setMinimumWidth(minimumWidths[pane]);
+        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(samples[pane]) + PANE_MARGIN);
         if (pane == 0) // a long message is cut and does not widen the window
             label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         statusBar()->addPermanentWidget(label, pane == 0 ? 1 : 0);

@@ -31,7 +31,6 @@ class QListWidgetItem;
 class QMdiArea;
 class QMdiSubWindow;
 class QPushButton;
-class QSettings;
 class QSignalMapper;
 class QSpinBox;
 class QSplashScreen;
@@ -75,6 +74,7 @@ public:
     static constexpr int MESSAGE_TIME = 5000; // ms that a short state message stays
     static constexpr int STATUS_PANES = 7;
     static constexpr int RECENT_FILES = 8;
+    static constexpr int CONSOLE_LINES = 10000; // the console keeps the last of them
 
     cMainWindow();
     ~cMainWindow() override;
@@ -139,9 +139,9 @@ public:
 
     // ---- New objects (tMainWindowObjects.cpp)
 
-    // The room that the user wants a new map to begin with; null for none. The dialog is skipped
-    // as the settings say, unless it is forced.
-    const cRoomShape* askDefaultRoom(bool forced);
+    // The room that the user wants a new map to begin with; null for none. False: no map is wanted
+    // at all. The dialog is skipped as the settings say, unless it is forced.
+    bool askDefaultRoom(bool forced, const cRoomShape** room);
     cArchDialog& archDialog(); // one for the program's life: it keeps its values
 
     // The one for precaching; a wait window that is up already stays.
@@ -178,7 +178,9 @@ public:
         QString filter;
         QString extension;
     };
-    QString askSaveName(const QString& directory, const QList<cSaveFilter>& filters);
+    // proposal: a name without extension. Null: cancelled.
+    QString askSaveName(const QString& directory, const QList<cSaveFilter>& filters,
+                        const QString& proposal = QString());
 
     cPluginManager& plugins() { return *m_plugins; }
     cGameConfigRegistry& configs() { return *m_configs; }
@@ -489,6 +491,7 @@ private:
     bool readMainBlock(QFile& file);
     bool readBrowserBlock(QFile& file);
     bool readChildBlock(QFile& file);
+    void showFloatingDocks();
     bool writeMainBlock(QFile& file);
     bool writeBrowserBlock(QFile& file);
     bool writeChildBlock(QFile& file);

@@ -299,7 +299,7 @@ void cMainWindow::buildScreenElementsMenu() {
     for (const QToolBar* bar : m_toolBars)
         addElement(bar->windowTitle(), &cMainWindow::toggleToolbar);
     m_elementsEnd = m_elementsMenu->addSeparator();
-    addElement(tr("&Object Bar"), &cMainWindow::toggleDockWidget)->value =
+    addElement(tr("New &Objects"), &cMainWindow::toggleDockWidget)->value =
         QStringLiteral("newobjects");
     addElement(tr("&Filter Control"), &cMainWindow::toggleDockWidget)->value =
         QStringLiteral("visgroups");

@@ -118,14 +118,16 @@ void cMainWindow::cmdFileNew() {
 }
 
 QString cMainWindow::openFilters() const {
-    QString filters = PROJECT_FILTER;
+    QString filters;
     QString all = QStringLiteral("*.kvx");
     for (const cMapFormat& format : m_plugins->importFormats) {
-        filters += QStringLiteral(";;%1 (*%2)").arg(format.description, format.extension);
+        filters +=
+            FILTER_SEPARATOR + QStringLiteral("%1 (*%2)").arg(format.description, format.extension);
         if (!all.contains(format.extension))
             all += QStringLiteral(" *%1").arg(format.extension);
     }
-    return filters + QStringLiteral(";;All supported formats (%1)").arg(all);
+    return QStringLiteral("All supported formats (%1)").arg(all) + FILTER_SEPARATOR +
+           PROJECT_FILTER + filters;
 }
 
 QString cMainWindow::startDirectory() const {
@@ -158,12 +160,14 @@ void cMainWindow::cmdFileCloseAll() {
 // ---- Save and export
 
 // The extension is added inside the dialog, so that it asks before the real name is overwritten.
-QString cMainWindow::askSaveName(const QString& directory, const QList<cSaveFilter>& filters) {
+QString cMainWindow::askSaveName(const QString& directory, const QList<cSaveFilter>& filters,
+                                 const QString& proposal) {
     QStringList texts;
     for (const cSaveFilter& filter : filters)
         texts.append(filter.filter);
     QFileDialog dialog(this, QString(), directory, texts.join(FILTER_SEPARATOR));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.selectFile(proposal);
     const auto followFilter = [&](const QString& chosen) {
         dialog.setDefaultSuffix(filters[qMax(0, texts.indexOf(chosen))].extension.mid(1));
     };
@@ -206,7 +210,7 @@ void cMainWindow::cmdFileSaveAs() {
         return;
     QList<cSaveFilter> filters = exportFilters(false);
     filters.prepend({PROJECT_FILTER, QStringLiteral(".kvx")});
-    const QString name = askSaveName(startDirectory(), filters);
+    const QString name = askSaveName(startDirectory(), filters, project->baseName());
     if (name.isEmpty())
         return;
     if (!project->saveProject(name)) {
@@ -229,7 +233,7 @@ void cMainWindow::cmdFileExport() {
     }
     const cGameConfig* config = project->game.config;
     const QString base = config ? config->gameBasedir : QString();
-    const QString name = askSaveName(base + QStringLiteral("/maps"), filters);
+    const QString name = askSaveName(base + QStringLiteral("/maps"), filters, project->baseName());
     if (name.isEmpty())
         return;
     project->exportPath = name;

@@ -167,6 +167,7 @@ void cMainWindow::createVisGroupDock() {
     connect(purge, &QPushButton::clicked, this, &cMainWindow::purgeVisGroups);
     connect(m_visGroups, &QListWidget::currentItemChanged, this, &cMainWindow::selectVisGroup);
     connect(m_visGroups, &QListWidget::itemDoubleClicked, this, &cMainWindow::changeVisGroupVis);
+    connect(m_visGroups, &QVisGroupList::iconClicked, this, &cMainWindow::changeVisGroupVis);
     connect(m_visGroups, &QVisGroupList::mergeRequested, this, &cMainWindow::mergeVisGroups);
 }
 

@@ -11,6 +11,8 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QUrl>
+#include <algorithm>
+#include <iterator>
 
 // ---- Help
 
@@ -61,14 +63,14 @@ void cMainWindow::cmdHelpTopics() {
 void cMainWindow::cmdHelpCmdList() {
     const QString format = QStringLiteral("%1: %2");
     QStringList lines;
-    for (const QAction* action : actions)
-        if (!action->shortcut().isEmpty())
-            lines.append(format.arg(action->toolTip(), action->shortcut().toString()));
-    for (const QAction* action : toolActions) {
+    QList<const QAction*> all;
+    std::copy(actions.begin(), actions.end(), std::back_inserter(all));
+    std::copy(toolActions.begin(), toolActions.end(), std::back_inserter(all));
+    for (const QAction* action : qAsConst(all)) {
         const QString tip = action->statusTip();
+        const QString text = tip.isEmpty() ? action->text().remove(QLatin1Char('&')) : tip;
         if (!action->shortcut().isEmpty())
-            lines.append(
-                format.arg(tip.isEmpty() ? action->text() : tip, action->shortcut().toString()));
+            lines.append(format.arg(text, action->shortcut().toString()));
     }
     for (QString& line : lines)
         line = line.toHtmlEscaped();

@@ -141,6 +141,19 @@ void cMainWindow::loadLayout() {
             reportFile(this, message, file);
 }
 
+// A dock that floats is a window of its own. One that came before the main window is taken for no
+// part of it and stays beneath.
+void cMainWindow::showFloatingDocks() {
+    for (auto* dock : findChildren<QDockWidget*>()) {
+        if (!dock->isFloating() || dock->isHidden())
+            continue;
+        const QRect place = dock->geometry();
+        dock->hide();
+        dock->show();
+        dock->setGeometry(place);
+    }
+}
+
 bool cMainWindow::writeMainBlock(QFile& file) {
     return writeByte(file, !statusBar()->isHidden()) && writeBlock(file, saveGeometry()) &&
            writeBlock(file, saveState(0));

@@ -58,23 +58,28 @@ cArchDialog& cMainWindow::archDialog() {
 
 // ---- The dock
 
-static QPushButton* smallButton(const QString& text, const char* name) {
+static QPushButton* smallButton(const QString& text, const char* name, const QString& tip) {
+    constexpr int MARGIN = 8; // beside the text; the style's own would widen the dock
     auto* button = new QPushButton(text);
     button->setObjectName(QString::fromLatin1(name));
-    button->setMaximumSize(54, 24);
+    button->setToolTip(tip);
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(text) + 2 * MARGIN);
+    button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     return button;
 }
 
 QWidget* cMainWindow::createObjectButtons() {
     auto* row = new QWidget;
     auto* label = new QLabel(tr("Move\nselected:"));
-    auto* world = smallButton(tr("toWorld"), "btnToWorld");
-    auto* entity = smallButton(tr("toEntity"), "btnToEntity");
+    auto* world = smallButton(tr("toWorld"), "btnToWorld",
+                              tr("Detach the selected solids from their entity"));
+    auto* entity = smallButton(tr("toEntity"), "btnToEntity",
+                               tr("Create a new entity using the selected solids"));
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(label, 1);
-    layout->addWidget(world);
-    layout->addWidget(entity);
+    layout->addWidget(label);
+    layout->addWidget(world, 1);
+    layout->addWidget(entity, 1);
     connect(world, &QPushButton::clicked, this, &cMainWindow::cmdToolsMoveToWorld);
     connect(entity, &QPushButton::clicked, this, &cMainWindow::cmdToolsTieToEntity);
     m_objectButtons += {label, world, entity};
@@ -293,18 +298,20 @@ static void takeTextures(const cMapProfile& profile, cRoomShape& room) {
     room.floor = profile.roomFloorTexture;
 }
 
-const cRoomShape* cMainWindow::askDefaultRoom(bool forced) {
+bool cMainWindow::askDefaultRoom(bool forced, const cRoomShape** room) {
+    *room = nullptr;
     if (SkipDefaultRoomDialog && !forced)
-        return nullptr;
+        return true;
     if (m_roomProfile != profile().name) { // another game has other textures
         m_roomProfile = profile().name;
         takeTextures(profile(), m_room);
     }
     cDefaultRoomDialog dialog(m_room, SkipDefaultRoomDialog, this);
-    const bool accepted = dialog.exec() == QDialog::Accepted;
+    const int answer = dialog.exec();
     SkipDefaultRoomDialog = dialog.skipNext();
-    if (!accepted)
-        return nullptr;
-    m_room = dialog.shape();
-    return &m_room;
+    if (answer == QDialog::Accepted) {
+        m_room = dialog.shape();
+        *room = &m_room;
+    }
+    return answer != QDialog::Rejected;
 }

@@ -12,8 +12,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QSettings>
-#include <QTextCodec>
 
 static const QString RECENT_GROUP = QStringLiteral("RecentFiles");
 static const QString CUSTOM_GROUP = QStringLiteral("ColorSchemeCustom");
@@ -44,23 +42,17 @@ void cMainWindow::loadSettings() {
 }
 
 void cMainWindow::saveSettings() {
-    QSettings file(settingsPath(), QSettings::IniFormat);
-    file.setIniCodec(QTextCodec::codecForLocale());
-    if (!file.isWritable())
-        return;
+    cIniFile file(settingsPath());
     writeSettings(file, *this);
-    file.beginGroup(RECENT_GROUP);
     for (int i = 0; i < RECENT_FILES; ++i) {
         if (i < recentFiles.size())
-            file.setValue(recentKey(i), recentFiles[i]);
+            file.setValue(RECENT_GROUP, recentKey(i), recentFiles[i]);
         else
-            file.remove(recentKey(i));
+            file.remove(RECENT_GROUP, recentKey(i));
     }
-    file.endGroup();
-    file.beginGroup(CUSTOM_GROUP);
-    m_colors->writeCustom(file);
-    file.endGroup();
-    m_configs->save();
+    m_colors->writeCustom(file, CUSTOM_GROUP);
+    if (file.save())
+        m_configs->save();
 }
 
 // ---- Colours

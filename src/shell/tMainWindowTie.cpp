@@ -58,13 +58,13 @@ bool cMainWindow::confirmDeselectPoints(cMap& map) {
     const int points = countSelectedPoints(map);
     if (!points)
         return true;
-    const auto answer =
-        QMessageBox::question(boxParent(*this), PROGRAM_NAME,
-                              tr("There are %1 point entities selected.\n"
-                                 "They will be deselected prior to TieToEntity operation.\n"
-                                 "Do you wish to continue?")
-                                  .arg(points),
-                              QMessageBox::Yes | QMessageBox::No);
+    const auto answer = QMessageBox::question(
+        boxParent(*this), PROGRAM_NAME,
+        tr("There are %1 point entities selected.\n"
+           "They will be deselected before the solids are tied to an entity.\n"
+           "Do you wish to continue?")
+            .arg(points),
+        QMessageBox::Yes | QMessageBox::No);
     if (answer != QMessageBox::Yes)
         return false;
     deselectPoints(map);

@@ -224,6 +224,8 @@ void cMainWindow::updateToolActions() {
 struct cMainWindow::cActionStates {
     bool canCopy = false;
     bool canPaste = false;
+    bool canDelete = false;
+    bool canTie = false; // and make detail: what is done to brushes
     bool canGroup = false;
     bool detailVisible = false;
     bool historyEnabled = false;
@@ -239,6 +241,8 @@ cMainWindow::cActionStates cMainWindow::actionStates() const {
     const cMap& map = *project->map;
     const cHistory& history = *map.history;
     states.canCopy = cClipboard::canCopy(map);
+    states.canDelete = map.hasSelection();
+    states.canTie = map.data.selectedBrushes != nullptr;
     states.canPaste = g_clipboard->canPaste(&map);
     states.canGroup = map.hasSelection() && !IgnoreGroups && currentToolId() != TOOL_TEXTURE;
     states.detailVisible = project->game.profile().detailContentMask != 0;
@@ -277,6 +281,12 @@ void cMainWindow::updateActionStates(int mask) {
         {"EditCopy", AS_CLIPBOARD, ENABLE, &cActionStates::canCopy},
         {"EditPaste", AS_CLIPBOARD, ENABLE, &cActionStates::canPaste},
         {"EditPaste2", AS_CLIPBOARD, ENABLE, &cActionStates::canPaste},
+        {"EditDelete", AS_CLIPBOARD, ENABLE, &cActionStates::canDelete},
+        {"ToolsMakeStruct", AS_GROUP, ENABLE, &cActionStates::canTie},
+        {"ToolsMakeDetail", AS_GROUP, ENABLE, &cActionStates::canTie},
+        {"ToolsToEntity", AS_GROUP, ENABLE, &cActionStates::canTie},
+        {"ToolsToEntityContext", AS_GROUP, ENABLE, &cActionStates::canTie},
+        {"ToolsToWorld", AS_GROUP, ENABLE, &cActionStates::canTie},
         {"ToolsGroup", AS_GROUP, ENABLE, &cActionStates::canGroup},
         {"ToolsUngroup", AS_GROUP, ENABLE, &cActionStates::canGroup},
         {"ToolsMakeStruct", AS_DETAIL, SHOW, &cActionStates::detailVisible},

@@ -11,6 +11,7 @@
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <algorithm>
@@ -126,10 +127,12 @@ bool cProject::newProject() {
     const bool withShift = QGuiApplication::keyboardModifiers() & Qt::ShiftModifier;
     if (!selectGameConfig())
         return false;
-    title = QStringLiteral("Map%1").arg(counter++);
     map->clearMap();
     activateConfig();
-    const cRoomShape* room = g_mainWindow->askDefaultRoom(withShift);
+    const cRoomShape* room = nullptr;
+    if (!g_mainWindow->askDefaultRoom(withShift, &room))
+        return false;
+    title = QStringLiteral("Map%1").arg(counter++);
     const cBusy busy;
     activateConfig(); // a window behind the dialog may have taken over
     createWorldspawn();
@@ -170,7 +173,7 @@ bool cProject::confirmClose() {
 bool cProject::saveAsNewFile() {
     const QString directory = game.config ? game.config->mapSourceFileDirectory : QString();
     const QString name = g_mainWindow->askSaveName(
-        directory, {{QStringLiteral("Map Projects (*.kvx)"), QStringLiteral(".kvx")}});
+        directory, {{QStringLiteral("Map Projects (*.kvx)"), QStringLiteral(".kvx")}}, baseName());
     if (name.isEmpty())
         return false;
     if (!saveProject(name))
@@ -210,6 +213,10 @@ bool cProject::windowClosing(cChildWindow* window) {
 void cProject::setDirty(bool flag) {
     dirty = flag;
     updateTitles();
+}
+
+QString cProject::baseName() const {
+    return QFileInfo(title).completeBaseName();
 }
 
 void cProject::updateTitles() {

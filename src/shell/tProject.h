@@ -33,8 +33,9 @@ public:
 
     void setDirty(bool flag);
     void updateTitles();
-    void reconfigure();    // the configurations are new objects
-    void activateConfig(); // for file lookups, and the lists of textures and classes
+    QString baseName() const; // the title without extension, to propose for a file
+    void reconfigure();       // the configurations are new objects
+    void activateConfig();    // for file lookups, and the lists of textures and classes
 
     // ---- cDocumentViews
 

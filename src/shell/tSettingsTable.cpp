@@ -4,7 +4,6 @@
 
 #include "support/tIniFile.h"
 
-#include <QSettings>
 #include <iterator>
 
 // clang-format off
@@ -95,9 +94,13 @@ cSettingRows settingsTable() {
     return {g_rows, int(std::size(g_rows))};
 }
 
-static QString pathOf(const cSettingRow& row) {
-    const QString key = QString::fromLatin1(row.key);
-    return row.group ? QString::fromLatin1(row.group) + QLatin1Char('/') + key : key;
+// Keys without a group stand under "General" in the file.
+static QString groupOf(const cSettingRow& row) {
+    return QString::fromLatin1(row.group ? row.group : "General");
+}
+
+static QString keyOf(const cSettingRow& row) {
+    return QString::fromLatin1(row.key);
 }
 
 static void assign(bool& member, const QVariant& value) {
@@ -124,23 +127,21 @@ template<class T> static QVariant toVariant(const T& value) {
     return value;
 }
 
-// Keys without a group stand under "General" in the file.
 void readSettings(const cIniFile& file, cSettings& settings) {
     for (const cSettingRow& row : settingsTable()) {
-        const QString group = QString::fromLatin1(row.group ? row.group : "General");
-        const QString key = QString::fromLatin1(row.key);
-        if (!file.contains(group, key))
+        if (!file.contains(groupOf(row), keyOf(row)))
             continue;
-        const QVariant value = file.value(group, key);
+        const QVariant value = file.value(groupOf(row), keyOf(row));
         std::visit([&](auto member) { assign(settings.*member, value); }, row.member);
     }
     settings.gridSize = qBound(1, settings.GridDefaultSize, 512);
 }
 
-void writeSettings(QSettings& file, const cSettings& settings) {
-    for (const cSettingRow& row : settingsTable())
-        std::visit([&](auto member) { file.setValue(pathOf(row), toVariant(settings.*member)); },
-                   row.member);
+void writeSettings(cIniFile& file, const cSettings& settings) {
+    for (const cSettingRow& row : settingsTable()) {
+        const auto text = [&](auto member) { return toVariant(settings.*member).toString(); };
+        file.setValue(groupOf(row), keyOf(row), std::visit(text, row.member));
+    }
 }
 
 static int qualityForMemory(uint32_t megabytes) {

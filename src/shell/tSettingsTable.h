@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <variant>
 
-class QSettings;
 class cIniFile;
 
 struct cSettingRow {
@@ -29,7 +28,7 @@ cSettingRows settingsTable();
 
 // A key that the file lacks leaves its member alone.
 void readSettings(const cIniFile& file, cSettings& settings);
-void writeSettings(QSettings& file, const cSettings& settings);
+void writeSettings(cIniFile& file, const cSettings& settings);
 
 // What follows a read: the texture quality for a machine of that many megabytes (0: unknown)
 // where none was chosen, and the lower limits. True if the quality was chosen here.

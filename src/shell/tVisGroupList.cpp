@@ -9,6 +9,9 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
+#include <utility>
 
 QVisGroupList::QVisGroupList(QWidget* parent) : QListWidget(parent) {
     setSortingEnabled(true);
@@ -25,12 +28,23 @@ static QString itemText(const cVisGroup& group) {
     return group.objectCount == 1 ? QVisGroupList::tr("%1 (1 object)").arg(name) : name;
 }
 
+// The tick would be lost in the colour of the selected row, and more so in Qt's own tint of it.
+static QPixmap onPaper(const QPixmap& pixmap) {
+    QPixmap paper(pixmap.size());
+    paper.fill(Qt::white);
+    QPainter(&paper).drawPixmap(0, 0, pixmap);
+    return paper;
+}
+
 static void fillItem(QListWidgetItem* item, const cVisGroup& group) {
     static const QString on = QStringLiteral(":/qrc/vg_on.png");
     static const QString off = QStringLiteral(":/qrc/vg_off.png");
     item->setText(itemText(group));
     item->setToolTip(item->text()); // the dock may be narrow
-    item->setIcon(QIcon(group.visible ? on : off));
+    const QPixmap pixmap(group.visible || group.objectCount == 0 ? on : off);
+    QIcon icon(pixmap);
+    icon.addPixmap(onPaper(pixmap), QIcon::Selected);
+    item->setIcon(icon);
     item->setData(QVisGroupList::ID_ROLE, group.id);
 }
 
@@ -54,7 +68,7 @@ void QVisGroupList::rebuild(const cMap* map) {
 }
 
 void QVisGroupList::rebuild(const cMap* map, uint32_t current) {
-    m_source = nullptr;
+    m_source = m_pressedIcon = nullptr;
     setSortingEnabled(false); // once at the end, not once an item
     clear();
     if (map) {
@@ -86,11 +100,31 @@ void QVisGroupList::refresh(const cMap& map) {
 void QVisGroupList::mousePressEvent(QMouseEvent* event) {
     QListWidget::mousePressEvent(event);
     m_source = itemAt(event->pos());
+    m_pressedIcon = event->button() == Qt::LeftButton ? iconAt(event->pos()) : nullptr;
     event->accept();
+}
+
+QListWidgetItem* QVisGroupList::iconAt(const QPoint& point) const {
+    QListWidgetItem* item = itemAt(point);
+    if (!item)
+        return nullptr;
+    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this);
+    const int end = visualItemRect(item).left() + 2 * (margin + 1) +
+                    style()->pixelMetric(QStyle::PM_ListViewIconSize, nullptr, this);
+    return point.x() < end ? item : nullptr;
+}
+
+// The list may be rebuilt in answer. A drag that has begun swallows the release.
+void QVisGroupList::mouseReleaseEvent(QMouseEvent* event) {
+    QListWidget::mouseReleaseEvent(event);
+    QListWidgetItem* pressed = std::exchange(m_pressedIcon, nullptr);
+    if (pressed && pressed == iconAt(event->pos()))
+        emit iconClicked(pressed);
 }
 
 // The base class deletes the selected rows after a move, and by then those are the target's.
 void QVisGroupList::startDrag(Qt::DropActions) {
+    m_pressedIcon = nullptr;
     QListWidget::startDrag(Qt::CopyAction);
 }
 

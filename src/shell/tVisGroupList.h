@@ -23,9 +23,11 @@ public:
 
 signals:
     void mergeRequested(QListWidgetItem* source, QListWidgetItem* target);
+    void iconClicked(QListWidgetItem* item);
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void startDrag(Qt::DropActions actions) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
@@ -35,6 +37,8 @@ private:
     bool isOwnDrag(const QDropEvent* event) const;
     void askToMerge(uint32_t source, uint32_t target);
     QListWidgetItem* itemOf(uint32_t id) const;
+    QListWidgetItem* iconAt(const QPoint& point) const; // the item whose icon lies there, or null
 
     QListWidgetItem* m_source = nullptr; // of the drag
+    QListWidgetItem* m_pressedIcon = nullptr;
 };

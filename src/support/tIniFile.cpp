@@ -2,32 +2,80 @@
 #include "support/tIniFile.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QTextCodec>
+#include <cctype>
 #include <cstring>
 
-static QString nameOf(const QString& group, const QString& key) {
-    return group.toLower() + QLatin1Char('/') + key.toLower();
-}
-
-cIniFile::cIniFile(const QString& path) {
+cIniFile::cIniFile(const QString& path) : m_path(path) {
     QFile file(path);
-    if (file.open(QIODevice::ReadOnly))
+    if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly))
         parse(QString::fromLocal8Bit(file.readAll()));
 }
 
+// ---- Entries
+
+QString cIniFile::rawValue(const QString& group, const QString& key) const {
+    const auto place = m_groupPlaces.constFind(group.toLower());
+    if (place == m_groupPlaces.constEnd())
+        return QString();
+    const cGroup& found = m_groups[*place];
+    const auto entry = found.places.constFind(key.toLower());
+    return entry == found.places.constEnd() ? QString() : found.entries[*entry].raw;
+}
+
 bool cIniFile::contains(const QString& group, const QString& key) const {
-    return m_values.contains(nameOf(group, key));
+    return !rawValue(group, key).isNull();
 }
 
 QString cIniFile::value(const QString& group, const QString& key, const QString& absent) const {
-    return m_values.value(nameOf(group, key), absent);
+    const QString raw = rawValue(group, key);
+    return raw.isNull() ? absent : decodedValue(raw);
+}
+
+size_t cIniFile::groupPlace(const QString& name) {
+    const QString lower = name.toLower();
+    const auto found = m_groupPlaces.constFind(lower);
+    if (found != m_groupPlaces.constEnd())
+        return *found;
+    m_groupPlaces.insert(lower, m_groups.size());
+    m_groups.push_back({name, {}, {}});
+    return m_groups.size() - 1;
+}
+
+void cIniFile::store(size_t group, const QString& key, const QString& raw) {
+    cGroup& into = m_groups[group];
+    const QString lower = key.toLower();
+    const auto found = into.places.constFind(lower);
+    if (found != into.places.constEnd()) {
+        into.entries[*found].raw = raw;
+        return;
+    }
+    into.places.insert(lower, into.entries.size());
+    into.entries.push_back({key, raw});
+}
+
+void cIniFile::setValue(const QString& group, const QString& key, const QString& text) {
+    store(groupPlace(group), key, encodedValue(text));
+}
+
+void cIniFile::remove(const QString& group, const QString& key) {
+    if (contains(group, key))
+        store(groupPlace(group), key, QString());
+}
+
+void cIniFile::clear() {
+    m_groups.clear();
+    m_groupPlaces.clear();
 }
 
 // ---- Lines
 
 void cIniFile::parse(const QString& text) {
-    QString group = QStringLiteral("General"); // of keys before the first group
+    size_t group = groupPlace(QStringLiteral("General")); // of keys before the first group
     QString line;
-    for (QString part : text.split(QLatin1Char('\n'))) {
+    for (QStringRef part : text.splitRef(QLatin1Char('\n'))) {
         if (part.endsWith(QLatin1Char('\r')))
             part.chop(1);
         line += part;
@@ -41,18 +89,38 @@ void cIniFile::parse(const QString& text) {
     parseLine(line, group);
 }
 
-void cIniFile::parseLine(const QString& line, QString& group) {
+void cIniFile::parseLine(const QString& line, size_t& group) {
     const QString text = line.trimmed();
     if (text.startsWith(QLatin1Char('['))) {
         const int end = text.indexOf(QLatin1Char(']'));
-        group = decodedName(text.mid(1, (end < 0 ? text.size() : end) - 1).trimmed());
+        group = groupPlace(decodedName(text.mid(1, (end < 0 ? text.size() : end) - 1).trimmed()));
         return;
     }
     const int equals = text.indexOf(QLatin1Char('='));
     if (equals <= 0 || text.startsWith(QLatin1Char(';')))
         return;
-    const QString key = decodedName(text.left(equals).trimmed());
-    m_values.insert(nameOf(group, key), decodedValue(text.mid(equals + 1)));
+    store(group, decodedName(text.left(equals).trimmed()), text.mid(equals + 1));
+}
+
+static QString lineOf(const QString& key, const QString& raw) {
+    return cIniFile::encodedName(key) + QLatin1Char('=') + raw + QLatin1Char('\n');
+}
+
+bool cIniFile::save() const {
+    QString text;
+    for (const cGroup& group : m_groups) {
+        QString lines;
+        for (const cEntry& entry : group.entries)
+            if (!entry.raw.isNull())
+                lines += lineOf(entry.key, entry.raw);
+        if (!lines.isEmpty())
+            text += (text.isEmpty() ? QString() : QStringLiteral("\n")) + QLatin1Char('[') +
+                    encodedName(group.name) + QStringLiteral("]\n") + lines;
+    }
+    QSaveFile file(m_path);
+    file.setDirectWriteFallback(true); // where the folder takes no new file
+    const QByteArray bytes = text.toLocal8Bit();
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
 }
 
 // ---- Names
@@ -72,6 +140,24 @@ QString cIniFile::decodedName(const QString& raw) {
         i += wide ? 5 : 2;
     }
     return name;
+}
+
+QString cIniFile::encodedName(const QString& name) {
+    QString raw;
+    raw.reserve(name.size());
+    for (const QChar c : name) {
+        const ushort code = c.unicode();
+        const bool plain = code < 0x80 && (c.isLetterOrNumber() || strchr("_-.", char(code)));
+        if (code == '/')
+            raw += QLatin1Char('\\');
+        else if (plain && code)
+            raw += c;
+        else if (code <= 0xFF)
+            raw += QString::asprintf("%%%02X", unsigned(code));
+        else
+            raw += QString::asprintf("%%U%04X", unsigned(code));
+    }
+    return raw;
 }
 
 // ---- Values
@@ -165,4 +251,29 @@ QString cIniFile::decodedValue(const QString& raw) {
     if (text == QStringLiteral("@Invalid()"))
         return QString();
     return text;
+}
+
+// A zero and what the codec lacks are written by their number, and so is a digit behind a number.
+QString cIniFile::encodedValue(const QString& text) {
+    static const QString MARKS = QStringLiteral("\"\\\n\r\t");
+    static const char NAMES[] = "\"\\nrt";
+    const QTextCodec* codec = QTextCodec::codecForLocale();
+    QString raw = text.startsWith(QLatin1Char('@')) ? QStringLiteral("@") : QStringLiteral("");
+    bool number = false;
+    for (const QChar c : text) {
+        const int mark = MARKS.indexOf(c);
+        const bool digit = c.unicode() < 0x80 && isxdigit(c.unicode());
+        const bool byNumber =
+            mark < 0 && (c.unicode() < ' ' || !codec->canEncode(c) || (number && digit));
+        if (mark >= 0)
+            (raw += QLatin1Char('\\')) += QLatin1Char(NAMES[mark]);
+        else if (byNumber)
+            raw += QString::asprintf("\\x%x", unsigned(c.unicode()));
+        else
+            raw += c;
+        number = byNumber;
+    }
+    const bool special = raw.contains(QLatin1Char(';')) || raw.contains(QLatin1Char(',')) ||
+                         raw.contains(QLatin1Char('=')) || raw != raw.trimmed() || raw != text;
+    return special ? QLatin1Char('"') + raw + QLatin1Char('"') : raw;
 }

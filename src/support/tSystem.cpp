@@ -10,10 +10,12 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <strings.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 
 // ---- Memory
@@ -215,33 +217,40 @@ bool File_Find(const char* name, char* out, int outSize) {
     return false;
 }
 
-// The size of an open file, or -1 where it has none, as a directory or a device.
-static long fileSize(FILE* file) {
-    if (fseek(file, 0, SEEK_END) != 0)
-        return -1;
-    const long size = ftell(file);
-    rewind(file);
-    return size < 0 || size > 0x7ffffffeL ? -1 : size;
+// A folder and a device open without complaint, and a pipe waits for its writer.
+FILE* File_Open(const char* path, int* sizeOut) {
+    struct stat status;
+    if (stat(path, &status) != 0)
+        return nullptr;
+    errno = S_ISDIR(status.st_mode)     ? EISDIR
+            : !S_ISREG(status.st_mode)  ? EINVAL
+            : status.st_size >= INT_MAX ? EFBIG
+                                        : 0;
+    if (errno != 0)
+        return nullptr;
+    *sizeOut = int(status.st_size);
+    return fopen(path, "rb");
 }
 
 void* File_Load(const char* path, int* sizeOut) {
-    FILE* file = fopen(path, "rb");
+    int size = 0;
+    FILE* file = File_Open(path, &size);
     if (!file) {
         Error("can't open \"%s\" (%s)", path, strerror(errno));
         return nullptr;
     }
-    const long size = fileSize(file);
-    char* block = size < 0 ? nullptr : static_cast<char*>(Mem_Alloc(size_t(size) + 1));
+    errno = 0; // stays so when the file has become shorter
+    char* block = static_cast<char*>(Mem_Alloc(size_t(size) + 1));
     const bool complete = block && fread(block, 1, size_t(size), file) == size_t(size);
     const int error = errno;
     fclose(file);
     if (!complete) {
-        Error("can't read %i bytes from \"%s\" (%s)", int(size), path, strerror(error));
+        Error("can't read %i bytes from \"%s\" (%s)", size, path, strerror(error));
         Mem_Free(block);
         return nullptr;
     }
     if (sizeOut)
-        *sizeOut = int(size);
+        *sizeOut = size;
     return block;
 }
 

@@ -7,6 +7,7 @@
 #include <QString>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 
 struct cPlane;
 
@@ -63,6 +64,8 @@ void setAppBaseDir(const QString& directory);
 // Looks a file up as the game would: as it stands (backslashes turned), then in the mod, base and
 // program folders. out gets the canonical path, or the name unchanged when there is no hit.
 bool File_Find(const char* name, char* out, int outSize);
+// For reading, with its size; null, with the reason in errno, for all but a plain file below 2 GB.
+FILE* File_Open(const char* path, int* sizeOut);
 // The whole file with a zero behind it; null and an Error on failure. Freed with Mem_Free.
 void* File_Load(const char* path, int* sizeOut);
 // path as shown to the user, starting with base's own last component where it lies below base.

@@ -36,6 +36,20 @@ cChildWindow::~cChildWindow() {
         delete canvas;
 }
 
+// ---- Size
+
+// Two thirds of the area that the document windows share.
+QSize cChildWindow::sizeHint() const {
+    const QWidget* frame = parentWidget();
+    const QWidget* area = frame ? frame->parentWidget() : nullptr;
+    return area ? (area->size() * 2 / 3).expandedTo(minimumSizeHint()) : QWidget::sizeHint();
+}
+
+QSize cChildWindow::minimumSizeHint() const {
+    constexpr int SMALLEST_WIDTH = 240, SMALLEST_HEIGHT = 180;
+    return QSize(SMALLEST_WIDTH, SMALLEST_HEIGHT);
+}
+
 // ---- Building
 
 static QScrollBar* createScrollBar(Qt::Orientation orientation, QWidget* cell) {

@@ -20,6 +20,9 @@ public:
     explicit cChildWindow(cDocumentViews* document, QWidget* parent = nullptr);
     ~cChildWindow() override;
 
+    QSize sizeHint() const override; // to be made with, cascaded or restored
+    QSize minimumSizeHint() const override;
+
     // type >= 0 builds one view of that type, -1 the four views. Called once.
     void createViews(int type);
     // Lets one of four views fill the window, or shows all four again.

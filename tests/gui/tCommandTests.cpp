@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDockWidget>
 #include <QMenuBar>
+#include <QSet>
 #include <QTextEdit>
 #include <QToolBar>
 
@@ -57,7 +58,7 @@ TEST_F(CommandTest, menusHoldTheirCommandsInOrder) {
                  "MapUnloadPTS"},
         {"&View",
          "Screen &Elements{| |} &Color Schemes{} | View2DXY View2DYZ View2DXZ | View3DW View3DF "
-         "View3DT | ViewAuto4 ViewCenterSel | &Transparency{ViewTexTrans ViewEntTrans} | ViewConn "
+         "View3DT | ViewAuto4 ViewCenterSel | T&ransparency{ViewTexTrans ViewEntTrans} | ViewConn "
          "ViewMod2D ViewNodraw | ViewItems ViewPaths ViewDetail | ViewHideSel ViewShowHidden"},
         {"&Tools",
          "ToolsCarve ToolsMerge ToolsHollow | ToolsGroup ToolsUngroup | ToolsMakeStruct "
@@ -409,10 +410,46 @@ TEST_F(CommandTest, commandListNamesEachShortcutOnceInOrder) {
     trigger("HelpCommands");
     EXPECT_TRUE(std::is_sorted(lines.begin(), lines.end()));
     EXPECT_EQ(lines.removeDuplicates(), 0);
-    for (const char* line :
-         {"Create a new document [Ctrl+N]: Ctrl+N", "Vertex Manipulation: Shift+V"})
+    for (const char* line : {"Create a new document: Ctrl+N", "Vertex Manipulation: Shift+V"})
         EXPECT_TRUE(lines.contains(QString::fromLatin1(line))) << line;
     EXPECT_EQ(lines.filter(QStringLiteral("Close the active")).size(), 0) << "has no shortcut";
+}
+
+TEST_F(CommandTest, textsOfMenusAreReadableAndTheirLettersClear) {
+    startWithProject();
+    QSet<QChar> letters;
+    for (const QAction* entry : menuOf(*window, "&View")->actions()) {
+        const int at = entry->text().indexOf(QLatin1Char('&'));
+        if (at < 0 || !entry->isVisible())
+            continue;
+        const QChar letter = entry->text()[at + 1].toUpper();
+        EXPECT_FALSE(letters.contains(letter)) << entry->text().toStdString();
+        letters.insert(letter);
+    }
+    for (const QAction* a : window->actions) {
+        EXPECT_FALSE(a->shortcut().toString().contains(QStringLiteral("Backtab")));
+        EXPECT_FALSE(a->statusTip().contains(QStringLiteral("UNsel")));
+    }
+    newProject();
+    const cProject* second = active();
+    press(Qt::Key_Tab, Qt::ControlModifier | Qt::ShiftModifier);
+    settle();
+    EXPECT_NE(active(), second) << "by the key that the menu names";
+}
+
+TEST_F(CommandTest, whatNeedsASelectionWaitsForOne) {
+    writeConfigs(1, 0, "rich");
+    cMap& map = *startWithProject()->map;
+    const float mins[3] = {0, 0, 0}, maxs[3] = {64, 64, 64};
+    addBox(map, map.world(), mins, maxs);
+    for (const bool selected : {false, true, false}) {
+        trigger(selected ? "EditSelAll" : "EditSelNone");
+        settle();
+        for (const char* id :
+             {"EditDelete", "ToolsMakeDetail", "ToolsMakeStruct", "ToolsToEntity", "ToolsToWorld"})
+            EXPECT_EQ(action(id)->isEnabled(), selected) << id;
+    }
+    active()->setDirty(false);
 }
 
 TEST_F(CommandTest, whatIsNotBuiltSaysSoByName) {

@@ -16,6 +16,7 @@
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -427,6 +428,52 @@ TEST_F(DocumentTest, documentsOfTwoGamesKeepTheirTexturesClassesAndDetail) {
     EXPECT_EQ(target.data.entitiesTail->entity->entityClass, nullptr);
     for (cProject* project : projects)
         project->setDirty(false);
+}
+
+TEST_F(DocumentTest, windowsHaveASizeToBeMadeWith) {
+    const cProject* project = startWithProject();
+    const QSize area = window->mdiArea()->viewport()->size();
+    const auto isRoomy = [&](const QWidget* frame) {
+        return frame->width() * 2 > area.width() && frame->height() * 2 > area.height();
+    };
+    QMdiSubWindow* frame = frameOf(project->windows[0]);
+    frame->showNormal();
+    settle();
+    EXPECT_TRUE(isRoomy(frame)) << "restored";
+    trigger("WindowNew");
+    settle();
+    EXPECT_FALSE(frameOf(project->windows[1])->isMaximized());
+    EXPECT_TRUE(isRoomy(frameOf(project->windows[1]))) << "made beside others";
+    trigger("WindowCascade");
+    settle();
+    for (const cChildWindow* child : project->windows)
+        EXPECT_TRUE(isRoomy(child->parentWidget())) << "cascaded";
+    EXPECT_GE(frame->minimumSizeHint().width(), 240) << "for who drags its border";
+    EXPECT_GE(frame->minimumSizeHint().height(), 180);
+}
+
+// The dialogs begin with what is likely to be chosen.
+TEST_F(DocumentTest, fileDialogsProposeAllMapsAndTheTitle) {
+    startWithProject();
+    const auto look = [](std::function<void(QFileDialog*)> check) {
+        return [check](QWidget* modal) {
+            auto* dialog = qobject_cast<QFileDialog*>(modal);
+            ASSERT_TRUE(dialog);
+            check(dialog);
+            dialog->reject();
+        };
+    };
+    replies.expect(look([](QFileDialog* dialog) {
+        EXPECT_EQ(dialog->selectedNameFilter(),
+                  QStringLiteral("All supported formats (*.kvx *.map)"));
+    }));
+    trigger("FileOpen");
+    for (const char* command : {"FileSaveAs", "FileExport"}) {
+        replies.expect(look([&](QFileDialog* dialog) {
+            EXPECT_EQ(child<QLineEdit>(dialog, "fileNameEdit")->text(), active()->title);
+        }));
+        trigger(command);
+    }
 }
 
 class cWaitWatch : public QObject {

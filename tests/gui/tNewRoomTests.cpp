@@ -3,6 +3,7 @@
 #include "document/tHistory.h"
 #include "document/tMapLists.h"
 #include "gui/tGuiTest.h"
+#include "resources/tGameConfigRegistry.h"
 #include "support/tMapTools.h"
 
 #include <QCheckBox>
@@ -83,17 +84,25 @@ TEST_F(NewRoomTest, anAcceptedRoomIsInTheMapWithoutAStep) {
     EXPECT_FALSE(active()->dirty);
     EXPECT_FALSE(active()->map->history->canUndo());
 
+    const cProject* first = active();
     answer(QDialogButtonBox::Cancel, [](QWidget* dialog) {
         EXPECT_EQ(size(dialog, "sbX")->value(), 1024) << "kept";
         size(dialog, "sbX")->setValue(300);
     });
     clickNew();
-    EXPECT_EQ(window->projects.size(), 2);
-    EXPECT_EQ(brushCount(), 0) << "a refused room leaves the map empty";
-    answer(QDialogButtonBox::Cancel, [](QWidget* dialog) {
+    EXPECT_EQ(window->projects.size(), 1) << "no map is wanted at all";
+    EXPECT_EQ(active(), first);
+    EXPECT_EQ(window->configs().current, first->game.config);
+    replies.expect([](QWidget* dialog) {
         EXPECT_EQ(size(dialog, "sbX")->value(), 1024) << "what was refused is not kept";
+        for (QAbstractButton* button : dialog->findChild<QDialogButtonBox*>()->buttons())
+            if (button->text() == QStringLiteral("&Empty Map"))
+                button->click();
     });
     clickNew();
+    EXPECT_EQ(window->projects.size(), 2);
+    EXPECT_EQ(brushCount(), 0);
+    EXPECT_EQ(active()->title.mid(3).toInt(), first->title.mid(3).toInt() + 1);
 }
 
 TEST_F(NewRoomTest, theDialogStaysAwayByItsBoxAndComesBackByShift) {

@@ -18,8 +18,10 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMovie>
+#include <QPushButton>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <QToolBar>
 
@@ -374,7 +376,7 @@ TEST_F(ShellTest, recentFilesAreEightAndExist) {
 
 TEST_F(ShellTest, layoutComesBack) {
     start();
-    const QStringList hidden = {QStringLiteral("Mapv&iew Bar"), QStringLiteral("&Object Bar"),
+    const QStringList hidden = {QStringLiteral("Mapv&iew Bar"), QStringLiteral("New &Objects"),
                                 QStringLiteral("&Status Bar")};
     for (const QAction* a : menuOf(*window, "&View")->actions())
         if (a->text() == QLatin1String("Screen &Elements"))
@@ -391,6 +393,63 @@ TEST_F(ShellTest, layoutComesBack) {
         EXPECT_FALSE(action("WindowMsg")->isChecked());
     }
     EXPECT_EQ(read("TDKLayout.dat").right(1), QByteArray(1, '\0')) << "no stored document window";
+}
+
+TEST_F(ShellTest, floatingDockIsSeenAfterARestart) {
+    start();
+    for (int i = 0; i < 2; ++i) {
+        auto* dock = child<QDockWidget>(window.get(), "newobjects");
+        if (i == 0)
+            dock->setFloating(true);
+        dock->move(window->geometry().center() - QPoint(80, 80));
+        settle();
+        if (i == 0)
+            restart();
+    }
+    const auto* dock = child<QDockWidget>(window.get(), "newobjects");
+    EXPECT_TRUE(dock->isFloating());
+    const QPoint middle = dock->mapToGlobal(dock->rect().center());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::topLevelAt(middle) == dock; }))
+        << "the main window lies over it";
+}
+
+TEST_F(ShellTest, textsOfButtonsAndPanesHaveRoom) {
+    start();
+    for (const char* name : {"btnToWorld", "btnToEntity"}) {
+        const auto* button = child<QPushButton>(window.get(), name);
+        EXPECT_GT(button->width(), button->fontMetrics().horizontalAdvance(button->text()) + 8);
+        EXPECT_FALSE(button->toolTip().isEmpty());
+    }
+    window->showNormal();
+    window->resize(1024, 700);
+    settle();
+    for (const QLabel* pane : window->statusBar()->findChildren<QLabel*>()) {
+        const int wanted = pane->fontMetrics().horizontalAdvance(pane->text());
+        EXPECT_GE(pane->width(), wanted) << pane->text().toStdString();
+    }
+    EXPECT_LE(window->width(), 1024);
+}
+
+TEST_F(ShellTest, consoleKeepsItsLastLines) {
+    start();
+    for (int i = 0; i < cMainWindow::CONSOLE_LINES + 500; ++i)
+        window->appendConsole(QString::number(i), true, false);
+    EXPECT_EQ(window->consoleText()->document()->blockCount(), cMainWindow::CONSOLE_LINES);
+    EXPECT_TRUE(console().endsWith(QString::number(cMainWindow::CONSOLE_LINES + 499)));
+}
+
+// What no settings file should hold neither harms nor is lost when the file is written again.
+TEST_F(ShellTest, hostileValuesAreNeverBuilt) {
+    const QByteArray hostile = "hostile=@Variant(\\0\\0\\0\\x1c\\xff\\xff\\xff\\xf0\\x7f\\xff)\n";
+    write("TDKSettings.ini", "[General]\n" + hostile);
+    write("TDKGameCfg.ini", read("TDKGameCfg.ini") + hostile);
+    start();
+    ASSERT_TRUE(close());
+    window.reset();
+    EXPECT_TRUE(read("TDKSettings.ini").contains(hostile));
+    EXPECT_FALSE(read("TDKGameCfg.ini").contains("hostile")) << "is written anew";
+    EXPECT_TRUE(read("TDKGameCfg.ini").contains("Title=\"Game 0\"") ||
+                read("TDKGameCfg.ini").contains("Title=Game 0"));
 }
 
 TEST_F(ShellTest, documentWindowStateIsStoredAndGivenBack) {

@@ -11,7 +11,7 @@
 
 static const QString POINTS_QUESTION =
     QStringLiteral("There are 1 point entities selected.\n"
-                   "They will be deselected prior to TieToEntity operation.\n"
+                   "They will be deselected before the solids are tied to an entity.\n"
                    "Do you wish to continue?");
 static const QString OWNER_QUESTION =
     QStringLiteral("You have selected an existing entity (a 'func_wall').\n"

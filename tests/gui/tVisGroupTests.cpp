@@ -7,9 +7,14 @@
 #include "support/tMapTools.h"
 
 #include <QDockWidget>
+#include <QImage>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
+
+static QImage imageOf(const QListWidgetItem* item, QIcon::Mode mode) {
+    return item->icon().pixmap(16, mode).toImage();
+}
 
 class VisGroupTest : public cGuiTest {
 protected:
@@ -228,4 +233,30 @@ TEST_F(VisGroupTest, hidingByHandAndShowingAll) {
     expectHidden(false, false, false);
     EXPECT_TRUE(console().contains(
         QStringLiteral("2 object(s) revealed (0 entities, 2 brushes and 0 groups)")));
+}
+
+TEST_F(VisGroupTest, aClickOnTheIconHidesAndShows) {
+    startWithGroups();
+    const int row = 1; // walls, behind lights
+    const QRect place = list()->visualItemRect(list()->item(row));
+    const QPoint icon(place.left() + 9, place.center().y());
+    for (const bool visible : {false, true}) {
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, icon);
+        settle();
+        EXPECT_EQ(walls->visible, visible);
+    }
+    clickRow(row);
+    settle();
+    EXPECT_TRUE(walls->visible) << "a click on the name only chooses";
+    QTest::mousePress(list()->viewport(), Qt::LeftButton, Qt::NoModifier, icon);
+    QTest::mouseRelease(list()->viewport(), Qt::LeftButton, Qt::NoModifier, placeOf(row));
+    EXPECT_TRUE(walls->visible);
+
+    const QListWidgetItem *empty = list()->item(0), *full = list()->item(row);
+    EXPECT_EQ(imageOf(empty, QIcon::Normal), imageOf(full, QIcon::Normal))
+        << "what holds nothing does not look hidden";
+    const QImage selected = imageOf(full, QIcon::Selected);
+    EXPECT_EQ(selected.pixelColor(4, 4), QColor(Qt::white)) << "the tick stands out";
+    EXPECT_NE(selected.pixelColor(7, 9), QColor(Qt::white));
+    active()->setDirty(false);
 }

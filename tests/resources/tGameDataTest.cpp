@@ -271,7 +271,49 @@ TEST_F(cGameDataTest, inheritanceCannotMultiplyWithoutEnd) {
     int variables = 0;
     for (const cEntityClass* c : m_data.classes)
         variables += c->variables.size();
-    EXPECT_LE(variables, 2000001);
+    EXPECT_LE(variables, 1000001);
+}
+
+TEST_F(cGameDataTest, entriesOfFlagsMultiplyNoMoreThanVariables) {
+    QByteArray text("@baseclass = b [ f(flags) = [");
+    for (int i = 0; i < 20000; ++i)
+        text += " 1:a";
+    text += " ] ]\n";
+    for (int i = 0; i < 5000; ++i)
+        text += "@pointclass base(b) = c" + QByteArray::number(i) + " [ f(flags) = [ 1 : x ] ]\n";
+    read(text);
+    qint64 entries = 0;
+    for (const cEntityClass* c : m_data.classes)
+        for (const cEntityVariable& v : c->variables)
+            entries += v.choices.size();
+    EXPECT_LE(entries, 1020000);
+    EXPECT_GE(m_data.classes.size(), 40) << "the first of them are read";
+}
+
+// So many that a walk over all classes of one name for each of them would not end in time.
+TEST_F(cGameDataTest, oneNameMayBeTakenAnyNumberOfTimes) {
+    QByteArray text;
+    for (int i = 0; i < 100000; ++i)
+        text += i % 2 ? "@pointclass = a_b []\n" : "@solidclass = a_b []\n";
+    read(text);
+    EXPECT_EQ(m_data.classes.size(), 100001) << "and the group";
+    EXPECT_EQ(m_data.solidClasses[str("a_b")]->group, m_data.findClass(str("a"), CK_GROUP));
+}
+
+TEST_F(cGameDataTest, messagesOfAKindAreToldThirtyTimesAndThenCounted) {
+    QByteArray text;
+    for (int i = 0; i < 10000; ++i)
+        text += "@pointclass base(none) = a []\n@@";
+    read(text + "@pointclass group(bad) = z []");
+    const auto count = [&](eMessage level, const char* of) { return m_host.count(level, str(of)); };
+    EXPECT_EQ(count(eMessage::Warning, "undefined base class"), 31);
+    EXPECT_TRUE(warned("and 9970 more like: undefined base class `none'"));
+    EXPECT_TRUE(warned("and 9969 more like: class already defined: `a'"));
+    EXPECT_TRUE(reported("and 9970 more like: parse error"));
+    EXPECT_TRUE(warned("bad group class `bad'"));
+    EXPECT_LT(m_host.messages.size(), 100u);
+    read("@pointclass base(none) = a []");
+    EXPECT_TRUE(warned("undefined base class `none'")) << "the next file begins anew";
 }
 
 // ---- Files

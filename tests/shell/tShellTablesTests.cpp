@@ -10,7 +10,6 @@
 
 #include <QFile>
 #include <QSet>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -42,10 +41,9 @@ TEST(SettingsTable, everyRowComesBackOrKeepsItsDefault) {
         EXPECT_FALSE(keys.contains(QString::fromLatin1(row.key))) << row.key;
         keys.insert(QString::fromLatin1(row.key));
     }
-    {
-        QSettings file(iniIn(folder), QSettings::IniFormat);
-        writeSettings(file, changed);
-    }
+    cIniFile file(iniIn(folder));
+    writeSettings(file, changed);
+    ASSERT_TRUE(file.save());
     readSettings(cIniFile(iniIn(folder)), loaded);
     for (const cSettingRow& row : settingsTable())
         std::visit([&](auto m) { EXPECT_EQ(loaded.*m, changed.*m) << row.key; }, row.member);
@@ -118,16 +116,14 @@ TEST(ColorScheme, readsNumbersClampedAndMissingOnesAsBlack) {
 TEST(ColorScheme, customColorsComeBackAndReplaceTheCurrentOnes) {
     const QTemporaryDir folder;
     const QString group = QStringLiteral("Custom");
-    QSettings file(iniIn(folder), QSettings::IniFormat);
-    file.beginGroup(group);
-    file.setValue(QStringLiteral("COLOR_2D_GRID_MAJOR"), QStringLiteral("1 2 3 128"));
-    file.sync();
+    cIniFile file(iniIn(folder));
+    file.setValue(group, QStringLiteral("COLOR_2D_GRID_MAJOR"), QStringLiteral("1 2 3 128"));
     cColorScheme first;
-    first.readCustom(cIniFile(iniIn(folder)), group);
+    first.readCustom(file, group);
     EXPECT_TRUE(first.setCustomColor("COLOR_TEXT", 9, 8, 7));
     EXPECT_FALSE(first.setCustomColor("COLOR_NONE", 9, 8, 7));
-    first.writeCustom(file);
-    file.sync();
+    first.writeCustom(file, group);
+    ASSERT_TRUE(file.save());
     const cIniFile written(iniIn(folder));
     EXPECT_EQ(written.value(group, QStringLiteral("COLOR_TEXT")), QStringLiteral("9 8 7"));
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/tSystem.h"
 
+#include "resources/tParser.h"
+#include "support/tIniFile.h"
 #include "support/tMath.h"
 #include "support/tTestHost.h"
 #include "support/tVec.h"
@@ -8,7 +10,10 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <cerrno>
+#include <cstring>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 static void writeFile(const QString& path, const char* text) {
     QDir().mkpath(QFileInfo(path).path());
@@ -76,6 +81,25 @@ TEST(System, emptyFileLoadsAsOneZeroByte) {
     Mem_Free(data);
     EXPECT_EQ(File_Load("/no/such/file", &size), nullptr);
     EXPECT_EQ(host.count(eMessage::Error, QStringLiteral("can't open \"/no/such/file\" (")), 1);
+}
+
+TEST(System, whatIsNoPlainFileIsRefusedAtOnceAndSaysWhy) {
+    cTestHost host;
+    QTemporaryDir folder;
+    const QByteArray pipe = folder.filePath(QStringLiteral("pipe")).toLocal8Bit();
+    ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);
+    errno = ENOSPC; // of something before
+    for (const QByteArray& path : {folder.path().toLocal8Bit(), pipe, QByteArray("/dev/zero")}) {
+        host.messages.clear();
+        EXPECT_EQ(File_Load(path.constData(), nullptr), nullptr);
+        const int error = path.startsWith(pipe) || path.startsWith("/dev") ? EINVAL : EISDIR;
+        const QString text =
+            QStringLiteral("can't open \"%1\" (%2)")
+                .arg(QString::fromLocal8Bit(path), QString::fromLocal8Bit(strerror(error)));
+        EXPECT_EQ(host.count(eMessage::Error, text), 1) << path.constData();
+        EXPECT_FALSE(cIniFile(QString::fromLocal8Bit(path)).contains(QString(), QString()));
+        EXPECT_FALSE(cParser::loadFile(path.constData()));
+    }
 }
 
 TEST(System, relativePathsBeginWithTheBasesOwnName) {
