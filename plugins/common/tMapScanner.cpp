@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "common/tMapScanner.h"
 
+#include <cfloat>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 bool cMapScanner::atBlank() const {
     return static_cast<unsigned char>(*m_next) <= ' ';
@@ -48,7 +50,7 @@ bool cMapScanner::number(double* out) {
         ++start;
     double value;
     const auto [stop, error] = std::from_chars(start, m_end, value);
-    if (error != std::errc() || !std::isfinite(value))
+    if (error != std::errc() || !(std::fabs(value) <= double(FLT_MAX)))
         return false;
     *out = value;
     m_next = stop;
@@ -81,6 +83,29 @@ bool cMapScanner::quoted(std::string* out) {
     }
     skipLine();
     return false;
+}
+
+void cMapScanner::skipBraces() {
+    int depth = 0;
+    std::string part;
+    double ignored;
+    while (const char c = peek()) {
+        if (c == '(' || c == ')') {
+            take();
+        } else if (c == '}' || (c == '{' && endsToken(m_next + 1))) {
+            take();
+            depth += c == '{' ? 1 : -1;
+            if (depth <= 0)
+                return;
+        } else if (!number(&ignored)) {
+            name(&part);
+        }
+    }
+}
+
+// Behind a brace that is no part of a name.
+bool cMapScanner::endsToken(const char* at) const {
+    return at == m_end || static_cast<unsigned char>(*at) <= ' ' || strchr("(){}\"", *at);
 }
 
 std::string cMapScanner::word() {

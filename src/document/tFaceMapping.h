@@ -15,6 +15,9 @@ enum eJustify {
 };
 
 void applyTextureBlock(cFaceData* face, const cFaceTexture& block); // resolves the name
+// For a block from outside: numbers that are not finite, and scales of 0, become the default; true
+// if there were any. Where it was an axis, the face's flags ask for default axes.
+bool mendTextureBlock(cFaceTexture& block, uint32_t& faceFlags);
 void setTextureName(cFaceData* face, const char* name); // flags and value from the texture
 void dropTexture(cFaceData* face);                      // gives up the face's reference
 void updateFaceTransparency(cFaceData* face);           // FF_TRANSPARENT from setting and texture

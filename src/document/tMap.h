@@ -123,6 +123,9 @@ public:
 
     cVisGroup* createVisGroup(const char* name);
     cVisGroup* findVisGroup(uint32_t id) const;
+    const std::vector<cVisGroup*>& visGroupList() const; // by id
+    int visGroupIndex(uint32_t id) const;                // in that list; -1 for none
+    void forgetVisGroupList() { m_visGroupList.clear(); }
     void setVisGroupId(cVisGroup* visGroup, uint32_t id);
     void clearVisGroups();
     void renumberVisGroups();
@@ -204,6 +207,7 @@ public:
     cPathPoint* points = nullptr;
     cPortal* portals = nullptr;
     QMap<uint32_t, cVisGroup*> visGroups;
+    bool toldMended = false; // a plug-in's faces have been warned of
 
     // counter plus one, skipping 0
     static uint32_t nextId(uint32_t& counter);
@@ -238,11 +242,15 @@ private:
     QHash<uint32_t, cBrushData*> m_brushesById;
     QHash<uint32_t, cGroupData*> m_groupsById;
     QHash<uint32_t, cVisGroup*> m_visGroupsBySerial;
+    mutable std::vector<cVisGroup*> m_visGroupList; // empty until asked for
     uint64_t m_revision = 1;
 };
 
+// No face has more vertices.
+static constexpr int MAX_FACE_VERTICES = 1 << 16;
+
 // Detached objects; freed by the map once they are inserted.
 cBrushData* newBrush();
-cFaceData* newFace(int vertexCount);
+cFaceData* newFace(int vertexCount); // null for a count that no face has
 // A face whose brush is in no map: out of the brush, texture reference back, deleted.
 void freeDetachedFace(cFaceData* face);
