@@ -11,7 +11,7 @@
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QMessageBox>
 #include <algorithm>
 
@@ -162,7 +162,15 @@ bool cProject::confirmClose() {
         return true;
     if (answer != QMessageBox::Yes)
         return false;
-    return path.isEmpty() ? saveAsNewFile() : saveProject(path);
+    return path.isEmpty() ? saveAsNewFile() : saveOrBeep(path);
+}
+
+// Why it failed stands in the console.
+bool cProject::saveOrBeep(const QString& file) {
+    const bool saved = saveProject(file);
+    if (!saved)
+        QApplication::beep();
+    return saved;
 }
 
 bool cProject::saveAsNewFile() {
@@ -171,7 +179,7 @@ bool cProject::saveAsNewFile() {
         directory, {{QStringLiteral("Map Projects (*.kvx)"), QStringLiteral(".kvx")}});
     if (name.isEmpty())
         return false;
-    if (!saveProject(name))
+    if (!saveOrBeep(name))
         return false;
     g_mainWindow->addRecentFile(name);
     return true;
