@@ -3,13 +3,10 @@
 // to the map stands in tHistoryRestore.cpp.
 #include "document/tHistory.h"
 
-#include "document/tHistoryRecords.h"
 #include "document/tHistoryRestore.h"
+#include "document/tHistorySteps.h"
 #include "document/tMap.h"
-#include "support/tConsole.h"
 #include "support/tHost.h"
-
-#include <new>
 
 cHistory::cHistory(cMap& map) : m_map(map), m_steps(std::make_unique<cHistorySteps>()) {
     if (!g_host)
@@ -18,67 +15,7 @@ cHistory::cHistory(cMap& map) : m_map(map), m_steps(std::make_unique<cHistorySte
     m_levels = g_host->UndoLevels;
 }
 
-cHistory::~cHistory() {
-    freeAll();
-}
-
-// ---- Stacks
-
-static void push(cUndoStep*& stack, cUndoStep* step) {
-    step->next = stack;
-    stack = step;
-}
-
-// The oldest step and every step its next newer one stay known, so that giving up the oldest
-// needs no walk.
-static void pushUndo(cHistorySteps& steps, cUndoStep* step) {
-    cUndoStep* top = steps.undoTop;
-    step->ring = top ? top->ring : step;
-    if (top)
-        top->ring = step;
-    push(steps.undoTop, step);
-}
-
-static cUndoStep* popUndo(cHistorySteps& steps) {
-    cUndoStep* step = steps.undoTop;
-    steps.undoTop = step->next;
-    if (steps.undoTop)
-        steps.undoTop->ring = step->ring;
-    return step;
-}
-
-static cUndoStep* takeOldest(cHistorySteps& steps) {
-    cUndoStep* oldest = steps.undoTop->ring;
-    if (oldest == steps.undoTop) {
-        steps.undoTop = nullptr;
-    } else {
-        cUndoStep* newer = oldest->ring;
-        newer->next = nullptr;
-        steps.undoTop->ring = newer;
-    }
-    releaseStep(*oldest);
-    return oldest;
-}
-
-static void releaseStack(cUndoStep*& stack, cUndoStep*& free) {
-    while (cUndoStep* step = stack) {
-        stack = step->next;
-        releaseStep(*step);
-        push(free, step);
-    }
-}
-
-static bool makePlaces(cHistorySteps& steps, int levels) {
-    try {
-        steps.places.resize(size_t(levels));
-    } catch (const std::exception&) {
-        Error("Failed to allocate %i undo levels", levels);
-        return false;
-    }
-    for (auto place = steps.places.rbegin(); place != steps.places.rend(); ++place)
-        push(steps.free, &*place);
-    return true;
-}
+cHistory::~cHistory() = default;
 
 // ---- Steps
 
@@ -88,24 +25,24 @@ void cHistory::begin(const char* name) {
     closeStep(); // one that was left open holds nothing of this one
     if (!m_enabled || m_levels < 1)
         return;
-    if (m_steps->places.empty() && !makePlaces(*m_steps, m_levels))
-        return;
-    releaseStack(m_steps->redoTop, m_steps->free);
-    cUndoStep* step = m_steps->free;
-    if (step)
-        m_steps->free = step->next;
-    else
-        step = takeOldest(*m_steps);
+    m_steps->redo.clear();
+    if (m_steps->undo.size() >= size_t(m_levels))
+        m_steps->undo.pop_front();
+    auto step = std::make_unique<cUndoStep>();
     step->name = name;
     step->number = ++m_stepNumber;
-    pushUndo(*m_steps, step);
+    m_steps->undo.push_back(std::move(step));
     m_recording = true;
 }
 
 void cHistory::closeStep() {
+    if (m_recording) {
+        cUndoStep& step = *m_steps->undo.back();
+        for (cObjectStates* states : {&step.changed, &step.created, &step.deleted})
+            states->shrink();
+    }
     m_recording = false;
-    for (auto& ids : m_steps->captured)
-        ids.clear();
+    m_steps->changed = m_steps->created = m_steps->deleted = cCapturedIds();
 }
 
 void cHistory::end() {
@@ -118,21 +55,20 @@ void cHistory::undo() {
     if (!canUndo())
         return;
     end();
-    cUndoStep* step = popUndo(*m_steps);
-    push(m_steps->redoTop, step);
-    undoStep(m_map, *step);
-    tellWatcher(step->number, true);
+    m_steps->redo.push_back(std::move(m_steps->undo.back()));
+    m_steps->undo.pop_back();
+    undoStep(m_map, *m_steps->redo.back());
+    tellWatcher(m_steps->redo.back()->number, true);
 }
 
 void cHistory::redo() {
     if (!canRedo())
         return;
     end();
-    cUndoStep* step = m_steps->redoTop;
-    m_steps->redoTop = step->next;
-    pushUndo(*m_steps, step);
-    redoStep(m_map, *step);
-    tellWatcher(step->number, false);
+    m_steps->undo.push_back(std::move(m_steps->redo.back()));
+    m_steps->redo.pop_back();
+    redoStep(m_map, *m_steps->undo.back());
+    tellWatcher(m_steps->undo.back()->number, false);
 }
 
 void cHistory::tellWatcher(uint32_t number, bool undone) const {
@@ -141,7 +77,7 @@ void cHistory::tellWatcher(uint32_t number, bool undone) const {
 }
 
 uint32_t cHistory::lastStep() const {
-    return m_steps->undoTop ? m_steps->undoTop->number : 0;
+    return m_steps->undo.empty() ? 0 : m_steps->undo.back()->number;
 }
 
 void cHistory::watchStep(uint32_t number, std::function<void(bool undone)> watcher) {
@@ -151,60 +87,50 @@ void cHistory::watchStep(uint32_t number, std::function<void(bool undone)> watch
 
 // ---- State
 
-static const char* nameOf(const cUndoStep* step) {
-    return step && step->name ? step->name : "???";
+template<class Stack> static const char* nameOfTop(const Stack& stack) {
+    return !stack.empty() && stack.back()->name ? stack.back()->name : "???";
 }
 
 bool cHistory::canUndo() const {
-    return m_enabled && m_steps->undoTop;
+    return m_enabled && !m_steps->undo.empty();
 }
 
 bool cHistory::canRedo() const {
-    return m_enabled && m_steps->redoTop;
+    return m_enabled && !m_steps->redo.empty();
 }
 
 const char* cHistory::undoName() const {
-    return nameOf(m_steps->undoTop);
+    return nameOfTop(m_steps->undo);
 }
 
 const char* cHistory::redoName() const {
-    return nameOf(m_steps->redoTop);
+    return nameOfTop(m_steps->redo);
 }
 
 void cHistory::setEnabled(bool enabled) {
     m_enabled = enabled;
     if (!enabled)
-        freeAll();
+        clear();
 }
 
 void cHistory::applyLevels() {
     if (!g_host || g_host->UndoLevels == m_levels)
         return;
-    freeAll();
+    clear();
     m_levels = g_host->UndoLevels;
 }
 
 void cHistory::clear() {
-    closeStep();
-    releaseStack(m_steps->undoTop, m_steps->free);
-    releaseStack(m_steps->redoTop, m_steps->free);
-}
-
-void cHistory::freeAll() {
-    clear();
+    m_recording = false;
     *m_steps = cHistorySteps();
-}
-
-void cHistory::freeRecordPools() {
-    freeAllRecords();
 }
 
 size_t cHistory::recordBytes() const {
     size_t bytes = 0;
-    for (const cUndoStep* step = m_steps->undoTop; step; step = step->next)
-        bytes += bytesOf(*step);
-    for (const cUndoStep* step = m_steps->redoTop; step; step = step->next)
-        bytes += bytesOf(*step);
+    for (const auto& step : m_steps->undo)
+        bytes += step->bytes();
+    for (const auto& step : m_steps->redo)
+        bytes += step->bytes();
     return bytes;
 }
 

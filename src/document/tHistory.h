@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Undo and redo of one map. A step is a set of records that describe objects by id: an operation
+// Undo and redo of one map. A step is a set of states of objects (tObjectState.h): an operation
 // opens a step, declares what it is going to change, changes it and closes the step. The history
-// knows nothing of operations. A record of a changed object is swapped with the live object, so
-// the same records serve undo and redo.
+// knows nothing of operations. The state of a changed object changes places with the live object,
+// so the same states serve undo and redo, to the last bit.
 //
 // An operation uses cHistoryStep, which closes on every way out.
 #pragma once
@@ -13,6 +13,7 @@
 #include <memory>
 
 class cMap;
+class cObjectStates;
 struct cHistorySteps;
 
 class cHistory {
@@ -38,46 +39,55 @@ public:
     bool isRecording() const { return m_recording; }
     void setEnabled(bool enabled); // disabling frees all steps
     void applyLevels();            // the setting UndoLevels; another number frees all steps
-    void freeAll();                // every step and the memory of the steps
-    void clear();                  // every step; their places stay
-    static void freeRecordPools(); // of the whole program
+    void clear();                  // every step
 
     // ---- Captures, into the open step; nothing happens without one, or for null. Changed and
     // Deleted stand before the change, Created after the object is complete. The first capture of
     // an object in a list stands. Without an argument: all objects of the selection list of the
     // kind. An entity's capture does not hold its brushes.
 
-    void entityChanged(const cEntityData* entity);
-    void entityCreated(const cEntityData* entity);
-    void entityDeleted(const cEntityData* entity);
-    // Flags, ids, groups, colour, texture blocks; vertices only with geometry.
-    void brushChanged(const cBrushData* brush, bool withGeometry);
-    void brushCreated(const cBrushData* brush);
-    void brushDeleted(const cBrushData* brush);
+    void entityChanged(const cEntityData* entity) { capture(RL_CHANGED, entity); }
+    void entityCreated(const cEntityData* entity) { capture(RL_CREATED, entity); }
+    void entityDeleted(const cEntityData* entity) { capture(RL_DELETED, entity); }
+    // Flags, ids, groups, colour, texture blocks; planes and corners only with geometry.
+    void brushChanged(const cBrushData* brush, bool withGeometry) {
+        capture(RL_CHANGED, brush, withGeometry);
+    }
+    void brushCreated(const cBrushData* brush) { capture(RL_CREATED, brush, true); }
+    void brushDeleted(const cBrushData* brush) { capture(RL_DELETED, brush, true); }
     void faceChanged(const cFaceData* face); // flags and texture block
-    void groupChanged(const cGroupData* group);
-    void groupCreated(const cGroupData* group);
-    void groupDeleted(const cGroupData* group);
+    void groupChanged(const cGroupData* group) { capture(RL_CHANGED, group); }
+    void groupCreated(const cGroupData* group) { capture(RL_CREATED, group); }
+    void groupDeleted(const cGroupData* group) { capture(RL_DELETED, group); }
 
-    void entitiesChanged();
-    void entitiesCreated();
-    void entitiesDeleted();
-    void brushesChanged(bool withGeometry);
-    void brushesCreated();
-    void brushesDeleted();
+    void entitiesChanged() { captureEntities(RL_CHANGED); }
+    void entitiesCreated() { captureEntities(RL_CREATED); }
+    void entitiesDeleted() { captureEntities(RL_DELETED); }
+    void brushesChanged(bool withGeometry) { captureBrushes(RL_CHANGED, withGeometry); }
+    void brushesCreated() { captureBrushes(RL_CREATED, true); }
+    void brushesDeleted() { captureBrushes(RL_DELETED, true); }
     void facesChanged();
-    void groupsChanged();
-    void groupsCreated();
-    void groupsDeleted();
+    void groupsChanged() { captureGroups(RL_CHANGED); }
+    void groupsCreated() { captureGroups(RL_CREATED); }
+    void groupsDeleted() { captureGroups(RL_DELETED); }
 
     // The number of the newest step, 0 without one. The watcher hears when that step is undone or
     // redone; there is one watcher, and 0 takes it off.
     uint32_t lastStep() const;
     void watchStep(uint32_t number, std::function<void(bool undone)> watcher);
 
-    size_t recordBytes() const; // memory that the steps' records take, for measurements
+    size_t recordBytes() const; // memory that the steps take, for measurements
 
 private:
+    enum eRecordList { RL_CHANGED, RL_CREATED, RL_DELETED };
+    enum eKind { KIND_GROUP, KIND_ENTITY, KIND_BRUSH, KIND_FACE };
+    cObjectStates* listFor(eRecordList list, eKind kind, uint32_t id);
+    void capture(eRecordList list, const cEntityData* entity);
+    void capture(eRecordList list, const cBrushData* brush, bool withGeometry);
+    void capture(eRecordList list, const cGroupData* group);
+    void captureEntities(eRecordList list);
+    void captureBrushes(eRecordList list, bool withGeometry);
+    void captureGroups(eRecordList list);
     void tellWatcher(uint32_t number, bool undone) const;
     void closeStep();
 

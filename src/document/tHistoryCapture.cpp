@@ -1,134 +1,72 @@
 // SPDX-License-Identifier: MIT
-// Captures: records of objects into the open step.
-#include "document/tBrush.h"
-#include "document/tEntity.h"
+// Captures: states of objects into the open step.
 #include "document/tHistory.h"
-#include "document/tHistoryRecords.h"
+#include "document/tHistorySteps.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 
-// False if this list of the step holds the object already.
-static bool isFirst(cHistorySteps& steps, eRecordList list, uint32_t id) {
-    return steps.captured[list].insert(id).second;
+static constexpr unsigned WHOLE = TAKE_GEOMETRY | TAKE_VISGROUPS;
+
+// The list of states of the open step for an object that the list does not hold yet, else null.
+cObjectStates* cHistory::listFor(eRecordList list, eKind kind, uint32_t id) {
+    if (!m_recording)
+        return nullptr;
+    cUndoStep& step = *m_steps->undo.back();
+    const bool isChange = list == RL_CHANGED, isNew = list == RL_CREATED;
+    cCapturedIds& known = isChange ? m_steps->changed : isNew ? m_steps->created : m_steps->deleted;
+    auto& ids = kind == KIND_GROUP    ? known.groups
+                : kind == KIND_ENTITY ? known.entities
+                : kind == KIND_BRUSH  ? known.brushes
+                                      : known.faces;
+    if (!ids.insert(id).second)
+        return nullptr;
+    return isChange ? &step.changed : isNew ? &step.created : &step.deleted;
 }
 
-template<class T> static void push(T*& list, T* record) {
-    record->next = list;
-    list = record;
+void cHistory::capture(eRecordList list, const cEntityData* entity) {
+    cObjectStates* states = entity ? listFor(list, KIND_ENTITY, entity->id) : nullptr;
+    if (states)
+        states->take(entity, list == RL_CHANGED ? unsigned(TAKE_FIELDS) : TAKE_VISGROUPS);
 }
 
-// ---- One object
-
-void cHistory::entityChanged(const cEntityData* entity) {
-    if (m_recording && entity && isFirst(*m_steps, RL_ENTITIES_CHANGED, entity->id))
-        push(m_steps->undoTop->entitiesChanged, newEntityRecord(entity));
+void cHistory::capture(eRecordList list, const cBrushData* brush, bool withGeometry) {
+    cObjectStates* states = brush ? listFor(list, KIND_BRUSH, brush->id) : nullptr;
+    if (states)
+        states->take(brush, list != RL_CHANGED ? WHOLE
+                            : withGeometry     ? unsigned(TAKE_GEOMETRY)
+                                               : TAKE_FIELDS);
 }
 
-static cEntityRecord* wholeRecord(const cEntityData* entity) {
-    cEntityRecord* record = newEntityRecord(entity);
-    record->visGroups = serialsOf(entity->entity->visGroups);
-    return record;
-}
-
-static cBrushRecord* wholeRecord(const cBrushData* brush) {
-    cBrushRecord* record = newBrushRecord(brush, true);
-    record->visGroups = serialsOf(brush->brush->visGroups);
-    return record;
-}
-
-void cHistory::entityCreated(const cEntityData* entity) {
-    if (m_recording && entity && isFirst(*m_steps, RL_ENTITIES_CREATED, entity->id))
-        push(m_steps->undoTop->entitiesCreated, wholeRecord(entity));
-}
-
-void cHistory::entityDeleted(const cEntityData* entity) {
-    if (m_recording && entity && isFirst(*m_steps, RL_ENTITIES_DELETED, entity->id))
-        push(m_steps->undoTop->entitiesDeleted, wholeRecord(entity));
-}
-
-void cHistory::brushChanged(const cBrushData* brush, bool withGeometry) {
-    if (m_recording && brush && isFirst(*m_steps, RL_BRUSHES_CHANGED, brush->id))
-        push(m_steps->undoTop->brushesChanged, newBrushRecord(brush, withGeometry));
-}
-
-void cHistory::brushCreated(const cBrushData* brush) {
-    if (m_recording && brush && isFirst(*m_steps, RL_BRUSHES_CREATED, brush->id))
-        push(m_steps->undoTop->brushesCreated, wholeRecord(brush));
-}
-
-void cHistory::brushDeleted(const cBrushData* brush) {
-    if (m_recording && brush && isFirst(*m_steps, RL_BRUSHES_DELETED, brush->id))
-        push(m_steps->undoTop->brushesDeleted, wholeRecord(brush));
+void cHistory::capture(eRecordList list, const cGroupData* group) {
+    cObjectStates* states = group ? listFor(list, KIND_GROUP, group->id) : nullptr;
+    if (states)
+        states->take(group);
 }
 
 void cHistory::faceChanged(const cFaceData* face) {
-    if (m_recording && face && isFirst(*m_steps, RL_FACES_CHANGED, face->id))
-        push(m_steps->undoTop->facesChanged, newFaceRecord(face, false));
-}
-
-void cHistory::groupChanged(const cGroupData* group) {
-    if (m_recording && group && isFirst(*m_steps, RL_GROUPS_CHANGED, group->id))
-        push(m_steps->undoTop->groupsChanged, newGroupRecord(group));
-}
-
-void cHistory::groupCreated(const cGroupData* group) {
-    if (m_recording && group && isFirst(*m_steps, RL_GROUPS_CREATED, group->id))
-        push(m_steps->undoTop->groupsCreated, newGroupRecord(group));
-}
-
-void cHistory::groupDeleted(const cGroupData* group) {
-    if (m_recording && group && isFirst(*m_steps, RL_GROUPS_DELETED, group->id))
-        push(m_steps->undoTop->groupsDeleted, newGroupRecord(group));
+    cObjectStates* states = face ? listFor(RL_CHANGED, KIND_FACE, face->id) : nullptr;
+    if (states)
+        states->takeLone(face);
 }
 
 // ---- All selected ones
 
-void cHistory::entitiesChanged() {
+void cHistory::captureEntities(eRecordList list) {
     for (const cEntityData* entity : selectedEntitiesOf(m_map.data))
-        entityChanged(entity);
+        capture(list, entity);
 }
 
-void cHistory::entitiesCreated() {
-    for (const cEntityData* entity : selectedEntitiesOf(m_map.data))
-        entityCreated(entity);
-}
-
-void cHistory::entitiesDeleted() {
-    for (const cEntityData* entity : selectedEntitiesOf(m_map.data))
-        entityDeleted(entity);
-}
-
-void cHistory::brushesChanged(bool withGeometry) {
+void cHistory::captureBrushes(eRecordList list, bool withGeometry) {
     for (const cBrushData* brush : selectedBrushesOf(m_map.data))
-        brushChanged(brush, withGeometry);
+        capture(list, brush, withGeometry);
 }
 
-void cHistory::brushesCreated() {
-    for (const cBrushData* brush : selectedBrushesOf(m_map.data))
-        brushCreated(brush);
-}
-
-void cHistory::brushesDeleted() {
-    for (const cBrushData* brush : selectedBrushesOf(m_map.data))
-        brushDeleted(brush);
+void cHistory::captureGroups(eRecordList list) {
+    for (const cGroupData* group : selectedGroupsOf(m_map.data))
+        capture(list, group);
 }
 
 void cHistory::facesChanged() {
     for (const cFaceData* face : selectedFacesOf(m_map.data))
         faceChanged(face);
-}
-
-void cHistory::groupsChanged() {
-    for (const cGroupData* group : selectedGroupsOf(m_map.data))
-        groupChanged(group);
-}
-
-void cHistory::groupsCreated() {
-    for (const cGroupData* group : selectedGroupsOf(m_map.data))
-        groupCreated(group);
-}
-
-void cHistory::groupsDeleted() {
-    for (const cGroupData* group : selectedGroupsOf(m_map.data))
-        groupDeleted(group);
 }

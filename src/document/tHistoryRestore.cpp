@@ -1,73 +1,107 @@
 // SPDX-License-Identifier: MIT
-// Undo and redo: objects are found by id, changed ones change places with their records, created
-// and deleted ones go or come back. A record that can't find its object tells so and is skipped.
-// Every owner is updated once, after all its brushes are in place.
+// Undo and redo: objects are found by id, changed ones change places with their states, created
+// and deleted ones go or come back. A state that can't find its object tells so and is skipped.
+// Every owner is updated once, after all its brushes are in place. Lists are walked from the
+// newest capture to the oldest.
 #include "document/tHistoryRestore.h"
 
 #include "document/tBrush.h"
 #include "document/tBrushGeometry.h"
+#include "document/tCullTree.h"
 #include "document/tEntity.h"
-#include "document/tEntityClass.h"
-#include "document/tFace.h"
-#include "document/tFaceMapping.h"
 #include "document/tGroup.h"
-#include "document/tHistoryRecords.h"
+#include "document/tHistorySteps.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "support/tConsole.h"
 #include "support/tHost.h"
-#include "support/tSystem.h"
-#include "support/tVec.h"
 
-#include <algorithm>
 #include <cstring>
 #include <unordered_map>
 
 namespace {
 constexpr uint32_t ENTITY_KEYS = UM_RENDER_KEYS | UM_MODEL_KEYS;
 
-class cRestore {
-public:
-    explicit cRestore(cMap& map) : m_map(map), m_data(map.data) { dropSelection(); }
+// The last element first.
+template<class T, class Action> void backward(T& list, Action action) {
+    for (size_t i = list.size(); i-- > 0;)
+        action(list[i]);
+}
 
-    void remakeGroups(const cGroupRecord* list);
-    void remakeEntities(const cEntityRecord* list);
-    void remakeBrushes(const cBrushRecord* list);
-    void swapFaces(cFaceRecord* list);
-    void swapEntities(cEntityRecord* list);
-    void swapBrushes(cBrushRecord* list);
-    void swapGroups(cGroupRecord* list);
-    void removeBrushes(cBrushRecord* list);
-    void removeEntities(cEntityRecord* list);
-    void removeGroups(const cGroupRecord* list);
-    void finish();
+// Objects that go to the places they had: all are taken out of their lists, then each goes in
+// behind the one that was before it, which comes first if it is to be placed itself.
+template<class T> class cPlacing {
+public:
+    void add(T* object, uint32_t previousId) { m_objects.push_back({object, previousId}); }
+
+    template<class Remove, class Insert> void run(Remove remove, Insert insert) {
+        std::unordered_map<uint32_t, size_t> pending;
+        for (size_t i = 0; i < m_objects.size(); ++i) {
+            remove(m_objects[i].first);
+            pending.emplace(m_objects[i].first->id, i);
+        }
+        for (const auto& entry : m_objects) {
+            std::vector<size_t> chain;
+            auto found = pending.find(entry.first->id);
+            while (found != pending.end()) {
+                chain.push_back(found->second);
+                pending.erase(found);
+                found = pending.find(m_objects[chain.back()].second);
+            }
+            for (auto place = chain.rbegin(); place != chain.rend(); ++place)
+                insert(m_objects[*place].first, m_objects[*place].second);
+        }
+        m_objects.clear();
+    }
 
 private:
+    std::vector<std::pair<T*, uint32_t>> m_objects; // each once
+};
+
+class cRestore {
+public:
+    explicit cRestore(cMap& map) : m_map(map), m_data(map.data) {}
+
     void dropSelection();
+    void remake(const cObjectStates& states);
+    void takeLive(const cObjectStates& recorded); // into the states that the other way needs
+    void putFaces(const cObjectStates& recorded);
+    void putEntities(const cObjectStates& recorded);
+    void putBrushes(const cObjectStates& recorded);
+    void putGroups(const cObjectStates& recorded);
+    void place(); // what was made or moved, in its lists
+    void remove(cObjectStates& states);
+    void finish();
+    void update();
+
+    cObjectStates live;
+    cRemade remade;
+
+private:
     // The next update of the entity has at least these bits.
     void touch(cEntityData* entity, uint32_t mode) { m_touched[entity] |= mode; }
     cEntityData* ownerById(uint32_t id, const char* message);
-    template<class T> void setGroup(T* object, uint32_t id);
-    template<class T> void joinVisGroups(T* half, const std::vector<uint32_t>& serials);
-    void remakeBrush(const cBrushRecord* record, cEntityData* owner);
-    void swapFace(cFaceData* face, cFaceRecord* record, uint32_t dirty);
-    void swapBrush(cBrushData* brush, cBrushRecord* record);
-    void swapBrushTextures(cBrushData* brush, cBrushRecord* record);
-    void swapGeometry(cBrushData* brush, cBrushRecord* record);
-    void swapEntity(cEntityData* entity, cEntityRecord* record);
-    void swapClass(cEntityData* entity, cEntityRecord* record);
-    void swapGroup(cGroupData* group, cGroupRecord* record);
+    cFaceData* loneFace(const cLoneFaceState& state);
+    void remakeGroups(const cObjectStates& states);
+    void remakeEntity(const cObjectStates& states, const cEntityState& state);
+    void remakeBrush(const cObjectStates& states, const cBrushState& state);
+    void putEntityOf(const cEntityState& state);
+    void putBrushOf(const cObjectStates& states, const cBrushState& state);
+    void putGroupOf(const cGroupState& state);
+    void settle(cBrushData* brush);
     void setParent(cGroupData* group, cGroupData* parent);
     void selectGroupAlone(cGroupData* group);
+    void removeGroups(const cObjectStates& states);
     void recomputeRoots();
     void finishSelection();
 
     cMap& m_map;
     cMapData& m_data;
-    cEntityData* m_owner = nullptr; // found last; records of one entity stand together
+    cEntityData* m_owner = nullptr; // found last; states of one entity's brushes stand together
     std::unordered_map<cEntityData*, uint32_t> m_touched;
-    std::vector<cFaceData*> m_live; // scratch of swapGeometry
-    std::vector<cFaceRecord*> m_swapped;
+    cPlacing<cGroupData> m_placedGroups;
+    cPlacing<cEntityData> m_placedEntities;
+    cPlacing<cBrushData> m_placedBrushes;
     bool m_parentsChanged = false;
 };
 
@@ -76,19 +110,6 @@ void cRestore::dropSelection() {
     selectedClear(m_data.selectedEntities);
     selectedClear(m_data.selectedBrushes);
     selectedClear(m_data.selectedFaces);
-}
-
-// What an object gets back: no passing state, and to be rebuilt.
-uint32_t restoredFlags(uint32_t recorded, uint32_t dirty) {
-    return (recorded & ~TRANSIENT_FLAGS) | dirty;
-}
-
-// An object's flags take the record's; the record keeps whether the object is to be selected. An
-// object that this very step has brought back may be selected already.
-void swapFlags(uint32_t& flags, uint32_t& recorded, uint32_t dirty) {
-    const uint32_t old = flags;
-    flags = restoredFlags(recorded, dirty) | (old & OF_SELECTED);
-    recorded = (old & ~TRANSIENT_FLAGS) | (recorded & OF_SELECTED);
 }
 
 template<class T> void reselect(T*& list, T* object, uint32_t recorded) {
@@ -104,328 +125,203 @@ cEntityData* cRestore::ownerById(uint32_t id, const char* message) {
     return m_owner;
 }
 
-// ---- Groups and visgroups of an object
-
-// The outermost group follows, at once or, when groups move as well, in one walk at the end.
-template<class T> void cRestore::setGroup(T* object, uint32_t id) {
-    cGroupData* group = id ? m_map.findGroupById(id) : nullptr;
-    if (group != object->group) {
-        if (object->group)
-            --object->group->memberCount;
-        if (group)
-            ++group->memberCount;
-        object->group = group;
-    }
-    object->rootGroup = outermostGroup(group);
-}
-
-uint32_t idOf(const cGroupData* group) {
-    return group ? group->id : 0;
-}
-
-template<class T> void cRestore::joinVisGroups(T* half, const std::vector<uint32_t>& serials) {
-    for (uint32_t serial : serials) {
-        if (cVisGroup* visGroup = m_map.findVisGroupBySerial(serial))
-            half->addToVisGroup(visGroup);
-    }
-}
-
-// The class may have been read anew since the record was made: what follows from it, follows from
-// the one of now.
-void followClass(cEntityData* entity) {
-    const cEntityClass* entityClass = entity->entity->entityClass;
-    if (!entityClass)
-        return;
-    const bool isPoint = entityClass->kind == CK_POINT;
-    entity->flags = isPoint ? entity->flags | EF_POINT : entity->flags & ~uint32_t(EF_POINT);
-    deriveFlagsKey(entity);
+// Brushes that are back are rebuilt with the faces in the order they had: no sorting.
+void cRestore::settle(cBrushData* brush) {
+    rebuildBrush(brush, UM_NO_SORT);
+    if (m_map.cullTree)
+        m_map.cullTree->updateBrush(brush);
 }
 
 // ---- Remaking
 
-void cRestore::remakeGroups(const cGroupRecord* list) {
-    for (const cGroupRecord* record = list; record; record = record->next) {
-        if (m_map.findGroupById(record->id))
-            continue;
-        cGroupData* group = m_map.insertGroup(record->id);
-        group->flags = restoredFlags(record->flags, 0);
-        group->group->setBaseColor(record->baseColor);
-    }
-    for (const cGroupRecord* record = list; record; record = record->next) {
-        cGroupData* group = m_map.findGroupById(record->id);
-        setParent(group, record->parentId ? m_map.findGroupById(record->parentId) : nullptr);
-        if ((record->flags & GF_SELECTED) && !group->parent && !isSelected(group))
-            selectedPush(m_data.selectedGroups, group);
-    }
-}
-
-void cRestore::remakeEntities(const cEntityRecord* list) {
-    for (const cEntityRecord* record = list; record; record = record->next) {
-        cEntityData* entity =
-            newEntity(record->classname, record->origin, restoredFlags(record->flags, 0));
-        m_map.attachEntity(entity);
-        m_map.insertEntity(entity, record->id);
-        entity->flags = restoredFlags(record->flags, EF_DIRTY);
-        entity->spawnFlags = record->spawnFlags;
-        entity->epairs = copyEpairs(record->epairs);
-        setText(entity->flagsKey, record->flagsKey);
-        followClass(entity);
-        vecCopy(record->angles, entity->angles);
-        vecCopy(record->mins, entity->mins);
-        vecCopy(record->maxs, entity->maxs);
-        memcpy(entity->entity->color, record->color, sizeof record->color);
-        setGroup(entity, record->groupId);
-        joinVisGroups(entity->entity, record->visGroups);
-        touch(entity, ENTITY_KEYS | UM_ATTACH);
-        reselect(m_data.selectedEntities, entity, record->flags);
+void cRestore::remakeGroups(const cObjectStates& states) {
+    std::vector<const cGroupState*> made;
+    backward(states.groups, [&](const cGroupState& state) {
+        if (m_map.findGroupById(state.id))
+            return;
+        remade.groups.push_back(makeGroup(m_map, state));
+        m_placedGroups.add(remade.groups.back(), state.previousId);
+        made.push_back(&state);
+    });
+    for (const cGroupState* state : made) {
+        cGroupData* group = m_map.findGroupById(state->id);
+        setParent(group, state->parentId ? m_map.findGroupById(state->parentId) : nullptr);
+        if (!group->parent)
+            reselect(m_data.selectedGroups, group, state->flags);
     }
 }
 
-void setPoints(cFaceData* face, const std::vector<float>& points) {
-    for (int i = 0; i < face->vertexCount; ++i)
-        vecCopy(&points[size_t(i) * 3], face->vertices[i].xyz);
+void cRestore::remakeEntity(const cObjectStates& states, const cEntityState& state) {
+    if (m_map.findEntityById(state.id))
+        return;
+    cEntityData* entity = makeEntity(m_map, state, true);
+    remade.entities.push_back(entity);
+    m_placedEntities.add(entity, state.previousId);
+    setGroupById(m_map, entity, state.groupId);
+    joinVisGroups(m_map, entity, states, state.visGroups);
+    touch(entity, ENTITY_KEYS | UM_ATTACH);
+    reselect(m_data.selectedEntities, entity, state.flags);
 }
 
-void cRestore::remakeBrush(const cBrushRecord* record, cEntityData* owner) {
-    cBrushData* brush = newBrush();
-    m_map.insertBrush(brush, owner, record->id);
-    brush->flags = restoredFlags(record->flags, BF_DIRTY);
-    brush->reserved = record->reserved;
-    brush->brush->setBaseColor(record->baseColor);
-    for (const cFaceRecord* faceRecord = record->faces; faceRecord; faceRecord = faceRecord->next) {
-        cFaceData* face = newFace(faceRecord->vertexCount);
-        m_map.insertFace(face, brush, faceRecord->id);
-        applyTextureBlock(face, faceRecord->tex);
-        face->flags = restoredFlags(faceRecord->flags, FF_DIRTY);
-        setPoints(face, faceRecord->points);
+void cRestore::remakeBrush(const cObjectStates& states, const cBrushState& state) {
+    if (m_map.findBrushById(nullptr, state.id))
+        return;
+    cEntityData* owner = ownerById(state.entityId, "Redo: no such entityId %i");
+    if (!owner)
+        return;
+    cBrushData* brush = makeBrush(m_map, states, state, owner, true);
+    remade.brushes.push_back(brush);
+    m_placedBrushes.add(brush, state.previousId);
+    setGroupById(m_map, brush, state.groupId);
+    joinVisGroups(m_map, brush, states, state.visGroups);
+    settle(brush);
+    touch(owner, 0);
+    reselect(m_data.selectedBrushes, brush, state.flags);
+}
+
+void cRestore::remake(const cObjectStates& states) {
+    remakeGroups(states);
+    backward(states.entities, [&](const cEntityState& state) { remakeEntity(states, state); });
+    backward(states.brushes, [&](const cBrushState& state) { remakeBrush(states, state); });
+}
+
+// ---- What is there now, in the places of what was recorded
+
+cFaceData* cRestore::loneFace(const cLoneFaceState& state) {
+    const cEntityData* owner = m_map.findEntityById(state.entityId);
+    const cBrushData* brush = owner ? m_map.findBrushById(owner, state.brushId) : nullptr;
+    return brush ? m_map.findFaceById(brush, state.face.id) : nullptr;
+}
+
+// Becomes the state of the other way; only whether the object is selected again stays.
+void keepSelected(uint32_t& flags, uint32_t recorded) {
+    flags = (flags & ~TRANSIENT_FLAGS) | (recorded & OF_SELECTED);
+}
+
+// Objects that are missing keep what was recorded of them.
+void cRestore::takeLive(const cObjectStates& recorded) {
+    for (const cGroupState& state : recorded.groups) {
+        if (const cGroupData* group = m_map.findGroupById(state.id))
+            live.take(group);
+        else
+            live.groups.push_back(state);
+        keepSelected(live.groups.back().flags, state.flags);
     }
-    setGroup(brush, record->groupId);
-    joinVisGroups(brush->brush, record->visGroups);
-    touch(owner, UM_PLANES);
-    reselect(m_data.selectedBrushes, brush, record->flags);
-}
-
-void cRestore::remakeBrushes(const cBrushRecord* list) {
-    for (const cBrushRecord* record = list; record; record = record->next) {
-        if (cEntityData* owner = ownerById(record->entityId, "Redo: no such entityId %i"))
-            remakeBrush(record, owner);
+    for (const cEntityState& state : recorded.entities) {
+        if (const cEntityData* entity = m_map.findEntityById(state.id))
+            live.take(entity, TAKE_FIELDS);
+        else
+            live.entities.push_back(state);
+        keepSelected(live.entities.back().flags, state.flags);
+    }
+    for (const cBrushState& state : recorded.brushes) {
+        if (const cBrushData* brush = m_map.findBrushById(nullptr, state.id))
+            live.take(brush, state.withGeometry ? TAKE_GEOMETRY : TAKE_FIELDS);
+        else
+            live.copy(state, recorded);
+        keepSelected(live.brushes.back().flags, state.flags);
+    }
+    for (const cLoneFaceState& state : recorded.loneFaces) {
+        if (const cFaceData* face = loneFace(state))
+            live.takeLone(face);
+        else
+            live.loneFaces.push_back(state);
+        keepSelected(live.loneFaces.back().face.flags, state.face.flags);
     }
 }
 
-// ---- Faces
+// ---- Changed objects
 
-void cRestore::swapFace(cFaceData* face, cFaceRecord* record, uint32_t dirty) {
-    const cFaceTexture old = face->tex;
-    if (face->texture && strcmp(old.name, record->tex.name) == 0)
-        face->tex = record->tex; // the reference need not move
-    else
-        applyTextureBlock(face, record->tex);
-    record->tex = old;
-    swapFlags(face->flags, record->flags, dirty);
-    updateFaceTransparency(face);
-    reselect(m_data.selectedFaces, face, record->flags);
-}
-
-void cRestore::swapFaces(cFaceRecord* list) {
+void cRestore::putFaces(const cObjectStates& recorded) {
     cBrushData* brush = nullptr;
-    for (cFaceRecord* record = list; record; record = record->next) {
-        cEntityData* owner = ownerById(record->entityId, "Undo/Redo: no such entityId %i");
+    backward(recorded.loneFaces, [&](const cLoneFaceState& state) {
+        cEntityData* owner = ownerById(state.entityId, "Undo/Redo: no such entityId %i");
         if (!owner)
-            continue;
-        if (!brush || brush->id != record->brushId || brush->owner != owner)
-            brush = m_map.findBrushById(owner, record->brushId);
+            return;
+        if (!brush || brush->id != state.brushId || brush->owner != owner)
+            brush = m_map.findBrushById(owner, state.brushId);
         if (!brush) {
-            Error("Undo/Redo: no such brushId %i", record->brushId);
-            continue;
+            Error("Undo/Redo: no such brushId %i", state.brushId);
+            return;
         }
-        cFaceData* face = m_map.findFaceById(brush, record->id);
+        cFaceData* face = m_map.findFaceById(brush, state.face.id);
         if (!face) {
-            Error("Undo/Redo: no such faceId %i", record->id);
-            continue;
+            Error("Undo/Redo: no such faceId %i", state.face.id);
+            return;
         }
-        swapFace(face, record, FF_DIRTY);
+        putFace(face, state.face);
         rebuildFace(face, 0);
+        reselect(m_data.selectedFaces, face, state.face.flags);
+    });
+    m_map.markChanged();
+}
+
+const char* valueIn(const cEntityState& state, const char* key) {
+    for (const auto& [name, value] : state.pairs) {
+        if (qstricmp(name.constData(), key) == 0)
+            return value.constData();
     }
+    return nullptr;
 }
 
-// ---- Entities
-
-void cRestore::swapClass(cEntityData* entity, cEntityRecord* record) {
-    std::swap(entity->classname, record->classname);
-    setEntityClass(entity, findEntityClass(entity));
-}
-
-bool sameText(const char* a, const char* b) {
-    return a == b || (a && b && strcmp(a, b) == 0);
-}
-
-const char* valueIn(const cEpair* list, const char* key) {
-    cEntityData holder = {};
-    holder.epairs = const_cast<cEpair*>(list);
-    return getEpairValue(&holder, key);
-}
-
-// The keys that name what an entity shows.
-bool showsSame(const cEpair* a, const cEpair* b) {
-    return sameText(valueIn(a, "model"), valueIn(b, "model")) &&
-           sameText(valueIn(a, "texture"), valueIn(b, "texture"));
-}
-
-void cRestore::swapEntity(cEntityData* entity, cEntityRecord* record) {
-    const bool otherClass = !sameText(entity->classname, record->classname);
-    const bool attach = otherClass || !showsSame(entity->epairs, record->epairs);
-    cEntityRecord* now = newEntityRecord(entity);
-    now->next = record->next;
-    if (otherClass) {
-        entity->flags = (entity->flags & ~uint32_t(EF_POINT)) | (record->flags & EF_POINT);
-        swapClass(entity, record);
+// Class and the keys that name what an entity shows are the same.
+bool showsSame(const cEntityData* entity, const cEntityState& state) {
+    for (const char* key : {"model", "texture"}) {
+        if (qstrcmp(getEpairValue(entity, key), valueIn(state, key)) != 0)
+            return false;
     }
-    vecCopy(record->origin, entity->origin);
-    vecCopy(record->angles, entity->angles);
-    vecCopy(record->mins, entity->mins);
-    vecCopy(record->maxs, entity->maxs);
-    entity->flags = restoredFlags(record->flags, EF_DIRTY) | (entity->flags & EF_SELECTED);
-    entity->spawnFlags = record->spawnFlags;
-    memcpy(entity->entity->color, record->color, sizeof record->color);
-    std::swap(entity->epairs, record->epairs);
-    std::swap(entity->flagsKey, record->flagsKey);
-    followClass(entity);
-    setGroup(entity, record->groupId);
+    return state.classname == entity->classname;
+}
+
+void cRestore::putEntityOf(const cEntityState& state) {
+    cEntityData* entity = m_map.findEntityById(state.id);
+    if (!entity) {
+        Error("Undo/Redo: no such entityId %i", state.id);
+        return;
+    }
+    const bool attach = !showsSame(entity, state);
+    putEntity(entity, state);
+    setGroupById(m_map, entity, state.groupId);
     if (entity->attachKind == AK_DECAL)
         entity->flags |= EF_RECOMPUTE_ATTACHMENT;
     touch(entity, attach ? ENTITY_KEYS | UM_ATTACH : ENTITY_KEYS);
-    reselect(m_data.selectedEntities, entity, record->flags);
-    // The record becomes what the entity was; only whether it is selected again stays.
-    now->flags = (now->flags & ~TRANSIENT_FLAGS) | (record->flags & OF_SELECTED);
-    std::swap(*now, *record);
-    releaseRecord(now);
+    reselect(m_data.selectedEntities, entity, state.flags);
 }
 
-void cRestore::swapEntities(cEntityRecord* list) {
-    for (cEntityRecord* record = list; record; record = record->next) {
-        if (cEntityData* entity = m_map.findEntityById(record->id))
-            swapEntity(entity, record);
-        else
-            Error("Undo/Redo: no such entityId %i", record->id);
+void cRestore::putEntities(const cObjectStates& recorded) {
+    backward(recorded.entities, [&](const cEntityState& state) { putEntityOf(state); });
+}
+
+void cRestore::putBrushOf(const cObjectStates& states, const cBrushState& state) {
+    cEntityData* owner = ownerById(state.entityId, "Undo/Redo: no such entityId %i");
+    if (!owner)
+        return;
+    cBrushData* brush = m_map.findBrushById(nullptr, state.id);
+    if (!brush) {
+        Error("Undo/Redo: no such brushId %i", state.id);
+        return;
     }
-}
-
-// ---- Brushes
-
-void cRestore::swapBrushTextures(cBrushData* brush, cBrushRecord* record) {
-    cFaceData* next = brush->faces; // the records stand in the brush's order, as a rule
-    for (cFaceRecord* faceRecord = record->faces; faceRecord; faceRecord = faceRecord->next) {
-        cFaceData* face =
-            next && next->id == faceRecord->id ? next : m_map.findFaceById(brush, faceRecord->id);
-        if (!face) {
-            Error("Undo/Redo: no such faceId %i", faceRecord->id);
-            continue;
-        }
-        next = face->next;
-        swapFace(face, faceRecord, FF_DIRTY);
-    }
-}
-
-void resizeVertices(cFaceData* face, int count) {
-    Mem_Free(face->vertices);
-    face->vertices = static_cast<cFaceVertex*>(Mem_Alloc(size_t(count) * sizeof(cFaceVertex)));
-    face->vertexCount = count;
-}
-
-void swapPoints(cFaceData* face, cFaceRecord* record) {
-    std::vector<float> old(size_t(face->vertexCount) * 3);
-    for (int i = 0; i < face->vertexCount; ++i)
-        vecCopy(face->vertices[i].xyz, &old[size_t(i) * 3]);
-    if (record->vertexCount != face->vertexCount)
-        resizeVertices(face, record->vertexCount);
-    for (int i = 0; i < face->vertexCount; ++i)
-        face->vertices[i].tag = 0;
-    setPoints(face, record->points);
-    record->vertexCount = int(old.size() / 3);
-    record->points.swap(old);
-}
-
-// Faces of the same id change places with their records; the others go into records, and come out
-// of records, whole.
-void cRestore::swapGeometry(cBrushData* brush, cBrushRecord* record) {
-    m_live.clear();
-    for (cFaceData* face : facesOf(brush))
-        m_live.push_back(face);
-    m_swapped.assign(m_live.size(), nullptr);
-    brush->faces = brush->facesTail = nullptr;
-    size_t hint = 0;
-    while (cFaceRecord* faceRecord = record->faces) {
-        record->faces = faceRecord->next;
-        const auto fits = [this, faceRecord](size_t at) {
-            return m_live[at]->id == faceRecord->id && !m_swapped[at];
-        };
-        size_t place = hint < m_live.size() && fits(hint) ? hint : 0;
-        while (place < m_live.size() && !fits(place))
-            ++place;
-        if (place < m_live.size()) {
-            cFaceData* face = m_live[place];
-            listPushTail(brush->faces, brush->facesTail, face);
-            swapFace(face, faceRecord, FF_DIRTY);
-            swapPoints(face, faceRecord);
-            m_swapped[place] = faceRecord;
-            hint = place + 1;
-            continue;
-        }
-        cFaceData* face = newFace(faceRecord->vertexCount);
-        m_map.insertFace(face, brush, faceRecord->id);
-        applyTextureBlock(face, faceRecord->tex);
-        face->flags = restoredFlags(faceRecord->flags, FF_DIRTY);
-        setPoints(face, faceRecord->points);
-        reselect(m_data.selectedFaces, face, faceRecord->flags);
-        releaseRecord(faceRecord);
-    }
-    for (size_t place = m_live.size(); place-- > 0;) {
-        cFaceRecord* faceRecord = m_swapped[place];
-        if (!faceRecord) {
-            faceRecord = newFaceRecord(m_live[place], true);
-            m_live[place]->brush = nullptr; // it is out of the list already
-            m_map.freeFace(m_live[place]);
-        }
-        faceRecord->next = record->faces;
-        record->faces = faceRecord;
-    }
-}
-
-void cRestore::swapBrush(cBrushData* brush, cBrushRecord* record) {
-    cEntityData* owner = m_owner;
-    touch(owner, UM_PLANES);
+    touch(owner, 0);
     if (brush->owner != owner) {
-        record->entityId = brush->owner->id;
-        touch(brush->owner, UM_PLANES);
+        touch(brush->owner, 0);
         m_map.moveBrush(brush, owner);
+        m_placedBrushes.add(brush, state.previousId);
     }
-    swapFlags(brush->flags, record->flags, BF_DIRTY);
-    uint8_t color[4];
-    memcpy(color, brush->brush->baseColor, sizeof color);
-    brush->brush->setBaseColor(record->baseColor);
-    memcpy(record->baseColor, color, sizeof color);
-    const uint32_t groupId = idOf(brush->group);
-    setGroup(brush, record->groupId);
-    record->groupId = groupId;
-    if (record->withGeometry)
-        swapGeometry(brush, record);
-    else
-        swapBrushTextures(brush, record);
-    reselect(m_data.selectedBrushes, brush, record->flags);
-}
-
-void cRestore::swapBrushes(cBrushRecord* list) {
-    for (cBrushRecord* record = list; record; record = record->next) {
-        if (!ownerById(record->entityId, "Undo/Redo: no such entityId %i"))
-            continue;
-        if (cBrushData* brush = m_map.findBrushById(nullptr, record->id))
-            swapBrush(brush, record);
-        else
-            Error("Undo/Redo: no such brushId %i", record->id);
+    setGroupById(m_map, brush, state.groupId);
+    putBrush(m_map, brush, states, state);
+    settle(brush);
+    reselect(m_data.selectedBrushes, brush, state.flags);
+    uint32_t place = state.faces.first; // as many faces as states, unless one was missing
+    for (cFaceData* face : facesOf(brush)) {
+        if (place < state.faces.end() && states.faces[place].id == face->id)
+            reselect(m_data.selectedFaces, face, states.faces[place].flags);
+        ++place;
     }
 }
 
-// ---- Groups
+void cRestore::putBrushes(const cObjectStates& recorded) {
+    backward(recorded.brushes, [&](const cBrushState& state) { putBrushOf(recorded, state); });
+}
 
 void cRestore::setParent(cGroupData* group, cGroupData* parent) {
     if (group->parent)
@@ -445,29 +341,52 @@ void cRestore::selectGroupAlone(cGroupData* group) {
         selectedPush(m_data.selectedGroups, group);
 }
 
-void cRestore::swapGroup(cGroupData* group, cGroupRecord* record) {
-    uint8_t color[4];
-    memcpy(color, group->group->baseColor, sizeof color);
-    group->group->setBaseColor(record->baseColor);
-    memcpy(record->baseColor, color, sizeof color);
-    swapFlags(group->flags, record->flags, 0);
-    const uint32_t parentId = idOf(group->parent);
-    if (parentId != record->parentId) {
-        setParent(group, record->parentId ? m_map.findGroupById(record->parentId) : nullptr);
-        m_parentsChanged = true; // for objects below that this step does not name
-        record->parentId = parentId;
+void cRestore::putGroupOf(const cGroupState& state) {
+    cGroupData* group = m_map.findGroupById(state.id);
+    if (!group) {
+        Error("Undo/Redo: no such groupId %i", state.id);
+        return;
     }
-    if (record->flags & GF_SELECTED)
+    group->group->setBaseColor(state.color.data());
+    group->flags = (state.flags & ~TRANSIENT_FLAGS) | (group->flags & OF_SELECTED);
+    cGroupData* parent = state.parentId ? m_map.findGroupById(state.parentId) : nullptr;
+    if (parent != group->parent) {
+        setParent(group, parent);
+        m_parentsChanged = true; // for objects below that this step does not name
+    }
+    if (state.flags & GF_SELECTED)
         selectGroupAlone(group);
 }
 
-void cRestore::swapGroups(cGroupRecord* list) {
-    for (cGroupRecord* record = list; record; record = record->next) {
-        if (cGroupData* group = m_map.findGroupById(record->id))
-            swapGroup(group, record);
-        else
-            Error("Undo/Redo: no such groupId %i", record->id);
-    }
+void cRestore::putGroups(const cObjectStates& recorded) {
+    backward(recorded.groups, [&](const cGroupState& state) { putGroupOf(state); });
+}
+
+// ---- Places in the lists. Where the one before has gone, the tail is as good as any.
+
+void cRestore::place() {
+    m_placedGroups.run([this](cGroupData* group) { listRemove(m_data.groups, group); },
+                       [this](cGroupData* group, uint32_t previous) {
+                           listInsertAfter(m_data.groups, group, m_map.findGroupById(previous));
+                       });
+    m_placedEntities.run(
+        [this](cEntityData* entity) { listRemove(m_data.entities, m_data.entitiesTail, entity); },
+        [this](cEntityData* entity, uint32_t previous) {
+            cEntityData* before = m_map.findEntityById(previous);
+            listInsertAfter(m_data.entities, m_data.entitiesTail, entity,
+                            before ? before : m_data.entitiesTail);
+        });
+    m_placedBrushes.run(
+        [](cBrushData* brush) {
+            listRemove(brush->owner->brushes, brush->owner->brushesTail, brush);
+        },
+        [this](cBrushData* brush, uint32_t previous) {
+            cEntityData* owner = brush->owner;
+            cBrushData* before = previous ? m_map.findBrushById(owner, previous) : nullptr;
+            if (previous && !before)
+                before = owner->brushesTail;
+            listInsertAfter(owner->brushes, owner->brushesTail, brush, before);
+        });
 }
 
 // ---- Removal. Groups that this empties stay: the step itself says what becomes of them.
@@ -478,46 +397,48 @@ template<class T> void leaveGroup(T* object) {
     object->group = object->rootGroup = nullptr;
 }
 
-void cRestore::removeBrushes(cBrushRecord* list) {
-    for (cBrushRecord* record = list; record; record = record->next) {
-        const cEntityData* owner = m_map.findEntityById(record->entityId);
-        cBrushData* brush = owner ? m_map.findBrushById(owner, record->id) : nullptr;
-        if (!brush)
-            continue;
-        record->visGroups = serialsOf(brush->brush->visGroups);
-        leaveGroup(brush);
-        touch(brush->owner, UM_PLANES);
-        m_map.freeBrush(brush);
+void cRestore::removeGroups(const cObjectStates& states) {
+    backward(states.groups, [&](const cGroupState& state) {
+        cGroupData* group = m_map.findGroupById(state.id);
+        if (!group)
+            return;
+        if (isSelected(group))
+            selectedRemove(m_data.selectedGroups, group);
+        setParent(group, nullptr);
+    });
+    for (const cGroupState& state : states.groups) {
+        if (cGroupData* group = m_map.findGroupById(state.id))
+            m_map.freeGroup(group);
     }
 }
 
-void cRestore::removeEntities(cEntityRecord* list) {
-    for (cEntityRecord* record = list; record; record = record->next) {
-        cEntityData* entity = m_map.findEntityById(record->id);
+// The visgroups of this moment are noted for the way back.
+void cRestore::remove(cObjectStates& states) {
+    states.serials.clear();
+    backward(states.brushes, [&](cBrushState& state) {
+        const cEntityData* owner = m_map.findEntityById(state.entityId);
+        cBrushData* brush = owner ? m_map.findBrushById(owner, state.id) : nullptr;
+        state.visGroups = {};
+        if (!brush)
+            return;
+        state.visGroups = states.takeVisGroups(brush);
+        leaveGroup(brush);
+        touch(brush->owner, 0);
+        m_map.freeBrush(brush);
+    });
+    backward(states.entities, [&](cEntityState& state) {
+        cEntityData* entity = m_map.findEntityById(state.id);
+        state.visGroups = {};
         if (!entity || (entity->flags & EF_WORLD))
-            continue;
-        record->visGroups = serialsOf(entity->entity->visGroups);
+            return;
+        state.visGroups = states.takeVisGroups(entity);
         leaveGroup(entity);
         m_touched.erase(entity);
         if (m_owner == entity)
             m_owner = nullptr;
         m_map.freeEntity(entity);
-    }
-}
-
-void cRestore::removeGroups(const cGroupRecord* list) {
-    for (const cGroupRecord* record = list; record; record = record->next) {
-        cGroupData* group = m_map.findGroupById(record->id);
-        if (!group)
-            continue;
-        if (isSelected(group))
-            selectedRemove(m_data.selectedGroups, group);
-        setParent(group, nullptr);
-    }
-    for (const cGroupRecord* record = list; record; record = record->next) {
-        if (cGroupData* group = m_map.findGroupById(record->id))
-            m_map.freeGroup(group);
-    }
+    });
+    removeGroups(states);
 }
 
 // ---- The end
@@ -546,11 +467,15 @@ void cRestore::finishSelection() {
         selectedClear(m_data.selectedFaces);
 }
 
-void cRestore::finish() {
+void cRestore::update() {
     for (const auto& [entity, mode] : m_touched)
         updateEntity(entity, mode);
     if (m_parentsChanged)
         recomputeRoots();
+}
+
+void cRestore::finish() {
+    update();
     finishSelection();
     m_map.computeVisGroupVisibility();
     if (g_host)
@@ -562,31 +487,40 @@ void cRestore::finish() {
 void undoStep(cMap& map, cUndoStep& step) {
     const cBusy busy;
     cRestore restore(map);
-    restore.remakeGroups(step.groupsDeleted);
-    restore.remakeEntities(step.entitiesDeleted);
-    restore.remakeBrushes(step.brushesDeleted);
-    restore.swapFaces(step.facesChanged);
-    restore.swapEntities(step.entitiesChanged);
-    restore.swapBrushes(step.brushesChanged);
-    restore.swapGroups(step.groupsChanged);
-    restore.removeBrushes(step.brushesCreated);
-    restore.removeEntities(step.entitiesCreated);
-    restore.removeGroups(step.groupsCreated);
+    restore.dropSelection();
+    restore.remake(step.deleted);
+    restore.takeLive(step.changed);
+    restore.putFaces(step.changed);
+    restore.putEntities(step.changed);
+    restore.putBrushes(step.changed);
+    restore.putGroups(step.changed);
+    restore.place();
+    restore.remove(step.created);
     restore.finish();
+    step.changed = std::move(restore.live);
 }
 
 void redoStep(cMap& map, cUndoStep& step) {
     const cBusy busy;
     cRestore restore(map);
-    restore.remakeGroups(step.groupsCreated);
-    restore.remakeEntities(step.entitiesCreated);
-    restore.remakeBrushes(step.brushesCreated);
-    restore.swapEntities(step.entitiesChanged);
-    restore.swapBrushes(step.brushesChanged);
-    restore.swapGroups(step.groupsChanged);
-    restore.swapFaces(step.facesChanged);
-    restore.removeBrushes(step.brushesDeleted);
-    restore.removeEntities(step.entitiesDeleted);
-    restore.removeGroups(step.groupsDeleted);
+    restore.dropSelection();
+    restore.remake(step.created);
+    restore.takeLive(step.changed);
+    restore.putEntities(step.changed);
+    restore.putBrushes(step.changed);
+    restore.putGroups(step.changed);
+    restore.putFaces(step.changed);
+    restore.place();
+    restore.remove(step.deleted);
     restore.finish();
+    step.changed = std::move(restore.live);
+}
+
+cRemade remakeObjects(cMap& map, const cObjectStates& states) {
+    const cBusy busy;
+    cRestore restore(map);
+    restore.remake(states);
+    restore.place();
+    restore.update();
+    return std::move(restore.remade);
 }

@@ -10,7 +10,6 @@
 #include "document/tFaceMapping.h"
 #include "document/tGroup.h"
 #include "document/tHistory.h"
-#include "document/tHistoryRecords.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "document/tVisGroup.h"
@@ -227,58 +226,6 @@ cGroupData* cMap::addGroup() {
                               uint8_t(T_RandomLong(0, 255)), 255};
     group->group->setBaseColor(color);
     return group;
-}
-
-static void copyFace(cMap* map, const cFaceData* source, cBrushData* brush) {
-    cFaceData* face = map->addFace(brush, source->tex, source->vertexCount);
-    face->flags |= source->flags & ~(TRANSIENT_FLAGS);
-    vecCopy(source->normal, face->normal);
-    face->dist = source->dist;
-    face->planeType = source->planeType;
-    std::copy(source->vertices, source->vertices + source->vertexCount, face->vertices);
-}
-
-cBrushData* cMap::copyBrush(const cBrushData* source, cEntityData* entity) {
-    cBrushData* brush = addBrush(entity);
-    brush->flags |= source->flags & ~TRANSIENT_FLAGS;
-    brush->reserved = source->reserved;
-    brush->brush->setBaseColor(source->brush->baseColor);
-    for (const cFaceData* face : facesOf(source))
-        copyFace(this, face, brush);
-    if (g_host && g_host->KeepCloneVisGroup) {
-        for (cVisGroup* visGroup : source->brush->visGroups)
-            brush->brush->addToVisGroup(visGroup);
-    }
-    rebuildBrush(brush, 0);
-    return brush;
-}
-
-cEntityData* cMap::copyEntity(const cEntityData* source) {
-    constexpr uint32_t kept = ~uint32_t(EF_SELECTED | EF_MOVING | EF_WORLD);
-    cEntityData* entity = newEntity(source->classname, source->origin, source->flags & kept);
-    entity->entity->pickId = picks.take(ePickKind::Entity, entity);
-    setEntityClass(entity, source->entity->entityClass);
-    insertEntity(entity);
-    setText(entity->flagsKey, source->flagsKey);
-    entity->epairs = copyEpairs(source->epairs);
-    entity->spawnFlags = source->spawnFlags;
-    vecCopy(source->angles, entity->angles);
-    memcpy(entity->entity->color, source->entity->color, 4);
-    entity->renderFlags = source->renderFlags;
-    memcpy(entity->renderColor, source->renderColor, 4);
-    entity->renderMode = source->renderMode;
-    entity->renderFx = source->renderFx;
-    entity->body = source->body;
-    entity->skin = source->skin;
-    entity->sequence = source->sequence;
-    entity->frameRate = source->frameRate;
-    entity->scale = source->scale;
-    if (g_host && g_host->KeepCloneVisGroup) {
-        for (cVisGroup* visGroup : source->entity->visGroups)
-            entity->entity->addToVisGroup(visGroup);
-    }
-    updateEntity(entity, UM_ATTACH);
-    return entity;
 }
 
 // ---- Removal

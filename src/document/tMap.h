@@ -73,10 +73,6 @@ public:
     cBrushData* addBrush(cEntityData* entity);
     cFaceData* addFace(cBrushData* brush, const cFaceTexture& tex, int vertexCount);
     cGroupData* addGroup();
-    // Full copy under a new id, in the given entity; rebuilt with mode 0.
-    cBrushData* copyBrush(const cBrushData* source, cEntityData* entity);
-    // Same class, keys and fields, appended to the list; brushes are not copied.
-    cEntityData* copyEntity(const cEntityData* source);
 
     // For readers and the history, which make the objects themselves: enter a detached object at
     // the tail of its list. id 0 takes the next id, another one is kept.

@@ -21,6 +21,14 @@ template<class T> void listPushHead(T*& head, T*& tail, T* item) {
     head = item;
 }
 
+// previous null: at the head.
+template<class T> void listInsertAfter(T*& head, T*& tail, T* item, T* previous) {
+    item->prev = previous;
+    item->next = previous ? previous->next : head;
+    (item->prev ? item->prev->next : head) = item;
+    (item->next ? item->next->prev : tail) = item;
+}
+
 template<class T> void listRemove(T*& head, T*& tail, T* item) {
     (item->prev ? item->prev->next : head) = item->next;
     (item->next ? item->next->prev : tail) = item->prev;
@@ -28,6 +36,11 @@ template<class T> void listRemove(T*& head, T*& tail, T* item) {
 }
 
 // ---- Lists without a tail: the groups of a map
+
+template<class T> void listInsertAfter(T*& head, T* item, T* previous) {
+    T* tail = nullptr;
+    listInsertAfter(head, tail, item, previous);
+}
 
 template<class T> void listPushHead(T*& head, T* item) {
     item->prev = nullptr;

@@ -1,28 +1,32 @@
 // SPDX-License-Identifier: MIT
-// Taking objects onto the clipboard, and cutting them out of the map.
+// Taking objects onto the clipboard, cutting them out of the map, and putting them back.
 #include "operations/tClipboard.h"
 
-#include "document/tBrush.h"
-#include "document/tEntity.h"
-#include "document/tGroup.h"
 #include "document/tHistory.h"
-#include "document/tHistoryRecords.h"
+#include "document/tHistoryRestore.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
-#include "support/tHost.h"
-#include "support/tMath.h"
-
-#include <algorithm>
-#include <map>
+#include "operations/tObjectCopies.h"
+#include "operations/tStructure.h"
 
 cClipboard* g_clipboard = nullptr;
 
-cClipboard::cClipboard() {
-    T_ClearBounds(m_mins, m_maxs);
-}
+cClipboard::cClipboard() : m_contents(std::make_unique<cTakenObjects>()) {}
 
 cClipboard::~cClipboard() {
     forgetSource();
+}
+
+bool cClipboard::isEmpty() const {
+    return m_contents->isEmpty();
+}
+
+const float* cClipboard::mins() const {
+    return m_contents->mins;
+}
+
+const float* cClipboard::maxs() const {
+    return m_contents->maxs;
 }
 
 bool cClipboard::canCopy(const cMap& map) {
@@ -37,126 +41,46 @@ void cClipboard::forgetSource() {
 
 void cClipboard::clear() {
     forgetSource();
-    m_entities.clear();
-    m_brushes.clear();
+    m_contents = std::make_unique<cTakenObjects>();
+    m_owners.reset();
     m_mode = PASTED;
-    T_ClearBounds(m_mins, m_maxs);
-}
-
-// ---- Values of objects
-
-template<class T> static void takeCommon(const T* object, cClipboard::cObjectCopy& copy) {
-    for (const cGroupData* group = object->group; group; group = group->parent) {
-        const uint8_t* c = group->group->baseColor;
-        copy.groups.push_back({group->id, {c[0], c[1], c[2], c[3]}});
-    }
-}
-
-static cClipboard::cFaceCopy copyOf(const cFaceData* face) {
-    cClipboard::cFaceCopy copy;
-    copy.tex = face->tex;
-    copy.flags = face->flags & ~TRANSIENT_FLAGS;
-    for (int i = 0; i < face->vertexCount; ++i) {
-        const float* p = face->vertices[i].xyz;
-        copy.points.push_back({p[0], p[1], p[2]});
-    }
-    return copy;
-}
-
-static cClipboard::cBrushCopy copyOf(const cBrushData* brush, bool withGroups) {
-    cClipboard::cBrushCopy copy;
-    if (withGroups)
-        takeCommon(brush, copy);
-    copy.visGroups = serialsOf(brush->brush->visGroups);
-    copy.flags = brush->flags & ~TRANSIENT_FLAGS;
-    copy.reserved = brush->reserved;
-    std::copy(brush->brush->baseColor, brush->brush->baseColor + 4, copy.color.begin());
-    for (const cFaceData* face : facesOf(brush))
-        copy.faces.push_back(copyOf(face));
-    return copy;
-}
-
-static cClipboard::cEntityCopy copyOf(const cEntityData* entity, bool withGroups) {
-    cClipboard::cEntityCopy copy;
-    if (withGroups)
-        takeCommon(entity, copy);
-    copy.visGroups = serialsOf(entity->entity->visGroups);
-    copy.classname = entity->classname;
-    copy.flagsKey = entity->flagsKey;
-    copy.flags = entity->flags & ~TRANSIENT_FLAGS;
-    copy.spawnFlags = entity->spawnFlags;
-    std::copy(entity->origin, entity->origin + 3, copy.origin.begin());
-    std::copy(entity->angles, entity->angles + 3, copy.angles.begin());
-    std::copy(entity->entity->color, entity->entity->color + 4, copy.color.begin());
-    for (const cEpair* pair : epairsOf(entity))
-        copy.pairs.push_back({pair->key, pair->value});
-    for (const cBrushData* brush : brushesOf(entity))
-        copy.brushes.push_back(copyOf(brush, false));
-    return copy;
-}
-
-// Oldest of the selection first, so that a paste that selects gives the same order again.
-void cClipboard::takeSelection(cMap& map, bool withGroups) {
-    for (const cEntityData* entity : selectedEntitiesOf(map.data)) {
-        T_AddBoxToBounds(entity->mins, entity->maxs, m_mins, m_maxs);
-        m_entities.push_back(copyOf(entity, withGroups));
-    }
-    for (const cBrushData* brush : selectedBrushesOf(map.data)) {
-        if (isSelected(brush->owner))
-            continue; // its entity has taken it
-        T_AddBoxToBounds(brush->mins, brush->maxs, m_mins, m_maxs);
-        const bool ofWorld = (brush->owner->flags & EF_WORLD) != 0;
-        m_brushes.push_back(copyOf(brush, withGroups && ofWorld));
-    }
-    std::reverse(m_entities.begin(), m_entities.end());
-    std::reverse(m_brushes.begin(), m_brushes.end());
-    m_source = &map;
 }
 
 void cClipboard::copySelection(cMap& map, bool restore) {
-    if (m_mode == CUT && restore)
+    if (restore)
         restoreCut();
     clear();
     m_mode = COPIED;
-    takeSelection(map, map.updateSelectionMode() == MODE_GROUPS);
+    m_source = &map;
+    *m_contents = cTakenObjects::selectionOf(map);
 }
 
 // ---- Cut
 
-static void removeBrush(cMap& map, cHistory& history, cBrushData* brush) {
-    history.brushDeleted(brush);
-    map.leaveGroupBrush(brush, true, true); // groups stay for the undo, even when emptied
-    map.freeBrush(brush);
-}
-
-void cClipboard::removeSelection(cMap& map) {
-    cHistory& history = *map.history;
-    for (cEntityData* entity : selectedEntitiesOf(map.data)) {
-        history.entityDeleted(entity);
-        for (cBrushData* brush : brushesOf(entity))
-            removeBrush(map, history, brush);
-        map.leaveGroupEntity(entity, true, true);
-        map.freeEntity(entity);
+// The entities that lose brushes and are not taken themselves, with their groups.
+static std::unique_ptr<cObjectStates> takeOwners(const cMap& map) {
+    auto owners = std::make_unique<cObjectStates>();
+    cGroupChains chains(*owners);
+    for (const cEntityData* owner : ownersOfSelection(map)) {
+        if (isSelected(owner))
+            continue;
+        owners->take(owner, TAKE_VISGROUPS);
+        owners->entities.back().flags &= ~TRANSIENT_FLAGS;
+        chains.take(owner->group);
     }
-    std::map<uint32_t, cEntityData*> owners;
-    for (cBrushData* brush : selectedBrushesOf(map.data)) {
-        owners[brush->owner->id] = brush->owner;
-        removeBrush(map, history, brush);
-    }
-    for (const auto& [id, owner] : owners) {
-        if (!map.removeEmptySolidEntity(owner, true))
-            updateEntity(owner, 0);
-    }
+    return owners;
 }
 
 void cClipboard::cutSelection(cMap& map, bool restore) {
-    if (m_mode == CUT && restore)
+    if (restore)
         restoreCut();
     clear();
     {
         const cHistoryStep step(map, "Cut");
-        takeSelection(map, map.updateSelectionMode() == MODE_GROUPS);
+        *m_contents = cTakenObjects::selectionOf(map);
+        m_owners = takeOwners(map);
         removeSelection(map);
+        m_source = &map;
         m_mode = CUT;
         // What an undo has brought back must not be restored once more.
         map.history->watchStep(map.history->lastStep(), [this](bool undone) {
@@ -165,18 +89,30 @@ void cClipboard::cutSelection(cMap& map, bool restore) {
         });
     }
     map.clearSelection();
-    map.computeVisGroupVisibility();
-    map.markChanged();
-    if (!g_host)
-        return;
-    g_host->visGroupsChanged(map);
-    g_host->projectDirty(map.project);
+    finishChange(map);
+}
+
+static void capture(cHistory& history, const cRemade& made) {
+    for (const cGroupData* group : made.groups)
+        history.groupCreated(group);
+    for (const cEntityData* entity : made.entities)
+        history.entityCreated(entity);
+    for (const cBrushData* brush : made.brushes)
+        history.brushCreated(brush);
 }
 
 void cClipboard::restoreCut() {
-    if (!m_source)
+    if (!m_source || m_mode != CUT)
         return;
-    cPasteOptions inPlace;
-    inPlace.select = false;
-    paste(*m_source, inPlace, "Restore Cut");
+    cMap& map = *m_source;
+    {
+        const cHistoryStep step(map, "Restore Cut");
+        m_mode = PASTED;
+        capture(*map.history, remakeObjects(map, *m_owners));
+        capture(*map.history, remakeObjects(map, m_contents->states));
+    }
+    if (map.updateSelectionMode() == MODE_GROUPS)
+        map.selectRoots(); // what came back into a selected group belongs to it
+    finishChange(map);
+    map.describeSelection();
 }

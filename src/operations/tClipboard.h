@@ -5,13 +5,13 @@
 
 #include "pluginhost/tPluginInterface.h"
 
-#include <QByteArray>
-#include <QPair>
-#include <array>
+#include <QtGlobal>
 #include <functional>
-#include <vector>
+#include <memory>
 
 class cMap;
+class cObjectStates;
+struct cTakenObjects;
 
 // What one paste does. Copy n is moved by n offsets and turned by n rotations.
 struct cPasteOptions {
@@ -34,7 +34,7 @@ public:
     cClipboard(const cClipboard&) = delete;
     cClipboard& operator=(const cClipboard&) = delete;
 
-    bool isEmpty() const { return m_entities.empty() && m_brushes.empty(); }
+    bool isEmpty() const;
     bool refersTo(const cMap& map) const { return m_source == &map; }
     static bool canCopy(const cMap& map); // a brush or an entity is selected
     bool canPaste(const cMap* map) const { return map && !isEmpty(); }
@@ -44,56 +44,22 @@ public:
 
     // With restore, objects that were cut and never pasted go back to where they were first.
     void copySelection(cMap& map, bool restore);
-    void cutSelection(cMap& map, bool restore); // "Cut"
-    void restoreCut();                          // "Restore Cut"
+    // The objects, and groups and entities that are empty without them. "Cut"
+    void cutSelection(cMap& map, bool restore);
+    // What was cut and not pasted comes back under its ids: into its entities, groups and
+    // visgroups; those that have gone meanwhile come back as well. Not selected. "Restore Cut"
+    void restoreCut();
     void paste(cMap& map, const cPasteOptions& options, const char* stepName);
 
     eMode mode() const { return m_mode; }
-    const float* mins() const { return m_mins; }
-    const float* maxs() const { return m_maxs; }
-
-    struct cFaceCopy {
-        cFaceTexture tex;
-        uint32_t flags;
-        std::vector<std::array<float, 3>> points;
-    };
-    struct cGroupCopy {
-        uint32_t id; // in the source, to tell one from another
-        std::array<uint8_t, 4> color;
-    };
-    struct cObjectCopy {
-        std::vector<cGroupCopy> groups;  // from the direct one to the outermost
-        std::vector<uint32_t> visGroups; // serials
-    };
-    struct cBrushCopy : cObjectCopy {
-        uint32_t flags;
-        uint32_t reserved;
-        std::array<uint8_t, 4> color;
-        std::vector<cFaceCopy> faces;
-    };
-    struct cEntityCopy : cObjectCopy {
-        QByteArray classname;
-        QByteArray flagsKey;
-        uint32_t flags;
-        uint32_t spawnFlags;
-        std::array<float, 3> origin;
-        std::array<float, 3> angles;
-        std::array<uint8_t, 4> color;
-        std::vector<QPair<QByteArray, QByteArray>> pairs;
-        std::vector<cBrushCopy> brushes;
-    };
+    const float* mins() const;
+    const float* maxs() const;
 
 private:
-    void takeSelection(cMap& map, bool withGroups);
-    void removeSelection(cMap& map);
-    qint64 objectCount() const;
-
     cMap* m_source = nullptr; // null once it has been closed
-    std::vector<cEntityCopy> m_entities;
-    std::vector<cBrushCopy> m_brushes; // of the world
+    std::unique_ptr<cTakenObjects> m_contents;
+    std::unique_ptr<cObjectStates> m_owners; // of brushes that were cut without their entity
     eMode m_mode = PASTED;
-    float m_mins[3];
-    float m_maxs[3];
 };
 
 extern cClipboard* g_clipboard; // made and freed by the main window

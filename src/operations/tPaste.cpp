@@ -1,72 +1,63 @@
 // SPDX-License-Identifier: MIT
 // New objects from the clipboard: one copy or a row of them, moved and turned step by step.
-#include "document/tBrush.h"
 #include "document/tBrushGeometry.h"
 #include "document/tEntity.h"
 #include "document/tEntityAngles.h"
 #include "document/tFaceMapping.h"
-#include "document/tGroup.h"
 #include "document/tHistory.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "operations/tClipboard.h"
+#include "operations/tObjectCopies.h"
+#include "operations/tStructure.h"
+#include "operations/tTransformParts.h"
 #include "support/tHost.h"
 #include "support/tMath.h"
 #include "support/tVec.h"
 
-#include <QHash>
 #include <cmath>
 
 namespace {
 class cPasting {
 public:
-    cPasting(cMap& map, const cPasteOptions& options, const float* mins, const float* maxs,
-             qint64 total);
+    cPasting(cMap& map, const cPasteOptions& options, const cTakenObjects& source);
 
-    void pasteCopy(int number, const std::vector<cClipboard::cEntityCopy>& entities,
-                   const std::vector<cClipboard::cBrushCopy>& brushes);
+    void pasteCopy(int number);
     void enter(); // selects and records what has been made
 
 private:
     void setMatrix(int number);
     void movePoint(float* point) const;
     void tell();
-    cGroupData* newGroup(const uint8_t* color);
-    cGroupData* groupOf(const std::vector<cClipboard::cGroupCopy>& chain, size_t place);
-    template<class T> void join(const cClipboard::cObjectCopy& copy, T* object);
-    template<class T> void joinVisGroups(const cClipboard::cObjectCopy& copy, T* half);
-    void addEntity(const cClipboard::cEntityCopy& copy);
-    void addBrush(const cClipboard::cBrushCopy& copy, cEntityData* owner);
-    void addFace(const cClipboard::cFaceCopy& copy, cBrushData* brush);
+    void addEntity(const cEntityState& state);
+    void addBrush(uint32_t place, cEntityData* owner);
+    void moveFace(cFaceData* face) const;
 
     cMap& m_map;
     const cPasteOptions& m_options;
+    const cTakenObjects& m_source;
+    cObjectCopies m_copies;
     float m_center[3];
     float m_delta[3] = {0, 0, 0};
-    qint64 m_total;  // objects in all copies
     int m_steps = 0; // for the progress
     bool m_turns;    // or moves from copy to copy
     float m_matrix[16];
-    cGroupData* m_wrapper = nullptr;
-    QHash<uint32_t, cGroupData*> m_copied; // of this copy, by the id in the source
-    std::vector<cGroupData*> m_groups;
-    std::vector<cEntityData*> m_entities;
-    std::vector<cBrushData*> m_brushes;
+    cAffine m_affine;
 };
 
 bool isGiven(const float* vector) {
     return vector && (vector[0] != 0 || vector[1] != 0 || vector[2] != 0);
 }
 
-cPasting::cPasting(cMap& map, const cPasteOptions& options, const float* mins, const float* maxs,
-                   qint64 total)
+cPasting::cPasting(cMap& map, const cPasteOptions& options, const cTakenObjects& source)
     : m_map(map),
       m_options(options),
-      m_total(total),
+      m_source(source),
+      m_copies(map, source),
       m_turns(isGiven(options.offset) || isGiven(options.rotation)) {
     const float grid = g_host && g_host->SnapToGrid ? float(g_host->gridSize) : 0;
     for (int i = 0; i < 3; ++i) {
-        m_center[i] = (mins[i] + maxs[i]) * 0.5f;
+        m_center[i] = (source.mins[i] + source.maxs[i]) * 0.5f;
         if (grid > 0)
             m_center[i] = std::floor(m_center[i] / grid + 0.5f) * grid;
         if (options.target)
@@ -82,13 +73,16 @@ void cPasting::setMatrix(int number) {
     }
     T_BuildTransformMatrix(angles[2], angles[1], angles[0], shift, columns);
     T_TransposeMatrix(columns, m_matrix);
+    m_affine = m_turns ? cAffine::around(m_center, m_matrix) : cAffine();
+    m_affine.move(m_delta);
 }
 
 // The last objects are made long before they are all selected and recorded: it is told then, too.
 void cPasting::tell() {
     constexpr int stride = 256;
     if (m_options.progress && ++m_steps % stride == 0)
-        m_options.progress(qint64(m_brushes.size() + m_entities.size()), m_total);
+        m_options.progress(qint64(m_copies.brushes.size() + m_copies.entities.size()),
+                           qint64(m_source.count()) * m_options.copies);
 }
 
 void cPasting::movePoint(float* point) const {
@@ -100,58 +94,13 @@ void cPasting::movePoint(float* point) const {
     vecAdd(point, m_delta, point);
 }
 
-// ---- Groups
-
-cGroupData* cPasting::newGroup(const uint8_t* color) {
-    cGroupData* group = m_map.addGroup();
-    if (color)
-        group->group->setBaseColor(color);
-    m_groups.push_back(group);
-    return group;
-}
-
-// The copy of a group of the chain, inside the copies of its parents.
-cGroupData* cPasting::groupOf(const std::vector<cClipboard::cGroupCopy>& chain, size_t place) {
-    if (place == chain.size())
-        return m_wrapper;
-    if (cGroupData* known = m_copied.value(chain[place].id))
-        return known;
-    cGroupData* parent = groupOf(chain, place + 1);
-    cGroupData* group = newGroup(chain[place].color.data());
-    group->parent = parent;
-    if (parent)
-        ++parent->memberCount;
-    m_copied.insert(chain[place].id, group);
-    return group;
-}
-
-template<class T> void cPasting::join(const cClipboard::cObjectCopy& copy, T* object) {
-    object->group = groupOf(copy.groups, 0);
-    if (!object->group)
-        return;
-    ++object->group->memberCount;
-    object->rootGroup = outermostGroup(object->group);
-}
-
-template<class T> void cPasting::joinVisGroups(const cClipboard::cObjectCopy& copy, T* half) {
-    if (!g_host || !g_host->KeepCloneVisGroup)
-        return;
-    for (uint32_t serial : copy.visGroups) {
-        if (cVisGroup* visGroup = m_map.findVisGroupBySerial(serial))
-            half->addToVisGroup(visGroup);
-    }
-}
-
 // ---- Objects
 
-void cPasting::addFace(const cClipboard::cFaceCopy& copy, cBrushData* brush) {
-    cFaceData* face = m_map.addFace(brush, copy.tex, int(copy.points.size()));
-    face->flags |= copy.flags | FF_DIRTY;
-    for (size_t i = 0; i < copy.points.size(); ++i) {
-        vecCopy(copy.points[i].data(), face->vertices[i].xyz);
+void cPasting::moveFace(cFaceData* face) const {
+    for (int i = 0; i < face->vertexCount; ++i)
         movePoint(face->vertices[i].xyz);
-    }
-    updateFaceTransparency(face);
+    if (!movePlane(face, m_affine))
+        rebuildFace(face, UM_PLANES);
     if (m_turns)
         textureLock(face, m_center, m_matrix, false);
     cFaceTexture& tex = face->tex;
@@ -159,100 +108,50 @@ void cPasting::addFace(const cClipboard::cFaceCopy& copy, cBrushData* brush) {
     tex.vShift -= vecDot(m_delta, tex.vAxis) / tex.vScale;
 }
 
-void cPasting::addBrush(const cClipboard::cBrushCopy& copy, cEntityData* owner) {
-    cBrushData* brush = m_map.addBrush(owner);
-    brush->flags |= copy.flags;
-    brush->reserved = copy.reserved;
-    brush->brush->setBaseColor(copy.color.data());
-    for (const cClipboard::cFaceCopy& face : copy.faces)
-        addFace(face, brush);
-    if (owner->flags & EF_WORLD)
-        join(copy, brush);
-    joinVisGroups(copy, brush->brush);
-    rebuildBrush(brush, UM_PLANES);
-    m_brushes.push_back(brush);
+void cPasting::addBrush(uint32_t place, cEntityData* owner) {
+    cBrushData* brush = m_copies.addBrush(m_source.states.brushes[place], owner);
+    for (cFaceData* face : facesOf(brush)) {
+        moveFace(face);
+        face->flags |= FF_DIRTY;
+    }
+    rebuildBrush(brush, 0);
     tell();
 }
 
-void cPasting::addEntity(const cClipboard::cEntityCopy& copy) {
-    float origin[3];
-    vecCopy(copy.origin.data(), origin);
-    if (copy.flags & EF_POINT)
-        movePoint(origin);
+void cPasting::addEntity(const cEntityState& state) {
+    cEntityData* entity = m_copies.addEntity(state);
+    const bool isPoint = (entity->flags & EF_POINT) != 0;
+    if (isPoint)
+        movePoint(entity->origin);
     else
-        vecAdd(origin, m_delta, origin);
-    cEntityData* entity = newEntity(copy.classname.constData(), origin, copy.flags);
-    m_map.attachEntity(entity);
-    m_map.insertEntity(entity);
-    entity->flags = copy.flags | EF_DIRTY;
-    entity->spawnFlags = copy.spawnFlags;
-    setText(entity->flagsKey, copy.flagsKey.isNull() ? nullptr : copy.flagsKey.constData());
-    std::copy(copy.color.begin(), copy.color.end(), entity->entity->color);
-    vecCopy(copy.angles.data(), entity->angles);
-    for (const auto& [key, value] : copy.pairs)
-        addEpairLast(entity, key.constData(), value.constData());
+        vecAdd(entity->origin, m_delta, entity->origin);
     float angles[3];
-    if ((copy.flags & EF_POINT) && m_turns && g_host && g_host->TransformAngles &&
+    if (isPoint && m_turns && g_host && g_host->TransformAngles &&
         rotateAngles(entity->angles, m_matrix, angles))
         setEntityAngles(entity, angles);
-    for (const cClipboard::cBrushCopy& brush : copy.brushes)
-        addBrush(brush, entity);
-    join(copy, entity);
-    joinVisGroups(copy, entity->entity);
-    updateEntity(entity, UM_PLANES | UM_RENDER_KEYS | UM_MODEL_KEYS | UM_ATTACH);
-    m_entities.push_back(entity);
+    for (uint32_t i = state.brushes.first; i < state.brushes.end(); ++i)
+        addBrush(i, entity);
+    updateEntity(entity, UM_RENDER_KEYS | UM_MODEL_KEYS | UM_ATTACH);
     tell();
 }
 
-void cPasting::pasteCopy(int number, const std::vector<cClipboard::cEntityCopy>& entities,
-                         const std::vector<cClipboard::cBrushCopy>& brushes) {
-    m_copied.clear();
-    m_wrapper = nullptr;
+void cPasting::pasteCopy(int number) {
     setMatrix(number);
-    if (m_options.groupCopies)
-        m_wrapper = newGroup(nullptr);
-    for (const cClipboard::cEntityCopy& copy : entities)
-        addEntity(copy);
-    for (const cClipboard::cBrushCopy& copy : brushes)
-        addBrush(copy, m_map.world());
+    m_copies.beginSet(m_options.groupCopies ? m_copies.addGroup() : nullptr);
+    for (const cEntityState& state : m_source.states.entities)
+        addEntity(state);
+    for (uint32_t i = m_source.firstLoose; i < m_source.states.brushes.size(); ++i)
+        addBrush(i, m_map.world());
 }
 
 void cPasting::enter() {
-    if (!m_brushes.empty())
+    if (!m_copies.brushes.empty())
         updateEntity(m_map.world(), 0);
-    if (m_options.select) {
-        const bool groupsAct = m_map.updateSelectionMode() == MODE_GROUPS;
-        for (cGroupData* group : m_groups) {
-            if (groupsAct && !group->parent)
-                selectedPush(m_map.data.selectedGroups, group);
-        }
-        for (cEntityData* entity : m_entities)
-            selectedPush(m_map.data.selectedEntities, entity);
-        for (cBrushData* brush : m_brushes) {
-            if (brushVisible(brush))
-                selectedPush(m_map.data.selectedBrushes, brush);
-        }
-    }
-    cHistory& history = *m_map.history;
-    for (const cGroupData* group : m_groups)
-        history.groupCreated(group);
-    for (const cEntityData* entity : m_entities) {
-        history.entityCreated(entity);
-        tell();
-    }
-    for (const cBrushData* brush : m_brushes) {
-        history.brushCreated(brush);
-        tell();
-    }
+    if (m_options.select)
+        m_copies.select();
+    m_copies.capture([this] { tell(); });
 }
 } // namespace
-
-qint64 cClipboard::objectCount() const {
-    size_t count = m_entities.size() + m_brushes.size();
-    for (const cEntityCopy& entity : m_entities)
-        count += entity.brushes.size();
-    return qint64(count);
-}
 
 void cClipboard::paste(cMap& map, const cPasteOptions& options, const char* stepName) {
     if (isEmpty() || !map.world())
@@ -262,16 +161,11 @@ void cClipboard::paste(cMap& map, const cPasteOptions& options, const char* step
         m_mode = PASTED;
         if (options.select)
             map.clearSelection();
-        cPasting pasting(map, options, m_mins, m_maxs, objectCount() * options.copies);
+        cPasting pasting(map, options, *m_contents);
         for (int i = 1; i <= options.copies; ++i)
-            pasting.pasteCopy(i, m_entities, m_brushes);
+            pasting.pasteCopy(i);
         pasting.enter();
     }
     map.dropHidden(); // describes the selection, too
-    map.computeVisGroupVisibility();
-    map.markChanged();
-    if (!g_host)
-        return;
-    g_host->visGroupsChanged(map);
-    g_host->projectDirty(map.project);
+    finishChange(map);
 }

@@ -146,31 +146,42 @@ static void settleOwners(cMap& map, const cOwners& owners) {
     }
 }
 
-void deleteSelection(cMap& map) {
-    {
-        const cHistoryStep step(map, "Delete Selection");
-        step->entitiesDeleted();
-        step->brushesDeleted();
-        map.clearFaces();
-        cOwners owners;
-        for (cBrushData* brush : selectedBrushes(map)) {
-            owners[brush->owner->id] = brush->owner;
-            map.leaveGroupBrush(brush, false, true);
-            map.freeBrush(brush);
-        }
-        settleOwners(map, owners);
-        for (cEntityData* entity : selectedEntities(map)) {
-            for (const cBrushData* brush : brushesOf(entity)) // hidden ones, never selected
-                step->brushDeleted(brush);
-            map.leaveGroupEntity(entity, false, true);
-            map.freeEntity(entity);
-        }
+void removeSelection(cMap& map) {
+    cHistory& history = *map.history;
+    history.entitiesDeleted();
+    history.brushesDeleted();
+    map.clearFaces();
+    cOwners owners;
+    for (cBrushData* brush : selectedBrushes(map)) {
+        owners[brush->owner->id] = brush->owner;
+        map.leaveGroupBrush(brush, false, true);
+        map.freeBrush(brush);
     }
-    map.clearSelection();
+    settleOwners(map, owners);
+    for (cEntityData* entity : selectedEntities(map)) {
+        for (const cBrushData* brush : brushesOf(entity)) // hidden ones, never selected
+            history.brushDeleted(brush);
+        map.leaveGroupEntity(entity, false, true);
+        map.freeEntity(entity);
+    }
+}
+
+void finishChange(cMap& map) {
     map.computeVisGroupVisibility();
     if (g_host)
         g_host->visGroupsChanged(map);
     markDirty(map);
+}
+
+void deleteSelection(cMap& map) {
+    if (!map.data.selectedBrushes && !map.data.selectedEntities)
+        return;
+    {
+        const cHistoryStep step(map, "Delete Selection");
+        removeSelection(map);
+    }
+    map.clearSelection();
+    finishChange(map);
 }
 
 // ---- Move to world and tie

@@ -15,8 +15,13 @@ class cMap;
 bool groupSelection(cMap& map); // "Group"
 // Takes one level off the selected groups; their child groups stand selected after.
 void ungroupSelection(cMap& map); // "Ungroup"
-// Selected brushes and entities, and groups and entities that are empty without them.
+// Selected brushes and entities, and groups and entities that are empty without them. Nothing
+// selected, no step.
 void deleteSelection(cMap& map); // "Delete Selection"
+// The same within the step of another operation.
+void removeSelection(cMap& map);
+// After objects came or went: visgroups and their visibility, and the document is dirty.
+void finishChange(cMap& map);
 // Selected brushes of entities become brushes of the world.
 void moveSelectionToWorld(cMap& map); // "Move to World"
 int countSelectedPoints(const cMap& map);

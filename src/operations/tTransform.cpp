@@ -47,18 +47,18 @@ static void movePoint(const float* matrix, const float* pivot, float* point) {
     vecAdd(point, pivot, point);
 }
 
-bool transformPoint(const cTransformRecord& record, const float* pivot, const float* own,
-                    float keepMargin, float* point) {
+unsigned transformPoint(const cTransformRecord& record, const float* pivot, const float* own,
+                        float keepMargin, float* point) {
     const float old[3] = {point[0], point[1], point[2]};
     movePoint(record.matrix, pivot, point);
-    bool kept = false;
+    unsigned kept = 0;
     for (int axis = 0; axis < 3 && record.sideMask; ++axis) {
         const bool minMoves = (record.sideMask & (1u << axis)) != 0;
         const bool maxMoves = (record.sideMask & (8u << axis)) != 0;
         if ((minMoves && old[axis] > own[axis] + keepMargin) ||
             (maxMoves && old[axis] < own[axis] - keepMargin)) {
             point[axis] = old[axis];
-            kept = true;
+            kept |= 1u << axis;
         }
     }
     return kept;
@@ -88,18 +88,49 @@ static bool losesFlatFace(const cTransformRecord& record, const float* pivot,
     return false;
 }
 
+// A stretch takes corners by as many maps as there are sets of kept coordinates. Where all of them
+// give one plane it is that plane, else only the moved corners can tell.
+static bool movePlaneByParts(cFaceData* face, const cAffine& map, unsigned keptSets) {
+    constexpr double normalEpsilon = 1e-9, distEpsilon = 1e-6;
+    cMovedPlane plane = {};
+    for (unsigned kept = 0; kept < 8; ++kept) {
+        if (!(keptSets & (1u << kept)))
+            continue;
+        cAffine part = map;
+        for (int axis = 0; axis < 3; ++axis) {
+            if (kept & (1u << axis))
+                part.keepAxis(axis);
+        }
+        const cMovedPlane moved = planeThrough(face, part);
+        if (!moved.isSound)
+            return false;
+        bool isSame = std::fabs(moved.dist - plane.dist) < distEpsilon;
+        for (int i = 0; i < 3; ++i)
+            isSame &= std::fabs(moved.normal[i] - plane.normal[i]) < normalEpsilon;
+        if (plane.isSound && !isSame)
+            return false;
+        plane = moved;
+    }
+    if (plane.isSound)
+        setPlane(face, plane);
+    return plane.isSound;
+}
+
 static void transformBrush(const cTransformRecord& record, const float* pivot, cBrushData* brush) {
     const bool lock = g_host && g_host->TextureLock;
     const bool mirror = mirrors(record.matrix);
     const float* lockPivot = isTranslation(record.matrix) ? NO_PIVOT : pivot;
+    const cAffine map = cAffine::around(pivot, record.matrix);
     for (cFaceData* face : facesOf(brush)) {
-        bool kept = false;
+        unsigned keptSets = 0; // bit by the set of kept axes
         for (int i = 0; i < face->vertexCount; ++i)
-            kept |= transformPoint(record, pivot, brush->brush->center, CENTER_MARGIN,
-                                   face->vertices[i].xyz);
+            keptSets |= 1u << transformPoint(record, pivot, brush->brush->center, CENTER_MARGIN,
+                                             face->vertices[i].xyz);
         if (mirror)
             reverseFace(face);
-        if (lock && !kept)
+        if (!movePlaneByParts(face, map, keptSets))
+            rebuildFace(face, UM_PLANES);
+        if (lock && keptSets == 1)
             textureLock(face, lockPivot, record.matrix, g_host->TextureLockScale);
     }
 }

@@ -27,9 +27,9 @@ void applyTransform(cMap& map, const std::vector<cEntityData*>* entities,
                     const std::vector<cBrushData*>* brushes, const cTransformRecord& record);
 // A point as the transform moves it; pivot is the record's center made definite, own the centre
 // of the object by which the side mask keeps coordinates. keepMargin: how far above or below own
-// a coordinate must lie to be kept. True if a coordinate was kept.
-bool transformPoint(const cTransformRecord& record, const float* pivot, const float* own,
-                    float keepMargin, float* point);
+// a coordinate must lie to be kept. Bit axis of the result: that coordinate was kept.
+unsigned transformPoint(const cTransformRecord& record, const float* pivot, const float* own,
+                        float keepMargin, float* point);
 
 // Nothing happens for an identity matrix. "Transformation"
 void transformSelection(cMap& map, const cTransformRecord& record);

@@ -26,6 +26,11 @@ static void capture(cHistoryStep& step) {
 // ---- Flip
 
 static void flipFace(cFaceData* face, int axis, float sum) {
+    cAffine mirror;
+    mirror.isMove = false;
+    mirror.linear[axis][axis] = -1;
+    mirror.shift[axis] = double(sum);
+    movePlane(face, mirror);
     for (int i = 0; i < face->vertexCount; ++i)
         face->vertices[i].xyz[axis] = sum - face->vertices[i].xyz[axis];
     reverseFace(face);
@@ -74,6 +79,9 @@ void flipSelection(cMap& map, int axis) {
 // ---- Moves
 
 static void moveFace(cFaceData* face, const float* offset) {
+    cAffine map;
+    map.move(offset);
+    movePlane(face, map);
     for (int i = 0; i < face->vertexCount; ++i)
         vecAdd(face->vertices[i].xyz, offset, face->vertices[i].xyz);
     if (!texturesLocked())

@@ -17,8 +17,31 @@ struct cTransformObjects {
     void bounds(float* mins, float* maxs) const;
 };
 
+// x to linear x + shift, in doubles, so that planes lose nothing on their way.
+struct cAffine {
+    double linear[3][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+    double shift[3] = {0, 0, 0};
+    bool isMove = true; // linear is the identity
+
+    // v to matrix (v - center) + center; matrix is 4x4, row-major, translation in the last column.
+    static cAffine around(const float* center, const float* matrix);
+    void move(const float* offset); // after all else
+    void keepAxis(int axis);        // that coordinate stays as it is
+};
+
+struct cMovedPlane {
+    double normal[3];
+    double dist;
+    bool isSound; // false where the map flattens all
+};
+cMovedPlane planeThrough(const cFaceData* face, const cAffine& map);
+// The face's plane, not taken from its corners, whose rounding a short edge would blow up; false
+// where the map flattens it, and the plane stays.
+bool movePlane(cFaceData* face, const cAffine& map);
+void setPlane(cFaceData* face, const cMovedPlane& plane);
+
 // A point entity whose origin and bounds have moved: what it shows and its place in the tree.
 void finishEntity(cEntityData* entity);
-// Brushes whose vertices have moved: planes anew, with default texture axes unless the texture is
-// locked, and one pass over the bounds of each owner. The document is dirty.
+// Brushes whose planes and corners have moved: rebuilt, with default texture axes unless the
+// texture is locked, and one pass over the bounds of each owner. The document is dirty.
 void finishTransform(cMap& map, const std::vector<cBrushData*>& brushes);

@@ -108,7 +108,6 @@ cMainWindow::~cMainWindow() {
     m_captions.reset();
     m_primitives.reset();
     m_shareWidget.reset();
-    cHistory::freeRecordPools();
     windingFreeLists();
     TempBuffer_FreeAll();
     g_viewHost = nullptr;

@@ -66,8 +66,6 @@ void cMainWindow::cmdEditToggleUndoRedo() {
     const bool wasEnabled = projects.first()->map->history->isEnabled();
     for (cProject* project : projects)
         project->map->history->setEnabled(!wasEnabled);
-    if (wasEnabled)
-        cHistory::freeRecordPools();
     updateActionStates(AS_UNDO);
 }
 

@@ -68,7 +68,6 @@ TEST_F(History, whileOffNothingIsRecorded) {
     history.undo();
     EXPECT_EQ(brush->mins[2], 32.0f);
     EXPECT_FALSE(history.canUndo());
-    cHistory::freeRecordPools();
     history.redo();
     EXPECT_EQ(brush->mins[2], 48.0f);
 }
@@ -125,7 +124,6 @@ TEST_F(History, facesComeAndGoWithTheGeometryOfTheirBrush) {
             each->flags |= FF_DIRTY;
         touchBrush(brush);
         updateEntity(world, UM_WINDINGS);
-        settle(map);
     });
     EXPECT_EQ(countOf(facesOf(brush)), 7);
 }

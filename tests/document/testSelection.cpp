@@ -372,7 +372,7 @@ TEST_F(Selection, manyGroupsJoinAndDissolveAsOneByOneWould) {
     cGroupData* slowAll = slow.addGroup();
     for (cBrushData* brush : selectedBrushesOf(slow.data))
         slow.joinGroupBrush(brush, slowAll);
-    EXPECT_EQ(firstDifference(dumpById(slow), dumpById(map)).toStdString(), "");
+    EXPECT_EQ(firstDifference(stateOf(slow), stateOf(map)).toStdString(), "");
     EXPECT_EQ(checkMapInvariants(map), QString());
     map.dissolveGroups(gone[0], true);
     for (cGroupData* group : gone[0])
@@ -381,6 +381,6 @@ TEST_F(Selection, manyGroupsJoinAndDissolveAsOneByOneWould) {
         slow.dissolveGroup(group, true);
         slow.freeGroup(group);
     }
-    EXPECT_EQ(firstDifference(dumpById(slow), dumpById(map)).toStdString(), "");
+    EXPECT_EQ(firstDifference(stateOf(slow), stateOf(map)).toStdString(), "");
     EXPECT_EQ(checkMapInvariants(map), QString());
 }

@@ -290,10 +290,10 @@ TEST_F(BlockToolTest, theArchIsMadeAsItsDialogSays) {
         EXPECT_EQ(child<QSpinBox>(dialog, "sbWidth")->maximum(), 8);
         finish(dialog, QDialogButtonBox::Cancel);
     });
-    const QStringList before = dumpById(map());
+    const cMapState before = stateOf(map());
     key(view(VIEW_SIDE), Qt::Key_Return);
     EXPECT_TRUE(answered());
-    EXPECT_EQ(firstDifference(before, dumpById(map())), QString());
+    EXPECT_EQ(firstDifference(before, stateOf(map())), QString());
     EXPECT_FALSE(block().active);
 }
 

@@ -108,7 +108,7 @@ TEST_F(SelectDragTest, theTextAndThePreviewGoWithTheMouseAndTheMapStays) {
 
 TEST_F(SelectDragTest, aDragThatComesBackIsNoStep) {
     pickCube();
-    const QStringList before = dumpById(map());
+    const cMapState before = stateOf(map());
     for (int mode = HANDLES_SCALE; mode < HANDLES_MODES; ++mode) {
         setMode(mode);
         const QPoint from = mode == HANDLES_SHEAR ? handle(top, BH_TOP) : handle(top, BH_TOP_RIGHT);
@@ -119,7 +119,7 @@ TEST_F(SelectDragTest, aDragThatComesBackIsNoStep) {
         expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
     }
     EXPECT_FALSE(map().history->canUndo());
-    EXPECT_EQ(firstDifference(before, dumpById(map())), QString());
+    EXPECT_EQ(firstDifference(before, stateOf(map())), QString());
 }
 
 TEST_F(SelectDragTest, shiftAtTheReleaseClones) {
@@ -155,7 +155,7 @@ TEST_F(SelectDragTest, shiftAtTheReleaseClones) {
 
 TEST_F(SelectDragTest, aDragOnNothingWithoutCtrlOnlyLetsTheViewFollow) {
     pickCube();
-    const QStringList before = dumpById(map());
+    const cMapState before = stateOf(map());
     const QPoint from = pixel(top, -64, -64);
     moveTo(top, from);
     press(top, from, Qt::ControlModifier); // takes nothing out
@@ -167,7 +167,7 @@ TEST_F(SelectDragTest, aDragOnNothingWithoutCtrlOnlyLetsTheViewFollow) {
     EXPECT_FALSE(tool().movingPreview);
     release(top, QPoint(-20, from.y()));
     EXPECT_FALSE(map().history->canUndo());
-    EXPECT_EQ(firstDifference(before, dumpById(map())), QString());
+    EXPECT_EQ(firstDifference(before, stateOf(map())), QString());
     expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
 }
 

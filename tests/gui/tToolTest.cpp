@@ -65,7 +65,6 @@ cEntityData* cToolTest::addSolidEntity() {
 
 void cToolTest::objectsAdded() {
     updateEntity(map().world(), 0);
-    ::settle(map());
     map().buildCullTree();
     map().markChanged();
     settle();
@@ -87,15 +86,15 @@ int cToolTest::selectedEntities() const {
 }
 
 void cToolTest::expectUndoable(const std::function<void()>& change, bool withSelection) {
-    const QStringList before = dumpById(map(), withSelection);
+    const cMapState before = stateOf(map(), withSelection);
     change();
-    const QStringList after = dumpById(map(), withSelection);
-    EXPECT_NE(before, after);
+    const cMapState after = stateOf(map(), withSelection);
+    EXPECT_NE(firstDifference(before, after), QString());
     EXPECT_EQ(checkMapInvariants(map()), QString());
     trigger("EditUndo");
-    EXPECT_EQ(firstDifference(before, dumpById(map(), withSelection)), QString());
+    EXPECT_EQ(firstDifference(before, stateOf(map(), withSelection)), QString());
     trigger("EditRedo");
-    EXPECT_EQ(firstDifference(after, dumpById(map(), withSelection)), QString());
+    EXPECT_EQ(firstDifference(after, stateOf(map(), withSelection)), QString());
 }
 
 // ---- Mouse

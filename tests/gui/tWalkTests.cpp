@@ -29,7 +29,7 @@ protected:
         addBox(map(), door, mins, maxs);
         updateEntity(door, 0);
         objectsAdded();
-        m_states = {dumpById(map(), false)};
+        m_states = {stateOf(map(), false)};
     }
 
     cCanvas* anyView() {
@@ -103,7 +103,7 @@ protected:
         if (map().history->lastStep() != before) {
             m_done << QString::fromLatin1(undoName());
             m_states.resize(m_at + 1);
-            m_states.push_back(dumpById(map(), false));
+            m_states.push_back(stateOf(map(), false));
             ++m_at;
         }
         compare("do");
@@ -112,7 +112,7 @@ protected:
     // ---- Back and forth
 
     void compare(const char* what) {
-        const QString difference = firstDifference(m_states[m_at], dumpById(map(), false));
+        const QString difference = firstDifference(m_states[m_at], stateOf(map(), false));
         const QString problem = difference.isEmpty() ? checkMapWhole(map()) : difference;
         ASSERT_EQ(problem, QString())
             << what << " to state " << m_at << " after "
@@ -137,7 +137,7 @@ protected:
     }
 
     std::mt19937 m_random;
-    std::vector<QStringList> m_states;
+    std::vector<cMapState> m_states;
     size_t m_at = 0;
     QStringList m_done;
 };

@@ -516,8 +516,8 @@ TEST_F(Transform, snapMovesAllByOneOffsetOrEachByItsOwn) {
     EXPECT_EQ(panel->mins[0], 96);
     EXPECT_EQ(knob->mins[0], 201) << "with its entity";
     EXPECT_EQ(lamp->origin[0], 392);
-    const QStringList before = dumpById(map);
+    const cMapState before = stateOf(map);
     law([this] { snapSelection(map, 8, true); });
-    EXPECT_EQ(firstDifference(before, dumpById(map)), QString()) << "on the grid already";
+    EXPECT_EQ(firstDifference(before, stateOf(map)), QString()) << "on the grid already";
     EXPECT_TRUE(isStep("Snap to Grid"));
 }

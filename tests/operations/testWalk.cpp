@@ -43,7 +43,8 @@ public:
     // As many operations as fit into the history, then all the way back and forth again.
     QString runSegment(int operations) {
         m_map.history->clear();
-        m_states = {dumpById(m_map, false)};
+        m_states.clear();
+        m_states.push_back(stateOf(m_map, false));
         m_at = 0;
         for (int i = 0; i < operations && m_problem.isEmpty(); ++i) {
             if (chance(4))
@@ -85,7 +86,6 @@ private:
         m_map.buildCullTree();
         for (const char* name : {"one", "two"})
             m_map.createVisGroup(name);
-        settle(m_map);
     }
 
     float coordinate() { return float(number(-40, 40) * 16); }
@@ -100,7 +100,7 @@ private:
     }
 
     void compare(const char* what) {
-        const QString difference = firstDifference(m_states[m_at], dumpById(m_map, false));
+        const QString difference = firstDifference(m_states[m_at], stateOf(m_map, false));
         const QString problem = difference.isEmpty() ? checkMapWhole(m_map) : difference;
         if (!problem.isEmpty())
             m_problem = QStringLiteral("%1 to state %2: %3")
@@ -138,7 +138,7 @@ private:
         trail << change();
         if (m_host.steps != stepsBefore) {
             m_states.resize(m_at + 1);
-            m_states.push_back(dumpById(m_map, false));
+            m_states.push_back(stateOf(m_map, false));
             ++m_at;
         }
         compare("do");
@@ -403,7 +403,7 @@ private:
     cMap m_map{nullptr};
     cClipboard m_clipboard;
     std::mt19937 m_random;
-    std::vector<QStringList> m_states; // by how many steps are done
+    std::vector<cMapState> m_states; // by how many steps are done
     size_t m_at = 0;
     QString m_problem;
 };

@@ -29,9 +29,9 @@ static QString stage(const char* name, const QString& problem) {
                              : QStringLiteral("%1: %2").arg(QString::fromLatin1(name), problem);
 }
 
-static QString compare(const cMap& map, const char* name, const QStringList& expected,
+static QString compare(const cMap& map, const char* name, const cMapState& expected,
                        bool withSelection) {
-    const QString difference = firstDifference(expected, dumpById(map, withSelection));
+    const QString difference = firstDifference(expected, stateOf(map, withSelection));
     return stage(name, difference.isEmpty() ? checkMapWhole(map) : difference);
 }
 
@@ -39,13 +39,13 @@ QString checkLaw(cMap& map, const std::function<void()>& operation, bool selecti
     cHistory& history = *map.history;
     history.begin(MARKER);
     history.end();
-    const QStringList before = dumpById(map, true);
-    const QStringList plainBefore = dumpById(map, false);
+    const cMapState before = stateOf(map, true);
+    const cMapState plainBefore = stateOf(map, false);
     operation();
     if (strcmp(history.undoName(), MARKER) == 0)
         return compare(map, "without a step", plainBefore, false);
     QString problem = stage("after the operation", checkMapWhole(map));
-    const QStringList after = dumpById(map, false);
+    const cMapState after = stateOf(map, false);
     if (problem.isEmpty()) {
         history.undo();
         problem =

@@ -19,9 +19,7 @@ protected:
     cBrushData* cubeAt(float x, float y = 0, float z = 0, float size = 64,
                        cEntityData* owner = nullptr) {
         const float mins[3] = {x, y, z}, maxs[3] = {x + size, y + size, z + size};
-        cBrushData* brush = addBox(map, owner ? owner : world, mins, maxs);
-        settle(map);
-        return brush;
+        return addBox(map, owner ? owner : world, mins, maxs);
     }
     cBrushData* cubeIn(cEntityData* owner, float x) { return cubeAt(x, 0, 0, 64, owner); }
     cBrushData* cubeOf(cGroupData* group, float x) {

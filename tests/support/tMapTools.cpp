@@ -9,9 +9,11 @@
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "document/tVisGroup.h"
+#include "support/tMath.h"
 
 #include <QSet>
 #include <algorithm>
+#include <cstring>
 #include <map>
 
 cEntityData* addWorldTo(cMap& map) {
@@ -44,10 +46,10 @@ static QString floats(const float* values, int count) {
     return text;
 }
 
-static QString dumpFace(const cFaceData* face, uint32_t flagMask) {
+static QString dumpFace(const cFaceData* face) {
     const cFaceTexture& tex = face->tex;
     QString text = QStringLiteral("face %1 plane %2 tex %3 %4 %5 %6")
-                       .arg(face->flags & flagMask)
+                       .arg(face->flags)
                        .arg(floats(face->normal, 3) + floats(&face->dist, 1))
                        .arg(floats(tex.uAxis, 11))
                        .arg(tex.contentFlags)
@@ -61,112 +63,77 @@ static QString dumpFace(const cFaceData* face, uint32_t flagMask) {
 // ---- Dumps
 
 namespace {
-// A line an object. By id it begins with the kind of object and its id; else the lines stand in the
-// order of the lists and hold nothing that a file may number or find anew.
+// A line an object, in the order of the lists; holds nothing that a file may number or find anew.
 class cDump {
 public:
-    cDump(const cMap& map, bool byId, uint32_t flags = ~0u) : m_byId(byId), m_flags(flags) {
+    explicit cDump(const cMap& map) {
         for (const cGroupData* group : groupsOf(map.data))
             addGroup(group);
         m_lines.sort();
         for (const cVisGroup* visGroup : map.visGroups)
-            add('v', visIdOf(visGroup),
-                QStringLiteral("%1 objects %2 visible %3")
-                    .arg(QString::fromLocal8Bit(visGroup->name))
-                    .arg(visGroup->objectCount)
-                    .arg(visGroup->visible));
-        if (!byId)
-            add('c', 0, floats(map.data.cordonMins, 3) + floats(map.data.cordonMaxs, 3));
+            m_lines << QStringLiteral("v %1 objects %2 visible %3")
+                           .arg(QString::fromLocal8Bit(visGroup->name))
+                           .arg(visGroup->objectCount)
+                           .arg(visGroup->visible);
+        m_lines << floats(map.data.cordonMins, 3) + floats(map.data.cordonMaxs, 3);
         for (const cEntityData* entity : entitiesOf(map.data))
             addEntity(entity);
-        if (byId)
-            m_lines.sort();
     }
 
     const QStringList& lines() const { return m_lines; }
 
 private:
-    uint32_t visIdOf(const cVisGroup* visGroup) const {
-        return m_byId ? visGroup->serial : visGroup->id;
-    }
-
-    void add(char kind, uint32_t id, const QString& text) {
-        const QString number =
-            m_byId ? QStringLiteral("%1").arg(id, 10, 10, QLatin1Char('0')) : QString();
-        m_lines << QLatin1Char(kind) + number + QLatin1Char(' ') + text;
-    }
-
     template<class Record>
-    QString common(const Record* record, int color, const QList<cVisGroup*>& visGroups) const {
+    static QString common(const Record* record, int color, const QList<cVisGroup*>& visGroups) {
         QString text = QStringLiteral("flags %1 group %2 root %3 color %4 vis")
-                           .arg(record->flags & m_flags)
+                           .arg(record->flags)
                            .arg(record->group ? record->group->id : 0)
                            .arg(record->rootGroup ? record->rootGroup->id : 0)
                            .arg(color);
         for (const cVisGroup* visGroup : visGroups)
-            text += QStringLiteral(" %1").arg(visIdOf(visGroup));
+            text += QStringLiteral(" %1").arg(visGroup->id);
         return text;
     }
 
     void addGroup(const cGroupData* group) {
-        QString text = QStringLiteral("%1 flags %2 parent %3 members %4")
-                           .arg(group->id, 10)
-                           .arg(group->flags & m_flags)
-                           .arg(group->parent ? group->parent->id : 0)
-                           .arg(group->memberCount);
-        if (m_byId)
-            text += QStringLiteral(" color %1").arg(group->group->baseColor[0]);
-        add('g', group->id, text);
+        m_lines << QStringLiteral("g %1 flags %2 parent %3 members %4")
+                       .arg(group->id, 10)
+                       .arg(group->flags)
+                       .arg(group->parent ? group->parent->id : 0)
+                       .arg(group->memberCount);
     }
 
     void addBrush(const cBrushData* brush) {
-        QString text = common(brush, brush->brush->baseColor[0], brush->brush->visGroups) +
+        m_lines << QStringLiteral("b ") +
+                       common(brush, brush->brush->baseColor[0], brush->brush->visGroups) +
                        QStringLiteral(" reserved %1").arg(brush->reserved);
-        if (m_byId)
-            text += QStringLiteral(" owner %1 box %2")
-                        .arg(brush->owner->id)
-                        .arg(floats(brush->mins, 3) + floats(brush->maxs, 3));
-        add('b', brush->id, text);
         const int first = m_lines.size();
         for (const cFaceData* face : facesOf(brush))
-            add('f', face->id,
-                (m_byId ? QStringLiteral("brush %1 ").arg(brush->id) : QString()) +
-                    dumpFace(face, m_flags));
+            m_lines << dumpFace(face);
         std::sort(m_lines.begin() + first, m_lines.end());
     }
 
     void addEntity(const cEntityData* entity) {
-        QString text = QStringLiteral("%1 %2 key %3 spawn %4 place %5")
+        QString text = QStringLiteral("e %1 %2 key %3 spawn %4 place %5")
                            .arg(QString::fromLocal8Bit(entity->classname),
-                                common(entity, m_byId ? entity->entity->color[0] : 0,
-                                       entity->entity->visGroups),
+                                common(entity, 0, entity->entity->visGroups),
                                 QString::fromLocal8Bit(entity->flagsKey))
                            .arg(entity->spawnFlags)
                            .arg(floats(entity->origin, 3) + floats(entity->angles, 3));
-        if (m_byId)
-            text += QStringLiteral("box %1 kind %2")
-                        .arg(floats(entity->mins, 3) + floats(entity->maxs, 3))
-                        .arg(entity->attachKind);
         for (const cEpair* pair : epairsOf(entity))
             text += QStringLiteral(" %1=%2").arg(QString::fromLocal8Bit(pair->key),
                                                  QString::fromLocal8Bit(pair->value));
-        add('e', entity->id, text);
+        m_lines << text;
         for (const cBrushData* brush : brushesOf(entity))
             addBrush(brush);
     }
 
-    const bool m_byId;
-    const uint32_t m_flags;
     QStringList m_lines;
 };
 } // namespace
 
 QStringList dumpMap(const cMap& map) {
-    return cDump(map, false).lines();
-}
-
-QStringList dumpById(const cMap& map, bool withSelection) {
-    return cDump(map, true, withSelection ? ~0u : ~uint32_t(OF_SELECTED)).lines();
+    return cDump(map).lines();
 }
 
 QString firstDifference(const QStringList& expected, const QStringList& got) {
@@ -179,17 +146,6 @@ QString firstDifference(const QStringList& expected, const QStringList& got) {
         return QString();
     return expected.size() > common ? QStringLiteral("missing %1").arg(expected.at(common))
                                     : QStringLiteral("too many: %1").arg(got.at(common));
-}
-
-void settle(cMap& map) {
-    for (cEntityData* entity : entitiesOf(map.data)) {
-        for (cBrushData* brush : brushesOf(entity)) {
-            brush->flags |= BF_DIRTY;
-            for (cFaceData* face : facesOf(brush))
-                face->flags |= FF_DIRTY;
-        }
-        updateEntity(entity, UM_PLANES);
-    }
 }
 
 // ---- Invariants
@@ -241,6 +197,20 @@ private:
             fail(QStringLiteral("texture in use counts no user"));
     }
 
+    // Around the corners, whatever way the brush came about.
+    void checkBounds(const cBrushData* brush) {
+        float mins[3], maxs[3];
+        T_ClearBounds(mins, maxs);
+        int corners = 0;
+        for (const cFaceData* face : facesOf(brush)) {
+            for (int i = 0; i < face->vertexCount; ++i, ++corners)
+                T_AddPointToBounds(face->vertices[i].xyz, mins, maxs);
+        }
+        if (corners > 0 && (memcmp(mins, brush->mins, sizeof mins) != 0 ||
+                            memcmp(maxs, brush->maxs, sizeof maxs) != 0))
+            fail(QStringLiteral("brush %1 has other bounds than its corners").arg(brush->id));
+    }
+
     void checkBrush(const cBrushData* brush, const cEntityData* entity) {
         if (brush->owner != entity || brush->brush->data != brush)
             fail(QStringLiteral("brush and entity disagree"));
@@ -261,6 +231,7 @@ private:
         }
         if (brush->facesTail != last)
             fail(QStringLiteral("face tail is wrong"));
+        checkBounds(brush);
     }
 
     void checkEntities() {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "document/tMap.h"
+#include "support/tMapState.h"
 
 #include <QString>
 #include <QStringList>
@@ -18,14 +19,7 @@ cEntityData* addWorldTo(cMap& map);
 // faces of a brush are put into one order, since theirs turns at every rebuild.
 QStringList dumpMap(const cMap& map);
 
-// The same by id, one line an object, sorted: list order is left out, since the history brings
-// objects back at the tails. Without the selection the selected flags are left out.
-QStringList dumpById(const cMap& map, bool withSelection = true);
 // Empty for equal dumps, else the first lines that differ.
 QString firstDifference(const QStringList& expected, const QStringList& got);
-// Takes every plane from its points, as any rebuild does, so that dumps before and after compare
-// to the last bit.
-void settle(cMap& map);
-
 // Empty when all lists, counts, pick numbers and flags agree; else what is wrong.
 QString checkMapInvariants(const cMap& map);

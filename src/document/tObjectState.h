@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+// What an object of a map is, beside its links: plain values that refer to other objects by id.
+// The history keeps them, the clipboard carries them, clones are made of them, tests compare them.
+// Derived values (bounds of brushes, texture coordinates, shades) follow when an object is rebuilt;
+// planes and corners do not: they come back to the last bit.
+#pragma once
+
+#include "pluginhost/tPluginInterface.h"
+
+#include <QByteArray>
+#include <QPair>
+#include <array>
+#include <cstdint>
+#include <vector>
+
+class cMap;
+
+// Flags that say what happens to an object at this moment. Only the selected bit means something
+// in a state: whether the history selects the object when it comes back.
+constexpr uint32_t TRANSIENT_FLAGS = OF_SELECTED | BF_MOVING | BF_MARK | BF_MORPHED;
+
+// Places first to first + count of a list of cObjectStates.
+struct cStateRange {
+    uint32_t first = 0;
+    uint32_t count = 0;
+    uint32_t end() const { return first + count; }
+};
+
+// previousId is the object before in its list, 0 for the first.
+
+struct cGroupState {
+    uint32_t id;
+    uint32_t previousId;
+    uint32_t parentId; // 0 without one
+    uint32_t flags;
+    std::array<uint8_t, 4> color;
+};
+
+struct cFaceState {
+    uint32_t id;
+    uint32_t flags;
+    cFaceTexture tex;
+    // Of faces of brushes with geometry:
+    float normal[3];
+    float dist;
+    int32_t planeType;
+    cStateRange points;
+};
+
+// A face without its brush: flags and texture block alone.
+struct cLoneFaceState {
+    uint32_t brushId;
+    uint32_t entityId;
+    cFaceState face;
+};
+
+struct cBrushState {
+    uint32_t id;
+    uint32_t previousId;
+    uint32_t entityId;
+    uint32_t groupId; // 0 without one; the outermost group follows from it
+    uint32_t flags;
+    uint32_t reserved;
+    std::array<uint8_t, 4> color;
+    bool withGeometry;
+    cStateRange faces;
+    cStateRange visGroups; // serials
+};
+
+struct cEntityState {
+    uint32_t id;
+    uint32_t previousId;
+    uint32_t groupId;
+    uint32_t flags;
+    uint32_t spawnFlags;
+    QByteArray classname;
+    QByteArray flagsKey; // null without one
+    std::array<float, 3> origin;
+    std::array<float, 3> angles;
+    std::array<float, 3> mins;
+    std::array<float, 3> maxs;
+    std::array<uint8_t, 4> color;
+    std::vector<QPair<QByteArray, QByteArray>> pairs;
+    cStateRange brushes; // where they were taken along
+    cStateRange visGroups;
+};
+
+// What is taken of an object beside its own fields.
+enum eTake : unsigned {
+    TAKE_FIELDS = 0,
+    TAKE_GEOMETRY = 1,  // planes and corners of a brush's faces
+    TAKE_VISGROUPS = 2, // memberships
+    TAKE_BRUSHES = 4    // an entity's brushes, with geometry
+};
+
+// States of any number of objects, in the order they were taken.
+class cObjectStates {
+public:
+    void take(const cGroupData* group);
+    void take(const cBrushData* brush, unsigned what);
+    void take(const cEntityData* entity, unsigned what);
+    void takeLone(const cFaceData* face);
+    // A state of another bag with all it refers to.
+    void copy(const cBrushState& brush, const cObjectStates& from);
+
+    bool isEmpty() const;
+    size_t bytes() const; // of memory, for measurements
+    void shrink();        // gives back what growing took too much
+
+    std::vector<cGroupState> groups;
+    std::vector<cEntityState> entities;
+    std::vector<cBrushState> brushes;
+    std::vector<cLoneFaceState> loneFaces;
+    std::vector<cFaceState> faces;            // of the brushes
+    std::vector<std::array<float, 3>> points; // of the faces
+    std::vector<uint32_t> serials;            // of visgroups
+
+    cStateRange takeVisGroups(const cBrushData* brush);
+    cStateRange takeVisGroups(const cEntityData* entity);
+
+private:
+    cFaceState takeFace(const cFaceData* face, bool withGeometry);
+};
+
+// ---- Back into a map. Nothing here is captured for undo, selected or rebuilt: what is put is
+// marked dirty, and its owner wants updateEntity with no more than UM_RENDER_KEYS, UM_MODEL_KEYS
+// and UM_ATTACH. Classes and textures are looked up by name, groups by id, visgroups by serial;
+// what is not there any more is left out.
+
+// New objects at the tails of their lists. With keepId under the state's id, which must be free,
+// else under the next one. In no group yet.
+cGroupData* makeGroup(cMap& map, const cGroupState& state);
+cEntityData* makeEntity(cMap& map, const cEntityState& state, bool keepId);
+cBrushData* makeBrush(cMap& map, const cObjectStates& states, const cBrushState& state,
+                      cEntityData* owner, bool keepIds);
+
+// Into an object that lives; whether it is selected stays as it is.
+void putEntity(cEntityData* entity, const cEntityState& state);
+// Flags, colour and faces. With geometry faces that the state lacks go, those that it has more are
+// made; without it they only take flags and texture blocks. In both cases they stand in the
+// state's order afterwards. A face that should be there and is not is reported and left out.
+void putBrush(cMap& map, cBrushData* brush, const cObjectStates& states, const cBrushState& state);
+void putFace(cFaceData* face, const cFaceState& state);
+
+// Membership in a group by id, 0 for none; counts of members follow, roots of the object as well.
+void setGroupById(cMap& map, cEntityData* entity, uint32_t id);
+void setGroupById(cMap& map, cBrushData* brush, uint32_t id);
+void joinVisGroups(cMap& map, cEntityData* entity, const cObjectStates& states,
+                   cStateRange serials);
+void joinVisGroups(cMap& map, cBrushData* brush, const cObjectStates& states, cStateRange serials);

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include "support/tMapState.h"
+
+#include "document/tMap.h"
+#include "document/tMapLists.h"
+#include "document/tVisGroup.h"
+
+#include <cstring>
+
+cMapState stateOf(const cMap& map, bool withSelection) {
+    cMapState state;
+    for (const cGroupData* group : groupsOf(map.data))
+        state.objects.take(group);
+    for (const cEntityData* entity : entitiesOf(map.data))
+        state.objects.take(entity, TAKE_BRUSHES | TAKE_VISGROUPS);
+    for (const cVisGroup* visGroup : map.visGroups)
+        state.visGroups << QStringLiteral("visgroup %1 %2 objects %3 visible %4")
+                               .arg(visGroup->serial)
+                               .arg(QString::fromLocal8Bit(visGroup->name))
+                               .arg(visGroup->objectCount)
+                               .arg(visGroup->visible);
+    const uint32_t mask = withSelection ? ~0u : ~uint32_t(OF_SELECTED);
+    for (cGroupState& group : state.objects.groups)
+        group.flags &= mask;
+    for (cEntityState& entity : state.objects.entities)
+        entity.flags &= mask & ~uint32_t(EF_RECOMPUTE_ATTACHMENT);
+    for (cBrushState& brush : state.objects.brushes)
+        brush.flags &= mask;
+    for (cFaceState& face : state.objects.faces)
+        face.flags &= mask;
+    return state;
+}
+
+// ---- Texts; two objects are the same if their texts and the bytes behind them are
+
+template<class Array> static QString listed(const Array& values) {
+    QString text;
+    for (const auto& value : values)
+        text += QStringLiteral(" %1").arg(double(value), 0, 'g', 9);
+    return text;
+}
+
+static QString textOf(const cGroupState& group) {
+    return QStringLiteral("group %1 after %2 parent %3 flags %4 color%5")
+        .arg(group.id)
+        .arg(group.previousId)
+        .arg(group.parentId)
+        .arg(group.flags)
+        .arg(listed(group.color));
+}
+
+static QString textOf(const cObjectStates& all, const cEntityState& entity) {
+    QString text = QStringLiteral("entity %1 %2 after %3 group %4 flags %5 spawn %6 key %7")
+                       .arg(entity.id)
+                       .arg(QString::fromLocal8Bit(entity.classname))
+                       .arg(entity.previousId)
+                       .arg(entity.groupId)
+                       .arg(entity.flags)
+                       .arg(entity.spawnFlags)
+                       .arg(QString::fromLocal8Bit(entity.flagsKey)) +
+                   listed(entity.origin) + listed(entity.angles) + listed(entity.mins) +
+                   listed(entity.maxs) + listed(entity.color);
+    for (const auto& [key, value] : entity.pairs)
+        text += QStringLiteral(" %1=%2").arg(QString::fromLocal8Bit(key),
+                                             QString::fromLocal8Bit(value));
+    for (uint32_t i = entity.visGroups.first; i < entity.visGroups.end(); ++i)
+        text += QStringLiteral(" visgroup %1").arg(all.serials[i]);
+    return text + QStringLiteral(" brushes %1").arg(entity.brushes.count);
+}
+
+static QString textOf(const cObjectStates& all, const cFaceState& face) {
+    QString text = QStringLiteral("  face %1 flags %2 plane%3 %4 type %5 %6 axes%7 bits %8 %9")
+                       .arg(face.id)
+                       .arg(face.flags)
+                       .arg(listed(face.normal))
+                       .arg(double(face.dist), 0, 'g', 9)
+                       .arg(face.planeType)
+                       .arg(QString::fromLocal8Bit(face.tex.name))
+                       .arg(listed(face.tex.uAxis) + listed(face.tex.vAxis))
+                       .arg(face.tex.contentFlags)
+                       .arg(face.tex.surfaceFlags);
+    for (float value :
+         {face.tex.uShift, face.tex.vShift, face.tex.uScale, face.tex.vScale, face.tex.rotation})
+        text += QStringLiteral(" %1").arg(double(value), 0, 'g', 9);
+    for (uint32_t i = face.points.first; i < face.points.end(); ++i)
+        text += QStringLiteral(" (%1 )").arg(listed(all.points[i]));
+    return text;
+}
+
+static QString textOf(const cObjectStates& all, const cBrushState& brush) {
+    QString text = QStringLiteral("brush %1 of %2 after %3 group %4 flags %5 reserved %6 color%7")
+                       .arg(brush.id)
+                       .arg(brush.entityId)
+                       .arg(brush.previousId)
+                       .arg(brush.groupId)
+                       .arg(brush.flags)
+                       .arg(brush.reserved)
+                       .arg(listed(brush.color));
+    for (uint32_t i = brush.visGroups.first; i < brush.visGroups.end(); ++i)
+        text += QStringLiteral(" visgroup %1").arg(all.serials[i]);
+    return text;
+}
+
+// ---- Comparison
+
+static QString differs(const QString& expected, const QString& got) {
+    return expected == got ? QString()
+                           : QStringLiteral("expected %1\n     got %2").arg(expected, got);
+}
+
+static bool isSame(const cObjectStates& a, const cFaceState& x, const cObjectStates& b,
+                   const cFaceState& y) {
+    return x.id == y.id && x.flags == y.flags && memcmp(&x.tex, &y.tex, sizeof x.tex) == 0 &&
+           memcmp(x.normal, y.normal, sizeof x.normal) == 0 &&
+           memcmp(&x.dist, &y.dist, sizeof x.dist) == 0 && x.planeType == y.planeType &&
+           x.points.count == y.points.count &&
+           memcmp(a.points.data() + x.points.first, b.points.data() + y.points.first,
+                  x.points.count * sizeof a.points[0]) == 0;
+}
+
+static QString brushDifference(const cObjectStates& a, const cBrushState& x, const cObjectStates& b,
+                               const cBrushState& y) {
+    const QString own = differs(textOf(a, x), textOf(b, y));
+    if (!own.isEmpty() || x.faces.count != y.faces.count)
+        return own.isEmpty() ? QStringLiteral("brush %1: %2 faces, got %3")
+                                   .arg(x.id)
+                                   .arg(x.faces.count)
+                                   .arg(y.faces.count)
+                             : own;
+    for (uint32_t i = 0; i < x.faces.count; ++i) {
+        const cFaceState& f = a.faces[x.faces.first + i];
+        const cFaceState& g = b.faces[y.faces.first + i];
+        if (!isSame(a, f, b, g))
+            return QStringLiteral("brush %1, expected\n%2\n     got\n%3")
+                .arg(x.id)
+                .arg(textOf(a, f), textOf(b, g));
+    }
+    return QString();
+}
+
+template<class T, class Difference>
+static QString listDifference(const char* what, const std::vector<T>& a, const std::vector<T>& b,
+                              Difference difference) {
+    for (size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
+        const QString found = difference(a[i], b[i]);
+        if (!found.isEmpty())
+            return found;
+    }
+    return a.size() == b.size() ? QString()
+                                : QStringLiteral("%1 %2, got %3")
+                                      .arg(a.size())
+                                      .arg(QString::fromLatin1(what))
+                                      .arg(b.size());
+}
+
+QString firstDifference(const cMapState& expected, const cMapState& got) {
+    const cObjectStates& a = expected.objects;
+    const cObjectStates& b = got.objects;
+    QString found = listDifference(
+        "groups", a.groups, b.groups,
+        [](const cGroupState& x, const cGroupState& y) { return differs(textOf(x), textOf(y)); });
+    if (found.isEmpty())
+        found = listDifference("entities", a.entities, b.entities,
+                               [&](const cEntityState& x, const cEntityState& y) {
+                                   return differs(textOf(a, x), textOf(b, y));
+                               });
+    if (found.isEmpty())
+        found = listDifference("brushes", a.brushes, b.brushes,
+                               [&](const cBrushState& x, const cBrushState& y) {
+                                   return brushDifference(a, x, b, y);
+                               });
+    if (found.isEmpty())
+        found = differs(expected.visGroups.join(QLatin1Char('\n')),
+                        got.visGroups.join(QLatin1Char('\n')));
+    return found;
+}
