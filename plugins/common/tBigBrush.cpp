@@ -99,17 +99,16 @@ static bool halvingPlane(const cPolygon& polygon, cMapPlane* out) {
     return true;
 }
 
-static cMapFaces withCut(cMapFaces faces, const cMapPlane& plane, const cFaceTexture& like) {
-    cMapFace cut = {plane, like};
+// The cut comes first: what it takes away never counts as a corner while a face is built.
+static cMapFaces withCut(const cMapFaces& faces, const cMapPlane& plane) {
+    cMapFace cut = {plane, faces[0].tex};
     applyClassicProjection({{0, 0}, 0, {1, 1}}, plane.normal, &cut.tex);
-    faces.push_back(cut);
-    return faces;
+    cMapFaces all = {cut};
+    all.insert(all.end(), faces.begin(), faces.end());
+    return all;
 }
 
-std::vector<cMapFaces> cutBigBrush(const cMapFaces& faces) {
-    // A polygon has at most one corner for each other face.
-    if (faces.size() <= MAX_CORNERS + 1)
-        return {faces};
+static void addPieces(const cMapFaces& faces, std::vector<cMapFaces>* pieces) {
     cMapFaces kept;
     cPolygon widest;
     for (size_t i = 0; i < faces.size(); ++i) {
@@ -120,11 +119,23 @@ std::vector<cMapFaces> cutBigBrush(const cMapFaces& faces) {
             widest = std::move(polygon);
     }
     cMapPlane plane;
-    if (widest.size() <= MAX_CORNERS || !halvingPlane(widest, &plane))
-        return {faces};
-    const cMapPlane turned = {{-plane.normal[0], -plane.normal[1], -plane.normal[2]}, -plane.dist};
-    std::vector<cMapFaces> pieces = cutBigBrush(withCut(kept, plane, kept[0].tex));
-    for (cMapFaces& piece : cutBigBrush(withCut(kept, turned, kept[0].tex)))
-        pieces.push_back(std::move(piece));
-    return pieces;
+    if (widest.size() <= MAX_CORNERS || !halvingPlane(widest, &plane)) {
+        pieces->push_back(std::move(kept));
+        return;
+    }
+    addPieces(withCut(kept, plane), pieces);
+    for (double& component : plane.normal)
+        component = -component;
+    plane.dist = -plane.dist;
+    addPieces(withCut(kept, plane), pieces);
+}
+
+std::vector<cMapFaces> cutBigBrush(const cMapFaces& faces) {
+    std::vector<cMapFaces> pieces;
+    // A polygon has at most one corner for each other face.
+    if (faces.size() > MAX_CORNERS + 1)
+        addPieces(faces, &pieces);
+    if (pieces.size() > 1)
+        return pieces;
+    return {faces};
 }

@@ -19,7 +19,7 @@ cContainerWriter::cContainerWriter(const cHostServices* host, cMapData* map)
     for (const cEntityData* entity = map->entities; entity; entity = entity->next)
         reserveIds(entity);
     for (const cGroupData* group = map->groups; group; group = group->next)
-        reserveIds(m_kept.keysOf(const_cast<cGroupData*>(group)));
+        reserveIds(m_kept.keysOf(const_cast<cGroupData*>(group)).value_or(cKeyValues()));
 }
 
 static bool namesContainer(const char* key) {
@@ -107,9 +107,9 @@ int cContainerWriter::layerIndex(uint32_t visGroup) {
 
 void cContainerWriter::addGroup(cGroupData* group, uint32_t visGroup) {
     const auto parent = m_groups.find(group->parent);
-    const cKeyValues kept = m_kept.keysOf(group);
     const std::string byDefault = "Group " + std::to_string(group->id);
-    const std::string* name = kept.empty() ? &byDefault : findKey(kept, "_tb_name");
+    const cKeyValues kept = m_kept.keysOf(group).value_or(cKeyValues{{"_tb_name", byDefault}});
+    const std::string* name = findKey(kept, "_tb_name");
     const long id = takeId(kept);
     m_groups[group] = int(m_containers.size());
     m_containers.push_back({group, visGroup, id, headed(name, id, kept),
@@ -264,9 +264,11 @@ void cContainerWriter::warnOfLosses() const {
     if (m_lostMemberships)
         m_host->Sys_Warning("%i object(s) change their visgroups in this format",
                             m_lostMemberships);
-    int empty = 0;
+    if (m_map->flags & (MF_EXPORT_VISIBLE | MF_EXPORT_CORDON))
+        return;
+    auto empty = -int(m_groups.size());
     for (const cGroupData* group = m_map->groups; group; group = group->next)
-        empty += group->memberCount == 0 ? 1 : 0;
-    if (empty)
+        ++empty;
+    if (empty > 0)
         m_host->Sys_Warning("%i empty group(s) were left out", empty);
 }

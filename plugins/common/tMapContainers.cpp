@@ -278,15 +278,15 @@ cKeptContainers::cKeptContainers(const cHostServices* host, const cEntityData* w
     }
 }
 
-cKeyValues cKeptContainers::keysOf(cGroupData* group) const {
+std::optional<cKeyValues> cKeptContainers::keysOf(cGroupData* group) const {
     const auto found = m_texts.find(GROUP_PREFIX + std::to_string(group->id));
     if (found == m_texts.end())
-        return {};
+        return std::nullopt;
     cKeyValues keys = splitKeys(found->second.front());
     if (keys.empty() || keys[0].first != COLOR_KEY)
         return keys; // of before colours were kept
     if (keys[0].second != colorOf(m_host, group))
-        return {};
+        return std::nullopt;
     keys.erase(keys.begin());
     return keys;
 }

@@ -6,6 +6,7 @@
 
 #include "tPluginInterface.h"
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -85,7 +86,7 @@ class cKeptContainers {
 public:
     cKeptContainers(const cHostServices* host, const cEntityData* world);
 
-    cKeyValues keysOf(cGroupData* group) const;
+    std::optional<cKeyValues> keysOf(cGroupData* group) const; // none: not from a text
     // The place counts the layers of one name.
     cKeyValues keysOfLayer(const std::string& name, size_t place) const;
     static bool isKept(const char* key); // a key of the world that keeps containers

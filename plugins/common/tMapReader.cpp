@@ -68,6 +68,9 @@ void cMapReader::reportCounts() {
                             m_cutBrushes, int(MAX_CORNERS));
     if (m_extraNumbers)
         m_host->Sys_Warning("%i number(s) past the known ones were read over", m_extraNumbers);
+    if (m_cutNumbers)
+        m_host->Sys_Warning("%i flag(s) or value(s) of a face were no 32-bit numbers and were cut",
+                            m_cutNumbers);
     if (m_longNames)
         m_host->Sys_Warning("%i texture name(s) longer than 63 characters were cut", m_longNames);
     if (m_skippedBlocks)
@@ -340,20 +343,28 @@ bool cMapReader::readTexture(cMapFace* face) {
 }
 
 // Flags are written as signed or unsigned 32-bit numbers.
+static bool isInRange(double number) {
+    return number > -4294967296.0 && number < 4294967296.0;
+}
+
+static bool isFlagBits(double number) {
+    return isInRange(number) && number == std::trunc(number);
+}
+
 static uint32_t flagBits(double number) {
-    if (!(number > -4294967296.0 && number < 4294967296.0))
-        return 0;
-    return uint32_t(int64_t(number));
+    return isInRange(number) ? uint32_t(int64_t(number)) : 0;
 }
 
 void cMapReader::readFlags(cFaceTexture* tex) {
     uint32_t* const fields[3] = {&tex->contentFlags, &tex->surfaceFlags, &tex->value};
     double number;
     for (int i = 0; m_scan.number(&number); ++i) {
-        if (i < 3)
-            *fields[i] = flagBits(number);
-        else
+        if (i >= 3) {
             ++m_extraNumbers;
+            continue;
+        }
+        *fields[i] = flagBits(number);
+        m_cutNumbers += isFlagBits(number) ? 0 : 1;
     }
 }
 

@@ -82,6 +82,7 @@ private:
     int m_brokenBrushes = 0;
     int m_cutBrushes = 0;
     int m_extraNumbers = 0;
+    int m_cutNumbers = 0;
     int m_longNames = 0;
     int m_skippedBlocks = 0;
     std::string m_firstBlock;

@@ -66,8 +66,13 @@ bool cMapScanner::name(std::string* out) {
     const char* start = m_next;
     while (m_next < m_end && !atBlank())
         ++m_next;
-    out->assign(start, m_next);
+    takeText(start, out);
     return true;
+}
+
+// The text of a file has no zeros; what stands behind one would be lost later.
+void cMapScanner::takeText(const char* start, std::string* out) const {
+    out->assign(start, strnlen(start, size_t(m_next - start)));
 }
 
 bool cMapScanner::quoted(std::string* out) {
@@ -76,7 +81,7 @@ bool cMapScanner::quoted(std::string* out) {
     const char* start = m_next;
     while (m_next < m_end && *m_next != '"' && *m_next != '\n')
         ++m_next;
-    out->assign(start, m_next);
+    takeText(start, out);
     if (m_next < m_end && *m_next == '"') {
         ++m_next;
         return true;

@@ -31,6 +31,7 @@ public:
 
 private:
     bool atBlank() const;
+    void takeText(const char* start, std::string* out) const;
     bool endsToken(const char* at) const;
 
     const char* m_next;
