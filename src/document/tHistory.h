@@ -81,6 +81,7 @@ public:
 private:
     enum eRecordList { RL_CHANGED, RL_CREATED, RL_DELETED };
     enum eKind { KIND_GROUP, KIND_ENTITY, KIND_BRUSH, KIND_FACE };
+    cObjectStates& statesOf(eRecordList list);
     cObjectStates* listFor(eRecordList list, eKind kind, uint32_t id);
     void capture(eRecordList list, const cEntityData* entity);
     void capture(eRecordList list, const cBrushData* brush, bool withGeometry);

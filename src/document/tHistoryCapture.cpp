@@ -7,20 +7,25 @@
 
 static constexpr unsigned WHOLE = TAKE_GEOMETRY | TAKE_VISGROUPS;
 
+cObjectStates& cHistory::statesOf(eRecordList list) {
+    cUndoStep& step = *m_steps->undo.back();
+    return list == RL_CHANGED ? step.changed : list == RL_CREATED ? step.created : step.deleted;
+}
+
 // The list of states of the open step for an object that the list does not hold yet, else null.
 cObjectStates* cHistory::listFor(eRecordList list, eKind kind, uint32_t id) {
     if (!m_recording)
         return nullptr;
-    cUndoStep& step = *m_steps->undo.back();
-    const bool isChange = list == RL_CHANGED, isNew = list == RL_CREATED;
-    cCapturedIds& known = isChange ? m_steps->changed : isNew ? m_steps->created : m_steps->deleted;
+    cCapturedIds& known = list == RL_CHANGED   ? m_steps->changed
+                          : list == RL_CREATED ? m_steps->created
+                                               : m_steps->deleted;
     auto& ids = kind == KIND_GROUP    ? known.groups
                 : kind == KIND_ENTITY ? known.entities
                 : kind == KIND_BRUSH  ? known.brushes
                                       : known.faces;
     if (!ids.insert(id).second)
         return nullptr;
-    return isChange ? &step.changed : isNew ? &step.created : &step.deleted;
+    return &statesOf(list);
 }
 
 void cHistory::capture(eRecordList list, const cEntityData* entity) {
@@ -57,6 +62,14 @@ void cHistory::captureEntities(eRecordList list) {
 }
 
 void cHistory::captureBrushes(eRecordList list, bool withGeometry) {
+    if (!m_recording)
+        return;
+    cObjectStates::cBrushCounts counts;
+    for (const cBrushData* brush : selectedBrushesOf(m_map.data))
+        counts.add(brush);
+    if (!withGeometry)
+        counts.points = 0;
+    statesOf(list).reserve(counts);
     for (const cBrushData* brush : selectedBrushesOf(m_map.data))
         capture(list, brush, withGeometry);
 }

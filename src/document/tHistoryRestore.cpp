@@ -200,6 +200,7 @@ void keepSelected(uint32_t& flags, uint32_t recorded) {
 
 // Objects that are missing keep what was recorded of them.
 void cRestore::takeLive(const cObjectStates& recorded) {
+    live.reserve({recorded.brushes.size(), recorded.faces.size(), recorded.points.size()});
     for (const cGroupState& state : recorded.groups) {
         if (const cGroupData* group = m_map.findGroupById(state.id))
             live.take(group);

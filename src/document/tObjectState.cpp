@@ -135,6 +135,25 @@ void cObjectStates::copy(const cBrushState& brush, const cObjectStates& from) {
 
 // ---- Sizes
 
+void cObjectStates::cBrushCounts::add(const cBrushData* brush) {
+    ++brushes;
+    for (const cFaceData* face : facesOf(brush)) {
+        ++faces;
+        points += size_t(face->vertexCount);
+    }
+}
+
+template<class T> static void reserveMore(std::vector<T>& list, size_t count) {
+    if (list.size() + count > list.capacity())
+        list.reserve(std::max(list.size() + count, list.capacity() * 2));
+}
+
+void cObjectStates::reserve(const cBrushCounts& counts) {
+    reserveMore(brushes, counts.brushes);
+    reserveMore(faces, counts.faces);
+    reserveMore(points, counts.points);
+}
+
 bool cObjectStates::isEmpty() const {
     return groups.empty() && entities.empty() && brushes.empty() && loneFaces.empty();
 }

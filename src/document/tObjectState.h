@@ -103,6 +103,13 @@ public:
     // A state of another bag with all it refers to.
     void copy(const cBrushState& brush, const cObjectStates& from);
 
+    // Room for so many brushes more, at once: growing by halves copies all of a large step.
+    struct cBrushCounts {
+        size_t brushes = 0, faces = 0, points = 0;
+        void add(const cBrushData* brush);
+    };
+    void reserve(const cBrushCounts& counts);
+
     bool isEmpty() const;
     size_t bytes() const; // of memory, for measurements
     void shrink();        // gives back what growing took too much

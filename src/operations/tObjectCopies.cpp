@@ -52,6 +52,10 @@ cTakenObjects cTakenObjects::selectionOf(cMap& map) {
         chains.take(entity->group);
     }
     taken.firstLoose = uint32_t(taken.states.brushes.size());
+    cObjectStates::cBrushCounts counts;
+    for (const cBrushData* brush : selectedBrushesOf(map.data))
+        counts.add(brush);
+    taken.states.reserve(counts);
     for (const cBrushData* brush : oldestFirst(selectedBrushesOf(map.data))) {
         if (isSelected(brush->owner))
             continue; // its entity has taken it
