@@ -14,14 +14,20 @@
 #include <fstream>
 #include <iterator>
 #include <random>
-#include <sanitizer/allocator_interface.h>
 #include <sanitizer/common_interface_defs.h>
 #include <string>
 #include <sys/time.h>
 #include <unistd.h>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+extern "C" {
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+
+// Of the sanitizer's allocator; not every compiler brings the header.
+size_t __sanitizer_get_allocated_size(const volatile void* block);
+int __sanitizer_install_malloc_and_free_hooks(void (*allocated)(const volatile void*, size_t),
+                                              void (*released)(const volatile void*));
+}
 
 using cInput = std::vector<uint8_t>;
 

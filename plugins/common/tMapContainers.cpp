@@ -128,8 +128,11 @@ std::vector<size_t> cContainerReader::parentsFirst() {
             if (!m_containers[at].isLayer)
                 m_containers[at].parent = find(valueOf(m_containers[at].keys, "_tb_group"), false);
         }
-        if (at != NONE && states[at] == ON_CHAIN)
+        if (at != NONE && states[at] == ON_CHAIN) {
             m_containers[chain.back()].parent = NONE;
+            eraseKey(&m_containers[chain.back()].keys, "_tb_group");
+            ++m_circles;
+        }
         for (; !chain.empty(); chain.pop_back()) {
             states[chain.back()] = PLACED;
             order.push_back(chain.back());
@@ -246,6 +249,8 @@ void cContainerReader::bind(cEpairAppender& world) {
     joinMembers();
     joinEntities();
     keep(world);
+    if (m_circles)
+        m_host->Sys_Warning("%i group(s) that lie in themselves were taken out", m_circles);
 }
 
 // ---- What the world keeps

@@ -73,6 +73,7 @@ private:
     cMapData* m_map;
     std::vector<cContainer> m_containers;
     std::unordered_map<std::string, size_t> m_byId;
+    int m_circles = 0; // groups that lie in themselves
     struct cMember {
         cEntityData* entity;
         std::string groupId;
