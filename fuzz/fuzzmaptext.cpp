@@ -107,12 +107,12 @@ static void demandSame(const cMap& a, const cMap& b) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     static cFuzzHost host;
-    cMap first(nullptr);
+    cMap first(host);
     if (!import(first, QByteArray(reinterpret_cast<const char*>(bytes), int(size))))
         return 0;
     const bool sound = isSound(first);
     for (const eFaceLine kind : {eFaceLine::Classic, eFaceLine::Axial}) {
-        cMap second(nullptr), third(nullptr);
+        cMap second(host), third(host);
         import(second, exported(first, kind));
         import(third, exported(second, kind));
         // An entity of a brush that is none any more has another key.

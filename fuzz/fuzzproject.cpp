@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     static cFuzzHost host;
     static QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("saved.kvx"));
-    cMap map(nullptr), again(nullptr);
+    cMap map(host), again(host);
     const QByteArray file(reinterpret_cast<const char*>(bytes), int(size));
     if (!cProjectFile(map, QString()).loadBytes(file))
         return 0;

@@ -7,10 +7,10 @@
 #include <cstring>
 #include <strings.h>
 
-// The number that a text names a container by; 0 for none.
+// The number that a text names a container by, in the one way that it is written; 0 for none.
 static long idFrom(const char* text) {
     const long id = strtol(text, nullptr, 10);
-    return id > 0 && id <= INT_MAX ? id : 0;
+    return id > 0 && id <= INT_MAX && std::to_string(id) == text ? id : 0;
 }
 
 cContainerWriter::cContainerWriter(const cHostServices* host, cMapData* map)

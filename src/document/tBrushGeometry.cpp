@@ -97,13 +97,6 @@ static bool samePlane(const cFaceData* a, const cFaceData* b) {
            planesEqual(planeOf(a), planeOf(b), false);
 }
 
-static void removeFace(cFaceData* face) {
-    if (cMap* map = mapOf(face->brush))
-        map->freeFace(face);
-    else
-        freeDetachedFace(face);
-}
-
 // False when nothing of the face is left. Of several equal planes only the last one is built.
 static bool windingFromPlanes(cFaceData* face) {
     const double normal[3] = {double(face->normal[0]), double(face->normal[1]),
@@ -158,7 +151,7 @@ bool rebuildFace(cFaceData* face, uint32_t mode) {
     if (mode & UM_PLANES)
         planeFromVertices(face);
     if ((mode & UM_WINDINGS) && face->brush && !windingFromPlanes(face)) {
-        removeFace(face);
+        mapOf(face->brush)->freeFace(face);
         return false;
     }
     if (mode & UM_RESET_AXES)
@@ -440,7 +433,7 @@ int removeDuplicatePlanes(cBrushData* brush) {
         for (cFaceData* later : cFaceRange(face->next)) {
             if (!planesEqual(planeOf(face), planeOf(later), false))
                 continue;
-            removeFace(later);
+            mapOf(brush)->freeFace(later);
             brush->flags |= BF_DIRTY;
             ++removed;
         }
@@ -453,7 +446,7 @@ int mergeCoplanarFaces(cBrushData* brush) {
     for (cFaceData* face : facesOf(brush)) {
         if (!isZeroVector(face->normal))
             continue;
-        removeFace(face);
+        mapOf(brush)->freeFace(face);
         ++removed;
     }
     return removed + removeDuplicatePlanes(brush);

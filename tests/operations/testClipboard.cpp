@@ -206,10 +206,10 @@ TEST_F(Clipboard, cutEmptiesOwnersAndUndoFillsGroupsAndVisgroups) {
 }
 
 TEST_F(Clipboard, pastesIntoAnotherMapAfterTheSourceHasGone) {
-    cMap other(nullptr);
+    cMap other(host);
     addWorldTo(other);
     {
-        cMap source(nullptr);
+        cMap source(host);
         cEntityData* sourceWorld = addWorldTo(source);
         const float mins[3] = {0, 0, 0}, maxs[3] = {64, 64, 64};
         selectedPush(source.data.selectedBrushes, addBox(source, sourceWorld, mins, maxs, "odd"));

@@ -146,7 +146,7 @@ protected:
 };
 
 TEST_P(Fidelity, whatWasReadIsWritten) {
-    cMap map(nullptr), project(nullptr);
+    cMap map(host), project(host);
     ASSERT_TRUE(importText(map, QByteArray::fromStdString(GetParam().text)));
     EXPECT_EQ(count(eMessage::Error, ""), 0);
     expectSource(map, "straight");

@@ -54,7 +54,7 @@ protected:
     std::string written(const char* kind = "Axial Maps") { return contents(exportFile(map, kind)); }
     int warned(const char* text) const { return count(eMessage::Warning, text); }
 
-    cMap map{nullptr};
+    cMap map{host};
 };
 
 // ---- Geometry and numbers
@@ -260,7 +260,7 @@ TEST_F(MapLimits, largeFilesAreReadAndWritten) {
         ASSERT_TRUE(importText(map, text + c.end));
         written();
         ASSERT_TRUE(cProjectFile(map, path("map.kvx")).save());
-        cMap project(nullptr);
+        cMap project(host);
         ASSERT_TRUE(cProjectFile(project, path("map.kvx")).load());
         EXPECT_EQ(project.lastGroupId != 0, map.data.groups && map.data.groups->memberCount);
     }
@@ -283,7 +283,7 @@ TEST_F(MapLimits, anObjectInVeryManyVisGroupsIsReadBack) {
         all.append(map.createVisGroup("v"));
     map.world()->brushes->brush->addToVisGroups(all);
     ASSERT_TRUE(cProjectFile(map, path("map.kvx")).save());
-    cMap project(nullptr);
+    cMap project(host);
     ASSERT_TRUE(cProjectFile(project, path("map.kvx")).load());
     EXPECT_EQ(project.world()->brushes->brush->visGroups.size(), all.size());
 }
