@@ -174,6 +174,16 @@ static void pick(benchmark::State& state, cCanvas* (cShownCity::*which)() const)
     state.counters["hits"] = benchmark::Counter(hits, benchmark::Counter::kAvgIterations);
 }
 
+// Inside the selection's box, or on one of its handles on the right side.
+static void placeOf(cCanvas* canvas, int handle, int* x, int* y) {
+    float point[3], pixel[2];
+    canvas->project()->boxes[TBX_SELECTION].handlePoint(canvas->axisH, canvas->axisV, handle,
+                                                        point);
+    canvas->projectToScreen(point, pixel);
+    *x = int(pixel[0]) + (handle == BH_NONE ? 0 : 6);
+    *y = int(pixel[1]);
+}
+
 // A mouse move in the top view that drags the selection in a city of 10,000 brushes, and the frame
 // of all views after it. By the box, or by the right handle as a stretch.
 static void dragStep(benchmark::State& state, eHandleMode mode, int handle) {
@@ -185,11 +195,11 @@ static void dragStep(benchmark::State& state, eHandleMode mode, int handle) {
     cToolSelect tool;
     g_viewHost->currentTool = &tool;
     tool.setCanvas(top);
-    tool.handleMode = mode;
-    tool.hoverHandle = handle;
-    tool.overBox = handle == BH_NONE;
-    int x = top->width() / 2;
-    const int y = top->height() / 2, start = x;
+    top->project()->selection.handleMode = mode;
+    int x = 0, y = 0;
+    placeOf(top, handle, &x, &y);
+    const int start = x;
+    tool.mousePress(top, x, y, TB_LEFT, {});
     tool.mouseMove(top, x, y, Qt::LeftButton, {});
     tool.mouseMove(top, x + 1, y, Qt::LeftButton, {});
     city.frame(); // the picture changes once, when the drag begins
@@ -199,7 +209,7 @@ static void dragStep(benchmark::State& state, eHandleMode mode, int handle) {
         tool.mouseMove(top, x, y, Qt::LeftButton, {});
         city.frame();
     }
-    if (!tool.movingPreview || top->pictureCount() != before)
+    if (!tool.dragging() || top->pictureCount() != before)
         state.SkipWithError("no drag over the kept picture");
     g_viewHost->currentTool = nullptr;
 }

@@ -75,6 +75,8 @@ void resetEntityFromClass(cEntityData* entity);
 // attachment; other bits go to rebuildBrush for each dirty brush. Tells the cull tree.
 void updateEntity(cEntityData* entity, uint32_t mode);
 void readRenderKeys(cEntityData* entity);
+// EF_TRANSPARENT from the render flags, whatever the setting says.
+void noteTransparency(cEntityData* entity);
 void readModelKeys(cEntityData* entity);
 void attachResource(cEntityData* entity); // finds and attaches the model, sprite or decal
 void detachResource(cEntityData* entity);

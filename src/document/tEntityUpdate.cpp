@@ -79,7 +79,6 @@ void readRenderKeys(cEntityData* entity) {
     static const uint8_t reset[4] = {0, 0, 0, 255};
     memcpy(entity->renderColor, reset, 4);
     entity->renderMode = entity->renderFx = 0;
-    entity->flags &= ~uint32_t(EF_TRANSPARENT);
     const uint32_t keyMask = contextOf(entity).profile().flags;
     const bool renderKeys = (keyMask & PF_RENDER_KEYS) != 0;
     if (renderKeys) {
@@ -96,8 +95,15 @@ void readRenderKeys(cEntityData* entity) {
     entity->renderFlags = renderFlagsForMode(entity->renderMode);
     if (entity->renderMode == 4 && entity->renderColor[3] != 0)
         entity->renderColor[3] = 255;
-    if (g_host && g_host->EntityTransparency && (entity->renderFlags & TRANSPARENT_STATE_BITS))
+    noteTransparency(entity);
+}
+
+// Whether it is shown is for the views to say.
+void noteTransparency(cEntityData* entity) {
+    if (entity->renderFlags & TRANSPARENT_STATE_BITS)
         entity->flags |= EF_TRANSPARENT;
+    else
+        entity->flags &= ~uint32_t(EF_TRANSPARENT);
 }
 
 // ---- Attachments

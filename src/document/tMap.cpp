@@ -321,12 +321,8 @@ void cMap::buildCullTree() {
 }
 
 void cMap::finishLoad() {
-    constexpr uint32_t transparentStateBits = 0x10ff;
     for (cEntityData* entity : entitiesOf(data)) {
-        const bool transparent =
-            g_host && g_host->EntityTransparency && (entity->renderFlags & transparentStateBits);
-        entity->flags = transparent ? entity->flags | EF_TRANSPARENT
-                                    : entity->flags & ~uint32_t(EF_TRANSPARENT);
+        noteTransparency(entity);
         for (cBrushData* brush : brushesOf(entity)) {
             for (cFaceData* face : facesOf(brush))
                 updateFaceTransparency(face);

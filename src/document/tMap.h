@@ -147,13 +147,20 @@ public:
 
     // ---- Selection
 
-    // Every operation ends by describing the selection, except selectEntity and selectGroup;
-    // none opens a history step. Selected objects stand in their list newest first.
+    // Nobody else changes the lists or flags of what is selected, but for history and readers.
+    // Every operation ends by describing the selection, unless it says otherwise; none opens a
+    // history step. Selected objects stand in their list newest first.
 
     int updateSelectionMode(); // 3 faces, 2 single objects, 1 groups as units
     bool isPickSelected(int pick) const;
+    // That object alone, in or out. Describes nothing.
+    void select(cGroupData* group);
+    void select(cEntityData* entity);
+    void select(cBrushData* brush);
+    void deselect(cGroupData* group);
+    void deselect(cEntityData* entity);
     void selectEntity(cEntityData* entity); // with its brushes
-    void selectGroup(cGroupData* group);    // with its members
+    void selectGroup(cGroupData* group);    // with its members; neither describes anything
     // Counted from 0 in list order; with skipHidden hidden ones are not counted.
     void selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden);
     void selectInBox(const float* mins, const float* maxs, int boxMode); // eBoxMode
@@ -175,7 +182,7 @@ public:
 
     // ---- Finishing
 
-    // Transparency flags from the settings, visgroup visibility, the cull tree: after a read.
+    // Transparency flags, visgroup visibility, the cull tree: after a read.
     void finishLoad();
     void buildCullTree();
     // Textures have come or gone: faces and decals take what their names mean in this game now.

@@ -37,6 +37,36 @@ void cMap::describeChange() {
     describeSelection();
 }
 
+void cMap::select(cGroupData* group) {
+    pushOnce(data.selectedGroups, group);
+    markChanged();
+}
+
+void cMap::select(cEntityData* entity) {
+    pushOnce(data.selectedEntities, entity);
+    markChanged();
+}
+
+void cMap::select(cBrushData* brush) {
+    pushOnce(data.selectedBrushes, brush);
+    markChanged();
+}
+
+template<class T> static void removeSelected(T*& head, T* item) {
+    if (isSelected(item))
+        selectedRemove(head, item);
+}
+
+void cMap::deselect(cGroupData* group) {
+    removeSelected(data.selectedGroups, group);
+    markChanged();
+}
+
+void cMap::deselect(cEntityData* entity) {
+    removeSelected(data.selectedEntities, entity);
+    markChanged();
+}
+
 // The world itself is never selected.
 void cMap::selectEntity(cEntityData* entity) {
     if (!(entity->flags & EF_WORLD))
@@ -318,7 +348,8 @@ void cMap::describeSelection() {
     if (!g_host)
         return;
     updateSelectionMode();
-    g_host->setStatusPane(selectionSentence(), SELECTION_PANE);
+    if (g_host->showsTextsOf(*this))
+        g_host->setStatusPane(selectionSentence(), SELECTION_PANE);
     if (!data.selectedFaces)
         g_host->selectionDescribed(*this);
 }

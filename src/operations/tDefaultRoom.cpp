@@ -136,7 +136,7 @@ cEntityData* createEntity(cMap& map, const cEntityClass* entityClass, const floa
         }
         updateEntity(entity, UM_RENDER_KEYS | UM_MODEL_KEYS | UM_ATTACH);
         map.clearSelection();
-        selectedPush(map.data.selectedEntities, entity);
+        map.select(entity);
         step->entityCreated(entity);
     }
     map.describeSelection();

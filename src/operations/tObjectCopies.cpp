@@ -138,13 +138,13 @@ void cObjectCopies::select() {
     const bool groupsAct = m_map.updateSelectionMode() == MODE_GROUPS;
     for (cGroupData* group : groups) {
         if (groupsAct && !group->parent)
-            selectedPush(m_map.data.selectedGroups, group);
+            m_map.select(group);
     }
     for (cEntityData* entity : entities)
-        selectedPush(m_map.data.selectedEntities, entity);
+        m_map.select(entity);
     for (cBrushData* brush : brushes) {
         if (brushVisible(brush))
-            selectedPush(m_map.data.selectedBrushes, brush);
+            m_map.select(brush);
     }
 }
 

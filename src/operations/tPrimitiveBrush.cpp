@@ -81,9 +81,9 @@ void enterCreated(const cPrimitiveParams& params, const char* stepName,
         const cHistoryStep step(map, stepName);
         map.clearSelection();
         if (group && map.updateSelectionMode() == MODE_GROUPS)
-            selectedPush(map.data.selectedGroups, group);
+            map.select(group);
         for (cBrushData* brush : brushes)
-            selectedPush(map.data.selectedBrushes, brush);
+            map.select(brush);
         step->groupCreated(group);
         for (const cBrushData* brush : brushes)
             step->brushCreated(brush);

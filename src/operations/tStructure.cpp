@@ -80,8 +80,8 @@ bool groupSelection(cMap& map) {
         step->entitiesChanged();
         step->brushesChanged(false);
         for (cGroupData* former : selectedGroupsOf(map.data))
-            selectedRemove(map.data.selectedGroups, former);
-        selectedPush(map.data.selectedGroups, group);
+            map.deselect(former);
+        map.select(group);
         step->groupCreated(group);
         map.joinSelection(group);
     }
@@ -231,7 +231,7 @@ int countSelectedPoints(const cMap& map) {
 void deselectPoints(cMap& map) {
     for (cEntityData* entity : selectedEntitiesOf(map.data)) {
         if (entity->flags & EF_POINT)
-            selectedRemove(map.data.selectedEntities, entity);
+            map.deselect(entity);
     }
     map.dropForsakenGroups();
     map.describeSelection();
@@ -247,14 +247,13 @@ std::vector<cEntityData*> ownersOfSelection(const cMap& map) {
     return owners;
 }
 
-// A new entity is noted as selected, so that a redo selects it again.
+// A new entity is selected before it is noted, so that a redo selects it again.
 static cEntityData* addTarget(cMap& map, const cHistoryStep& step, const char* className) {
     const float origin[3] = {0, 0, 0};
     cEntityData* entity = map.addEntity(className, origin, 0);
     resetEntityFromClass(entity);
-    entity->flags |= EF_SELECTED;
+    map.select(entity);
     step->entityCreated(entity);
-    entity->flags &= ~uint32_t(EF_SELECTED);
     return entity;
 }
 

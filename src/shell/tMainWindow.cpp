@@ -34,6 +34,7 @@
 #include <QSignalMapper>
 #include <QStatusBar>
 #include <QTextEdit>
+#include <utility>
 
 cMainWindow* g_mainWindow = nullptr;
 bool g_closing = false;
@@ -89,8 +90,7 @@ cMainWindow::~cMainWindow() {
     for (cProject* project : projects)
         project->detachWindows();
     g_clipboard->forgetSource();
-    qDeleteAll(projects);
-    projects.clear();
+    qDeleteAll(std::exchange(projects, {}));
     delete m_mdiArea;
     currentTool = suspendedTool = nullptr;
     for (auto& tool : tools)

@@ -93,7 +93,8 @@ public:
     void openArgument(const QString& path);
     // The windows of a new or opened project, by the user's settings.
     void createProjectWindows(cProject* project);
-    // Every window puts its own question; false if one has stayed.
+    // Every document asks once, before the first of its windows goes; one that refuses keeps them
+    // all. False if one has stayed.
     bool closeAllWindows();
     void openGameProfiles(); // where game configurations are set up
 
@@ -104,6 +105,8 @@ public:
     void showProgress(const QString& text) override;
     void setStatusPane(const QString& text, int pane) override;
     void projectDirty(cProject* project) override;
+    void busyEnded() override;
+    bool showsTextsOf(const cMap& map) const override;
     void historyChanged() override;
     void visGroupsChanged(cMap& map) override;
     int currentToolId() const override;
@@ -112,6 +115,10 @@ public:
     // ---- cViewHost
 
     void setActiveCanvas(cCanvas* canvas) override;
+    // The view of the active window that commands go to, and the 2D view for those that go by
+    // its axes. Null without a document or such a view.
+    cCanvas* commandCanvas() const;
+    cCanvas* flatCanvas() const;
     cTool* cameraTool() const override;
     QMenu* popupMenu(const char* title) const override;
     QGLWidget* shareWidget() override;
@@ -456,6 +463,8 @@ private:
     void activateProject(cProject* project);
     void returnToActiveProject();
     void leaveViews();
+    void enterViews(const cChildWindow& child);
+    void notifyToolsOfAll(); // the selections of all documents changed
     void updateTimers();
     cProject* projectOf(const cCanvas* canvas) const;
 

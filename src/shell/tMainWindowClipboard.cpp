@@ -46,11 +46,12 @@ void cMainWindow::cmdEditCopy() {
 
 // ---- Paste
 
-// Where the mouse was last in the active view; the world's origin where it met nothing.
+// Where the mouse was last in the view used last, if it has not left it, else in the 2D view used
+// last; the world's origin where it met nothing.
 void cMainWindow::pasteTarget(float target[3]) {
     std::fill_n(target, 3, 0.0f);
     float point[3];
-    cCanvas* canvas = activeCanvas;
+    cCanvas* canvas = activeCanvas && activeCanvas == commandCanvas() ? activeCanvas : flatCanvas();
     if (canvas && canvas->screenToWorld(canvas->mouseX, canvas->mouseY, SW_SNAP | SW_DEPTH, point))
         std::copy_n(point, 3, target);
 }

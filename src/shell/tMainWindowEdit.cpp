@@ -115,13 +115,13 @@ void cMainWindow::cmdEditSelectAuto() {
 // ---- Objects
 
 void cMainWindow::cmdEditCreateObject() {
-    if (activeCanvas && currentTool)
-        currentTool->apply(activeCanvas);
+    if (cCanvas* canvas = currentTool ? commandCanvas() : nullptr)
+        currentTool->apply(canvas);
 }
 
 void cMainWindow::cmdEditCreateObjectEx() {
     const auto* action = qobject_cast<const QAction*>(sender());
-    if (!action || !activeCanvas || !currentTool)
+    if (!action || !activeChild() || !currentTool)
         return;
     const int listed = m_listedTool == TOOL_ENTITY ? m_objects->findText(action->text()) : -1;
     if (listed >= 0)

@@ -12,8 +12,6 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QTextEdit>
 
@@ -67,7 +65,8 @@ bool cMainWindow::eventFilter(QObject* watched, QEvent* event) {
         }
         break;
     case QEvent::KeyRelease:
-        if (takesKeys(watched) && !static_cast<QKeyEvent*>(event)->isAutoRepeat())
+        // Whoever gets it: a menu may have come up since the press.
+        if (!static_cast<QKeyEvent*>(event)->isAutoRepeat())
             keyUp(static_cast<QKeyEvent*>(event)->key());
         break;
     case QEvent::ApplicationDeactivate:
@@ -145,14 +144,10 @@ void cMainWindow::keyPressEvent(QKeyEvent* event) {
 // ---- Closing
 
 bool cMainWindow::closeAllWindows() {
-    QList<QPointer<QMdiSubWindow>> windows;
-    for (QMdiSubWindow* window : m_mdiArea->subWindowList())
-        windows.append(window);
-    bool all = true;
-    for (const QPointer<QMdiSubWindow>& window : windows)
-        if (window && !window->close())
-            all = false;
-    return all;
+    const QList<cProject*> open = projects;
+    for (cProject* project : open)
+        removeProject(project);
+    return projects.isEmpty();
 }
 
 void cMainWindow::closeEvent(QCloseEvent* event) {

@@ -125,7 +125,7 @@ void cMainWindow::cmdViewShowHidden() {
 void cMainWindow::dropHiddenEverywhere() {
     for (cProject* project : projects)
         project->map->dropHidden();
-    notifyTools();
+    notifyToolsOfAll();
 }
 
 // ---- The dock

@@ -104,6 +104,16 @@ void cMainWindow::projectDirty(cProject* project) {
         project->setDirty(true);
 }
 
+void cMainWindow::busyEnded() {
+    for (cProject* project : projects)
+        project->paintDropped();
+}
+
+bool cMainWindow::showsTextsOf(const cMap& map) const {
+    const cProject* project = activeProject();
+    return project && project->map.get() == &map;
+}
+
 int cMainWindow::currentToolId() const {
     return currentTool ? currentTool->getId() : -1;
 }
@@ -120,6 +130,16 @@ void cMainWindow::setActiveCanvas(cCanvas* canvas) {
         return;
     cCanvas::switchActive(*this, canvas);
     updateViewControls();
+}
+
+cCanvas* cMainWindow::commandCanvas() const {
+    const cChildWindow* child = activeChild();
+    return child ? child->commandView() : nullptr;
+}
+
+cCanvas* cMainWindow::flatCanvas() const {
+    const cChildWindow* child = activeChild();
+    return child ? child->flatCommandView() : nullptr;
 }
 
 cTool* cMainWindow::cameraTool() const {

@@ -76,6 +76,8 @@ void cMainWindow::setTemporaryTool(int id) {
     const int current = currentToolId();
     if (current != TOOL_SELECT && current != TOOL_MAGNIFY && current != TOOL_CAMERA)
         suspendedTool = currentTool;
+    if (currentTool)
+        currentTool->breakOff();
     currentTool = tools[size_t(id)].get();
     refreshToolViews();
 }
@@ -163,7 +165,7 @@ void cMainWindow::leaveFaceMode() {
     makeCurrent(TOOL_SELECT);
     for (cProject* project : projects)
         project->map->clearSelection();
-    notifyTools();
+    notifyToolsOfAll();
 }
 
 // ---- How tools work

@@ -26,19 +26,13 @@ static cMap* mapToChange(cMainWindow& window) {
     return hasObjects(*project->map) ? project->map.get() : nullptr;
 }
 
-// The canvas whose axes a command means; a camera view has none.
-static const cCanvas* flatCanvas(const cMainWindow& window) {
-    const cCanvas* canvas = window.activeCanvas;
-    return canvas && !canvas->isCamera() ? canvas : nullptr;
-}
-
 static void showChange(cMainWindow& window) {
     window.notifyTools();
     window.redrawAllViews(REDRAW_ALL);
 }
 
 static void flip(cMainWindow& window, int cCanvas::*axis) {
-    const cCanvas* canvas = flatCanvas(window);
+    const cCanvas* canvas = window.flatCanvas();
     cMap* map = canvas ? mapToChange(window) : nullptr;
     if (!map)
         return;
@@ -47,7 +41,7 @@ static void flip(cMainWindow& window, int cCanvas::*axis) {
 }
 
 static void align(cMainWindow& window, int cCanvas::*axis, int side) {
-    const cCanvas* canvas = flatCanvas(window);
+    const cCanvas* canvas = window.flatCanvas();
     cMap* map = canvas ? mapToChange(window) : nullptr;
     if (!map)
         return;
@@ -119,7 +113,7 @@ void cMainWindow::cmdToolsTransform() {
 // ---- The box
 
 static void selectBySelectionBox(cMainWindow& window, int boxMode) {
-    cCanvas* canvas = window.activeCanvas;
+    cCanvas* canvas = window.flatCanvas();
     if (canvas && selectWithBox(*canvas, boxMode))
         canvas->requestRedraw(false);
 }

@@ -12,6 +12,7 @@
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -89,13 +90,13 @@ void cMainWindow::checkActiveState(bool clearConfig) {
     if (!child)
         leaveViews();
     else if (!activeCanvas || activeCanvas->childWindow != child)
-        setActiveCanvas(child->firstCanvas());
+        enterViews(*child);
     QString title;
     if (const cGameConfig* config = m_configs->current)
         title =
             QStringLiteral("%1 (%2)").arg(config->title, QString::fromLocal8Bit(profile().name));
     updateEntityMenus(QString(), 6);
-    if (child && currentToolId() == TOOL_SELECT)
+    if (child)
         notifyTools();
     updateToolActions();
     setStatusPane(title, 1);
@@ -106,6 +107,15 @@ void cMainWindow::leaveViews() {
     setActiveCanvas(nullptr);
     setStatusPane(QString(), 3);
     setStatusPane(QString(), 5);
+}
+
+// The focus has gone to whatever view came first in the window.
+void cMainWindow::enterViews(const cChildWindow& child) {
+    cCanvas* canvas = child.activeView();
+    setActiveCanvas(canvas);
+    const QWidget* focus = QApplication::focusWidget();
+    if (canvas && focus && child.isAncestorOf(focus))
+        canvas->setFocus();
 }
 
 // A window behind a maximized one is not seen and runs no timers.
@@ -127,6 +137,13 @@ void cMainWindow::notifyTools() {
         for (auto& tool : tools)
             tool->setCanvas(activeCanvas);
     updateActionStates(AS_CLIPBOARD | AS_GROUP);
+}
+
+// The selection tool keeps a box for each document; the active one's comes last.
+void cMainWindow::notifyToolsOfAll() {
+    for (const cProject* project : projects)
+        tools[TOOL_SELECT]->setCanvas(project->firstCanvas());
+    notifyTools();
 }
 
 void cMainWindow::redrawAllViews(int mask) {
@@ -328,7 +345,7 @@ void cMainWindow::updateViewControls() {
         {"View2DXZ", VIEW_SIDE, -1},         {"View3DW", VIEW_CAMERA, RM_WIREFRAME},
         {"View3DF", VIEW_CAMERA, RM_FILLED}, {"View3DT", VIEW_CAMERA, RM_TEXTURED},
     };
-    const cCanvas* canvas = activeCanvas;
+    const cCanvas* canvas = commandCanvas();
     for (const auto& view : views)
         setActionChecked(view.id, canvas && canvas->viewType == view.type &&
                                       (view.mode < 0 || canvas->renderMode == view.mode));

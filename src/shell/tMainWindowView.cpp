@@ -104,11 +104,10 @@ void cMainWindow::cmdMapBiggerGrid() {
 // ---- View types
 
 void cMainWindow::setViewType(int type, int mode) {
-    if (activeCanvas) {
-        activeCanvas->setViewType(type, mode);
-        activeCanvas->requestRedraw(true);
+    if (cCanvas* canvas = commandCanvas()) {
+        canvas->setViewType(type, mode);
+        canvas->requestRedraw(true);
     }
-    updateViewControls();
 }
 
 void cMainWindow::cmdView2DXY() {

@@ -11,7 +11,8 @@ cBusy::cBusy() {
 }
 
 cBusy::~cBusy() {
-    --g_busyCount;
+    if (--g_busyCount == 0 && g_host)
+        g_host->busyEnded();
 }
 
 bool cBusy::isBusy() {

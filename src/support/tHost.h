@@ -24,12 +24,17 @@ public:
     virtual void showProgress(const QString& /*text*/) {}
     virtual void setStatusPane(const QString& /*text*/, int /*pane*/) {}
 
+    // The last cBusy has gone: what views did not paint meanwhile is painted.
+    virtual void busyEnded() {}
+
     virtual void projectDirty(cProject* /*project*/) {}
     virtual void historyChanged() {} // what can be undone or redone
     // The set of visgroups, their member counts or what is visible of them.
     virtual void visGroupsChanged(cMap& /*map*/) {}
     // An edit is about to change the map: a running vertex morph ends with what it has reached.
     virtual void endMorph() {}
+    // False for a map whose texts stay out of the status panes, since another one is shown.
+    virtual bool showsTextsOf(const cMap& /*map*/) const { return true; }
     // The selection sentence was just described; whoever shows the selection refreshes.
     virtual void selectionDescribed(cMap& /*map*/) {}
     virtual int currentToolId() const { return 0; }
@@ -41,7 +46,8 @@ public:
 // Null before the main window exists and after it has gone.
 extern cHost* g_host;
 
-// While an instance lives, views paint nothing: the map is half built. Nests.
+// While an instance lives, views paint nothing: the map is half built. They make up for it when
+// the last one goes. Nests.
 class cBusy {
 public:
     cBusy();

@@ -7,7 +7,6 @@
 #include "support/tHost.h"
 #include "support/tSystem.h"
 #include "support/tVec.h"
-#include "tools/tToolSpace.h"
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
 #include "views/tViewHost.h"
@@ -17,34 +16,16 @@
 #include <QMessageBox>
 #include <algorithm>
 
-static constexpr int BOX_PANE = 4;
-static constexpr float MARK_SIZE = 16;    // pixels
-static constexpr float HANDLE_OFFSET = 6; // pixels off the box
-
-static cSelectionBox& boxOf(const cCanvas& canvas) {
-    return canvas.project()->boxes[TBX_BLOCK];
-}
-
-// A new box gets its depth from the other views; one that is there keeps the depth it begins at.
-static void pointAt(cCanvas& canvas, int x, int y, int flags, float* out) {
-    const cSelectionBox& box = boxOf(canvas);
-    canvas.screenToWorld(x, y, flags, out);
-    if (box.active)
-        out[canvas.axisDepth] = box.mins[canvas.axisDepth];
-}
-
-void cToolBlock::showText(const cCanvas& canvas, int mode) const {
-    g_host->setStatusPane(boxOf(canvas).statusText(canvas.axisH, canvas.axisV, mode), BOX_PANE);
-}
+static constexpr float MARK_SIZE = 16; // pixels
 
 // ---- Cursor and menu
 
 bool cToolBlock::setCursor(cCanvas* canvas) {
     if (canvas->isCamera())
         return false;
-    if (hoverHandle)
-        canvas->setCursor(sizeCursor(hoverHandle));
-    else if ((dragging || insideBox) && g_host->CrosshairCursor)
+    if (hoverHandle())
+        canvas->setCursor(sizeCursor(hoverHandle()));
+    else if ((dragging() || overBox()) && g_host->CrosshairCursor)
         canvas->setCursor(g_viewHost->toolCursor(TC_CROSS));
     else
         canvas->setCursor(g_viewHost->toolCursor(TC_BRUSH));
@@ -57,7 +38,7 @@ bool cToolBlock::contextMenu(cCanvas* canvas, int x, int y, const QPoint& global
     if (canvas->isCamera())
         return true;
     float point[3];
-    pointAt(*canvas, x, y, 0, point);
+    cornerPoint(*canvas, x, y, 0, point);
     if (!boxOf(*canvas).contains(point))
         return true;
     g_viewHost->updateEntityMenus(QString(), 1);
@@ -68,24 +49,15 @@ bool cToolBlock::contextMenu(cCanvas* canvas, int x, int y, const QPoint& global
 
 // ---- Keys
 
-void cToolBlock::endDrag(const cCanvas& canvas) {
-    dragging = insideBox = false;
-    m_spent = canvas.leftDown;
-}
-
 bool cToolBlock::escape(cCanvas* canvas) {
-    cSelectionBox& box = boxOf(*canvas);
-    if (box.active) {
-        endDrag(*canvas);
-        hoverHandle = 0;
-        box.clear();
+    if (boxOf(*canvas).active) {
+        breakOff();
+        boxOf(*canvas).clear();
         showText(*canvas, BT_EXTENTS);
-    } else if (clearSelectionByEscape(*canvas)) {
-        insideBox = false;
-        hoverHandle = 0;
-    } else {
+    } else if (!clearSelectionByEscape(*canvas)) {
         return false;
     }
+    leaveBox();
     canvas->updateCursor();
     canvas->project()->redrawViews(REDRAW_ALL);
     return true;
@@ -96,89 +68,51 @@ bool cToolBlock::keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modifi
         return false;
     if (key == Qt::Key_Escape)
         return escape(canvas);
-    if (!isApplyKey(*canvas, boxOf(*canvas), key))
+    if (!isApplyKey(*canvas, key))
         return false;
-    endDrag(*canvas);
+    breakOff();
+    leaveBox();
     if (modifiers & Qt::AltModifier)
         return false;
     apply(canvas);
     return true;
 }
 
-// ---- Mouse
+// ---- Drags
 
-bool cToolBlock::mouseRelease(cCanvas* canvas, int, int, int button, Qt::KeyboardModifiers) {
-    if (button != TB_LEFT)
-        return false;
-    m_spent = false;
-    if (!canvas->map() || canvas->isCamera() || !dragging)
-        return false;
-    dragging = false;
-    canvas->updateCursor();
-    canvas->project()->redrawViews(REDRAW_ALL);
-    showText(*canvas, BT_EXTENTS);
-    return true;
+// Outside a box that is there the mouse has nothing to drag.
+bool cToolBlock::startDrag(cCanvas* canvas, int x, int y) {
+    cornerPoint(*canvas, x, y, SW_SNAP | SW_DEPTH, m_refPoint);
+    return overBox() || hoverHandle() || !boxOf(*canvas).active;
 }
 
-bool cToolBlock::mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons buttons,
-                           Qt::KeyboardModifiers) {
-    if (!canvas->map() || canvas->isCamera())
-        return false;
-    if (canvas->leftDown) {
-        if (!m_spent)
-            dragStep(canvas, x, y);
-        return true;
-    }
-    m_spent = false;
-    if (buttons & Qt::LeftButton) {
-        canvas->leftDown = true;
-        pointAt(*canvas, x, y, SW_SNAP | SW_DEPTH, refPoint);
-        return true;
-    }
-    return hover(canvas, x, y);
-}
-
-void cToolBlock::dragStep(cCanvas* canvas, int x, int y) {
+void cToolBlock::dragStep(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers) {
     cSelectionBox& box = boxOf(*canvas);
     float point[3], delta[3];
-    pointAt(*canvas, x, y, SW_SNAP | SW_DEPTH, point);
-    vecSubtract(point, refPoint, delta);
-    if (insideBox && box.active) {
-        dragging = true;
-        box.move(delta, refPoint);
-        showText(*canvas, BT_NONE);
-    } else if (hoverHandle && box.active) {
-        dragging = true;
-        box.resize(delta, canvas->axisH, canvas->axisV, hoverHandle, refPoint);
-        showText(*canvas, BT_VIEW_EXTENTS);
-    } else if (dragging || !box.active) {
-        dragging = true;
-        box.setFromTwoPoints(refPoint, point);
+    cornerPoint(*canvas, x, y, SW_SNAP | SW_DEPTH, point);
+    vecSubtract(point, m_refPoint, delta);
+    if (overBox()) {
+        box.move(delta, m_refPoint);
+    } else if (hoverHandle()) {
+        box.resize(delta, canvas->axisH, canvas->axisV, hoverHandle(), m_refPoint);
+    } else {
+        box.setFromTwoPoints(m_refPoint, point);
         box.addToCorner(1, canvas->axisDepth, DEPTH);
-        showText(*canvas, BT_VIEW_EXTENTS);
     }
+    showText(*canvas, overBox() ? BT_NONE : BT_VIEW_EXTENTS);
     canvas->ensureVisible(point);
     canvas->project()->redrawViews(REDRAW_ALL);
 }
 
-// True if what lies under the mouse has changed.
-bool cToolBlock::hover(cCanvas* canvas, int x, int y) {
-    const cSelectionBox& box = boxOf(*canvas);
-    const float pixel = 1.0f / canvas->zoom;
-    const float offset = HANDLE_OFFSET * pixel;
-    float point[3];
-    dragging = false; // it may have ended without a release
-    pointAt(*canvas, x, y, 0, point);
-    const int handle =
-        box.handleAt(canvas->axisH, canvas->axisV, float(g_host->SelectionBulletSize) * pixel,
-                     offset, offset, point);
-    const bool inside = box.contains(point);
-    if (handle == hoverHandle && inside == insideBox)
-        return false;
-    hoverHandle = handle;
-    insideBox = inside;
+void cToolBlock::finishDrag(cCanvas* canvas, int, int, Qt::KeyboardModifiers) {
     canvas->updateCursor();
-    return true;
+    dropDrag(canvas);
+}
+
+// The box stays as it is.
+void cToolBlock::dropDrag(cCanvas* canvas) {
+    canvas->project()->redrawViews(REDRAW_ALL);
+    showText(*canvas, BT_EXTENTS);
 }
 
 // ---- Making brushes
@@ -197,7 +131,8 @@ static cFaceTexture faceTemplate() {
     return face;
 }
 
-static cPrimitiveParams paramsOf(const cCanvas& canvas, const cPrimitive& primitive) {
+static cPrimitiveParams paramsOf(const cCanvas& canvas, const cPrimitive& primitive,
+                                 const cSelectionBox& box) {
     cPrimitiveParams params = {};
     params.map = &canvas.map()->data;
     params.face = faceTemplate();
@@ -210,8 +145,8 @@ static cPrimitiveParams paramsOf(const cCanvas& canvas, const cPrimitive& primit
     for (const int bit : {PP_REORIENT_BIT, PP_SNAP_POINTS_BIT, PP_STRETCH_ARCHES_BIT})
         if (bits[bit])
             params.flags |= 1u << bit;
-    vecCopy(boxOf(canvas).mins, params.mins);
-    vecCopy(boxOf(canvas).maxs, params.maxs);
+    vecCopy(box.mins, params.mins);
+    vecCopy(box.maxs, params.maxs);
     return params;
 }
 
@@ -222,11 +157,11 @@ static bool isEmpty(const cSelectionBox& box) {
     return false;
 }
 
-static void create(cCanvas& canvas) {
+void cToolBlock::create(cCanvas& canvas) const {
     const cPrimitive* primitive = g_viewHost->currentPrimitive();
     if (!primitive)
         return;
-    cPrimitiveParams params = paramsOf(canvas, *primitive);
+    cPrimitiveParams params = paramsOf(canvas, *primitive, boxOf(canvas));
     if (!primitive->dispatch(&params))
         return;
     g_host->projectDirty(canvas.map()->project);
@@ -242,28 +177,25 @@ void cToolBlock::apply(cCanvas* canvas) {
     else
         create(*canvas);
     boxOf(*canvas).clear();
-    endDrag(*canvas);
-    hoverHandle = 0;
+    breakOff();
+    leaveBox();
     canvas->updateCursor();
     canvas->project()->redrawViews(REDRAW_ALL);
-    g_host->setStatusPane(QString(), BOX_PANE);
+    hideText();
 }
 
 // ---- Drawing
 
 const unsigned char* cToolBlock::color() const {
-    return g_host->schemeColor(dragging ? COLOR_ACTIVE_SELECTION : COLOR_BRUSH_CREATION);
+    return g_host->schemeColor(dragging() ? COLOR_ACTIVE_SELECTION : COLOR_BRUSH_CREATION);
 }
 
-void cToolBlock::drawHandles(cCanvas* canvas, const cViewInfo& view,
-                             const cSelectionBox& box) const {
-    static const float ways[][2] = {{0, 0},  {-1, -1}, {1, -1}, {-1, 1}, {1, 1},
-                                    {-1, 0}, {1, 0},   {0, -1}, {0, 1}};
+void cToolBlock::drawHandles(cCanvas* canvas, const cViewInfo& view) const {
     for (int handle = BH_TOP_LEFT; handle <= BH_BOTTOM; ++handle) {
         float point[3];
-        box.handlePoint(view.axisH, view.axisV, handle, point);
-        canvas->drawBullet(point, view.selectionBulletSize, ways[handle][0] * HANDLE_OFFSET,
-                           ways[handle][1] * HANDLE_OFFSET, BULLET_VERTEX);
+        boxOf(*canvas).handlePoint(view.axisH, view.axisV, handle, point);
+        const cHandleShift shift = handleShift(handle);
+        canvas->drawBullet(point, view.selectionBulletSize, shift.x, shift.y, BULLET_VERTEX);
     }
 }
 
@@ -280,11 +212,11 @@ void cToolBlock::draw(cCanvas* canvas, const cViewInfo& view, cDrawStats&) {
     glEnable(GL_LINE_STIPPLE);
     canvas->drawBoxLines(box.mins, box.maxs);
     glDisable(GL_LINE_STIPPLE);
-    if (!dragging) {
-        drawHandles(canvas, view, box);
-    } else if (insideBox) {
+    if (!dragging()) {
+        drawHandles(canvas, view);
+    } else if (overBox()) {
         float corner[3];
-        box.nearestCorner(view.axisH, view.axisV, refPoint, corner);
+        box.nearestCorner(view.axisH, view.axisV, m_refPoint, corner);
         canvas->drawSquareLines(corner, MARK_SIZE);
     }
 }

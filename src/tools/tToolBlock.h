@@ -3,38 +3,32 @@
 // document's, so each document keeps its own.
 #pragma once
 
-#include "views/tTool.h"
+#include "tools/tHandleTool.h"
 
-class cSelectionBox;
-
-class cToolBlock : public cTool {
+class cToolBlock : public cHandleTool {
 public:
     static constexpr float DEPTH = 64; // of a new box, whatever the view
+
+    cToolBlock() : cHandleTool(TBX_BLOCK) {}
 
     bool setCursor(cCanvas* canvas) override;
     bool contextMenu(cCanvas* canvas, int x, int y, const QPoint& globalPos) override;
     bool keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers) override;
-    bool mouseRelease(cCanvas* canvas, int x, int y, int button,
-                      Qt::KeyboardModifiers modifiers) override;
-    bool mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons buttons,
-                   Qt::KeyboardModifiers modifiers) override;
     void draw(cCanvas* canvas, const cViewInfo& view, cDrawStats& stats) override;
     void drawOverlay(cCanvas* canvas, const cViewInfo& view) override;
     void apply(cCanvas* canvas) override; // the box is spent, whether or not it made anything
 
-    bool dragging = false;
-    bool insideBox = false; // the mouse
-    int hoverHandle = 0;
-    float refPoint[3] = {}; // where the drag began; follows the mouse
+protected:
+    bool startDrag(cCanvas* canvas, int x, int y) override;
+    void dragStep(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers modifiers) override;
+    void finishDrag(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers modifiers) override;
+    void dropDrag(cCanvas* canvas) override;
 
 private:
-    bool hover(cCanvas* canvas, int x, int y);
-    void dragStep(cCanvas* canvas, int x, int y);
     bool escape(cCanvas* canvas);
-    void endDrag(const cCanvas& canvas);
-    void showText(const cCanvas& canvas, int mode) const;
     const unsigned char* color() const;
-    void drawHandles(cCanvas* canvas, const cViewInfo& view, const cSelectionBox& box) const;
+    void create(cCanvas& canvas) const;
+    void drawHandles(cCanvas* canvas, const cViewInfo& view) const;
 
-    bool m_spent = false; // the box went while the button was held: the rest of the drag is void
+    float m_refPoint[3] = {}; // where the drag began; follows the mouse
 };

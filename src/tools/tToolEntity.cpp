@@ -7,7 +7,6 @@
 #include "support/tColors.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
-#include "tools/tToolSpace.h"
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
 #include "views/tGLState.h"
@@ -17,25 +16,12 @@
 #include <QMenu>
 #include <algorithm>
 
-static constexpr int BOX_PANE = 4;
 static constexpr float HOVER_MARGIN = 12; // pixels about the point
 static constexpr float MARK_SIZE = 12;    // pixels
 
-static cSelectionBox& boxOf(const cCanvas& canvas) {
-    return canvas.project()->boxes[TBX_ENTITY];
-}
-
-// The point that is there keeps its depth.
-static void pointAt(cCanvas& canvas, int x, int y, int flags, float* out) {
-    const cSelectionBox& box = boxOf(canvas);
-    canvas.screenToWorld(x, y, flags, out);
-    if (box.active)
-        out[canvas.axisDepth] = box.mins[canvas.axisDepth];
-}
-
-static void showText(const cCanvas& canvas) {
-    g_host->setStatusPane(boxOf(canvas).statusText(canvas.axisH, canvas.axisV, BT_CENTER),
-                          BOX_PANE);
+// The point is on a surface clicked in a camera view.
+static bool& isOnSurface(const cCanvas& canvas) {
+    return canvas.project()->entityOnSurface;
 }
 
 // ---- Cursor and menu
@@ -71,9 +57,9 @@ bool cToolEntity::contextMenu(cCanvas* canvas, int x, int y, const QPoint& globa
 bool cToolEntity::escape(cCanvas* canvas) {
     cSelectionBox& box = boxOf(*canvas);
     if (box.active) {
-        hover = placed3D = false;
+        hover = isOnSurface(*canvas) = false;
         box.clear();
-        g_host->setStatusPane(QString(), BOX_PANE);
+        hideText();
     } else if (clearSelectionByEscape(*canvas)) {
         hover = false;
     } else {
@@ -89,7 +75,7 @@ bool cToolEntity::keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modif
         return false;
     if (key == Qt::Key_Escape)
         return escape(canvas);
-    if (!isApplyKey(*canvas, boxOf(*canvas), key))
+    if (!isApplyKey(*canvas, key))
         return false;
     hover = false;
     if (modifiers & Qt::AltModifier)
@@ -103,7 +89,7 @@ bool cToolEntity::keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modif
 void cToolEntity::setPoint(cCanvas* canvas, const float* point) {
     boxOf(*canvas).setPoint(point);
     canvas->project()->redrawViews(REDRAW_ALL);
-    showText(*canvas);
+    showText(*canvas, BT_CENTER);
 }
 
 bool cToolEntity::mousePress(cCanvas* canvas, int x, int y, int button, Qt::KeyboardModifiers) {
@@ -114,12 +100,12 @@ bool cToolEntity::mousePress(cCanvas* canvas, int x, int y, int button, Qt::Keyb
             apply(canvas);
         return true;
     }
-    if (placed3D) {
+    if (isOnSurface(*canvas)) {
         boxOf(*canvas).clear();
-        placed3D = false;
+        isOnSurface(*canvas) = false;
     }
     hover = canvas->leftDown = true;
-    pointAt(*canvas, x, y, SW_SNAP | SW_DEPTH, refPoint);
+    cornerPoint(*canvas, x, y, SW_SNAP | SW_DEPTH, refPoint);
     setPoint(canvas, refPoint);
     canvas->updateCursor();
     return true;
@@ -134,7 +120,7 @@ bool cToolEntity::placeOnSurface(cCanvas* canvas, int x, int y) {
     float point[3];
     if ((entity && (entity->flags & EF_POINT)) || !canvas->screenToWorld(x, y, 0, point))
         return false;
-    placed3D = true;
+    isOnSurface(*canvas) = true;
     boxOf(*canvas).setPoint(point);
     return true;
 }
@@ -145,12 +131,12 @@ bool cToolEntity::mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons,
         return false;
     float point[3];
     if (canvas->leftDown) {
-        pointAt(*canvas, x, y, SW_SNAP | SW_DEPTH, point);
+        cornerPoint(*canvas, x, y, SW_SNAP | SW_DEPTH, point);
         if (boxOf(*canvas).active) // else it was taken or dropped by a key
             setPoint(canvas, point);
         return true;
     }
-    pointAt(*canvas, x, y, 0, point);
+    cornerPoint(*canvas, x, y, 0, point);
     const bool near = boxOf(*canvas).containsMargin(point, HOVER_MARGIN / canvas->zoom);
     if (near == hover)
         return false;
@@ -164,7 +150,7 @@ bool cToolEntity::mouseRelease(cCanvas* canvas, int, int, int button, Qt::Keyboa
         return false;
     canvas->updateCursor();
     canvas->project()->redrawViews(REDRAW_ALL);
-    showText(*canvas);
+    showText(*canvas, BT_CENTER);
     return true;
 }
 
@@ -176,11 +162,11 @@ void cToolEntity::apply(cCanvas* canvas) {
     cSelectionBox& box = boxOf(*canvas);
     if (createEntity(*canvas->map(), g_viewHost->currentClass(), box.mins, g_viewHost->randomYaw()))
         g_viewHost->notifyTools();
-    hover = placed3D = false;
+    hover = isOnSurface(*canvas) = false;
     box.clear();
     canvas->updateCursor();
     canvas->project()->redrawViews(REDRAW_ALL);
-    g_host->setStatusPane(QString(), BOX_PANE);
+    hideText();
 }
 
 // ---- Drawing
@@ -221,7 +207,7 @@ static void drawAxes(const float* center) {
 
 void cToolEntity::draw(cCanvas* canvas, const cViewInfo& view, cDrawStats&) {
     const cSelectionBox& box = boxOf(*canvas);
-    if (!box.active || placed3D)
+    if (!box.active || isOnSurface(*canvas))
         return;
     if (!view.is3D) {
         drawMark(canvas, box.mins);

@@ -3,10 +3,12 @@
 // Enter, or at once on the surface that is clicked in a camera view.
 #pragma once
 
-#include "views/tTool.h"
+#include "tools/tBoxTool.h"
 
-class cToolEntity : public cTool {
+class cToolEntity : public cBoxTool {
 public:
+    cToolEntity() : cBoxTool(TBX_ENTITY) {}
+
     bool setCursor(cCanvas* canvas) override;
     bool contextMenu(cCanvas* canvas, int x, int y, const QPoint& globalPos) override;
     bool keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers) override;
@@ -20,7 +22,6 @@ public:
     void apply(cCanvas* canvas) override; // the point is spent, with a class or without
 
     bool hover = false;     // the mouse is near the point in a 2D view, or drags it
-    bool placed3D = false;  // the point is on a surface clicked in a camera view
     float refPoint[3] = {}; // where the press put the point
 
 private:

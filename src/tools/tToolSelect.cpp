@@ -1,64 +1,49 @@
 // SPDX-License-Identifier: MIT
-// Events of the selection tool and what it derives from the selection. The steps of a drag stand
-// in tToolSelectDrag.cpp, the drawing in tToolSelectDraw.cpp.
+// Events of the selection tool and what it derives from the selection. The drag itself stands in
+// tSelectionDrag.cpp, the drawing in tToolSelectDraw.cpp.
 #include "tools/tToolSelect.h"
 
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
-#include "tools/tToolSpace.h"
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
 #include "views/tViewHost.h"
 
 #include <QCursor>
 #include <QMenu>
-#include <algorithm>
-
-static constexpr int BOX_PANE = 4;
-static constexpr float HANDLE_OFFSET = 6.0f; // pixels off the box
-
-static const float s_identity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
 static bool hasObjects(const cMap& map) {
     return map.data.selectedEntities || map.data.selectedBrushes;
 }
 
-static cSelectionBox& boxOf(const cCanvas& canvas) {
-    return canvas.project()->boxes[TBX_SELECTION];
-}
-
-// What the tool knows of the selection is of the document whose view is active.
-static bool isOfActiveDocument(const cCanvas& canvas) {
-    const cCanvas* active = g_viewHost->activeCanvas;
-    return active && active->project() == canvas.project();
-}
-
-int cToolSelect::activeMode() const {
-    return rubberBand ? int(HANDLES_SCALE) : handleMode;
-}
-
-void cToolSelect::showText(const cCanvas& canvas, int mode) const {
-    if (g_viewHost->currentTool == this)
-        g_host->setStatusPane(boxOf(canvas).statusText(canvas.axisH, canvas.axisV, mode), BOX_PANE);
+static cSelectionFrame& frameOf(const cCanvas& canvas) {
+    return canvas.project()->selection;
 }
 
 // ---- Cursor
+
+bool cToolSelect::hasHandle(const cCanvas& canvas, int handle) const {
+    const int mode = activeMode(frameOf(canvas));
+    const bool isCorner = handle <= BH_BOTTOM_RIGHT;
+    return isCorner ? mode != HANDLES_SHEAR : mode != HANDLES_ROTATE;
+}
 
 bool cToolSelect::setCursor(cCanvas* canvas) {
     static const Qt::CursorShape shear[] = {
         Qt::ArrowCursor,   Qt::ArrowCursor,   Qt::ArrowCursor,   Qt::ArrowCursor,  Qt::ArrowCursor,
         Qt::SizeVerCursor, Qt::SizeVerCursor, Qt::SizeHorCursor, Qt::SizeHorCursor};
-    if (canvas->isCamera())
+    if (canvas->isCamera() || !canvas->project())
         return false;
-    if (hoverHandle && activeMode() == HANDLES_ROTATE)
+    const int mode = activeMode(frameOf(*canvas));
+    if (hoverHandle() && mode == HANDLES_ROTATE)
         canvas->setCursor(g_viewHost->toolCursor(TC_ROTATE));
-    else if (hoverHandle && activeMode() == HANDLES_SHEAR)
-        canvas->setCursor(shear[hoverHandle]);
-    else if (hoverHandle)
-        canvas->setCursor(sizeCursor(hoverHandle));
-    else if (overBox && g_host->CrosshairCursor)
+    else if (hoverHandle() && mode == HANDLES_SHEAR)
+        canvas->setCursor(shear[hoverHandle()]);
+    else if (hoverHandle())
+        canvas->setCursor(sizeCursor(hoverHandle()));
+    else if (overBox() && g_host->CrosshairCursor)
         canvas->setCursor(g_viewHost->toolCursor(TC_CROSS));
     else
         return false;
@@ -80,33 +65,24 @@ bool cToolSelect::contextMenu(cCanvas* canvas, int x, int y, const QPoint& globa
         return false;
     if (canvas->isCamera())
         return hasObjects(*map) && popupMenu("Selection", globalPos);
-    const cSelectionBox& box = boxOf(*canvas);
     float point[3];
-    boxPoint(*canvas, box, x, y, false, point);
-    overBox = box.contains(point);
-    if (!overBox)
+    boxPoint(*canvas, x, y, false, point);
+    if (!boxOf(*canvas).contains(point))
         return false;
-    return popupMenu(rubberBand || !hasObjects(*map) ? "Select" : "Selection", globalPos);
+    const bool isBand = frameOf(*canvas).rubberBand || !hasObjects(*map);
+    return popupMenu(isBand ? "Select" : "Selection", globalPos);
 }
 
 // ---- Keys
 
-// Ends the rubber band. A button still held starts no other one.
+// Ends a drag and the rubber band. A button still held starts no other one.
 bool cToolSelect::escape(cCanvas* canvas) {
-    cMap& map = *canvas->map();
-    cSelectionBox& box = boxOf(*canvas);
-    if (rubberBand && box.active) {
-        dragging = rubberBand = false;
-        box.clear();
+    const bool wasDragging = dragging();
+    breakOff();
+    if (frameOf(*canvas).rubberBand && boxOf(*canvas).active) {
+        measure(*canvas);
         leaveBox();
-        clickConsumed = canvas->leftDown;
-        skipModeReset = true;
-        setCanvas(canvas);
-    } else if (g_host->ClearSelectionOnEscape && hasObjects(map)) {
-        map.clearSelection();
-        setCanvas(canvas);
-        g_viewHost->updateUi();
-    } else {
+    } else if (!clearSelectionByEscape(*canvas) && !wasDragging) {
         return false;
     }
     canvas->updateCursor();
@@ -114,14 +90,19 @@ bool cToolSelect::escape(cCanvas* canvas) {
     return true;
 }
 
+// With Alt the band is given up, and the key may mean something else.
 bool cToolSelect::selectInBand(cCanvas* canvas, Qt::KeyboardModifiers modifiers) {
     static constexpr Qt::KeyboardModifiers RELEVANT =
         Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    if (canvas->isCamera() || !rubberBand || !boxOf(*canvas).active)
+    if (canvas->isCamera() || !frameOf(*canvas).rubberBand || !boxOf(*canvas).active)
         return false;
-    dragging = overBox = rubberBand = false;
-    if (modifiers & Qt::AltModifier)
+    breakOff();
+    leaveBox();
+    if (modifiers & Qt::AltModifier) {
+        measure(*canvas);
+        canvas->project()->redrawViews(REDRAW_ALL);
         return false;
+    }
     int mode = BOX_TOUCHING;
     if (g_host->SelectByHandles)
         mode = BOX_BY_CENTER;
@@ -166,7 +147,8 @@ bool cToolSelect::mousePress(cCanvas* canvas, int x, int y, int button,
     cMap* map = canvas->map();
     if (!map || button != TB_LEFT)
         return false;
-    if (!withCtrl && (overBox || hoverHandle))
+    cHandleTool::mousePress(canvas, x, y, button, modifiers);
+    if (!withCtrl && (overBox() || hoverHandle()))
         return false;
     const int pick = canvas->pickObject(x, y);
     if (!withCtrl)
@@ -174,215 +156,132 @@ bool cToolSelect::mousePress(cCanvas* canvas, int x, int y, int button,
     map->selectByPick(pick, withCtrl);
     setCanvas(canvas);
     g_viewHost->updateUi();
-    clickConsumed = hasObjects(*map) && (!withCtrl || pick != 0);
-    if (!canvas->isCamera()) {
-        const cSelectionBox& box = boxOf(*canvas);
-        float point[3];
-        boxPoint(*canvas, box, x, y, true, dragPoint);
-        boxPoint(*canvas, box, x, y, false, point);
-        overBox = box.contains(point);
-        canvas->updateCursor();
-    }
-    canvas->project()->redrawViews(REDRAW_ALL);
-    return true;
-}
-
-bool cToolSelect::mouseRelease(cCanvas* canvas, int x, int y, int button,
-                               Qt::KeyboardModifiers modifiers) {
-    if (button != TB_LEFT)
-        return false;
-    if (clickConsumed) {
-        clickConsumed = false;
-        return false;
-    }
-    if (!canvas->map() || canvas->isCamera() || !isOfActiveDocument(*canvas))
-        return false;
-    setMoving(canvas, false);
-    if (dragging)
-        finishDrag(canvas, x, y, modifiers);
+    if (hasObjects(*map) && (!withCtrl || pick != 0))
+        spendPress(); // it has changed the selection and starts no drag
     else
-        advanceMode(canvas);
+        keepPress();
+    look(canvas, x, y);
+    canvas->updateCursor();
+    canvas->project()->redrawViews(REDRAW_ALL);
     return true;
 }
 
-void cToolSelect::finishDrag(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers modifiers) {
-    const bool onBox = m_drag == DRAG_BOX || m_drag == DRAG_HANDLE;
-    const bool withShift = (modifiers & Qt::ShiftModifier) != 0;
-    dragging = false;
-    m_drag = DRAG_NONE;
-    if (rubberBand) {
-        if (g_host->SelectAuto)
-            keyPress(canvas, Qt::Key_Enter, modifiers);
-    } else if (onBox && hasObjects(*canvas->map())) {
-        commit(canvas, moved && withShift, modifiers);
-    }
-    mouseMove(canvas, x, y, Qt::NoButton, modifiers);
-    canvas->project()->redrawViews(REDRAW_ALL);
-    showText(*canvas, BT_EXTENTS);
-    sideMask = 0;
-}
-
-// A plain click inside the selection's box.
-void cToolSelect::advanceMode(cCanvas* canvas) {
-    const cMap& map = *canvas->map();
-    moved = false;
-    if (!overBox || rubberBand || !hasObjects(map))
-        return;
-    const int modes = map.data.selectedBrushes ? HANDLES_MODES : HANDLES_STRETCH;
-    handleMode = handleMode + 1 < modes ? handleMode + 1 : int(HANDLES_SCALE);
-    canvas->project()->redrawViews(REDRAW_ALL);
-}
-
-void cToolSelect::commit(cCanvas* canvas, bool clone, Qt::KeyboardModifiers modifiers) {
-    cMap& map = *canvas->map();
-    const bool changes = !std::equal(matrix, matrix + 16, s_identity);
-    const cTransformRecord record = transformRecord(*canvas, modifiers);
-    if (clone)
-        cloneSelection(map, record);
-    else if (changes)
-        transformSelection(map, record);
-    if (clone || changes)
-        map.describeSelection();
-    skipModeReset = true;
-    setCanvas(canvas);
-}
-
-bool cToolSelect::mouseDoubleClick(cCanvas* canvas, int, int, int, Qt::KeyboardModifiers) {
-    if (!canvas->map() || !canvas->isCamera() || !boxOf(*canvas).active)
+bool cToolSelect::mouseDoubleClick(cCanvas* canvas, int x, int y, int button,
+                                   Qt::KeyboardModifiers modifiers) {
+    if (!canvas->map() || !canvas->isCamera())
+        return cHandleTool::mouseDoubleClick(canvas, x, y, button, modifiers);
+    if (!boxOf(*canvas).active)
         return false;
     g_viewHost->openObjectProperties();
     return true;
 }
 
-// ---- Mouse moves
-
-bool cToolSelect::mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons buttons,
-                            Qt::KeyboardModifiers modifiers) {
-    if (!canvas->map())
-        return false;
-    if (canvas->isCamera()) {
-        leaveBox();
-        return false;
-    }
-    if (clickConsumed)
+// The next mode of the handles, if it was inside the selection's box.
+bool cToolSelect::click(cCanvas* canvas) {
+    const cMap& map = *canvas->map();
+    cSelectionFrame& frame = frameOf(*canvas);
+    frame.moved = false;
+    if (!overBox() || frame.rubberBand || !hasObjects(map))
         return true;
-    if (!isOfActiveDocument(*canvas)) // the button was held while another document became active
-        return false;
-    if (canvas->leftDown) {
-        dragStep(canvas, x, y, modifiers);
-        return true;
-    }
-    if (buttons & Qt::LeftButton) {
-        startDrag(canvas, x, y);
-        return true;
-    }
-    if (dragging)
-        cancelDrag(canvas);
-    return hover(canvas, x, y);
+    const int modes = map.data.selectedBrushes ? HANDLES_MODES : HANDLES_STRETCH;
+    frame.handleMode = frame.handleMode + 1 < modes ? frame.handleMode + 1 : int(HANDLES_SCALE);
+    canvas->project()->redrawViews(REDRAW_ALL);
+    return true;
 }
 
-int cToolSelect::handleUnder(const cCanvas& canvas, const float* point) const {
-    const float pixel = 1.0f / canvas.zoom;
-    const float offset = HANDLE_OFFSET * pixel;
-    const int handle =
-        boxOf(canvas).handleAt(canvas.axisH, canvas.axisV,
-                               float(g_host->SelectionBulletSize) * pixel, offset, offset, point);
-    const bool isCorner = handle <= BH_BOTTOM_RIGHT;
-    if ((activeMode() == HANDLES_ROTATE && !isCorner) ||
-        (activeMode() == HANDLES_SHEAR && isCorner))
-        return BH_NONE;
-    return handle;
-}
+// ---- Drags
 
-// True if what lies under the mouse has changed.
-bool cToolSelect::hover(cCanvas* canvas, int x, int y) {
-    const cSelectionBox& box = boxOf(*canvas);
+bool cToolSelect::startDrag(cCanvas* canvas, int x, int y) {
     float point[3];
-    boxPoint(*canvas, box, x, y, false, point);
-    const int handle = handleUnder(*canvas, point);
-    if (handle != hoverHandle) {
-        hoverHandle = handle;
-        overBox = false;
-        canvas->updateCursor();
-        return true;
-    }
-    if (handle)
-        return false;
-    const bool inside = box.contains(point);
-    const bool changed = inside != overBox;
-    overBox = inside;
-    if (changed)
-        canvas->updateCursor();
-    return changed;
+    boxPoint(*canvas, x, y, true, point);
+    m_drag = std::make_unique<cSelectionDrag>(canvas, point, hoverHandle(), overBox());
+    return true;
 }
 
-void cToolSelect::leaveBox() {
-    overBox = false;
-    hoverHandle = BH_NONE;
+void cToolSelect::dragStep(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers modifiers) {
+    float point[3];
+    boxPoint(*canvas, x, y, true, point);
+    const int text = m_drag->step(point, x, y, modifiers);
+    if (text >= 0)
+        showText(*canvas, text);
+    canvas->ensureVisible(point);
+    canvas->project()->redrawViews(REDRAW_ALL);
+}
+
+void cToolSelect::finishDrag(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers modifiers) {
+    const std::unique_ptr<cSelectionDrag> drag = std::move(m_drag);
+    drag->endMoving();
+    if (frameOf(*canvas).rubberBand) {
+        if (g_host->SelectAuto)
+            selectInBand(canvas, modifiers);
+    } else if (drag->changesSelection() && hasObjects(*canvas->map())) {
+        commit(*drag, canvas, modifiers);
+    }
+    hover(canvas, x, y);
+    canvas->project()->redrawViews(REDRAW_ALL);
+    showText(*canvas, BT_EXTENTS);
+}
+
+void cToolSelect::commit(const cSelectionDrag& drag, cCanvas* canvas,
+                         Qt::KeyboardModifiers modifiers) {
+    cMap& map = *canvas->map();
+    const bool clones = frameOf(*canvas).moved && (modifiers & Qt::ShiftModifier);
+    const cTransformRecord record = drag.record(modifiers);
+    if (clones)
+        cloneSelection(map, record);
+    else if (!drag.changesNothing())
+        transformSelection(map, record);
+    if (clones || !drag.changesNothing())
+        map.describeSelection();
+    measure(*canvas);
+}
+
+// The box goes back to the selection; a rubber band stays as far as it was drawn.
+void cToolSelect::dropDrag(cCanvas* canvas) {
+    m_drag.reset();
+    if (!frameOf(*canvas).rubberBand)
+        measure(*canvas);
+    canvas->project()->redrawViews(REDRAW_ALL);
 }
 
 // ---- The selection
 
-void cToolSelect::measureSelection(const cCanvas& canvas, cSelectionBox& box) {
-    const cMapData& data = canvas.map()->data;
-    for (const cEntityData* entity : selectedEntitiesOf(data)) {
-        box.addPoint(entity->mins);
-        box.addPoint(entity->maxs);
-        ++selectedCount;
+template<class Range> static int addBounds(const Range& objects, cSelectionBox& box) {
+    int count = 0;
+    for (const auto* object : objects) {
+        box.addPoint(object->mins);
+        box.addPoint(object->maxs);
+        ++count;
     }
-    for (const cBrushData* brush : selectedBrushesOf(data)) {
-        box.addPoint(brush->mins);
-        box.addPoint(brush->maxs);
-        ++selectedCount;
-    }
-    for (int i = 0; i < 3; ++i) {
-        origCenter[i] = (box.mins[i] + box.maxs[i]) * 0.5f;
-        origSize[i] = box.maxs[i] - box.mins[i];
-    }
+    return count;
 }
 
+// Box and frame of the document follow its selection; the mode of the handles stays.
+void cToolSelect::measure(const cCanvas& canvas) {
+    const cMapData& data = canvas.map()->data;
+    cSelectionBox& box = boxOf(canvas);
+    cSelectionFrame& frame = frameOf(canvas);
+    frame.rubberBand = false;
+    box.clear();
+    frame.count = addBounds(selectedEntitiesOf(data), box);
+    frame.count += addBounds(selectedBrushesOf(data), box);
+    for (int i = 0; i < 3; ++i) {
+        frame.center[i] = (box.mins[i] + box.maxs[i]) * 0.5f;
+        frame.size[i] = box.maxs[i] - box.mins[i];
+    }
+    if (!frame.count) {
+        frame.handleMode = HANDLES_SCALE;
+        leaveBox();
+    }
+    showText(canvas, BT_EXTENTS);
+}
+
+// A command broke off the drag, if one is under way: its rest does nothing.
 void cToolSelect::setCanvas(cCanvas* canvas) {
     if (!canvas || !canvas->map())
         return;
-    cSelectionBox& box = boxOf(*canvas);
-    const bool keepMode = skipModeReset;
-    if (dragging && canvas->leftDown) // a command broke the drag off: its rest does nothing
-        clickConsumed = true;
-    dragging = rubberBand = skipModeReset = false;
-    m_drag = DRAG_NONE;
-    selectedCount = 0;
-    box.clear();
-    setMoving(canvas, false);
-    if (!hasObjects(*canvas->map())) {
-        handleMode = HANDLES_SCALE;
-        leaveBox();
-        showText(*canvas, BT_NONE);
-        return;
-    }
-    measureSelection(*canvas, box);
-    if (!keepMode && selectedCount == 1)
-        handleMode = HANDLES_SCALE;
-    std::copy(s_identity, s_identity + 16, matrix);
-    vecSet(center, 0.0f, 0.0f, 0.0f);
-    showText(*canvas, BT_EXTENTS);
-}
-
-// The drag ended without a release: the box goes back to the selection.
-void cToolSelect::cancelDrag(cCanvas* canvas) {
-    if (rubberBand) {
-        dragging = false;
-        m_drag = DRAG_NONE;
-        return;
-    }
-    skipModeReset = true;
-    setCanvas(canvas);
-    canvas->project()->redrawViews(REDRAW_ALL);
-}
-
-void cToolSelect::deactivate() {
-    cCanvas* canvas = g_viewHost->activeCanvas;
-    if (canvas && canvas->map() && dragging)
-        cancelDrag(canvas);
-    clickConsumed = false;
-    leaveBox();
+    breakOff();
+    measure(*canvas);
+    if (frameOf(*canvas).count == 1)
+        frameOf(*canvas).handleMode = HANDLES_SCALE;
 }

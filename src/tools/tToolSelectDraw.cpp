@@ -8,41 +8,30 @@
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
 
-static constexpr float MARK_SIZE = 16.0f;    // pixels
-static constexpr float HANDLE_OFFSET = 6.0f; // pixels off the box
+static constexpr float MARK_SIZE = 16.0f; // pixels
 
-void cToolSelect::drawOutline(cCanvas* canvas, const cSelectionBox& box) const {
+const cSelectionDrag* cToolSelect::dragIn(const cMap& map) const {
+    return dragging() && m_drag && m_drag->isIn(map) ? m_drag.get() : nullptr;
+}
+
+void cToolSelect::drawOutline(cCanvas* canvas) const {
+    const cSelectionBox& box = boxOf(*canvas);
+    const cSelectionDrag* drag = dragIn(*canvas->map());
     int color = COLOR_SELECTED_FILL;
     if (canvas->isCamera())
         color = COLOR_3D_SELECTION;
-    else if (dragging)
+    else if (drag)
         color = COLOR_ACTIVE_SELECTION;
-    else if (rubberBand)
+    else if (canvas->project()->selection.rubberBand)
         color = COLOR_2D_SELECTION;
     glColor4ubv(g_host->schemeColor(color));
     if (!canvas->isCamera())
         glEnable(GL_LINE_STIPPLE);
-    if (dragging && rotAxis >= 0 && shearAxis >= 0)
-        canvas->drawBoxLinesTransformed(box.mins, box.maxs, rotAxis, shearAxis, box.rotation,
-                                        box.shear);
+    if (drag)
+        drag->drawOutline(*canvas);
     else
         canvas->drawBoxLines(box.mins, box.maxs);
     glDisable(GL_LINE_STIPPLE);
-}
-
-static bool isOnePointEntity(const cMapData& data) {
-    const cEntityData* entity = data.selectedEntities;
-    return entity && !entity->nextSelected && (entity->flags & EF_POINT) && !data.selectedBrushes;
-}
-
-// The point of the box that the eye may line up with others.
-void cToolSelect::drawReference(cCanvas* canvas, const cMap& map, const cSelectionBox& box) const {
-    float point[3];
-    if (isOnePointEntity(map.data))
-        box.handlePoint(canvas->axisH, canvas->axisV, BH_NONE, point);
-    else
-        box.nearestCorner(canvas->axisH, canvas->axisV, dragPoint, point);
-    canvas->drawSquareLines(point, MARK_SIZE);
 }
 
 void cToolSelect::drawOrigins(cCanvas* canvas, const cMap& map) const {
@@ -68,39 +57,36 @@ static const cHandleLook s_looks[HANDLES_MODES] = {
     {true, true, &cCanvas::drawDiamondBullet, BULLET_EDGE},
 };
 
-void cToolSelect::drawHandles(cCanvas* canvas, const cViewInfo& view,
-                              const cSelectionBox& box) const {
-    static const float offsets[][2] = {{0, 0},  {-1, -1}, {1, -1}, {-1, 1}, {1, 1},
-                                       {-1, 0}, {1, 0},   {0, -1}, {0, 1}};
-    const cHandleLook& look = s_looks[activeMode()];
+void cToolSelect::drawHandles(cCanvas* canvas, const cViewInfo& view) const {
+    const cHandleLook& look = s_looks[activeMode(canvas->project()->selection)];
+    const float size = view.selectionBulletSize;
     for (int handle = BH_TOP_LEFT; handle <= BH_BOTTOM; ++handle) {
         const bool corner = handle <= BH_BOTTOM_RIGHT;
         if (corner ? !look.corners : !look.edges)
             continue;
         float point[3];
-        box.handlePoint(view.axisH, view.axisV, handle, point);
-        const float dx = offsets[handle][0] * HANDLE_OFFSET;
-        const float dy = offsets[handle][1] * HANDLE_OFFSET;
+        boxOf(*canvas).handlePoint(view.axisH, view.axisV, handle, point);
+        const cHandleShift shift = handleShift(handle);
         if (corner)
-            (canvas->*look.corner)(point, view.selectionBulletSize, dx, dy, BULLET_VERTEX);
+            (canvas->*look.corner)(point, size, shift.x, shift.y, BULLET_VERTEX);
         else
-            canvas->drawBullet(point, view.selectionBulletSize, dx, dy, look.edgeKind);
+            canvas->drawBullet(point, size, shift.x, shift.y, look.edgeKind);
     }
 }
 
 void cToolSelect::draw(cCanvas* canvas, const cViewInfo& view, cDrawStats& stats) {
-    const cSelectionBox& box = canvas->project()->boxes[TBX_SELECTION];
     cMap& map = *canvas->map();
-    if (!box.active || (canvas->isCamera() && !rubberBand))
+    if (!boxOf(*canvas).active || (canvas->isCamera() && !canvas->project()->selection.rubberBand))
         return;
-    drawOutline(canvas, box);
+    drawOutline(canvas);
     if (canvas->isCamera())
         return;
-    if (dragging && overBox)
-        drawReference(canvas, map, box);
+    const bool drags = dragIn(map) != nullptr;
+    if (drags)
+        m_drag->drawReference(*canvas);
     drawOrigins(canvas, map);
-    if (!dragging)
-        drawHandles(canvas, view, box);
-    if (movingPreview && m_movingIn && m_movingIn->map() == &map)
-        m_preview.draw(map, canvas->viewInfo, stats, transformRecord(*canvas, m_modifiers));
+    if (drags)
+        m_drag->drawPreview(*canvas, stats);
+    else
+        drawHandles(canvas, view);
 }

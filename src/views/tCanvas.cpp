@@ -69,6 +69,8 @@ void cCanvas::switchActive(cViewHost& host, cCanvas* canvas) {
     if (before == canvas)
         return;
     host.activeCanvas = canvas;
+    if (canvas && canvas->childWindow)
+        canvas->childWindow->noteActive(canvas);
     if (before == host.previousCanvas)
         return;
     host.previousCanvas = before;
@@ -145,6 +147,7 @@ void cCanvas::setViewType(int type, int mode) {
     applyTimerRule();
     if (childWindow)
         childWindow->applyScrollbarSetting();
+    g_viewHost->updateViewControls();
     updateCursor();
 }
 
@@ -195,6 +198,11 @@ void cCanvas::fillCell() {
 // ---- Activity
 
 void cCanvas::activate() {
+    childWindow->noteUse(this);
+    becomeActive();
+}
+
+void cCanvas::becomeActive() {
     if (!isActive()) {
         g_viewHost->setActiveCanvas(this);
         if (m_timer.isActive())
@@ -215,6 +223,8 @@ void cCanvas::resetInputState(bool keepTimer) {
     }
     frameCount = 0;
     fpsTime = 0;
+    if (leftDown && g_viewHost->currentTool)
+        g_viewHost->currentTool->breakOff();
     leftDown = rightDown = middleDown = false;
     captionHover = false;
     mouselook = spaceLook = false;

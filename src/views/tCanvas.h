@@ -60,7 +60,7 @@ public:
     void setViewType(int type, int mode = -1);
     bool isCamera() const { return viewType == VIEW_CAMERA; }
     bool isActive() const;
-    void activate();   // becomes the active canvas and takes the focus
+    void activate();   // becomes the active canvas and takes the focus, as the one to be used
     cMap* map() const; // null without a document
     cDocumentViews* project() const;
 
@@ -104,6 +104,7 @@ public:
     // ---- Frames and state
 
     void requestRedraw(bool now);
+    void paintDropped(); // what was not painted while busy
     void resetInputState(bool keepTimer);
     void setTimerRunning(bool running);
     int timerInterval() const { return m_timer.isActive() ? m_timer.interval() : 0; }
@@ -197,6 +198,7 @@ public slots:
     void runFrame();
 
 protected:
+    bool event(QEvent* event) override;
     bool focusNextPrevChild(bool) override { return false; }
     void initializeGL() override;
     void resizeGL(int newWidth, int newHeight) override;
@@ -213,6 +215,7 @@ protected:
     void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     // tCanvas.cpp
@@ -225,6 +228,9 @@ private:
     void restartTimer(int interval);
     // tCanvasInput.cpp
     bool isFreeLook() const { return mouselook || spaceLook; }
+    void noteUse(const QEvent& event);
+    void becomeActive();
+    cTool* toolOfPress(Qt::MouseButtons buttons);
     bool toolMousePress(QMouseEvent* event);
     void openContextMenu(QMouseEvent* event);
     void openCaptionMenu();
@@ -300,6 +306,8 @@ private:
     QElapsedTimer m_lastFrameTime;
     QScrollBar* m_horizontal = nullptr;
     QScrollBar* m_vertical = nullptr;
+    const cTool* m_pressTool = nullptr; // who got the press that is held; only compared
+    bool m_paintDropped = false;        // while busy
     std::unique_ptr<cCachedPicture> m_picture;
     std::unique_ptr<QGLFramebufferObject> m_pickBuffer;
     QPixmap m_moveIcon;

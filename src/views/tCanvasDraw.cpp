@@ -25,6 +25,10 @@
 #define GL_MULTISAMPLE 0x809D
 #endif
 
+// Of outlines towards the viewer, in the smallest steps of depth. None by the slope of a face: seen
+// edge-on it would come through the walls before it.
+static constexpr float OUTLINE_SHIFT = 64;
+
 static uint32_t s_frame = 0; // grows at each view set-up
 static bool s_keepPictures = true;
 static uint32_t s_pictureEpoch = 0; // grows when kept pictures are to be forgotten
@@ -72,7 +76,7 @@ void cCanvas::initializeGL() {
     glCullFace(GL_BACK);
     glAlphaFunc(GL_GEQUAL, 0.2f);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    glPolygonOffset(-1, -2);
+    glPolygonOffset(0, -OUTLINE_SHIFT);
     glPointSize(1);
     glLineWidth(1);
     glLineStipple(2, 0x9999);
@@ -95,8 +99,14 @@ void cCanvas::resizeGL(int newWidth, int newHeight) {
 }
 
 void cCanvas::glDraw() {
-    if (!cBusy::isBusy())
+    m_paintDropped = cBusy::isBusy();
+    if (!m_paintDropped)
         QGLWidget::glDraw();
+}
+
+void cCanvas::paintDropped() {
+    if (m_paintDropped)
+        update();
 }
 
 // ---- Set-up of a view
@@ -360,10 +370,26 @@ static uint8_t dimmed(uint8_t channel) {
     return uint8_t(float(channel) * IDLE_DIM);
 }
 
+static void drawFrame(const QRect& r) {
+    const float left = float(r.x()) + 0.5f, top = float(r.y()) + 0.5f;
+    const float right = left + float(r.width() - 1), bottom = top + float(r.height() - 1);
+    glBegin(GL_LINE_LOOP);
+    glVertex2f(left, top);
+    glVertex2f(right, top);
+    glVertex2f(right, bottom);
+    glVertex2f(left, bottom);
+    glEnd();
+}
+
+// The views that commands go to have a framed caption.
 void cCanvas::drawCaption() {
     const QRect& r = captionRect;
     glColor4ubv(g_host->schemeColor(COLOR_CAPTION));
     glRecti(r.x(), r.y(), r.x() + r.width(), r.y() + r.height());
+    if (childWindow->commandView() == this || childWindow->flatCommandView() == this) {
+        glColor4ubv(g_host->schemeColor(COLOR_ACTIVE_TEXT));
+        drawFrame(r);
+    }
     const uint8_t* text = g_host->schemeColor(isActive() ? COLOR_ACTIVE_TEXT : COLOR_TEXT);
     if (captionHover)
         glColor4ubv(text);

@@ -51,6 +51,36 @@ static int toolButton(Qt::MouseButton button) {
     return button == Qt::RightButton ? TB_RIGHT : 0;
 }
 
+// ---- Use
+
+static bool isModifier(int key) {
+    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt ||
+           key == Qt::Key_Meta || key == Qt::Key_AltGr;
+}
+
+// A key that is a command's shortcut comes as an override first, and then no more.
+void cCanvas::noteUse(const QEvent& event) {
+    switch (event.type()) {
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+        if (isModifier(static_cast<const QKeyEvent&>(event).key()))
+            return;
+        break;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+        break;
+    default:
+        return;
+    }
+    childWindow->noteUse(this);
+}
+
+bool cCanvas::event(QEvent* event) {
+    noteUse(*event);
+    return QGLWidget::event(event);
+}
+
 // ---- Mouse buttons
 
 void cCanvas::updateCaptionHover(int x, int y) {
@@ -70,6 +100,7 @@ void cCanvas::openCaptionMenu() {
 bool cCanvas::toolMousePress(QMouseEvent* event) {
     cTool* tool = g_viewHost->currentTool;
     const int button = toolButton(event->button());
+    m_pressTool = tool;
     return tool && button && !spaceLook &&
            tool->mousePress(this, event->x(), event->y(), button, event->modifiers());
 }
@@ -115,7 +146,7 @@ void cCanvas::mouseReleaseEvent(QMouseEvent* event) {
     releaseButton(leftDown, Qt::LeftButton, event);
     releaseButton(rightDown, Qt::RightButton, event);
     releaseButton(middleDown, Qt::MiddleButton, event);
-    cTool* tool = g_viewHost->currentTool;
+    cTool* tool = toolOfPress(event->buttons() | event->button());
     const int button = toolButton(event->button());
     if (tool && button && !spaceLook)
         event->setAccepted(tool->mouseRelease(this, mouseX, mouseY, button, event->modifiers()));
@@ -137,7 +168,7 @@ bool cCanvas::followsMouse(QMouseEvent* event) {
     if (idle && !g_viewHost->isActiveWindow(childWindow))
         return false;
     if (idle && !isActive())
-        activate();
+        becomeActive();
     return true;
 }
 
@@ -149,8 +180,16 @@ void cCanvas::showMousePosition(int x, int y) {
     g_host->setStatusPane(QStringLiteral("@%1, %2").arg(int(point[0])).arg(int(point[1])), 3);
 }
 
-bool cCanvas::toolsMouseMove(QMouseEvent* event) {
+// A press belongs to the tool that got it: one that takes its place gets nothing of the rest.
+cTool* cCanvas::toolOfPress(Qt::MouseButtons buttons) {
+    if (!buttons)
+        m_pressTool = nullptr;
     cTool* tool = g_viewHost->currentTool;
+    return !m_pressTool || m_pressTool == tool ? tool : nullptr;
+}
+
+bool cCanvas::toolsMouseMove(QMouseEvent* event) {
+    cTool* tool = toolOfPress(event->buttons());
     cTool* camera = g_viewHost->cameraTool();
     const int x = event->x(), y = event->y();
     if (isFreeLook() && camera &&
@@ -341,15 +380,31 @@ void cCanvas::showZoom() {
 void cCanvas::enterEvent(QEvent* event) {
     QGLWidget::enterEvent(event);
     if (g_viewHost->isActiveWindow(childWindow))
-        activate();
+        becomeActive();
     showZoom();
+}
+
+// Another document comes to the front: the focus falls from the view that is hidden to the next.
+static bool isLeft(const cCanvas* active, const cChildWindow* window) {
+    return active && active->childWindow == window && !active->isVisible();
 }
 
 void cCanvas::focusInEvent(QFocusEvent* event) {
     QGLWidget::focusInEvent(event);
-    if (!isActive())
-        activate();
+    if (!isActive() && g_viewHost->isActiveWindow(childWindow) &&
+        !isLeft(g_viewHost->activeCanvas, childWindow))
+        becomeActive();
     showZoom();
+}
+
+// The release of the space bar will not be seen.
+void cCanvas::focusOutEvent(QFocusEvent* event) {
+    QGLWidget::focusOutEvent(event);
+    if (!spaceLook)
+        return;
+    spaceLook = false;
+    updateCursor();
+    requestRedraw(false);
 }
 
 void cCanvas::leaveEvent(QEvent* event) {

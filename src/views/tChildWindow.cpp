@@ -4,6 +4,7 @@
 #include "support/tHost.h"
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
+#include "views/tViewHost.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>
@@ -245,4 +246,35 @@ cCanvas* cChildWindow::findCanvas(int axis) const {
 
 cCanvas* cChildWindow::firstCanvas() const {
     return canvases.empty() ? nullptr : canvases.front();
+}
+
+// ---- Which view
+
+void cChildWindow::noteUse(cCanvas* canvas) {
+    if (!canvas->isCamera())
+        m_usedFlat = canvas;
+    if (canvas == m_used)
+        return;
+    m_used = canvas;
+    g_viewHost->updateViewControls();
+    redrawViews(REDRAW_ALL); // the captions tell
+}
+
+cCanvas* cChildWindow::activeView() const {
+    return m_active ? m_active : firstCanvas();
+}
+
+cCanvas* cChildWindow::commandView() const {
+    return m_used ? m_used : activeView();
+}
+
+cCanvas* cChildWindow::flatCommandView() const {
+    for (cCanvas* canvas : {commandView(), m_usedFlat})
+        if (canvas && !canvas->isCamera())
+            return canvas;
+    cCanvas* flat = nullptr;
+    for (cCanvas* canvas : canvases)
+        if (canvas->viewType == VIEW_TOP || (!flat && !canvas->isCamera()))
+            flat = canvas;
+    return flat;
 }

@@ -39,6 +39,16 @@ public:
     cCanvas* firstCanvas() const;                 // null if there is none
     bool showsScrollBars(const cCanvas* c) const; // by the setting and the maximized view
 
+    // A view becomes active by the mouse over it, and takes keys and wheel. Commands go to the
+    // view used last, by a press, a key or the wheel: the mouse crosses others on its way to a
+    // menu.
+    void noteActive(cCanvas* canvas) { m_active = canvas; }
+    void noteUse(cCanvas* canvas);
+    cCanvas* activeView() const;  // the one last active, else the first
+    cCanvas* commandView() const; // the one used last, else the active one
+    // The 2D view used last, else the top view or any that is there; null without one.
+    cCanvas* flatCommandView() const;
+
     cDocumentViews* project; // null once the document agreed to the close
     bool closing = false;    // the program itself closes: nobody is asked
     cCanvas* maximizedCanvas = nullptr;
@@ -60,4 +70,8 @@ private:
     QSplitter* createRow(const QGLFormat& format, int leftType, int rightType, const char* name);
     void createFourViews(const QGLFormat& format);
     void layOutCells();
+
+    cCanvas* m_active = nullptr;
+    cCanvas* m_used = nullptr;
+    cCanvas* m_usedFlat = nullptr; // it may have become a camera view since
 };

@@ -14,6 +14,12 @@ void cDocumentViews::redrawAllNow() {
         window->redrawAllNow();
 }
 
+void cDocumentViews::paintDropped() {
+    for (const cChildWindow* window : windows)
+        for (cCanvas* canvas : window->canvases)
+            canvas->paintDropped();
+}
+
 void cDocumentViews::centerViews(const float* point) {
     for (cChildWindow* window : windows)
         window->centerViews(point);

@@ -16,6 +16,16 @@ struct cConfigFolders;
 // Masks of redrawViews.
 enum { REDRAW_2D = 1, REDRAW_3D = 2, REDRAW_ALL = 3 };
 
+// What the selection tool keeps of a document beside its box.
+struct cSelectionFrame {
+    float center[3] = {};    // of the box when the selection was last measured; drags count from it
+    float size[3] = {};      // likewise
+    int count = 0;           // selected entities plus brushes
+    bool rubberBand = false; // the box is a rubber band, not the selection's
+    bool moved = false;      // by a drag inside the box, since the last plain click
+    int handleMode = 0;      // eHandleMode
+};
+
 class cDocumentViews {
 public:
     virtual ~cDocumentViews() = default;
@@ -29,6 +39,7 @@ public:
     // Each goes over all windows; see the operation of the same name in cChildWindow.
     void redrawViews(int mask);
     void redrawAllNow();
+    void paintDropped();
     void centerViews(const float* point);
     void setZoomAll(float zoom);
     void setOffsetAll(float x, float y);
@@ -40,4 +51,6 @@ public:
 
     QList<cChildWindow*> windows; // in order of creation
     std::array<cSelectionBox, TBX_COUNT> boxes;
+    cSelectionFrame selection;
+    bool entityOnSurface = false; // the entity tool's point is one clicked in a camera view
 };

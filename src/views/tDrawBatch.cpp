@@ -13,6 +13,8 @@ extern "C" void GLAPIENTRY glMultiDrawArrays(GLenum mode, const GLint* first, co
                                              GLsizei primitives);
 
 static constexpr float WIDE_LINE = 4.0f;
+// Pixels on both sides of an edge: what meets a selected face there may cover the outer ones.
+static constexpr float OUTLINE_WIDTH = 2.0f;
 static constexpr double RAISED_FAR = 0.999; // depth range of raised lines
 static constexpr int MAX_TEXTURES_KEPT = 256;
 
@@ -308,9 +310,11 @@ void cDrawBatch::drawOutlines() {
     glEnableClientState(GL_VERTEX_ARRAY);
     glEnableClientState(GL_COLOR_ARRAY);
     pointTo(m_outlines.data());
+    glLineWidth(OUTLINE_WIDTH);
     glMultiDrawArrays(GL_POLYGON, m_outlineFirsts.data(), m_outlineCounts.data(),
                       GLsizei(m_outlineCounts.size()));
     glDisableClientState(GL_COLOR_ARRAY);
+    glLineWidth(1);
     glDisable(GL_POLYGON_OFFSET_LINE);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     m_outlines.clear();

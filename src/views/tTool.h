@@ -63,6 +63,8 @@ public:
     virtual void setCanvas(cCanvas*) {} // the canvas or the selection changed
     virtual void reselect() {}          // its button was pressed again while it was current
     virtual void deactivate() {}        // it stops being current
+    // What a press of the mouse began ends here; the button, if it is held, does nothing more.
+    virtual void breakOff() {}
 
 private:
     int m_id = -1;

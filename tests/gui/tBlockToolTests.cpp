@@ -6,6 +6,7 @@
 #include "gui/tToolTest.h"
 #include "support/tColors.h"
 #include "support/tPatience.h"
+#include "tools/tToolBlock.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -49,6 +50,24 @@ protected:
     }
     const cBrushData* selectedBrush() const { return map().data.selectedBrushes; }
 };
+
+TEST_F(BlockToolTest, aPressAsksAnewWhatIsUnderAMouseAtRest) {
+    static constexpr float mins[3] = {-32, -32, 0}, maxs[3] = {32, 32, 64};
+    const QPoint at = pixel(top, 0, 0);
+    moveTo(top, at);
+    block().setFromTwoPoints(mins, maxs);
+    press(top, at);
+    moveTo(top, at + QPoint(1, 0));
+    moveTo(top, at + QPoint(33, 0));
+    EXPECT_FLOAT_EQ(block().mins[0], 0);
+    window->setTool(TOOL_CAMERA); // in the midst of it
+    EXPECT_FALSE(static_cast<cToolBlock*>(window->tools[TOOL_BLOCK].get())->dragging());
+    moveTo(top, at + QPoint(97, 0));
+    window->setTool(TOOL_BLOCK);
+    moveTo(top, at + QPoint(65, 0)); // still held
+    release(top, at + QPoint(65, 0));
+    EXPECT_FLOAT_EQ(block().mins[0], 0) << "its rest does nothing";
+}
 
 TEST_F(BlockToolTest, enterMakesABlockOfExactlyTheBoxInEveryView) {
     for (const int type : {VIEW_TOP, VIEW_FRONT, VIEW_SIDE}) {

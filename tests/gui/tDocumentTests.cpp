@@ -240,6 +240,75 @@ TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndTheLastOneAsks) {
     EXPECT_TRUE(window->projects.isEmpty());
 }
 
+TEST_F(DocumentTest, aDocumentOfTwoWindowsAsksOnceBeforeAnyOfThemGoes) {
+    cProject* project = startWithProject();
+    trigger("WindowNew");
+    settle();
+    project->setDirty(true);
+    for (const auto& closeBy : {std::function<void()>([this] { trigger("FileCloseAll"); }),
+                                std::function<void()>([this] { close(); })}) {
+        replies.expectBox(QMessageBox::Cancel, project->title);
+        closeBy();
+        settle();
+        ASSERT_EQ(window->projects, QList<cProject*>{project});
+        EXPECT_EQ(windowCount(), 2);
+    }
+    replies.expectBox(QMessageBox::No, project->title);
+    trigger("FileCloseAll");
+    settle();
+    EXPECT_EQ(windowCount(), 0);
+}
+
+TEST_F(DocumentTest, eachDocumentComesBackWithTheViewThatWasActive) {
+    start();
+    cProject* first = newProject();
+    cProject* second = newProject();
+    cCanvas* ofFirst = first->windows[0]->canvases[2];
+    cCanvas* ofSecond = second->windows[0]->canvases[3];
+    focus(ofSecond);
+    trigger("WindowPrev");
+    settle();
+    focus(ofFirst);
+    for (int i = 0; i < 3; ++i) {
+        trigger("WindowNext");
+        settle();
+        EXPECT_EQ(window->activeCanvas, ofSecond) << i;
+        EXPECT_EQ(QApplication::focusWidget(), ofSecond) << i;
+        trigger("WindowPrev");
+        settle();
+        EXPECT_EQ(window->activeCanvas, ofFirst) << i;
+        EXPECT_EQ(QApplication::focusWidget(), ofFirst) << i;
+    }
+}
+
+TEST_F(DocumentTest, eachDocumentHasItsOwnSelectionAndTheSentenceIsOfTheActiveOne) {
+    static constexpr float mins[3] = {0, 0, 0}, maxs[3] = {16, 16, 16};
+    start();
+    const cSelectionBox* boxes[2] = {};
+    for (int i = 0; i < 2; ++i) {
+        cProject* project = newProject();
+        boxes[i] = &project->boxes[TBX_SELECTION];
+        cMap& map = *project->map;
+        for (int count = 0; count <= i; ++count)
+            addBox(map, map.world(), mins, maxs);
+        trigger("EditSelAll");
+    }
+    EXPECT_EQ(pane(2), QStringLiteral("2 objects selected."));
+    for (const char* command : {"ViewItems", "ViewPaths"}) {
+        trigger(command); // goes over all documents
+        EXPECT_EQ(pane(2), QStringLiteral("2 objects selected.")) << command;
+        trigger(command);
+    }
+    trigger("WindowPrev");
+    settle();
+    EXPECT_EQ(pane(2), QStringLiteral("solid with 6 faces."));
+    EXPECT_TRUE(boxes[0]->active && boxes[1]->active);
+    replies.expectBox(QMessageBox::Ok, "is still under development");
+    toolAction(TOOL_TEXTURE)->trigger();
+    toolAction(TOOL_TEXTURE)->trigger(); // the way out drops all selections
+    EXPECT_FALSE(boxes[0]->active || boxes[1]->active);
+}
+
 TEST_F(DocumentTest, exportWritesTheMapAndIsNoSave) {
     startWithProject()->setDirty(true);
     const QString title = active()->title;

@@ -13,15 +13,15 @@
 class SelectDragTest : public cToolTest {
 protected:
     void setMode(int mode) {
-        for (int i = 0; i < HANDLES_MODES && tool().handleMode != mode; ++i)
+        for (int i = 0; i < HANDLES_MODES && frame().handleMode != mode; ++i)
             click(top, middleOf(top));
-        ASSERT_EQ(tool().handleMode, mode);
+        ASSERT_EQ(frame().handleMode, mode);
     }
     void pickBoth(const cBrushData* brush, const cEntityData* light) {
         objectsAdded();
         pick(brush);
         pick(light->mins, light->maxs, Qt::ControlModifier);
-        ASSERT_EQ(tool().selectedCount, 2);
+        ASSERT_EQ(frame().count, 2);
     }
     // Drags a handle so far outwards that its sides move by that much.
     void pull(int number, int by) {
@@ -99,7 +99,6 @@ TEST_F(SelectDragTest, theTextAndThePreviewGoWithTheMouseAndTheMapStays) {
     EXPECT_EQ(top->pictureCount(), pictures) << "a step draws over the kept picture";
     expectBrush(brush, {0, 0, 0}, {64, 64, 64});
     release(top, from + QPoint(85, 4));
-    EXPECT_FALSE(tool().movingPreview);
     expectNothingMoves(brush);
     EXPECT_EQ(pane(4), QStringLiteral("64w 64l 64h"));
     // The first move lies a pixel lower than the press, and the drag counts from there.
@@ -115,7 +114,7 @@ TEST_F(SelectDragTest, aDragThatComesBackIsNoStep) {
         dragTo(top, from, from + QPoint(32, -32));
         moveTo(top, from);
         release(top, from);
-        EXPECT_EQ(tool().handleMode, mode);
+        EXPECT_EQ(frame().handleMode, mode);
         expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
     }
     EXPECT_FALSE(map().history->canUndo());
@@ -154,7 +153,7 @@ TEST_F(SelectDragTest, shiftAtTheReleaseClones) {
 }
 
 TEST_F(SelectDragTest, aDragOnNothingWithoutCtrlOnlyLetsTheViewFollow) {
-    pickCube();
+    const cBrushData* brush = pickCube();
     const cMapState before = stateOf(map());
     const QPoint from = pixel(top, -64, -64);
     moveTo(top, from);
@@ -164,11 +163,46 @@ TEST_F(SelectDragTest, aDragOnNothingWithoutCtrlOnlyLetsTheViewFollow) {
     const float offset = top->offsetX;
     moveTo(top, QPoint(-20, from.y())); // past the view's edge
     EXPECT_LT(top->offsetX, offset);
-    EXPECT_FALSE(tool().movingPreview);
+    EXPECT_FALSE(brush->flags & BF_MOVING);
     release(top, QPoint(-20, from.y()));
     EXPECT_FALSE(map().history->canUndo());
     EXPECT_EQ(firstDifference(before, stateOf(map())), QString());
     expectBounds(box().mins, box().maxs, {0, 0, 0}, {64, 64, 64});
+}
+
+TEST_F(SelectDragTest, aDragCountsFromTheBoxOfItsOwnDocument) {
+    cBrushData* brush = pickCube();
+    cProject* first = project;
+    project = newProject();
+    top = view(VIEW_TOP);
+    top->zoomTo(1);
+    focus(top);
+    cBrushData* other = addBrush({-128, 32, 0}, {-32, 64, 16});
+    objectsAdded();
+    trigger("EditSelAll");
+    window->setTool(TOOL_BLOCK);
+    trigger("WindowPrev");
+    settle();
+    project = first;
+    top = view(VIEW_TOP);
+    focus(top);
+    window->setTool(TOOL_SELECT);
+    drag(top, middleOf(top), middleOf(top) + QPoint(64, 0));
+    expectBrush(brush, {64, 0, 0}, {128, 64, 64});
+    expectBrush(other, {-128, 32, 0}, {-32, 64, 16});
+}
+
+TEST_F(SelectDragTest, aPressAsksAnewWhatIsUnderAMouseAtRest) {
+    cBrushData* brush = addBrush({-32, -32, 0}, {32, 32, 64});
+    objectsAdded();
+    const QPoint at = pixel(top, 0, 0);
+    moveTo(top, at);
+    trigger("EditSelAll");
+    press(top, at);
+    for (int i = 1; i <= 4; ++i)
+        moveTo(top, at + QPoint(16 * i, 0));
+    release(top, at + QPoint(64, 0));
+    expectBrush(brush, {16, -32, 0}, {80, 32, 64}); // the first move begins the drag
 }
 
 TEST_F(SelectDragTest, aDragThatIsBrokenOffLeavesNothingBehind) {
@@ -188,6 +222,8 @@ TEST_F(SelectDragTest, aDragThatIsBrokenOffLeavesNothingBehind) {
         {"Escape", [&] { key(top, Qt::Key_Escape); }, [] {}},
         {"command", [&] { trigger("EditSelNone"); }, [] {}},
         {"tool", [&] { window->setTool(TOOL_BLOCK); }, [&] { window->toolSelect(); }},
+        {"tool for a while", [&] { window->setTool(TOOL_MAGNIFY); }, [&] { window->toolSelect(); }},
+        {"view", [&] { trigger("View2DYZ"); }, [&] { trigger("View2DXY"); }},
         {"document", [&] { trigger("WindowNext"); },
          [&] {
              trigger("WindowPrev");
@@ -213,10 +249,13 @@ TEST_F(SelectDragTest, aDragThatIsBrokenOffLeavesNothingBehind) {
         release(top, from + QPoint(64, 0));
         c.comeBack();
         moveTo(top, from);
-        EXPECT_FALSE(tool().dragging);
+        EXPECT_FALSE(tool().dragging());
         expectNothingMoves(brush);
         expectBrush(brush, {0, 0, 0}, {64, 64, 64});
+        if (selectedBrushes())
+            expectBounds(box().mins, box().maxs, {-48, 0, 0}, {64, 64, 64});
         EXPECT_FALSE(map().history->canUndo());
+        EXPECT_FALSE(project->boxes[TBX_BLOCK].active) << "the next tool gets nothing of the press";
     }
 }
 
@@ -260,7 +299,7 @@ TEST_F(SelectDragTest, rotatesByHalfDegreesAndWithShiftByFifteenInEachView) {
     moveTo(top, pixel(top, -46, 90)); // at 117.07: past 90 by half a degree
     EXPECT_EQ(pane(4), QStringLiteral("90.0\u00b0"));
     release(top, pixel(top, -46, 90));
-    EXPECT_EQ(tool().handleMode, int(HANDLES_ROTATE)) << "its own transform keeps the mode";
+    EXPECT_EQ(frame().handleMode, int(HANDLES_ROTATE)) << "its own transform keeps the mode";
     expectBrush(brush, {-32, -64, -16}, {32, 64, 16});
     trigger("EditUndo");
 
@@ -306,7 +345,7 @@ TEST_F(SelectDragTest, eachEdgeShears) {
             dragTo(top, from, from + QPoint(48, -48));
             EXPECT_EQ(pane(4), QString::fromLatin1(c.text));
             release(top, from + QPoint(48, -48));
-            EXPECT_EQ(tool().handleMode, int(HANDLES_SHEAR));
+            EXPECT_EQ(frame().handleMode, int(HANDLES_SHEAR));
         });
         const int axis = 1 - c.along;
         expectSlice(brush, c.along, c.moved, axis, 16, 80);
@@ -342,7 +381,7 @@ TEST_F(StretchTest, eachHandleScalesTheBoxOrStretchesEachObject) {
             pull(number, 16);
             expectBounds(box().mins, box().maxs, {-64 - out[0], -32 - out[1], 0},
                          {64 + out[2], 32 + out[3], 64});
-            EXPECT_EQ(tool().handleMode, mode);
+            EXPECT_EQ(frame().handleMode, mode);
             if (mode == HANDLES_STRETCH) {
                 expectBrush(wide, {-64 - out[0], -32 - out[1], 0}, {out[2], 32 + out[3], 64});
                 expectBrush(narrow, {32 - out[0], -out[1], 0}, {64 + out[2], 32 + out[3], 64});
@@ -406,9 +445,15 @@ TEST_F(TransformCommandTest, flipsAndAlignsOnTheAxesOfTheView) {
         trigger("EditUndo");
     }
     view(VIEW_CAMERA)->activate();
-    for (const char* command : {"ToolsFlipH", "ToolsAlignL"})
-        trigger(command);
-    EXPECT_FALSE(map().history->canUndo()) << "a camera view has no such axes";
+    trigger("ToolsFlipH"); // a camera view has no such axes: the 2D view used last
+    EXPECT_NEAR(right->mins[0], -64, 0.01f);
+    trigger("EditUndo");
+    top->setViewType(VIEW_CAMERA);
+    view(VIEW_SIDE)->setViewType(VIEW_CAMERA);
+    view(VIEW_FRONT)->setViewType(VIEW_CAMERA);
+    trigger("ToolsFlipH");
+    trigger("ToolsAlignL");
+    EXPECT_FALSE(map().history->canUndo()) << "no 2D view, no axes";
 }
 
 TEST_F(TransformCommandTest, theDialogTurnsScalesAndMoves) {

@@ -24,10 +24,10 @@ TEST_F(SelectToolTest, aClickSelectsWhatIsUnderItAndEmptySpaceSelectsNothing) {
     drag(top, pixel(top, -96, 32), pixel(top, -48, 80)); // a press that selects cannot drag
     EXPECT_TRUE(isPicked(other) && !isPicked(brush));
     expectBrush(other, {-96, 0, 0}, {-32, 64, 64});
-    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
+    EXPECT_EQ(frame().handleMode, int(HANDLES_SCALE));
     click(top, pixel(top, -64, 32)); // inside its box: the next mode, and nothing picked
     EXPECT_TRUE(isPicked(other));
-    EXPECT_EQ(tool().handleMode, int(HANDLES_ROTATE));
+    EXPECT_EQ(frame().handleMode, int(HANDLES_ROTATE));
     for (const bool byEscape : {false, true}) {
         pick(brush);
         key(top, Qt::Key_Escape);
@@ -38,9 +38,9 @@ TEST_F(SelectToolTest, aClickSelectsWhatIsUnderItAndEmptySpaceSelectsNothing) {
         else
             click(top, pixel(top, 0, -90));
         EXPECT_EQ(selectedBrushes(), 0);
-        EXPECT_FALSE(box().active || tool().overBox);
+        EXPECT_FALSE(box().active || tool().overBox());
         EXPECT_EQ(pane(4), QString());
-        EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE));
+        EXPECT_EQ(frame().handleMode, int(HANDLES_SCALE));
     }
     EXPECT_FALSE(map().history->canUndo());
 }
@@ -150,7 +150,7 @@ TEST_F(RubberBandTest, enterAndTheSelectMenuSelectInThreeWays) {
     for (const auto& c : cases) {
         window->SelectByHandles = c.byHandles;
         drawBand();
-        EXPECT_TRUE(tool().rubberBand);
+        EXPECT_TRUE(frame().rubberBand);
         EXPECT_EQ(pane(4), QStringLiteral("96w 96l 0h"));
         EXPECT_EQ(selected(), "---");
         if (c.command)
@@ -158,7 +158,7 @@ TEST_F(RubberBandTest, enterAndTheSelectMenuSelectInThreeWays) {
         else
             key(top, Qt::Key_Return, c.modifiers);
         EXPECT_EQ(selected(), c.selected);
-        EXPECT_FALSE(tool().rubberBand);
+        EXPECT_FALSE(frame().rubberBand);
         click(top, pixel(top, 100, 60));
         EXPECT_EQ(selected(), "---");
     }
@@ -168,7 +168,7 @@ TEST_F(RubberBandTest, enterAndTheSelectMenuSelectInThreeWays) {
 TEST_F(RubberBandTest, theTextTellsItsSizeWhileItIsDrawn) {
     dragTo(top, pixel(top, -96, -96), pixel(top, 32, 0));
     EXPECT_EQ(pane(4), QStringLiteral("128 x 96"));
-    EXPECT_TRUE(tool().dragging);
+    EXPECT_TRUE(tool().dragging());
     key(top, Qt::Key_Escape);
     EXPECT_FALSE(box().active);
     EXPECT_EQ(pane(4), QString());
@@ -192,7 +192,7 @@ TEST_F(RubberBandTest, withASelectionItNeedsCtrlAndNeverMovesWhatIsSelected) {
     EXPECT_EQ(selected(), "-t-");
     // A drag that leaves the press without an object deselects, so the press goes with Ctrl.
     drawBand(Qt::ControlModifier);
-    EXPECT_TRUE(tool().rubberBand);
+    EXPECT_TRUE(frame().rubberBand);
     EXPECT_EQ(selected(), "-t-");
     EXPECT_FALSE(map().history->canUndo());
     // The band is moved and widened by itself.
@@ -205,6 +205,28 @@ TEST_F(RubberBandTest, withASelectionItNeedsCtrlAndNeverMovesWhatIsSelected) {
     key(top, Qt::Key_Escape);
     EXPECT_EQ(selected(), "-t-");
     expectBounds(box().mins, box().maxs, {-16, -64, 0}, {80, -32, 32});
+}
+
+// The key may mean something else with Alt.
+TEST_F(RubberBandTest, altGivesItUpAndTheBoxGoesBackToTheSelection) {
+    for (const bool automatic : {false, true}) {
+        pick(touched);
+        ASSERT_EQ(selected(), "-t-");
+        window->SelectAuto = automatic;
+        if (automatic) {
+            drawBand(Qt::ControlModifier | Qt::AltModifier);
+        } else {
+            drawBand(Qt::ControlModifier);
+            replies.expectBox(QMessageBox::Ok, "is still under development");
+            key(top, Qt::Key_Return, Qt::AltModifier);
+        }
+        EXPECT_FALSE(frame().rubberBand);
+        expectBounds(box().mins, box().maxs, {-16, -64, 0}, {80, -32, 32});
+        drag(top, middleOf(top), middleOf(top) + QPoint(0, 16));
+        expectBrush(touched, {-16, -80, 0}, {80, -48, 32});
+        trigger("EditUndo");
+        click(top, pixel(top, 100, 60));
+    }
 }
 
 // ---- Menus
@@ -242,7 +264,7 @@ TEST_F(SelectToolTest, clicksInTheBoxGoThroughTheModesAndTheCursorTells) {
         {FALLING, RISING, RISING, FALLING, ACROSS, ACROSS, ALONG, ALONG}};
     pickCube(-32);
     for (int mode = HANDLES_SCALE; mode < HANDLES_MODES; ++mode) {
-        ASSERT_EQ(tool().handleMode, mode);
+        ASSERT_EQ(frame().handleMode, mode);
         for (int number = BH_TOP_LEFT; number <= BH_BOTTOM; ++number) {
             moveTo(top, pixel(top, 100, -90));
             moveTo(top, handle(top, number));
@@ -254,15 +276,15 @@ TEST_F(SelectToolTest, clicksInTheBoxGoThroughTheModesAndTheCursorTells) {
         EXPECT_EQ(top->cursor().hotSpot(), QPoint(16, 15));
         click(top, pixel(top, 0, 32));
     }
-    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE)) << "round again";
+    EXPECT_EQ(frame().handleMode, int(HANDLES_SCALE)) << "round again";
     click(top, pixel(top, 0, 32));
     addLight(-64, 0, 0);
     objectsAdded();
     click(top, pixel(top, -72, 0));
-    EXPECT_EQ(tool().handleMode, int(HANDLES_SCALE)) << "another object starts anew";
+    EXPECT_EQ(frame().handleMode, int(HANDLES_SCALE)) << "another object starts anew";
     for (const int mode : {HANDLES_ROTATE, HANDLES_SHEAR, HANDLES_SCALE}) {
         click(top, pixel(top, -64, 0));
-        EXPECT_EQ(tool().handleMode, mode) << "a point entity has no stretch";
+        EXPECT_EQ(frame().handleMode, mode) << "a point entity has no stretch";
     }
     window->CrosshairCursor = false;
     moveTo(top, pixel(top, 100, -90));

@@ -58,9 +58,63 @@ TEST_F(ShellTest, viewTypeCommandsActOnTheActiveView) {
         for (const auto& other : cases)
             EXPECT_EQ(action(other.id)->isChecked(), other.id == c.id) << other.id;
     }
-    window->setActiveCanvas(project->windows[0]->canvases[1]);
+    cCanvas* top = project->windows[0]->canvases[1];
+    top->activate();
     EXPECT_TRUE(action("View2DXY")->isChecked());
     EXPECT_EQ(window->previousCanvas, project->windows[0]->canvases[0]);
+    QTest::keyClick(top, Qt::Key_Tab);
+    EXPECT_EQ(top->viewType, VIEW_FRONT);
+    EXPECT_TRUE(action("View2DYZ")->isChecked() && !action("View2DXY")->isChecked());
+}
+
+// On its way to a menu the mouse crosses other views, which become active by it.
+TEST_F(ShellTest, commandsGoToTheViewUsedLastAndNotToTheOneUnderTheMouse) {
+    const cProject* project = startWithProject();
+    const std::vector<cCanvas*>& views = project->windows[0]->canvases;
+    cCanvas *camera = views[0], *top = views[1], *side = views[2];
+    const auto cross = [](cCanvas* canvas) {
+        QEvent enter(QEvent::Enter);
+        QApplication::sendEvent(canvas, &enter);
+    };
+    QTest::mouseClick(side, Qt::LeftButton);
+    QTest::mouseClick(camera, Qt::RightButton);
+    EXPECT_EQ(window->flatCanvas(), side) << "of the 2D views the one used last";
+    cross(top);
+    EXPECT_EQ(window->activeCanvas, top);
+    EXPECT_TRUE(action("View3DT")->isChecked()) << "the marks tell what the commands act on";
+    trigger("View3DF");
+    EXPECT_EQ(camera->renderMode, int(RM_FILLED));
+    EXPECT_EQ(top->viewType, VIEW_TOP);
+    QTest::keyClick(top, Qt::Key_Shift);
+    EXPECT_EQ(window->commandCanvas(), camera) << "Shift alone is no use";
+    QTest::keyClick(top, Qt::Key_1);
+    EXPECT_EQ(window->commandCanvas(), top);
+    EXPECT_EQ(window->flatCanvas(), top);
+    cross(side);
+    QWheelEvent wheel(QPointF(5, 5), side->mapToGlobal(QPoint(5, 5)), QPoint(), QPoint(0, 120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(side, &wheel);
+    EXPECT_EQ(window->commandCanvas(), side);
+}
+
+TEST_F(ShellTest, whatWasNotPaintedWhileBusyIsPaintedAfter) {
+    const cCanvas* top = startWithProject()->windows[0]->canvases[1];
+    ASSERT_TRUE(QTest::qWaitFor([&] { return top->viewInfo.frame > 0; }));
+    settle();
+    uint32_t frame = 0;
+    {
+        const cBusy outer;
+        const cBusy busy;
+        window->redrawAllViews(REDRAW_2D);
+        settle();
+        frame = top->viewInfo.frame;
+    }
+    settle();
+    const uint32_t painted = top->viewInfo.frame;
+    EXPECT_GT(painted, frame);
+    { const cBusy again; }
+    settle();
+    EXPECT_EQ(top->viewInfo.frame, painted) << "nothing was dropped, nothing is painted";
 }
 
 TEST_F(ShellTest, tenthWindowHasNoMnemonic) {
@@ -141,6 +195,14 @@ TEST_F(ShellTest, heldKeysFollowPressAndRelease) {
         send(QEvent::KeyRelease, key, false);
         EXPECT_EQ(window->heldKeys, 0u);
     }
+    // A release goes to a menu that has come up since the press.
+    send(QEvent::KeyPress, Qt::Key_W, false);
+    QMenu* menu = window->popupMenu("Operations");
+    menu->popup(canvas->mapToGlobal(QPoint(20, 20)));
+    settle();
+    QTest::keyRelease(menu, Qt::Key_W);
+    EXPECT_EQ(window->heldKeys, 0u);
+    menu->close();
     send(QEvent::KeyPress, Qt::Key_W, false);
     QEvent deactivate(QEvent::WindowDeactivate);
     QApplication::sendEvent(window.get(), &deactivate);

@@ -29,6 +29,7 @@ protected:
     // A cube of 64 units on the ground, from the x axis on; picked by a click.
     cBrushData* pickCube(float x = 0);
     const cSelectionBox& box() const { return project->boxes[TBX_SELECTION]; }
+    const cSelectionFrame& frame() const { return project->selection; }
     cToolSelect& tool() const { return static_cast<cToolSelect&>(*window->tools[TOOL_SELECT]); }
     int selectedBrushes() const;
     int selectedEntities() const;

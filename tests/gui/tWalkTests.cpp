@@ -65,7 +65,7 @@ protected:
             return;
         cCanvas* canvas = anyView();
         const bool onHandle = chance(2);
-        const int handles = tool().handleMode == 2 ? number(5, 8) : number(1, 4);
+        const int handles = frame().handleMode == 2 ? number(5, 8) : number(1, 4);
         const QPoint from = onHandle ? handle(canvas, handles) : middleOf(canvas);
         if (!canvas->rect().contains(from))
             return;

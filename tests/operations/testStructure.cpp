@@ -105,6 +105,13 @@ TEST_F(Structure, moveToWorldEmptiesEntitiesAndUndoBringsTheBrushesHome) {
     EXPECT_FALSE(map.hasSelection());
 }
 
+TEST_F(Structure, deselectedPointsAreNoLongerDrawnAsSelected) {
+    cEntityData* light = pointAt(0);
+    map.selectEntity(light);
+    law([&] { deselectPoints(map); });
+    EXPECT_FALSE(isSelected(light));
+}
+
 TEST_F(Structure, tieMakesAnEntityOrGivesToOne) {
     host.addClass(QStringLiteral("func_door"), CK_SOLID)->variables = {
         {VT_STRING, QStringLiteral("speed"), {}, {}, QStringLiteral("100"), {}}};

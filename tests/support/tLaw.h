@@ -10,7 +10,7 @@
 
 // Runs the operation, undoes it, redoes it. Empty when the law holds, else what broke it. The map
 // is left as after the operation. An operation that opens no step must leave the map alone, but
-// for the selection.
+// for the selection. Views find out what has changed, be it the selection.
 // An operation that puts new objects in place of the selection does not bring the former one back.
 QString checkLaw(cMap& map, const std::function<void()>& operation, bool selectionComesBack = true);
 

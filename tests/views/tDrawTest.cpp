@@ -263,6 +263,26 @@ TEST_F(DrawTest, transparentFaceIsDrawnAfterOpaqueOnesBehindIt) {
     EXPECT_EQ(qBlue(picture(camera).pixel(middle)), 0) << "opaque again";
 }
 
+TEST_F(DrawTest, transparencyOfEntitiesSwitchesAtOnce) {
+    static const float mins[3] = {100, -50, -50}, maxs[3] = {110, 50, 50}, origin[3] = {};
+    host.mapProfile.flags |= PF_RENDER_KEYS;
+    host.EntityTransparency = false; // while it is read
+    cEntityData* wall = document.map.addEntity("func_wall", origin, 0);
+    addEpairLast(wall, "rendermode", "2");
+    addEpairLast(wall, "renderamt", "128");
+    addBoxTo(wall, mins, maxs);
+    vecSet<uint8_t>(wall->entity->color, 0, 255, 0);
+    updateEntity(wall, UM_RENDER_KEYS);
+    document.map.finishLoad();
+    paint(addBox(200, -100, -100, 250, 100, 100), 0, 0, 255);
+    cCanvas* camera = openCamera(RM_FILLED, 0, 0, 0);
+    const QPoint middle = pixelOf(camera, 100, 10, 10);
+    for (const bool shown : {false, true, false}) {
+        host.EntityTransparency = shown;
+        EXPECT_EQ(qBlue(picture(camera).pixel(middle)) > 50, shown);
+    }
+}
+
 TEST_F(DrawTest, cameraTwoUnitsBehindAPlaneStillSeesIt) {
     cBrushData* brush = addBox(0, 0, 0, 64, 64, 64);
     const cFaceData* top = brush->faces;
@@ -507,6 +527,49 @@ TEST_F(DrawTest, pointfileAndPortalsLieOverTheMap) {
     memcpy(map.portals->points, corners, sizeof corners);
     cCanvas* camera = openCamera(RM_FILLED, 0, 0, 0);
     EXPECT_EQ(picture(camera).pixel(pixelOf(camera, 100, 20, -50)), qRgb(0, 0, 255));
+}
+
+static int countOf(const QImage& image, QRgb color) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            count += (image.pixel(x, y) & 0xffffff) == (color & 0xffffff);
+    return count;
+}
+
+TEST_F(DrawTest, aSelectedFaceSeenNearlyEdgeOnStaysBehindTheWall) {
+    host.setColor(COLOR_SELECTED_LINE, 0, 255, 0);
+    addBox(100, -200, -200, 110, 200, 200);
+    select(addBox(150, 0, -40, 400, 40, 40));
+    cCanvas* camera = openCamera(RM_FILLED, 0, 0, 0);
+    for (const float y : {0.0f, 0.01f, -0.01f, -0.1f, -1.0f, -4.0f}) {
+        moveCamera(camera, 0, y, 0);
+        EXPECT_EQ(countOf(picture(camera), qRgb(0, 255, 0)), 0) << y;
+    }
+}
+
+// The edges that it shares with floor and side walls show all the way.
+TEST_F(DrawTest, aSelectedWallOfARoomHasItsOutline) {
+    host.setColor(COLOR_SELECTED_LINE, 0, 255, 0);
+    addBox(-300, -100, -16, 300, 100, 0);
+    addBox(-300, -100, 128, 300, 100, 144);
+    addBox(-300, -116, 0, 300, -100, 128);
+    addBox(-300, 100, 0, 300, 116, 128);
+    select(addBox(300, -100, 0, 316, 100, 128));
+    cCanvas* camera = openCamera(RM_FILLED, 0, 0, 64);
+    for (const float x : {-250.0f, -100.3f, 0.0f, 33.3f, 120.7f}) {
+        moveCamera(camera, x, 7.7f, 61.3f);
+        const QImage image = picture(camera);
+        for (int i = 1; i < 20; ++i) {
+            const float y = -100 + float(i) * 10, z = float(i) * 6.4f;
+            for (const float at : {0.0f, 128.0f})
+                EXPECT_EQ(qGreen(most(image, pixelOf(camera, 300, y, at), qGreen)), 255)
+                    << x << " " << y << " " << at;
+            for (const float at : {-100.0f, 100.0f})
+                EXPECT_EQ(qGreen(most(image, pixelOf(camera, 300, at, z), qGreen)), 255)
+                    << x << " " << at << " " << z;
+        }
+    }
 }
 
 TEST_F(DrawTest, entityBoxIsShadedAndCovers) {
