@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Stands in for libFuzzer where the compiler has none: replays every file of the corpus, then
-// runs mutations of them. Understands -runs=N, -max_total_time=SECONDS, -seed=N. The input that
-// kills the process, or takes longer than a few seconds, is written to crash-input.
+// runs mutations of them, now and then with a piece repeated up to a megabyte. Understands -runs=N,
+// -max_total_time=SECONDS, -seed=N. The input that kills the process, or takes more time or memory
+// than a megabyte may, is written to crash-input.
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -14,17 +16,30 @@
 #include <random>
 #include <sanitizer/common_interface_defs.h>
 #include <string>
+#include <sys/time.h>
 #include <unistd.h>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+extern "C" {
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+
+// Of the sanitizer's allocator; not every compiler brings the header.
+size_t __sanitizer_get_allocated_size(const volatile void* block);
+int __sanitizer_install_malloc_and_free_hooks(void (*allocated)(const volatile void*, size_t),
+                                              void (*released)(const volatile void*));
+}
 
 using cInput = std::vector<uint8_t>;
 
-static constexpr unsigned SECONDS_PER_INPUT = 10;
-static constexpr size_t LONGEST_INPUT = 1 << 16;
+static constexpr size_t LONGEST_INPUT = 1 << 20;
+static constexpr size_t LONGEST_MUTATION = 1 << 16; // without repetition
+// What the longest input may take. Sanitizers make a program about five times as slow.
+static constexpr unsigned SECONDS_PER_INPUT = 1 * 5; // of the processor, whatever else runs
+static constexpr size_t BYTES_PER_INPUT = 256u << 20;
 
 static cInput g_input;
+static std::atomic<size_t> g_bytes{0};
+static std::atomic<size_t> g_bytesAtStart{0};
 
 static void keepInput() {
     FILE* file = fopen("crash-input", "wb");
@@ -41,6 +56,24 @@ static void tooSlow(int) {
     _exit(1);
 }
 
+static void countAllocation(const volatile void*, size_t size) {
+    if ((g_bytes += size) < g_bytesAtStart + BYTES_PER_INPUT)
+        return;
+    fprintf(stderr, "an input took more than %zu megabytes\n", BYTES_PER_INPUT >> 20);
+    g_bytesAtStart = g_bytes.load(); // keeping it takes some more
+    keepInput();
+    _exit(1);
+}
+
+static void countRelease(const volatile void* block) {
+    g_bytes -= __sanitizer_get_allocated_size(block);
+}
+
+static void setTimer(unsigned seconds) {
+    const itimerval timer = {{0, 0}, {time_t(seconds), 0}};
+    setitimer(ITIMER_PROF, &timer, nullptr);
+}
+
 static void aborted(int) {
     keepInput();
     _exit(1);
@@ -48,11 +81,12 @@ static void aborted(int) {
 
 static void run(const cInput& input) {
     g_input = input;
-    alarm(SECONDS_PER_INPUT);
     // A copy of exactly that size, so that reading past its end is seen.
     const cInput copy(input);
+    g_bytesAtStart = g_bytes.load();
+    setTimer(SECONDS_PER_INPUT);
     LLVMFuzzerTestOneInput(copy.data(), copy.size());
-    alarm(0);
+    setTimer(0);
 }
 
 static cInput read(const std::filesystem::path& path) {
@@ -78,6 +112,8 @@ static std::vector<cInput> readCorpus(const std::vector<std::string>& paths) {
 }
 
 class cMutator {
+    static constexpr size_t REPETITION_EVERY = 50;
+
 public:
     cMutator(const std::vector<cInput>& corpus, unsigned seed) : m_corpus(corpus), m_random(seed) {}
 
@@ -85,13 +121,30 @@ public:
         cInput input = any();
         for (size_t i = 0, count = 1 + below(8); i < count; ++i)
             mutate(input);
-        if (input.size() > LONGEST_INPUT)
-            input.resize(LONGEST_INPUT);
+        if (input.size() > LONGEST_MUTATION)
+            input.resize(LONGEST_MUTATION);
+        if (below(REPETITION_EVERY) == 0)
+            repeat(input);
         return input;
     }
 
 private:
     size_t below(size_t n) { return n ? m_random() % n : 0; }
+
+    // What takes the square of something shows where there is much of it.
+    void repeat(cInput& input) {
+        const size_t at = below(input.size());
+        const size_t length = 1 + below(std::min<size_t>(input.size() - at, 512));
+        if (at + length > input.size())
+            return;
+        const cInput piece(input.begin() + std::ptrdiff_t(at),
+                           input.begin() + std::ptrdiff_t(at + length));
+        cInput many;
+        for (const size_t size = below(LONGEST_INPUT - input.size()); many.size() < size;)
+            many.insert(many.end(), piece.begin(), piece.end());
+        input.insert(input.begin() + std::ptrdiff_t(at), many.begin(), many.end());
+    }
+
     const cInput& any() { return m_corpus[below(m_corpus.size())]; }
 
     void mutate(cInput& input) {
@@ -157,7 +210,8 @@ int main(int argc, char** argv) {
     if (!freopen("/dev/null", "w", stdout))
         return 1;
     __sanitizer_set_death_callback(keepInput);
-    signal(SIGALRM, tooSlow);
+    __sanitizer_install_malloc_and_free_hooks(countAllocation, countRelease);
+    signal(SIGPROF, tooSlow);
     signal(SIGABRT, aborted);
     const std::vector<cInput> corpus = readCorpus(paths);
     for (const cInput& input : corpus)

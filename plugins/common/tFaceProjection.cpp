@@ -3,6 +3,8 @@
 
 #include "common/tVector.h"
 
+#include <cfloat>
+
 static constexpr double RADIANS_PER_DEGREE = 3.14159265358979323846 / 180.0;
 static constexpr double TEXEL_EPSILON = 0.01; // a coordinate this near is the same
 static constexpr double MIN_NORMAL_LENGTH = 1e-9;
@@ -28,20 +30,29 @@ bool planeFromPoints(const double points[3][3], cMapPlane* out) {
     for (int i = 0; i < 3; ++i)
         out->normal[i] = normal[size_t(i)] / size;
     out->dist = dot(normal, p[1]) / size;
-    return true;
+    return std::fabs(out->dist) <= double(FLT_MAX);
 }
 
-static const cBaseAxes& baseAxesFor(const float* normal) {
+static const cBaseAxes& baseAxesFor(const double* normal) {
     int row = 0;
-    float best = 0;
+    double best = 0;
     for (int i = 0; i < 6; ++i) {
-        const float d = normal[g_baseAxes[i].normalAxis] * float(g_baseAxes[i].normalSign);
+        const double d = normal[g_baseAxes[i].normalAxis] * g_baseAxes[i].normalSign;
         if (d > best) {
             best = d;
             row = i;
         }
     }
     return g_baseAxes[row];
+}
+
+int baseAxisOf(const double* normal) {
+    return baseAxesFor(normal).normalAxis;
+}
+
+float scaleOf(double scale) {
+    const auto narrow = float(scale);
+    return std::isnormal(narrow) ? narrow : 1.0f;
 }
 
 // Sine and cosine without the dust at the quarter turns.
@@ -59,7 +70,7 @@ static void exactSinCos(double degrees, double* sine, double* cosine) {
     *cosine = std::cos(turned * RADIANS_PER_DEGREE);
 }
 
-void applyClassicProjection(const cClassicProjection& projection, const float* normal,
+void applyClassicProjection(const cClassicProjection& projection, const double* normal,
                             cFaceTexture* tex) {
     const cBaseAxes& base = baseAxesFor(normal);
     double sine, cosine;
@@ -72,8 +83,8 @@ void applyClassicProjection(const cClassicProjection& projection, const float* n
     tex->vAxis[base.t] = float(-cosine);
     tex->uShift = float(projection.shift[0]);
     tex->vShift = float(projection.shift[1]);
-    tex->uScale = projection.scale[0] != 0 ? float(projection.scale[0]) : 1.0f;
-    tex->vScale = projection.scale[1] != 0 ? float(projection.scale[1]) : 1.0f;
+    tex->uScale = scaleOf(projection.scale[0]);
+    tex->vScale = scaleOf(projection.scale[1]);
     tex->rotation = float(projection.rotation);
 }
 
@@ -103,7 +114,7 @@ static double texelOf(const float* p, const float* axis, float scale, float shif
 }
 
 // How far the written projection, as floats, puts any vertex from where the block has it.
-static double worstError(const cFaceData* face, const float* readNormal,
+static double worstError(const cFaceData* face, const double* readNormal,
                          const cClassicProjection& projection) {
     cFaceTexture written = face->tex;
     applyClassicProjection(projection, readNormal, &written);
@@ -159,13 +170,21 @@ static void roundToOwn(const cFaceTexture& tex, cClassicProjection* p) {
     preferOwn(&p->shift[1], tex.vShift);
 }
 
-bool classicProjectionOf(const cFaceData* face, const float* readNormal, cClassicProjection* out) {
+// Numbers that come back from the text as they are.
+static bool isWritable(const cClassicProjection& p) {
+    for (const double number : {p.shift[0], p.shift[1], p.rotation}) {
+        if (!(std::fabs(number) <= double(FLT_MAX)))
+            return false;
+    }
+    return std::isnormal(float(p.scale[0])) && std::isnormal(float(p.scale[1]));
+}
+
+bool classicProjectionOf(const cFaceData* face, const double* readNormal, cClassicProjection* out) {
     const cFaceTexture& tex = face->tex;
     const cBaseAxes& base = baseAxesFor(readNormal);
-    if (face->normal[base.normalAxis] == 0) {
-        *out = {{double(tex.uShift), double(tex.vShift)}, double(tex.rotation), {1, 1}};
+    *out = {{double(tex.uShift), double(tex.vShift)}, double(tex.rotation), {1, 1}};
+    if (face->normal[base.normalAxis] == 0)
         return false;
-    }
     const cPlanarAxis u = planarAxis(face, base, tex.uAxis, tex.uScale, tex.uShift);
     const cPlanarAxis v = planarAxis(face, base, tex.vAxis, tex.vScale, tex.vShift);
     const double byU = std::atan2(u.t, u.s) / RADIANS_PER_DEGREE;
@@ -177,7 +196,7 @@ bool classicProjectionOf(const cFaceData* face, const float* readNormal, cClassi
         cClassicProjection candidate = projectionAt(face, base, u, v, rotation);
         roundToOwn(tex, &candidate);
         const double error = worstError(face, readNormal, candidate);
-        if (best >= 0 && !(error < best))
+        if (!isWritable(candidate) || (best >= 0 && !(error < best)))
             continue;
         best = error;
         *out = candidate;

@@ -11,8 +11,21 @@ struct cMapPlane {
     double dist;
 };
 
-// The outward plane (p0 - p1) x (p2 - p1); false when the points lie on one line.
+// One line of a brush as it is read.
+struct cMapFace {
+    cMapPlane plane;
+    cFaceTexture tex;
+};
+
+// The outward plane (p0 - p1) x (p2 - p1); false when the points lie on one line, or so far out
+// that a float can't hold the plane.
 bool planeFromPoints(const double points[3][3], cMapPlane* out);
+
+// The axis whose sides of a box give a classic line its texture axes: the largest component of the
+// normal, and of equal ones z before x before y. Decided in double, by the last digit.
+int baseAxisOf(const double* normal);
+// A scale as the block holds it: one that is no number as a float, or 0, is 1.
+float scaleOf(double scale);
 
 struct cClassicProjection {
     double shift[2];
@@ -21,11 +34,11 @@ struct cClassicProjection {
 };
 
 // Sets axes, shifts, scales and rotation of the block.
-void applyClassicProjection(const cClassicProjection& projection, const float* normal,
+void applyClassicProjection(const cClassicProjection& projection, const double* normal,
                             cFaceTexture* tex);
 
 // The projection that lays the block's texture on the plane, exactly or as near as can be.
 // The normal is the one that a reader finds in the written points: near a tie it decides which
 // axes the line is read with. False when no exact projection exists, that is when some vertex is
 // off by more than a hundredth of a texel.
-bool classicProjectionOf(const cFaceData* face, const float* readNormal, cClassicProjection* out);
+bool classicProjectionOf(const cFaceData* face, const double* readNormal, cClassicProjection* out);

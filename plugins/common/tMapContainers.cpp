@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "common/tMapContainers.h"
 
+#include <algorithm>
 #include <cstring>
 #include <strings.h>
 
 static const char GROUP_PREFIX[] = "_kvx_group_";
 static const char LAYER_PREFIX[] = "_kvx_layer_";
-static constexpr char SEPARATOR = '\t'; // no key or value of a map text holds one by custom
+// The colour of the group that the keys are of, first of all: a later group of that number has
+// another.
+static const char COLOR_KEY[] = "_kvx_color";
+static constexpr char SEPARATOR = '\t';
+// Stands before a letter for a separator, or for itself, within a key or value.
+static constexpr char ESCAPE = '\x1b';
+static constexpr char ESCAPED_SEPARATOR = 't', ESCAPED_ESCAPE = 'e';
 
 const std::string* findKey(const cKeyValues& keys, const char* key) {
     for (const cKeyValue& pair : keys) {
@@ -17,10 +24,10 @@ const std::string* findKey(const cKeyValues& keys, const char* key) {
 }
 
 void eraseKey(cKeyValues* keys, const char* key) {
-    for (size_t i = keys->size(); i-- > 0;) {
-        if (strcasecmp((*keys)[i].first.c_str(), key) == 0)
-            keys->erase(keys->begin() + long(i));
-    }
+    const auto isIt = [key](const cKeyValue& pair) {
+        return strcasecmp(pair.first.c_str(), key) == 0;
+    };
+    keys->erase(std::remove_if(keys->begin(), keys->end(), isIt), keys->end());
 }
 
 static std::string valueOf(const cKeyValues& keys, const char* key) {
@@ -34,11 +41,32 @@ bool isContainer(const cKeyValues& keys) {
            (type == "_tb_group" || type == "_tb_layer");
 }
 
-cEpair* makeEpair(const cHostServices* host, const std::string& key, const std::string& value) {
-    auto* pair = static_cast<cEpair*>(host->Sys_Alloc(sizeof(cEpair)));
-    pair->key = host->Sys_StrDup(key.c_str());
-    pair->value = host->Sys_StrDup(value.c_str());
-    return pair;
+cEpairAppender::cEpairAppender(const cHostServices* host, cEntityData* entity)
+    : m_host(host), m_end(&entity->epairs) {
+    while (*m_end)
+        m_end = &(*m_end)->next;
+}
+
+void cEpairAppender::append(const std::string& key, const std::string& value) {
+    auto* pair = static_cast<cEpair*>(m_host->Sys_Alloc(sizeof(cEpair)));
+    pair->key = m_host->Sys_StrDup(key.c_str());
+    pair->value = m_host->Sys_StrDup(value.c_str());
+    *m_end = pair;
+    m_end = &pair->next;
+}
+
+static void removeEpair(const cHostServices* host, cEntityData* entity, const char* key) {
+    for (cEpair** link = &entity->epairs; *link;) {
+        cEpair* pair = *link;
+        if (strcasecmp(pair->key, key) != 0) {
+            link = &pair->next;
+            continue;
+        }
+        *link = pair->next;
+        host->Sys_Free(pair->key);
+        host->Sys_Free(pair->value);
+        host->Sys_Free(pair);
+    }
 }
 
 // ---- Reading
@@ -47,8 +75,6 @@ void cContainerReader::begin(const cKeyValues& keys) {
     cContainer container;
     container.keys = keys;
     container.isLayer = valueOf(keys, "_tb_type") == "_tb_layer";
-    container.groupId = valueOf(keys, "_tb_group");
-    container.layerId = valueOf(keys, "_tb_layer");
     const std::string id = valueOf(keys, "_tb_id");
     if (!id.empty())
         m_byId.emplace(id, m_containers.size());
@@ -59,52 +85,126 @@ void cContainerReader::addBrush(cBrushData* brush) {
     m_containers.back().brushes.push_back(brush);
 }
 
-void cContainerReader::addEntity(cEntityData* entity, cKeyValues* keys) {
-    cMember member = {entity, valueOf(*keys, "_tb_group"), valueOf(*keys, "_tb_layer")};
-    if (member.groupId.empty() && member.layerId.empty())
-        return;
-    eraseKey(keys, "_tb_group");
-    eraseKey(keys, "_tb_layer");
-    m_members.push_back(std::move(member));
+void cContainerReader::addEntity(cEntityData* entity, const cKeyValues& keys) {
+    cMember member = {entity, valueOf(keys, "_tb_group"), valueOf(keys, "_tb_layer")};
+    if (!member.groupId.empty() || !member.layerId.empty())
+        m_members.push_back(std::move(member));
 }
 
-cContainerReader::cContainer* cContainerReader::find(const std::string& id, bool layer) {
-    const auto found = m_byId.find(id);
+size_t cContainerReader::find(const std::string& id, bool layer) const {
+    const auto found = id.empty() ? m_byId.end() : m_byId.find(id);
     if (found == m_byId.end() || m_containers[found->second].isLayer != layer)
-        return nullptr;
-    return &m_containers[found->second];
+        return NONE;
+    return found->second;
 }
 
-// A group lies in the layer that it, or a group around it, names.
-cContainerReader::cContainer* cContainerReader::layerOf(cContainer& container) {
-    cContainer* at = &container;
-    for (size_t steps = 0; at && steps <= m_containers.size(); ++steps) {
-        if (cContainer* layer = find(at->layerId, true))
-            return layer;
-        at = find(at->groupId, false);
+void cContainerReader::makeContainers() {
+    static const uint8_t layerColors[][4] = {{90, 160, 250, 255},  {250, 170, 80, 255},
+                                             {120, 220, 120, 255}, {230, 110, 160, 255},
+                                             {220, 210, 90, 255},  {150, 130, 240, 255}};
+    size_t layers = 0;
+    for (cContainer& container : m_containers) {
+        if (!container.isLayer) {
+            container.group = m_host->Group_Create(m_map);
+            continue;
+        }
+        const std::string name = valueOf(container.keys, "_tb_name");
+        container.visGroup = m_host->VisGroup_Create(m_map);
+        m_host->VisGroup_Set(m_map, container.visGroup, name.c_str(), container.visGroup,
+                             layerColors[layers++ % 6]);
     }
-    return nullptr;
 }
 
-static bool liesIn(const cGroupData* group, const cGroupData* other) {
-    for (; group; group = group->parent) {
-        if (group == other)
-            return true;
+// Of a chain that comes back to itself the last group met lies in none.
+std::vector<size_t> cContainerReader::parentsFirst() {
+    enum eState : char { NEW, ON_CHAIN, PLACED };
+    std::vector<eState> states(m_containers.size(), NEW);
+    std::vector<size_t> order, chain;
+    for (size_t i = 0; i < m_containers.size(); ++i) {
+        size_t at = i;
+        for (; at != NONE && states[at] == NEW; at = m_containers[at].parent) {
+            states[at] = ON_CHAIN;
+            chain.push_back(at);
+            if (!m_containers[at].isLayer)
+                m_containers[at].parent = find(valueOf(m_containers[at].keys, "_tb_group"), false);
+        }
+        if (at != NONE && states[at] == ON_CHAIN) {
+            m_containers[chain.back()].parent = NONE;
+            eraseKey(&m_containers[chain.back()].keys, "_tb_group");
+            ++m_circles;
+        }
+        for (; !chain.empty(); chain.pop_back()) {
+            states[chain.back()] = PLACED;
+            order.push_back(chain.back());
+        }
     }
-    return false;
+    return order;
 }
 
-void cContainerReader::joinGroups(cContainer& container) {
-    cContainer* parent = find(container.groupId, false);
-    if (parent && !liesIn(parent->group, container.group))
-        m_host->Group_AddGroup(parent->group, container.group);
+// A group without members joins at once, whatever the length of the chain above it.
+void cContainerReader::joinParents() {
+    for (const size_t index : parentsFirst()) {
+        cContainer& container = m_containers[index];
+        if (container.isLayer) {
+            container.layer = index;
+            continue;
+        }
+        const bool nested = container.parent != NONE;
+        if (nested)
+            m_host->Group_AddGroup(m_containers[container.parent].group, container.group);
+        container.layer = find(valueOf(container.keys, "_tb_layer"), true);
+        // What a name stands for need not be kept.
+        if (container.layer != NONE)
+            eraseKey(&container.keys, "_tb_layer");
+        else if (nested)
+            container.layer = m_containers[container.parent].layer;
+        if (nested)
+            eraseKey(&container.keys, "_tb_group");
+    }
 }
 
-void cContainerReader::joinLayer(cContainer& container, cContainer& layer) {
-    for (cBrushData* brush : container.brushes)
-        m_host->Brush_AddToVisGroup(m_map, brush, layer.visGroup);
-    for (cEntityData* entity : container.entities)
-        m_host->Entity_AddToVisGroup(m_map, entity, layer.visGroup);
+void cContainerReader::joinLayer(cBrushData* brush, size_t layer) {
+    if (layer != NONE)
+        m_host->Brush_AddToVisGroup(m_map, brush, m_containers[layer].visGroup);
+}
+
+void cContainerReader::joinLayer(cEntityData* entity, size_t layer) {
+    if (layer != NONE)
+        m_host->Entity_AddToVisGroup(m_map, entity, m_containers[layer].visGroup);
+}
+
+void cContainerReader::joinMembers() {
+    for (const cContainer& container : m_containers) {
+        for (cBrushData* brush : container.brushes) {
+            joinLayer(brush, container.layer);
+            if (container.group)
+                m_host->Group_AddBrush(container.group, brush);
+        }
+    }
+}
+
+void cContainerReader::joinEntities() {
+    for (const cMember& member : m_members) {
+        const size_t home = find(member.groupId, false), own = find(member.layerId, true);
+        if (home != NONE) {
+            m_host->Group_AddEntity(m_containers[home].group, member.entity);
+            removeEpair(m_host, member.entity, "_tb_group");
+        }
+        if (own != NONE)
+            removeEpair(m_host, member.entity, "_tb_layer");
+        joinLayer(member.entity, own != NONE || home == NONE ? own : m_containers[home].layer);
+    }
+}
+
+static void appendEscaped(std::string* text, const std::string& part) {
+    for (const char c : part) {
+        if (c == SEPARATOR || c == ESCAPE) {
+            *text += ESCAPE;
+            *text += c == SEPARATOR ? ESCAPED_SEPARATOR : ESCAPED_ESCAPE;
+        } else {
+            *text += c;
+        }
+    }
 }
 
 static std::string joinKeys(const cKeyValues& keys) {
@@ -112,64 +212,52 @@ static std::string joinKeys(const cKeyValues& keys) {
     for (const cKeyValue& pair : keys) {
         if (!text.empty())
             text += SEPARATOR;
-        text += pair.first + SEPARATOR + pair.second;
+        appendEscaped(&text, pair.first);
+        text += SEPARATOR;
+        appendEscaped(&text, pair.second);
     }
     return text;
 }
 
-static void storeKeys(const cHostServices* host, cEntityData* world, const std::string& key,
-                      cKeyValues keys) {
-    for (const char* known : {"classname", "_tb_type", "_tb_group", "_tb_layer"})
-        eraseKey(&keys, known);
-    cEpair** end = &world->epairs;
-    while (*end)
-        end = &(*end)->next;
-    *end = makeEpair(host, key, joinKeys(keys));
+static std::string colorOf(const cHostServices* host, cGroupData* group) {
+    uint8_t color[4] = {};
+    host->Group_GetColor(group, color);
+    std::string text;
+    for (int i = 0; i < 3; ++i)
+        text += (i ? " " : "") + std::to_string(color[i]);
+    return text;
 }
 
-void cContainerReader::bind(cEntityData* world) {
-    static const uint8_t layerColors[][4] = {{90, 160, 250, 255},  {250, 170, 80, 255},
-                                             {120, 220, 120, 255}, {230, 110, 160, 255},
-                                             {220, 210, 90, 255},  {150, 130, 240, 255}};
-    size_t layers = 0;
+void cContainerReader::keep(cEpairAppender& world) {
     for (cContainer& container : m_containers) {
-        const std::string name = valueOf(container.keys, "_tb_name");
+        for (const char* known : {"classname", "_tb_type"})
+            eraseKey(&container.keys, known);
         if (container.isLayer) {
-            container.visGroup = m_host->VisGroup_Create(m_map);
-            m_host->VisGroup_Set(m_map, container.visGroup, name.c_str(), container.visGroup,
-                                 layerColors[layers++ % 6]);
-            storeKeys(m_host, world, LAYER_PREFIX + name, container.keys);
-        } else {
-            container.group = m_host->Group_Create(m_map);
-            storeKeys(m_host, world, GROUP_PREFIX + std::to_string(container.group->id),
-                      container.keys);
-        }
-    }
-    for (cContainer& container : m_containers) {
-        if (!container.isLayer)
-            joinGroups(container);
-    }
-    for (const cMember& member : m_members) {
-        cContainer* home = find(member.groupId, false);
-        if (!home)
-            home = find(member.layerId, true);
-        if (home)
-            home->entities.push_back(member.entity);
-    }
-    for (cContainer& container : m_containers) {
-        cContainer* layer = container.isLayer ? &container : layerOf(container);
-        if (layer)
-            joinLayer(container, *layer);
-        if (container.isLayer)
+            world.append(LAYER_PREFIX + valueOf(container.keys, "_tb_name"),
+                         joinKeys(container.keys));
             continue;
-        for (cBrushData* brush : container.brushes)
-            m_host->Group_AddBrush(container.group, brush);
-        for (cEntityData* entity : container.entities)
-            m_host->Group_AddEntity(container.group, entity);
+        }
+        container.keys.insert(container.keys.begin(),
+                              {COLOR_KEY, colorOf(m_host, container.group)});
+        world.append(GROUP_PREFIX + std::to_string(container.group->id), joinKeys(container.keys));
     }
+}
+
+void cContainerReader::bind(cEpairAppender& world) {
+    makeContainers();
+    joinParents();
+    joinMembers();
+    joinEntities();
+    keep(world);
+    if (m_circles)
+        m_host->Sys_Warning("%i group(s) that lie in themselves were taken out", m_circles);
 }
 
 // ---- What the world keeps
+
+static char unescaped(char letter) {
+    return letter == ESCAPED_SEPARATOR ? SEPARATOR : letter == ESCAPED_ESCAPE ? ESCAPE : letter;
+}
 
 static cKeyValues splitKeys(const char* text) {
     cKeyValues keys;
@@ -177,31 +265,45 @@ static cKeyValues splitKeys(const char* text) {
     for (; *text; ++text) {
         if (*text == SEPARATOR)
             parts.emplace_back();
+        else if (*text == ESCAPE && text[1])
+            parts.back() += unescaped(*++text);
         else
             parts.back() += *text;
     }
     for (size_t i = 0; i + 1 < parts.size(); i += 2)
-        keys.emplace_back(parts[i], parts[i + 1]);
+        keys.emplace_back(std::move(parts[i]), std::move(parts[i + 1]));
     return keys;
 }
 
-static cKeyValues storedKeys(const cEntityData* world, const std::string& key) {
-    for (const cEpair* pair = world->epairs; pair; pair = pair->next) {
-        if (key == pair->key)
-            return splitKeys(pair->value);
+cKeptContainers::cKeptContainers(const cHostServices* host, const cEntityData* world)
+    : m_host(host) {
+    for (const cEpair* pair = world ? world->epairs : nullptr; pair; pair = pair->next) {
+        if (isKept(pair->key))
+            m_texts[pair->key].push_back(pair->value);
     }
-    return {};
 }
 
-cKeyValues storedGroupKeys(const cEntityData* world, uint32_t groupId) {
-    return storedKeys(world, GROUP_PREFIX + std::to_string(groupId));
+std::optional<cKeyValues> cKeptContainers::keysOf(cGroupData* group) const {
+    const auto found = m_texts.find(GROUP_PREFIX + std::to_string(group->id));
+    if (found == m_texts.end())
+        return std::nullopt;
+    cKeyValues keys = splitKeys(found->second.front());
+    if (keys.empty() || keys[0].first != COLOR_KEY)
+        return keys; // of before colours were kept
+    if (keys[0].second != colorOf(m_host, group))
+        return std::nullopt;
+    keys.erase(keys.begin());
+    return keys;
 }
 
-cKeyValues storedLayerKeys(const cEntityData* world, const std::string& name) {
-    return storedKeys(world, LAYER_PREFIX + name);
+cKeyValues cKeptContainers::keysOfLayer(const std::string& name, size_t place) const {
+    const auto found = m_texts.find(LAYER_PREFIX + name);
+    if (found == m_texts.end() || place >= found->second.size())
+        return {};
+    return splitKeys(found->second[place]);
 }
 
-bool isStoredKey(const char* key) {
+bool cKeptContainers::isKept(const char* key) {
     return strncmp(key, GROUP_PREFIX, sizeof GROUP_PREFIX - 1) == 0 ||
            strncmp(key, LAYER_PREFIX, sizeof LAYER_PREFIX - 1) == 0;
 }

@@ -3,54 +3,74 @@
 
 #include "common/tVector.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <strings.h>
 
-static constexpr int MAX_REPORTS = 30;          // errors with a line of their own
+static constexpr int MAX_REPORTS = 30;          // of a kind, with a line of their own
 static constexpr float MAX_COORDINATE = 262144; // a brush that reaches past it is not closed
-static constexpr int MIN_FACES = 4;             // fewer enclose nothing
+static constexpr size_t MIN_FACES = 4;          // fewer enclose nothing
 static constexpr float MIN_EXTENT = 0.001f;
+// Building a brush takes the square of the number of its faces.
+static constexpr size_t MAX_FACES = 2048;
+
+const char* const cMapReader::COMPLAINTS[COMPLAINT_COUNT] = {
+    "an entity should begin here",      "broken key/value",
+    "the entity's brace is not closed", "unexpected text",
+    "the brush's brace is not closed",  "broken face line",
+    "the brush has too many faces",     "the brush has no volume",
+};
 
 cMapReader::cMapReader(const cHostServices* host, cMapData* map, const char* text, size_t size)
     : m_host(host), m_map(map), m_scan(text, size), m_containers(host, map) {}
 
-bool cMapReader::mayReport() {
-    return ++m_reported <= MAX_REPORTS;
+void cMapReader::complain(eComplaint complaint, int line) {
+    if (++m_complaints[complaint] <= MAX_REPORTS)
+        m_host->Sys_Error("line %i: %s", line, COMPLAINTS[complaint]);
 }
 
 bool cMapReader::read() {
     while (const char c = m_scan.peek()) {
         if (c == '{') {
-            m_scan.take();
             readEntity();
             continue;
         }
-        if (mayReport())
-            m_host->Sys_Error("line %i: an entity should begin here", m_scan.line());
+        complain(NO_ENTITY, m_scan.line());
         m_scan.skipLine();
     }
-    if (m_entities == 0) {
+    if (m_entities > 0)
+        finishWorld();
+    else
         m_host->Sys_Error("the file holds no entities");
-        return false;
-    }
-    cEntityData* world = theWorld();
-    m_made.swap(m_worldMade);
-    m_containers.bind(world);
-    m_host->Entity_Update(world, UM_REEVALUATE | UM_WINDINGS);
-    checkBrushes(world);
     reportCounts();
-    return true;
+    return m_entities > 0;
+}
+
+void cMapReader::finishWorld() {
+    cEntityData* world = theWorld();
+    m_containers.bind(*m_worldKeys);
+    m_host->Entity_Update(world, UM_REEVALUATE | UM_WINDINGS);
+    checkBrushes(world, m_worldMade);
 }
 
 void cMapReader::reportCounts() {
-    if (m_reported > MAX_REPORTS)
-        m_host->Sys_Error("%i more error(s) of this kind", m_reported - MAX_REPORTS);
+    for (int i = 0; i < COMPLAINT_COUNT; ++i) {
+        if (m_complaints[size_t(i)] > MAX_REPORTS)
+            m_host->Sys_Error("%i more error(s) of this kind: %s",
+                              m_complaints[size_t(i)] - MAX_REPORTS, COMPLAINTS[i]);
+    }
     if (m_brokenBrushes)
         m_host->Sys_Warning("%i brush(es) could not be built and were left out", m_brokenBrushes);
+    if (m_cutBrushes)
+        m_host->Sys_Warning("%i brush(es) with faces of more than %i corners were cut into pieces",
+                            m_cutBrushes, int(MAX_CORNERS));
     if (m_extraNumbers)
         m_host->Sys_Warning("%i number(s) past the known ones were read over", m_extraNumbers);
+    if (m_cutNumbers)
+        m_host->Sys_Warning("%i flag(s) or value(s) of a face were no 32-bit numbers and were cut",
+                            m_cutNumbers);
     if (m_longNames)
         m_host->Sys_Warning("%i texture name(s) longer than 63 characters were cut", m_longNames);
     if (m_skippedBlocks)
@@ -61,142 +81,69 @@ void cMapReader::reportCounts() {
 
 // ---- Entities
 
-bool cMapReader::readPair(cKeyValues* keys) {
+void cMapReader::readPair(cKeyValues* keys) {
     const int line = m_scan.line();
     std::string key, value;
-    if (m_scan.quoted(&key) && m_scan.peek() == '"' && m_scan.quoted(&value)) {
+    if (m_scan.quoted(&key) && m_scan.peek() == '"' && m_scan.quoted(&value))
         keys->emplace_back(std::move(key), std::move(value));
-        return true;
-    }
-    if (mayReport())
-        m_host->Sys_Error("line %i: broken key/value", line);
-    return false;
+    else
+        complain(BROKEN_PAIR, line);
 }
 
 void cMapReader::readEntity() {
     const int line = m_scan.line();
     ++m_entities;
+    m_scan.take();
     cKeyValues keys;
-    cEntityData* entity = nullptr;
-    bool inContainer = false;
-    m_made.clear();
-    for (;;) {
-        const char c = m_scan.peek();
+    cSolids solids;
+    while (const char c = m_scan.peek()) {
         if (c == '"') {
             readPair(&keys);
         } else if (c == '{') {
-            if (!entity) {
-                if (!findKey(keys, "classname"))
-                    keys.emplace_back("classname", lookAheadClassname());
-                inContainer = isContainer(keys);
-                entity = beginEntity(&keys, true);
-            }
+            readBrush(&solids);
+        } else if (c == '}') {
             m_scan.take();
-            readBrush(entity);
-        } else if (c == '}' || c == 0) {
-            if (c == 0 && mayReport())
-                m_host->Sys_Error("line %i: the entity's brace is not closed", line);
-            if (c)
-                m_scan.take();
-            break;
+            makeEntity(&keys, solids);
+            return;
         } else {
-            if (mayReport())
-                m_host->Sys_Error("line %i: unexpected text", m_scan.line());
+            complain(UNEXPECTED, m_scan.line());
             m_scan.skipLine();
         }
     }
-    const bool solid = entity != nullptr;
-    if (!entity)
-        entity = beginEntity(&keys, false);
-    if (inContainer)
-        finishContainer();
-    else if (entity)
-        finishEntity(entity, &keys, solid);
-}
-
-// The class of an entity whose brushes come before its keys.
-std::string cMapReader::lookAheadClassname() const {
-    cMapScanner ahead = m_scan;
-    int depth = 0;
-    std::string text;
-    while (const char c = ahead.peek()) {
-        if (c == '(') {
-            ahead.skipLine();
-            continue;
-        }
-        if (c == '"' && depth == 0) {
-            std::string value;
-            if (ahead.quoted(&text) && ahead.quoted(&value) &&
-                strcasecmp(text.c_str(), "classname") == 0)
-                return value;
-            continue;
-        }
-        depth += c == '{' ? 1 : c == '}' ? -1 : 0;
-        if (depth < 0)
-            break;
-        ahead.take();
-    }
-    return std::string();
+    complain(OPEN_ENTITY, line);
+    makeEntity(&keys, solids);
 }
 
 cEntityData* cMapReader::theWorld() {
     static const float origin[3] = {0, 0, 0};
-    if (!m_world)
+    if (!m_world) {
         m_world = m_host->Entity_Create(m_map, "worldspawn", origin, EF_WORLD);
+        m_worldKeys.emplace(m_host, m_world);
+    }
     return m_world;
 }
 
-static void parseOrigin(const cKeyValues& keys, float* origin) {
-    const std::string* text = findKey(keys, "origin");
-    origin[0] = origin[1] = origin[2] = 0;
+static void readNumbers(const std::string* text, float* out) {
+    out[0] = out[1] = out[2] = 0;
     if (text)
-        sscanf(text->c_str(), "%f %f %f", &origin[0], &origin[1], &origin[2]);
+        sscanf(text->c_str(), "%f %f %f", &out[0], &out[1], &out[2]);
     for (int i = 0; i < 3; ++i) {
-        if (!std::isfinite(origin[i]))
-            origin[i] = 0;
-    }
-}
-
-// Null for a container without brushes, which is no object of its own.
-cEntityData* cMapReader::beginEntity(cKeyValues* keys, bool solid) {
-    if (isContainer(*keys)) {
-        m_containers.begin(*keys);
-        return solid ? theWorld() : nullptr;
-    }
-    const std::string* classname = findKey(*keys, "classname");
-    const std::string name = classname ? *classname : std::string("unknown");
-    if (name == "worldspawn")
-        return theWorld();
-    float origin[3];
-    parseOrigin(*keys, origin);
-    if (!m_world)
-        theWorld();
-    static const float zero[3] = {0, 0, 0};
-    cEntityData* entity = m_host->Entity_Create(m_map, name.c_str(), solid ? zero : origin,
-                                                solid ? 0u : uint32_t(EF_POINT));
-    return entity;
-}
-
-void cMapReader::setEpairs(cEntityData* entity, const cKeyValues& keys) {
-    cEpair** end = &entity->epairs;
-    while (*end)
-        end = &(*end)->next;
-    for (const cKeyValue& pair : keys) {
-        *end = makeEpair(m_host, pair.first, pair.second);
-        end = &(*end)->next;
+        if (!std::isfinite(out[i]))
+            out[i] = 0;
     }
 }
 
 static void readAngles(const cKeyValues& keys, float* angles) {
     for (const cKeyValue& pair : keys) {
-        const char* value = pair.second.c_str();
         if (strcasecmp(pair.first.c_str(), "angles") == 0) {
-            sscanf(value, "%f %f %f", &angles[0], &angles[1], &angles[2]);
+            readNumbers(&pair.second, angles);
             return;
         }
         if (strcasecmp(pair.first.c_str(), "angle") != 0)
             continue;
-        const float angle = float(atof(value));
+        float turn[3];
+        readNumbers(&pair.second, turn);
+        const float angle = turn[0];
         angles[0] = angle == -1 ? -90.0f : angle == -2 ? 90.0f : 0.0f;
         angles[1] = angle == -1 || angle == -2 ? 0.0f : angle;
         angles[2] = 0;
@@ -204,83 +151,124 @@ static void readAngles(const cKeyValues& keys, float* angles) {
     }
 }
 
-// The brushes of a group or a layer are the world's.
-void cMapReader::finishContainer() {
-    for (const cMade& made : m_made) {
-        m_containers.addBrush(made.brush);
-        m_worldMade.push_back(made);
-    }
-}
-
-void cMapReader::finishEntity(cEntityData* entity, cKeyValues* keys, bool solid) {
-    eraseKey(keys, "classname");
-    if (!solid && entity != m_world)
-        eraseKey(keys, "origin");
-    if (entity != m_world)
-        m_containers.addEntity(entity, keys);
-    setEpairs(entity, *keys);
-    readAngles(*keys, entity->angles);
-    const std::string* flags = findKey(*keys, entity->flagsKey ? entity->flagsKey : "spawnflags");
+// All keys, as they stand, and the fields that follow from them.
+static void setKeys(cEntityData* entity, const cKeyValues& keys, cEpairAppender* epairs) {
+    for (const cKeyValue& pair : keys)
+        epairs->append(pair.first, pair.second);
+    readAngles(keys, entity->angles);
+    const std::string* flags = findKey(keys, entity->flagsKey ? entity->flagsKey : "spawnflags");
     if (flags)
         entity->spawnFlags = uint32_t(strtol(flags->c_str(), nullptr, 10));
-    if (entity == m_world) {
-        m_worldMade.insert(m_worldMade.end(), m_made.begin(), m_made.end());
+}
+
+void cMapReader::makeEntity(cKeyValues* keys, const cSolids& solids) {
+    if (isContainer(*keys)) {
+        makeContainer(*keys, solids);
         return;
     }
+    const std::string* found = findKey(*keys, "classname");
+    if (found && strcasecmp(found->c_str(), "worldspawn") == 0) {
+        addToWorld(keys, solids);
+        return;
+    }
+    theWorld();
+    float origin[3];
+    readNumbers(findKey(*keys, "origin"), origin);
+    static const float zero[3] = {0, 0, 0};
+    const bool solid = !solids.empty();
+    cEntityData* entity = m_host->Entity_Create(
+        m_map, found ? found->c_str() : "", solid ? zero : origin, solid ? 0u : uint32_t(EF_POINT));
+    // No class name at all is not an empty one.
+    if (!found) {
+        m_host->Sys_Free(entity->classname);
+        entity->classname = nullptr;
+    }
+    if (solid) {
+        const cMadeList made = makeBrushes(entity, solids);
+        m_host->Entity_Update(entity, UM_WINDINGS);
+        checkBrushes(entity, made);
+    }
+    eraseKey(keys, "classname");
+    m_containers.addEntity(entity, *keys);
+    // Without brushes an entity stands at its origin, whatever became of those in the text.
+    if (!entity->brushes) {
+        std::copy(origin, origin + 3, entity->origin);
+        if (!findKey(*keys, "origin"))
+            keys->emplace_back(NO_ORIGIN_KEY, "1");
+        eraseKey(keys, "origin");
+    }
+    cEpairAppender epairs(m_host, entity);
+    setKeys(entity, *keys, &epairs);
     m_host->Entity_Update(entity, UM_REEVALUATE | UM_WINDINGS);
-    checkBrushes(entity);
+}
+
+void cMapReader::addToWorld(cKeyValues* keys, const cSolids& solids) {
+    cEntityData* world = theWorld();
+    eraseKey(keys, "classname");
+    setKeys(world, *keys, &*m_worldKeys);
+    const cMadeList made = makeBrushes(world, solids);
+    m_worldMade.insert(m_worldMade.end(), made.begin(), made.end());
+}
+
+// The brushes of a group or a layer are the world's.
+void cMapReader::makeContainer(const cKeyValues& keys, const cSolids& solids) {
+    m_containers.begin(keys);
+    if (solids.empty())
+        return;
+    const cMadeList made = makeBrushes(theWorld(), solids);
+    for (const cMade& item : made)
+        m_containers.addBrush(item.brush);
+    m_worldMade.insert(m_worldMade.end(), made.begin(), made.end());
 }
 
 // ---- Brushes
 
-void cMapReader::readBrush(cEntityData* owner) {
+// One face line, or a block of another kind. False for what is neither.
+bool cMapReader::readPart(cSolid* solid, bool* isOther) {
     const int line = m_scan.line();
-    bool broken = false;
-    bool other = false;
-    m_faces.clear();
-    for (;;) {
-        const char c = m_scan.peek();
-        if (c == '}') {
-            m_scan.take();
-            break;
-        }
-        if (c == 0) {
-            if (mayReport())
-                m_host->Sys_Error("line %i: the brush's brace is not closed", line);
-            broken = true;
-            break;
-        }
-        if (c == '(') {
-            const int faceLine = m_scan.line();
-            m_faces.emplace_back();
-            if (readFace(&m_faces.back()))
-                continue;
-            if (mayReport())
-                m_host->Sys_Error("line %i: broken face line", faceLine);
-            m_faces.pop_back();
-            broken = true;
-            // What is left of the line means nothing; a line already left is not touched.
-            if (m_scan.line() == faceLine)
-                m_scan.skipLine();
-            continue;
-        }
+    if (m_scan.peek() == '(') {
+        solid->faces.emplace_back();
+        if (readFace(&solid->faces.back()))
+            return true;
+        solid->faces.pop_back();
+    } else {
         const std::string kind = m_scan.word();
         if (!kind.empty() && m_scan.peek() == '{') {
-            skipBlock(kind, line);
-            other = true;
-            continue;
+            skipBlock(kind, solid->line);
+            *isOther = true;
+            return true;
         }
-        if (mayReport())
-            m_host->Sys_Error("line %i: broken face line", m_scan.line());
+    }
+    complain(BROKEN_FACE, line);
+    // What is left of the line means nothing; a line already left is not touched.
+    if (m_scan.line() == line)
         m_scan.skipLine();
+    return false;
+}
+
+void cMapReader::readBrush(cSolids* solids) {
+    cSolid solid = {{}, m_scan.line()};
+    bool broken = false, isOther = false;
+    m_scan.take();
+    char c;
+    while ((c = m_scan.peek()) && c != '}')
+        broken |= !readPart(&solid, &isOther);
+    if (c)
+        m_scan.take();
+    else
+        complain(OPEN_BRUSH, solid.line);
+    if (solid.faces.size() > MAX_FACES)
+        complain(TOO_MANY_FACES, solid.line);
+    broken |= !c || solid.faces.size() > MAX_FACES;
+    const bool isPlanes = !isOther || !solid.faces.empty();
+    if (!broken && isPlanes && solid.faces.size() < MIN_FACES) {
+        complain(NO_VOLUME, solid.line);
         broken = true;
     }
-    if (other && m_faces.empty() && !broken)
-        return;
     if (broken)
         ++m_brokenBrushes;
-    else
-        makeBrush(owner, line);
+    else if (isPlanes)
+        solids->push_back(std::move(solid));
 }
 
 // A block in braces of a kind that is no plane, as a curved patch.
@@ -289,16 +277,7 @@ void cMapReader::skipBlock(const std::string& kind, int line) {
         m_firstBlock = kind;
         m_firstBlockLine = line;
     }
-    int depth = 0;
-    while (const char c = m_scan.peek()) {
-        m_scan.take();
-        if (c == '{')
-            ++depth;
-        else if (c == '}' && --depth == 0)
-            return;
-        else if (c != '(' && c != ')')
-            continue;
-    }
+    m_scan.skipBraces();
 }
 
 bool cMapReader::readPoint(double* point) {
@@ -306,13 +285,14 @@ bool cMapReader::readPoint(double* point) {
            m_scan.number(&point[2]) && m_scan.takeIf(')');
 }
 
-bool cMapReader::readFace(cFace* face) {
-    for (auto& point : face->points) {
+bool cMapReader::readFace(cMapFace* face) {
+    double points[3][3];
+    for (auto& point : points) {
         if (!readPoint(point))
             return false;
     }
     std::string name;
-    if (!m_scan.name(&name) || !planeFromPoints(face->points, &face->plane))
+    if (!m_scan.name(&name) || !planeFromPoints(points, &face->plane))
         return false;
     memset(&face->tex, 0, sizeof face->tex);
     if (name.size() >= sizeof face->tex.name)
@@ -338,7 +318,7 @@ bool cMapReader::readAxis(float* axis, float* shift) {
     return m_scan.takeIf(']');
 }
 
-bool cMapReader::readTexture(cFace* face) {
+bool cMapReader::readTexture(cMapFace* face) {
     cFaceTexture& tex = face->tex;
     if (m_scan.peek() == '[') {
         double numbers[3];
@@ -349,8 +329,8 @@ bool cMapReader::readTexture(cFace* face) {
                 return false;
         }
         tex.rotation = float(numbers[0]);
-        tex.uScale = numbers[1] != 0 ? float(numbers[1]) : 1.0f;
-        tex.vScale = numbers[2] != 0 ? float(numbers[2]) : 1.0f;
+        tex.uScale = scaleOf(numbers[1]);
+        tex.vScale = scaleOf(numbers[2]);
         return true;
     }
     cClassicProjection projection;
@@ -358,33 +338,39 @@ bool cMapReader::readTexture(cFace* face) {
         !m_scan.number(&projection.rotation) || !m_scan.number(&projection.scale[0]) ||
         !m_scan.number(&projection.scale[1]))
         return false;
-    const float normal[3] = {float(face->plane.normal[0]), float(face->plane.normal[1]),
-                             float(face->plane.normal[2])};
-    applyClassicProjection(projection, normal, &tex);
+    applyClassicProjection(projection, face->plane.normal, &tex);
     return true;
 }
 
 // Flags are written as signed or unsigned 32-bit numbers.
+static bool isInRange(double number) {
+    return number > -4294967296.0 && number < 4294967296.0;
+}
+
+static bool isFlagBits(double number) {
+    return isInRange(number) && number == std::trunc(number);
+}
+
 static uint32_t flagBits(double number) {
-    if (!(number > -4294967296.0 && number < 4294967296.0))
-        return 0;
-    return uint32_t(int64_t(number));
+    return isInRange(number) ? uint32_t(int64_t(number)) : 0;
 }
 
 void cMapReader::readFlags(cFaceTexture* tex) {
     uint32_t* const fields[3] = {&tex->contentFlags, &tex->surfaceFlags, &tex->value};
     double number;
     for (int i = 0; m_scan.number(&number); ++i) {
-        if (i < 3)
-            *fields[i] = flagBits(number);
-        else
+        if (i >= 3) {
             ++m_extraNumbers;
+            continue;
+        }
+        *fields[i] = flagBits(number);
+        m_cutNumbers += isFlagBits(number) ? 0 : 1;
     }
 }
 
-void cMapReader::makeBrush(cEntityData* owner, int line) {
+cBrushData* cMapReader::makeBrush(cEntityData* owner, const cMapFaces& faces) {
     cBrushData* brush = m_host->Brush_Create(m_map, owner);
-    for (const cFace& source : m_faces) {
+    for (const cMapFace& source : faces) {
         cFaceData* face = m_host->Face_Create(m_map, brush, &source.tex, 0);
         face->planeType = 3;
         for (int i = 0; i < 3; ++i) {
@@ -394,13 +380,24 @@ void cMapReader::makeBrush(cEntityData* owner, int line) {
         }
         face->dist = float(source.plane.dist);
     }
-    m_made.push_back({brush, line});
+    return brush;
+}
+
+cMapReader::cMadeList cMapReader::makeBrushes(cEntityData* owner, const cSolids& solids) {
+    cMadeList made;
+    for (const cSolid& solid : solids) {
+        const std::vector<cMapFaces> pieces = cutBigBrush(solid.faces);
+        m_cutBrushes += pieces.size() > 1 ? 1 : 0;
+        for (const cMapFaces& piece : pieces)
+            made.push_back({makeBrush(owner, piece), solid.line});
+    }
+    return made;
 }
 
 // ---- What came of them
 
 static bool isClosed(const cBrushData* brush) {
-    int faces = 0;
+    size_t faces = 0;
     for (const cFaceData* face = brush->faces; face; face = face->next)
         ++faces;
     if (faces < MIN_FACES)
@@ -413,10 +410,9 @@ static bool isClosed(const cBrushData* brush) {
     return true;
 }
 
-void cMapReader::checkBrushes(cEntityData* owner) {
+void cMapReader::checkBrushes(cEntityData* owner, const cMadeList& made) {
     bool removed = false;
-    for (const cMade& made : m_made) {
-        cBrushData* brush = made.brush;
+    for (const auto& [brush, line] : made) {
         // A second plane in the same place, or one that only touches, has no polygon.
         for (cFaceData *face = brush->faces, *next; face; face = next) {
             next = face->next;
@@ -425,8 +421,7 @@ void cMapReader::checkBrushes(cEntityData* owner) {
         }
         if (isClosed(brush))
             continue;
-        if (mayReport())
-            m_host->Sys_Error("line %i: the brush has no volume", made.line);
+        complain(NO_VOLUME, line);
         ++m_brokenBrushes;
         m_host->Brush_Delete(m_map, brush);
         removed = true;

@@ -4,10 +4,14 @@
 // line and left out; all else is kept.
 #pragma once
 
+#include "common/tBigBrush.h"
 #include "common/tFaceProjection.h"
 #include "common/tMapContainers.h"
 #include "common/tMapScanner.h"
 #include "tPluginInterface.h"
+
+#include <array>
+#include <optional>
 
 class cMapReader {
 public:
@@ -17,49 +21,68 @@ public:
     bool read();
 
 private:
-    struct cFace {
-        double points[3][3];
-        cMapPlane plane;
-        cFaceTexture tex;
+    // What may be wrong at a line; the texts stand in a table.
+    enum eComplaint {
+        NO_ENTITY,
+        BROKEN_PAIR,
+        OPEN_ENTITY,
+        UNEXPECTED,
+        OPEN_BRUSH,
+        BROKEN_FACE,
+        TOO_MANY_FACES,
+        NO_VOLUME,
+        COMPLAINT_COUNT
     };
+    static const char* const COMPLAINTS[COMPLAINT_COUNT];
+
+    // A brush as it stands in the text. Brushes wait for the end of their entity, whose keys may
+    // come after them.
+    struct cSolid {
+        cMapFaces faces;
+        int line;
+    };
+    struct cMade {
+        cBrushData* brush;
+        int line;
+    };
+    using cSolids = std::vector<cSolid>;
+    using cMadeList = std::vector<cMade>;
 
     void readEntity();
-    bool readPair(cKeyValues* keys);
-    std::string lookAheadClassname() const;
-    cEntityData* beginEntity(cKeyValues* keys, bool solid);
-    void finishContainer();
-    void finishEntity(cEntityData* entity, cKeyValues* keys, bool solid);
+    void readPair(cKeyValues* keys);
+    void makeEntity(cKeyValues* keys, const cSolids& solids);
+    void makeContainer(const cKeyValues& keys, const cSolids& solids);
+    void addToWorld(cKeyValues* keys, const cSolids& solids);
     cEntityData* theWorld();
-    void setEpairs(cEntityData* entity, const cKeyValues& keys);
+    void finishWorld();
 
-    void readBrush(cEntityData* owner);
-    bool readFace(cFace* face);
+    void readBrush(cSolids* solids);
+    bool readPart(cSolid* solid, bool* isOther);
+    bool readFace(cMapFace* face);
     bool readPoint(double* point);
-    bool readTexture(cFace* face);
+    bool readTexture(cMapFace* face);
     bool readAxis(float* axis, float* shift);
     void readFlags(cFaceTexture* tex);
     void skipBlock(const std::string& kind, int line);
-    void makeBrush(cEntityData* owner, int line);
-    void checkBrushes(cEntityData* owner);
+    cMadeList makeBrushes(cEntityData* owner, const cSolids& solids);
+    cBrushData* makeBrush(cEntityData* owner, const cMapFaces& faces);
+    void checkBrushes(cEntityData* owner, const cMadeList& made);
+    void complain(eComplaint complaint, int line);
     void reportCounts();
-    bool mayReport(); // the first few errors have their own line, all are counted
 
     const cHostServices* m_host;
     cMapData* m_map;
     cMapScanner m_scan;
     cContainerReader m_containers;
     cEntityData* m_world = nullptr;
-    std::vector<cFace> m_faces; // of the brush being read
-    struct cMade {
-        cBrushData* brush;
-        int line;
-    };
-    std::vector<cMade> m_made;      // brushes of the entity being read
-    std::vector<cMade> m_worldMade; // brushes of the world, built when all are there
+    std::optional<cEpairAppender> m_worldKeys;
+    cMadeList m_worldMade; // brushes of the world, built when all are there
     int m_entities = 0;
-    int m_reported = 0;
+    std::array<int, COMPLAINT_COUNT> m_complaints = {};
     int m_brokenBrushes = 0;
+    int m_cutBrushes = 0;
     int m_extraNumbers = 0;
+    int m_cutNumbers = 0;
     int m_longNames = 0;
     int m_skippedBlocks = 0;
     std::string m_firstBlock;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "common/tMapScanner.h"
 
+#include <cfloat>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 bool cMapScanner::atBlank() const {
     return static_cast<unsigned char>(*m_next) <= ' ';
@@ -48,7 +50,7 @@ bool cMapScanner::number(double* out) {
         ++start;
     double value;
     const auto [stop, error] = std::from_chars(start, m_end, value);
-    if (error != std::errc() || !std::isfinite(value))
+    if (error != std::errc() || !(std::fabs(value) <= double(FLT_MAX)))
         return false;
     *out = value;
     m_next = stop;
@@ -64,8 +66,13 @@ bool cMapScanner::name(std::string* out) {
     const char* start = m_next;
     while (m_next < m_end && !atBlank())
         ++m_next;
-    out->assign(start, m_next);
+    takeText(start, out);
     return true;
+}
+
+// The text of a file has no zeros; what stands behind one would be lost later.
+void cMapScanner::takeText(const char* start, std::string* out) const {
+    out->assign(start, strnlen(start, size_t(m_next - start)));
 }
 
 bool cMapScanner::quoted(std::string* out) {
@@ -74,13 +81,36 @@ bool cMapScanner::quoted(std::string* out) {
     const char* start = m_next;
     while (m_next < m_end && *m_next != '"' && *m_next != '\n')
         ++m_next;
-    out->assign(start, m_next);
+    takeText(start, out);
     if (m_next < m_end && *m_next == '"') {
         ++m_next;
         return true;
     }
     skipLine();
     return false;
+}
+
+void cMapScanner::skipBraces() {
+    int depth = 0;
+    std::string part;
+    double ignored;
+    while (const char c = peek()) {
+        if (c == '(' || c == ')') {
+            take();
+        } else if (c == '}' || (c == '{' && endsToken(m_next + 1))) {
+            take();
+            depth += c == '{' ? 1 : -1;
+            if (depth <= 0)
+                return;
+        } else if (!number(&ignored)) {
+            name(&part);
+        }
+    }
+}
+
+// Behind a brace that is no part of a name.
+bool cMapScanner::endsToken(const char* at) const {
+    return at == m_end || static_cast<unsigned char>(*at) <= ' ' || strchr("(){}\"", *at);
 }
 
 std::string cMapScanner::word() {

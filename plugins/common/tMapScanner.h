@@ -15,7 +15,7 @@ public:
     bool takeIf(char c);
     void skipLine(); // to behind the next line feed
 
-    // A finite number; false, and nothing consumed, when none stands here.
+    // A number that a float can hold; false, and nothing consumed, when none stands here.
     bool number(double* out);
     // Everything up to the next blank, or a quoted text; false at the end.
     bool name(std::string* out);
@@ -24,10 +24,15 @@ public:
     // Letters, digits and underscores; empty when none stands here.
     std::string word();
 
+    // From an opening brace to behind the one that closes it. A brace in a name counts for nothing.
+    void skipBraces();
+
     int line() const { return m_line; }
 
 private:
     bool atBlank() const;
+    void takeText(const char* start, std::string* out) const;
+    bool endsToken(const char* at) const;
 
     const char* m_next;
     const char* m_end;

@@ -19,6 +19,7 @@ public:
     void updateDrawColor(); // blends between the scheme's brush colours, and copies into the faces
 
     void addToVisGroup(cVisGroup* visGroup);
+    void addToVisGroups(const QList<cVisGroup*>& added); // in one walk
     void removeFromVisGroup(cVisGroup* visGroup);
     void dropVisGroups();
 

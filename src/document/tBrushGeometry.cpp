@@ -90,9 +90,11 @@ static void storeWinding(cFaceData* face, const cWindingD* w) {
     }
 }
 
+// Two planes under a small angle have the same distance where they meet beside the origin.
 static bool samePlane(const cFaceData* a, const cFaceData* b) {
     return vecDot(a->normal, b->normal) > SAME_PLANE_DOT &&
-           std::fabs(a->dist - b->dist) < SAME_PLANE_DIST;
+           std::fabs(a->dist - b->dist) < SAME_PLANE_DIST &&
+           planesEqual(planeOf(a), planeOf(b), false);
 }
 
 // False when nothing of the face is left. Of several equal planes only the last one is built.
@@ -309,8 +311,7 @@ bool checkBrush(const cBrushData* brush, bool allowCoplanar, QString* errorText)
         if (!checkFacePlanar(f, errorText))
             return false;
         for (const cFaceData* g = f->next; g; g = g->next) {
-            if (!allowCoplanar && normalsEqual(f->normal, g->normal) &&
-                std::fabs(f->dist - g->dist) < SAME_PLANE_DIST)
+            if (!allowCoplanar && samePlane(f, g))
                 return setError(errorText, "brush has coplanar planes");
             if (!allBehind(f, g))
                 return setError(errorText, "brush is not convex");

@@ -19,6 +19,7 @@ public:
     explicit cEntity(cEntityData* record) : data(record) {}
 
     void addToVisGroup(cVisGroup* visGroup);
+    void addToVisGroups(const QList<cVisGroup*>& added); // in one walk
     void removeFromVisGroup(cVisGroup* visGroup);
     void dropVisGroups();
 

@@ -20,6 +20,8 @@ float shadeForNormal(const float* normal) {
 }
 
 cFaceData* newFace(int vertexCount) {
+    if (vertexCount < 0 || vertexCount > MAX_FACE_VERTICES)
+        return nullptr;
     auto* face = static_cast<cFaceData*>(Mem_Alloc(sizeof(cFaceData)));
     face->face = new cFace(face);
     face->flags = FF_DIRTY;

@@ -63,6 +63,28 @@ void updateFaceTransparency(cFaceData* face) {
         transparent ? face->flags | FF_TRANSPARENT : face->flags & ~uint32_t(FF_TRANSPARENT);
 }
 
+static void mend(float& number, bool isUsable, float byDefault, bool* mended) {
+    if (isUsable)
+        return;
+    number = byDefault;
+    *mended = true;
+}
+
+bool mendTextureBlock(cFaceTexture& block, uint32_t& faceFlags) {
+    bool mended = false;
+    for (int i = 0; i < 3; ++i) {
+        mend(block.uAxis[i], std::isfinite(block.uAxis[i]), 0, &mended);
+        mend(block.vAxis[i], std::isfinite(block.vAxis[i]), 0, &mended);
+    }
+    if (mended)
+        faceFlags |= FF_RESET_AXES;
+    for (float* number : {&block.uShift, &block.vShift, &block.rotation})
+        mend(*number, std::isfinite(*number), 0, &mended);
+    for (float* scale : {&block.uScale, &block.vScale})
+        mend(*scale, std::isnormal(*scale), 1, &mended);
+    return mended;
+}
+
 void applyTextureBlock(cFaceData* face, const cFaceTexture& block) {
     cFaceTexture copy = block;
     copy.name[sizeof copy.name - 1] = 0;

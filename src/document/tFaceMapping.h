@@ -16,6 +16,9 @@ enum eJustify {
     JUSTIFY_FIT
 };
 
+// For a block from outside: numbers that are not finite, and scales of 0, become the default; true
+// if there were any. Where it was an axis, the face's flags ask for default axes.
+bool mendTextureBlock(cFaceTexture& block, uint32_t& faceFlags);
 // These two look the name up in the game of the face's map.
 void applyTextureBlock(cFaceData* face, const cFaceTexture& block);
 void setTextureName(cFaceData* face, const char* name);  // flags and value from the texture

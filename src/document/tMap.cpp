@@ -61,6 +61,7 @@ void cMap::clearMap() {
     }
     data = {};
     data.map = this;
+    toldMended = false;
     m_entitiesById.clear();
     m_brushesById.clear();
     m_groupsById.clear();
@@ -213,6 +214,8 @@ cBrushData* cMap::addBrush(cEntityData* entity) {
 
 cFaceData* cMap::addFace(cBrushData* brush, const cFaceTexture& tex, int vertexCount) {
     cFaceData* face = newFace(vertexCount);
+    if (!face)
+        return nullptr;
     insertFace(face, brush);
     applyTextureBlock(face, tex);
     return face;

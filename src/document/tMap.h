@@ -120,6 +120,9 @@ public:
 
     cVisGroup* createVisGroup(const char* name);
     cVisGroup* findVisGroup(uint32_t id) const;
+    const std::vector<cVisGroup*>& visGroupList() const; // by id
+    int visGroupIndex(uint32_t id) const;                // in that list; -1 for none
+    void forgetVisGroupList() { m_visGroupList.clear(); }
     void setVisGroupId(cVisGroup* visGroup, uint32_t id);
     void clearVisGroups();
     void renumberVisGroups();
@@ -214,6 +217,7 @@ public:
     cPathPoint* points = nullptr;
     cPortal* portals = nullptr;
     QMap<uint32_t, cVisGroup*> visGroups;
+    bool toldMended = false; // a plug-in's faces have been warned of
 
     // counter plus one, skipping 0
     static uint32_t nextId(uint32_t& counter);
@@ -248,9 +252,13 @@ private:
     QHash<uint32_t, cBrushData*> m_brushesById;
     QHash<uint32_t, cGroupData*> m_groupsById;
     QHash<uint32_t, cVisGroup*> m_visGroupsBySerial;
+    mutable std::vector<cVisGroup*> m_visGroupList; // empty until asked for
     uint64_t m_revision = 1;
     uint64_t m_edits = 0;
 };
+
+// No face has more vertices.
+static constexpr int MAX_FACE_VERTICES = 1 << 16;
 
 // The game of an object that is entered in a map.
 inline cMapContext& contextOf(const cEntityData* entity) {
@@ -265,6 +273,6 @@ inline cMapContext& contextOf(const cFaceData* face) {
 
 // Detached objects; freed by the map once they are inserted.
 cBrushData* newBrush();
-cFaceData* newFace(int vertexCount);
+cFaceData* newFace(int vertexCount); // null for a count that no face has
 // A face that was never entered in a brush.
 void freeDetachedFace(cFaceData* face);

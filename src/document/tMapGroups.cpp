@@ -101,8 +101,10 @@ void cMap::joinSelection(cGroupData* group) {
 }
 
 void cMap::joinGroupGroup(cGroupData* child, cGroupData* group) {
-    // A chain that came back to the child would have no end.
-    if (onChain(child->parent, group) || onChain(group, child)) {
+    // A chain that came back to the child would have no end. Nothing lies in a group without
+    // members, so that the chain above the other one need not be walked.
+    if (onChain(child->parent, group) || child == group ||
+        (child->memberCount > 0 && onChain(group, child))) {
         Warning("duplicate group for another group");
         return;
     }

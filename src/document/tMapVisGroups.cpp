@@ -7,7 +7,10 @@
 #include "document/tVisGroup.h"
 #include "support/tHost.h"
 
+#include <algorithm>
+
 static void tellVisGroups(cMap& map) {
+    map.forgetVisGroupList();
     map.markChanged();
     if (g_host)
         g_host->visGroupsChanged(map);
@@ -32,6 +35,21 @@ cVisGroup* cMap::createVisGroup(const char* name) {
 
 cVisGroup* cMap::findVisGroup(uint32_t id) const {
     return visGroups.value(id);
+}
+
+const std::vector<cVisGroup*>& cMap::visGroupList() const {
+    if (m_visGroupList.empty())
+        m_visGroupList.assign(visGroups.begin(), visGroups.end());
+    return m_visGroupList;
+}
+
+int cMap::visGroupIndex(uint32_t id) const {
+    const std::vector<cVisGroup*>& list = visGroupList();
+    const auto place =
+        std::lower_bound(list.begin(), list.end(), id, [](const cVisGroup* visGroup, uint32_t key) {
+            return visGroup->id < key;
+        });
+    return place != list.end() && (*place)->id == id ? int(place - list.begin()) : -1;
 }
 
 cVisGroup* cMap::findVisGroupBySerial(uint32_t serial) const {
@@ -62,6 +80,7 @@ void cMap::freeVisGroups() {
     qDeleteAll(visGroups);
     visGroups.clear();
     m_visGroupsBySerial.clear();
+    forgetVisGroupList();
     lastVisGroupId = 0;
 }
 

@@ -97,7 +97,7 @@ void cObjectStates::take(const cEntityData* entity, unsigned what) {
     state.groupId = idOf(entity->group);
     state.flags = entity->flags;
     state.spawnFlags = entity->spawnFlags;
-    state.classname = entity->classname ? entity->classname : "";
+    state.classname = entity->classname; // null stays null
     state.flagsKey = entity->flagsKey;
     state.origin = arrayOf<3>(entity->origin);
     state.angles = arrayOf<3>(entity->angles);
@@ -360,10 +360,14 @@ static void putPairs(cEntityData* entity, const cEntityState& state) {
     }
 }
 
+static const char* textOf(const QByteArray& text) {
+    return text.isNull() ? nullptr : text.constData();
+}
+
 void putEntity(cEntityData* entity, const cEntityState& state) {
     if (state.classname != entity->classname) {
         entity->flags = (entity->flags & ~uint32_t(EF_POINT)) | (state.flags & EF_POINT);
-        setText(entity->classname, state.classname.constData());
+        setText(entity->classname, textOf(state.classname));
         setEntityClass(entity, findEntityClass(entity, contextOf(entity)));
     }
     putFlags(entity->flags, state.flags, EF_DIRTY);
@@ -374,13 +378,13 @@ void putEntity(cEntityData* entity, const cEntityState& state) {
     vecCopy(state.maxs.data(), entity->maxs);
     std::copy(state.color.begin(), state.color.end(), entity->entity->color);
     putPairs(entity, state);
-    setText(entity->flagsKey, state.flagsKey.isNull() ? nullptr : state.flagsKey.constData());
+    setText(entity->flagsKey, textOf(state.flagsKey));
     followClass(entity);
 }
 
 cEntityData* makeEntity(cMap& map, const cEntityState& state, bool keepId) {
     cEntityData* entity =
-        newEntity(state.classname.constData(), state.origin.data(), state.flags & ~TRANSIENT_FLAGS);
+        newEntity(textOf(state.classname), state.origin.data(), state.flags & ~TRANSIENT_FLAGS);
     map.attachEntity(entity);
     map.insertEntity(entity, keepId ? state.id : 0);
     putEntity(entity, state);

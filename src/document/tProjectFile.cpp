@@ -14,11 +14,14 @@
 #include "support/tConsole.h"
 #include "support/tSystem.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstdio>
 
 static const char MAGIC[4] = {'K', 'V', 'X', 'P'};
 static constexpr int MAX_ERROR_TEXT = 255;
+static constexpr float DEFAULT_FRAME_RATE = 10;
 // The least a record takes in the file; a count that promises more than is left is a lie.
 static constexpr size_t MIN_GROUP = 20, MIN_VISGROUP = 13, MIN_FACE = 152;
 
@@ -52,6 +55,22 @@ public:
         return fread(bytes, 1, size, m_file) == size;
     }
     template<class T> bool value(T& field) { return raw(&field, sizeof field); }
+    // What is no finite number in a file becomes the default.
+    bool number(float& field, float byDefault = 0) {
+        if (!value(field))
+            return false;
+        if (!m_writing && !std::isfinite(field)) {
+            field = byDefault;
+            ++m_mended;
+        }
+        return true;
+    }
+    template<size_t N> bool numbers(float (&fields)[N]) {
+        return std::all_of(fields, fields + N, [this](float& field) { return number(field); });
+    }
+    bool numbers(cFaceVertex& vertex) {
+        return numbers(vertex.xyz) && numbers(vertex.st) && value(vertex.tag);
+    }
 
     // Text of a record; what it held before is freed. Null and empty differ.
     bool text(char*& field) {
@@ -78,6 +97,10 @@ public:
     // what is there counts.
     bool listCount(int32_t& number) { return value(number) && number >= 0; }
 
+    bool atEnd() const { return m_left == 0; }
+    void countMended() { ++m_mended; }
+    int mended() const { return m_mended; }
+
     bool close() {
         const bool closed = fclose(m_file) == 0;
         m_file = nullptr;
@@ -88,6 +111,7 @@ private:
     FILE* m_file;
     bool m_writing;
     size_t m_left = 0;
+    int m_mended = 0; // numbers of no use that became the default
 };
 
 struct cProjectFile::cGroupRecord {
@@ -117,21 +141,23 @@ bool cProjectFile::group(cStream& stream, cGroupRecord& record) {
 // From the flags key to the model block; what comes before makes the entity.
 bool cProjectFile::entity(cStream& stream, cEntityData* entity) {
     return stream.text(entity->flagsKey) && stream.value(entity->spawnFlags) &&
-           stream.value(entity->angles) && stream.value(entity->renderFlags) &&
+           stream.numbers(entity->angles) && stream.value(entity->renderFlags) &&
            stream.value(entity->renderColor) && stream.value(entity->renderMode) &&
            stream.value(entity->renderFx) && stream.value(entity->body) &&
            stream.value(entity->skin) && stream.value(entity->sequence) &&
-           stream.value(entity->frameRate) && stream.value(entity->scale);
+           stream.number(entity->frameRate, DEFAULT_FRAME_RATE) && stream.number(entity->scale, 1);
 }
 
 // From the texture block to the vertices; flags and vertex count come before.
 bool cProjectFile::face(cStream& stream, cFaceData* face) {
-    return stream.value(face->tex) && stream.value(face->normal) && stream.value(face->dist) &&
-           stream.value(face->planeType) &&
-           stream.raw(face->vertices, size_t(face->vertexCount) * sizeof(cFaceVertex));
+    if (!stream.value(face->tex) || !stream.numbers(face->normal) || !stream.number(face->dist) ||
+        !stream.value(face->planeType))
+        return false;
+    return std::all_of(face->vertices, face->vertices + face->vertexCount,
+                       [&stream](cFaceVertex& vertex) { return stream.numbers(vertex); });
 }
 
-static void reportOpen(const char* action, const QByteArray& path) {
+static void reportFailure(const char* action, const QByteArray& path) {
     Error("can't %s \"%s\" (%.*s)", action, path.constData(), MAX_ERROR_TEXT, strerror(errno));
 }
 
@@ -142,7 +168,7 @@ bool cProjectFile::load() {
     Print("Loading: \"%s\"", path.constData());
     cStream stream(fopen(path.constData(), "rb"), false);
     if (!stream.isOpen()) {
-        reportOpen("read", path);
+        reportFailure("read", path);
         return false;
     }
     return readMap(stream);
@@ -165,14 +191,27 @@ bool cProjectFile::readMap(cStream& stream) {
         Error("bad file version (%i should be %i or higher)", m_version, OLDEST_VERSION);
         return false;
     }
-    int32_t reserved[2];
-    if (!readGroups(stream) || !readVisGroups(stream) || !stream.value(m_map.data.cordonMins) ||
-        !stream.value(m_map.data.cordonMaxs) || !stream.value(reserved))
+    int32_t entities = 0, reserved = 0;
+    if (!readGroups(stream) || !readVisGroups(stream) || !stream.numbers(m_map.data.cordonMins) ||
+        !stream.numbers(m_map.data.cordonMaxs) || !stream.value(entities) ||
+        !stream.value(reserved))
         return false;
-    while (readEntity(stream)) {
-    }
+    while (!stream.atEnd() && !m_damaged)
+        m_damaged = !readEntity(stream);
+    m_damaged |= entities > 0 && entities != m_entitiesRead;
+    if (m_damaged)
+        reportDamage(entities);
+    if (stream.mended())
+        Warning("%i number(s) of no use became the default", stream.mended());
     finishMap();
     return true;
+}
+
+// Files of before entities were counted say 0.
+void cProjectFile::reportDamage(int entities) const {
+    const QString total = entities > 0 ? QString::number(entities) : QStringLiteral("?");
+    Error("%s is damaged: read up to entity %i of %s", m_path.toLocal8Bit().constData(),
+          m_entitiesRead, total.toLatin1().constData());
 }
 
 bool cProjectFile::readGroups(cStream& stream) {
@@ -191,6 +230,7 @@ bool cProjectFile::readGroups(cStream& stream) {
         // Looked up before the group itself is there, so that no group is its own parent.
         cGroupData* parent = record.parentId ? m_map.findGroupById(record.parentId) : nullptr;
         cGroupData* made = m_map.insertGroup(record.id);
+        m_rootOf.insert(made, parent ? m_rootOf.value(parent) : made);
         made->flags = record.flags & ~uint32_t(GF_WRITTEN);
         made->memberCount = record.memberCount;
         made->parent = parent;
@@ -256,21 +296,23 @@ void cProjectFile::finishMap() {
 
 void cProjectFile::setGroup(cGroupData*& group, cGroupData*& rootGroup, uint32_t id) {
     group = id ? m_map.findGroupById(id) : nullptr;
-    rootGroup = outermostGroup(group);
+    rootGroup = m_rootOf.value(group);
 }
 
 template<class T> bool cProjectFile::readMemberships(cStream& stream, T* object) {
     int32_t count = 0;
     if (!stream.listCount(count))
         return false;
-    for (int i = 0; i < count; ++i) {
+    QList<cVisGroup*> visGroups;
+    bool complete = true;
+    for (int i = 0; i < count && complete; ++i) {
         uint32_t id = 0;
-        if (!stream.value(id))
-            return false;
-        if (cVisGroup* visGroup = m_map.findVisGroup(id))
-            object->addToVisGroup(visGroup);
+        complete = stream.value(id);
+        if (cVisGroup* visGroup = complete ? m_map.findVisGroup(id) : nullptr)
+            visGroups.append(visGroup);
     }
-    return true;
+    object->addToVisGroups(visGroups);
+    return complete;
 }
 
 bool cProjectFile::readEpairs(cStream& stream, cEntityData* entity) {
@@ -307,15 +349,14 @@ void cProjectFile::finishEntity(cEntityData* entity, uint32_t groupId) {
         entity->flags &= ~uint32_t(EF_SELECTED);
 }
 
-// False at the end of the file. An entity that the file cuts short keeps what was read of it.
+// False where the file is cut short. An entity keeps what was read of it.
 bool cProjectFile::readEntity(cStream& stream) {
     char* classname = nullptr;
     float origin[3];
     uint32_t flags = 0, groupId = 0, rootGroupId = 0;
     uint8_t color[4];
-    const bool made = stream.text(classname) && classname && *classname && stream.value(origin) &&
-                      stream.value(flags) && stream.value(groupId) && stream.value(rootGroupId) &&
-                      stream.value(color);
+    const bool made = stream.text(classname) && stream.numbers(origin) && stream.value(flags) &&
+                      stream.value(groupId) && stream.value(rootGroupId) && stream.value(color);
     if (!made) {
         Mem_Free(classname);
         return false;
@@ -326,6 +367,7 @@ bool cProjectFile::readEntity(cStream& stream) {
     Mem_Free(classname);
     m_map.attachEntity(entity);
     m_map.insertEntity(entity);
+    ++m_entitiesRead;
     memcpy(entity->entity->color, color, sizeof color);
     const bool complete = this->entity(stream, entity) && readEpairs(stream, entity) &&
                           readMemberships(stream, entity->entity) && readBrushes(stream, entity);
@@ -379,10 +421,14 @@ bool cProjectFile::readFace(cStream& stream, cBrushData* brush) {
     if (!stream.value(flags) || !stream.count(vertexCount, sizeof(cFaceVertex)))
         return false;
     cFaceData* face = newFace(vertexCount);
+    if (!face)
+        return false;
     if (!this->face(stream, face)) {
         freeDetachedFace(face);
         return false;
     }
+    if (mendTextureBlock(face->tex, flags))
+        stream.countMended();
     if (face->planeType < 0 || face->planeType > 3)
         face->planeType = planeTypeForNormal(face->normal);
     face->flags = (face->flags | flags) & ~uint32_t(FF_SELECTED);
@@ -400,7 +446,7 @@ bool cProjectFile::save() {
     Print("Saving: \"%s\"", path.constData());
     cStream stream(fopen(path.constData(), "wb"), true);
     if (!stream.isOpen()) {
-        reportOpen("write", path);
+        reportFailure("write", path);
         return false;
     }
     m_version = VERSION;
@@ -410,13 +456,26 @@ bool cProjectFile::save() {
     }
     clearWritten();
     const bool written = writeMap(stream);
+    const int error = errno;
     clearWritten();
-    return stream.close() && written;
+    if (stream.close() && written)
+        return true;
+    if (!written)
+        errno = error;
+    reportFailure("write", path);
+    return false;
 }
 
 void cProjectFile::clearWritten() {
     for (cGroupData* group : groupsOf(m_map.data))
         group->flags &= ~uint32_t(GF_WRITTEN);
+}
+
+template<class Range> static int32_t countOf(const Range& range) {
+    int32_t count = 0;
+    for ([[maybe_unused]] const auto* item : range)
+        ++count;
+    return count;
 }
 
 bool cProjectFile::writeMap(cStream& stream) {
@@ -430,10 +489,10 @@ bool cProjectFile::writeMap(cStream& stream) {
         if (!writeGroup(stream, group))
             return false;
     }
-    int32_t reserved[2] = {0, 0};
-    m_map.renumberVisGroups();
-    if (!writeVisGroups(stream) || !stream.value(m_map.data.cordonMins) ||
-        !stream.value(m_map.data.cordonMaxs) || !stream.value(reserved))
+    int32_t entities = countOf(entitiesOf(m_map.data)), reserved = 0;
+    if (!writeVisGroups(stream) || !stream.numbers(m_map.data.cordonMins) ||
+        !stream.numbers(m_map.data.cordonMaxs) || !stream.value(entities) ||
+        !stream.value(reserved))
         return false;
     for (cEntityData* entity : entitiesOf(m_map.data)) {
         if (!writeEntity(stream, entity))
@@ -460,13 +519,16 @@ bool cProjectFile::writeGroup(cStream& stream, cGroupData* group) {
     return true;
 }
 
+// Numbered by their places, for the file alone.
 bool cProjectFile::writeVisGroups(cStream& stream) {
     int32_t count = m_map.visGroups.size();
     if (!stream.value(count))
         return false;
     for (cVisGroup* visGroup : m_map.visGroups) {
+        auto number = uint32_t(m_visGroupNumbers.size() + 1);
+        m_visGroupNumbers.insert(visGroup, number);
         uint8_t visible = visGroup->visible ? 1 : 0;
-        if (!stream.text(visGroup->name) || !stream.value(visGroup->id) ||
+        if (!stream.text(visGroup->name) || !stream.value(number) ||
             !stream.value(visGroup->color) || !stream.value(visible))
             return false;
     }
@@ -478,17 +540,11 @@ bool cProjectFile::writeMemberships(cStream& stream, const QList<cVisGroup*>& vi
     if (!stream.value(count))
         return false;
     for (cVisGroup* visGroup : visGroups) {
-        if (!stream.value(visGroup->id))
+        uint32_t number = m_visGroupNumbers.value(visGroup);
+        if (!stream.value(number))
             return false;
     }
     return true;
-}
-
-template<class Range> static int32_t countOf(const Range& range) {
-    int32_t count = 0;
-    for ([[maybe_unused]] const auto* item : range)
-        ++count;
-    return count;
 }
 
 static uint32_t idOf(const cGroupData* group) {
@@ -498,7 +554,7 @@ static uint32_t idOf(const cGroupData* group) {
 bool cProjectFile::writeEntity(cStream& stream, cEntityData* entity) {
     uint32_t groupId = idOf(entity->group), rootGroupId = idOf(entity->rootGroup);
     int32_t pairs = countOf(epairsOf(entity)), brushes = countOf(brushesOf(entity));
-    if (!stream.text(entity->classname) || !stream.value(entity->origin) ||
+    if (!stream.text(entity->classname) || !stream.numbers(entity->origin) ||
         !stream.value(entity->flags) || !stream.value(groupId) || !stream.value(rootGroupId) ||
         !stream.value(entity->entity->color) || !this->entity(stream, entity) ||
         !stream.value(pairs))

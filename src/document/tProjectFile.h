@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
-// The project file (.kvx): magic "KVXP", int32 version, groups, visgroups, cordon, entities to
-// the end of the file. Little-endian, no padding; a string is an int32 length (-1: null) and its
-// bytes. One description of each record serves reader and writer. Counts and lengths are checked
-// against what is left of the file before memory is taken.
+// The project file (.kvx): magic "KVXP", int32 version, groups, visgroups, cordon, the number of
+// entities, entities to the end of the file. Little-endian, no padding; a string is an int32 length
+// (-1: null) and its bytes. One description of each record serves reader and writer. Counts and
+// lengths are checked against what is left of the file before memory is taken.
 #pragma once
 
 #include "pluginhost/tPluginInterface.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 
 class cMap;
+class cVisGroup;
 
 class cProjectFile {
 public:
@@ -26,6 +28,9 @@ public:
 
     // The same from memory.
     bool loadBytes(const QByteArray& bytes);
+
+    // After a load: the file ended before its entities did; the console has been told.
+    bool isDamaged() const { return m_damaged; }
 
 private:
     class cStream;
@@ -48,17 +53,22 @@ private:
     void setGroup(cGroupData*& group, cGroupData*& rootGroup, uint32_t id);
     void finishEntity(cEntityData* entity, uint32_t groupId);
     void finishMap();
+    void reportDamage(int entities) const;
 
     bool writeMap(cStream& stream);
     bool writeGroup(cStream& stream, cGroupData* group);
     bool writeVisGroups(cStream& stream);
     bool writeEntity(cStream& stream, cEntityData* entity);
     bool writeBrush(cStream& stream, cBrushData* brush);
-    bool writeMemberships(cStream& stream, const QList<class cVisGroup*>& visGroups);
+    bool writeMemberships(cStream& stream, const QList<cVisGroup*>& visGroups);
     void clearWritten();
 
     cMap& m_map;
     QString m_path;
     int m_version = VERSION;
     uint32_t m_maxGroupId = 0;
+    int m_entitiesRead = 0; // the one that the file cuts short among them
+    bool m_damaged = false;
+    QHash<const cGroupData*, cGroupData*> m_rootOf;      // of the groups read
+    QHash<const cVisGroup*, uint32_t> m_visGroupNumbers; // as written
 };

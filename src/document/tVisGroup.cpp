@@ -9,6 +9,8 @@
 #include "support/tMath.h"
 #include "support/tSystem.h"
 
+#include <QSet>
+
 static const uint8_t WHITE[4] = {255, 255, 255, 255};
 static const uint8_t BLACK[4] = {0, 0, 0, 255};
 
@@ -39,6 +41,17 @@ static void addMember(QList<cVisGroup*>& list, cVisGroup* visGroup) {
     ++visGroup->objectCount;
 }
 
+static void addMembers(QList<cVisGroup*>& list, const QList<cVisGroup*>& added) {
+    QSet<cVisGroup*> present(list.begin(), list.end());
+    for (cVisGroup* visGroup : added) {
+        if (present.contains(visGroup))
+            continue;
+        present.insert(visGroup);
+        list.append(visGroup);
+        ++visGroup->objectCount;
+    }
+}
+
 static void removeMember(QList<cVisGroup*>& list, cVisGroup* visGroup) {
     visGroup->objectCount -= list.removeAll(visGroup);
 }
@@ -52,6 +65,9 @@ static void dropMembers(QList<cVisGroup*>& list) {
 void cEntity::addToVisGroup(cVisGroup* visGroup) {
     addMember(visGroups, visGroup);
 }
+void cEntity::addToVisGroups(const QList<cVisGroup*>& added) {
+    addMembers(visGroups, added);
+}
 void cEntity::removeFromVisGroup(cVisGroup* visGroup) {
     removeMember(visGroups, visGroup);
 }
@@ -61,6 +77,9 @@ void cEntity::dropVisGroups() {
 
 void cBrush::addToVisGroup(cVisGroup* visGroup) {
     addMember(visGroups, visGroup);
+}
+void cBrush::addToVisGroups(const QList<cVisGroup*>& added) {
+    addMembers(visGroups, added);
 }
 void cBrush::removeFromVisGroup(cVisGroup* visGroup) {
     removeMember(visGroups, visGroup);

@@ -90,14 +90,14 @@ static int32_t visGroupGetCount(cMapData* map) {
 }
 
 static int32_t visGroupIndexOf(cMapData* map, uint32_t id) {
-    return map ? map->map->visGroups.keys().indexOf(id) : -1;
+    return map ? map->map->visGroupIndex(id) : -1;
 }
 
 static int32_t visGroupGet(cMapData* map, int32_t index, char* nameOut, int32_t nameSize,
                            uint32_t* idOut, uint8_t* colorOut) {
     if (index < 0 || index >= visGroupGetCount(map))
         return 0;
-    const cVisGroup* visGroup = *std::next(map->map->visGroups.constBegin(), index);
+    const cVisGroup* visGroup = map->map->visGroupList()[size_t(index)];
     if (nameOut && nameSize > 0)
         qstrncpy(nameOut, visGroup->name ? visGroup->name : "", uint(nameSize));
     if (idOut)

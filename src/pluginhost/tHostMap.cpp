@@ -6,12 +6,14 @@
 #include "document/tBrush.h"
 #include "document/tEntity.h"
 #include "document/tFace.h"
+#include "document/tFaceMapping.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tVisGroup.h"
 #include "pluginhost/tHostServices.h"
 #include "resources/tGameConfig.h"
 #include "resources/tTextureManager.h"
+#include "support/tConsole.h"
 #include "support/tSystem.h"
 
 #include <QFileInfo>
@@ -159,11 +161,18 @@ template<class T> static uint32_t visGroupId(T* object, int32_t index) {
 
 static cFaceData* faceCreate(cMapData* map, cBrushData* brush, const cFaceTexture* tex,
                              int32_t vertexCount) {
-    if (!isOf(map, brush) || !tex || vertexCount < 0)
+    if (!isOf(map, brush) || !tex || vertexCount < 0 || vertexCount > MAX_FACE_VERTICES)
         return nullptr;
     cFaceTexture block = *tex;
     block.name[sizeof block.name - 1] = 0;
-    return map->map->addFace(brush, block, vertexCount);
+    uint32_t flags = 0;
+    const bool mended = mendTextureBlock(block, flags);
+    if (mended && !map->map->toldMended)
+        Warning("a plug-in gave faces texture numbers of no use; they became the default");
+    map->map->toldMended |= mended;
+    cFaceData* face = map->map->addFace(brush, block, vertexCount);
+    face->flags |= flags;
+    return face;
 }
 
 static void faceDelete(cMapData* map, cFaceData* face) {

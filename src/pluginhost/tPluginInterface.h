@@ -542,6 +542,12 @@ typedef void (*tpAddFrame)(cSpriteRecord* sprite, uint32_t glFormat, uint32_t co
 typedef void (*tpAddSkin)(cModelRecord* model, uint32_t glFormat, uint32_t compressedFormat,
                           int32_t dataSize, int32_t width, int32_t height, const void* pixels);
 
+/* What tpGetPackageInfo fills; zeroed by the host. */
+typedef struct tpPackageInfo {
+    int32_t textureCount;
+    int32_t reserved[15];
+} tpPackageInfo;
+
 typedef int32_t (*tpMainFunction)(const cHostServices* host);
 typedef void (*tpEnumProfilesFunction)(tpProfileCallback callback, void* library);
 typedef int32_t (*tpEnumFormatsFunction)(tpFormatCallback callback, void* library);
@@ -551,7 +557,8 @@ typedef void (*tpEnumCaptionsFunction)(tpCaptionCallback callback, void* library
 typedef int32_t (*tpMapFunction)(uint32_t cookie, const char* path, cMapData* map);
 typedef void (*tpSetPaletteFunction)(const uint8_t* palette);
 typedef int32_t (*tpFilterTextureNameFunction)(uint32_t formatId, const char* path);
-typedef int32_t (*tpGetPackageInfoFunction)(uint32_t formatId, const char* path, int32_t* info);
+typedef int32_t (*tpGetPackageInfoFunction)(uint32_t formatId, const char* path,
+                                            tpPackageInfo* info);
 typedef int32_t (*tpLoadPackageFunction)(uint32_t formatId, const char* path, tpAddTexture add,
                                          void* context);
 typedef int32_t (*tpLoadTextureFunction)(uint32_t formatId, const char* path, const void* data,
@@ -580,6 +587,7 @@ typedef void (*tpRenderModelFunction)(uint32_t formatId, int32_t mode, float fra
 #define TP_SIZE(size32, size64) (sizeof(void*) == 8 ? size64##u : size32##u)
 
 TP_ASSERT(sizeof(cFaceTexture) == 124);
+TP_ASSERT(sizeof(tpPackageInfo) == 64);
 TP_ASSERT(sizeof(cFaceVertex) == 24);
 TP_ASSERT(sizeof(cMapProfile) == 1868);
 TP_ASSERT(offsetof(cMapProfile, compiledMapExtension) == 136);

@@ -91,9 +91,9 @@ int cTextureManager::packageCount(const cTexturePackage& package) const {
     const QString extension = extensionOf(package.path);
     const QByteArray path = package.path.toLocal8Bit();
     for (const cPackageFormat& format : packageFormats) {
-        int32_t count = 0;
-        if (format.extension == extension && format.getInfo(format.id, path.constData(), &count))
-            return count;
+        tpPackageInfo info = {};
+        if (format.extension == extension && format.getInfo(format.id, path.constData(), &info))
+            return info.textureCount;
     }
     return 0;
 }

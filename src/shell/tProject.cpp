@@ -13,6 +13,7 @@
 
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QApplication>
 #include <QMessageBox>
 #include <algorithm>
 
@@ -167,7 +168,15 @@ bool cProject::confirmClose() {
         return true;
     if (answer != QMessageBox::Yes)
         return false;
-    return path.isEmpty() ? saveAsNewFile() : saveProject(path);
+    return path.isEmpty() ? saveAsNewFile() : saveOrBeep(path);
+}
+
+// Why it failed stands in the console.
+bool cProject::saveOrBeep(const QString& file) {
+    const bool saved = saveProject(file);
+    if (!saved)
+        QApplication::beep();
+    return saved;
 }
 
 bool cProject::saveAsNewFile() {
@@ -176,7 +185,7 @@ bool cProject::saveAsNewFile() {
         directory, {{QStringLiteral("Map Projects (*.kvx)"), QStringLiteral(".kvx")}}, baseName());
     if (name.isEmpty())
         return false;
-    if (!saveProject(name))
+    if (!saveOrBeep(name))
         return false;
     g_mainWindow->addRecentFile(name);
     return true;

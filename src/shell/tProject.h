@@ -59,7 +59,9 @@ private:
     void takeConfig(cGameConfig* config);
     void precacheConfig();
     void createWorldspawn();
-    bool readFile(const QString& file);
+    bool readFile(const QString& file, bool* isDamaged);
+    void becomeRecovered(const QString& file);
+    bool saveOrBeep(const QString& file);
     bool importMap(const QString& file);
     bool saveAsNewFile();
     void becomeFile(const QString& file);

@@ -64,7 +64,8 @@ bool cProject::loadProject(const QString& file) {
     cTextureCatalogue* catalogue = game.catalogue();
     if (catalogue)
         catalogue->removeMissingEntries();
-    const bool read = readFile(file);
+    bool isDamaged = false;
+    const bool read = readFile(file, &isDamaged);
     if (catalogue)
         catalogue->addMissingEntries();
     if (!read) {
@@ -73,14 +74,22 @@ bool cProject::loadProject(const QString& file) {
     }
     map->finishLoad();
     exportPath.clear();
-    becomeFile(file);
+    if (isDamaged)
+        becomeRecovered(file);
+    else
+        becomeFile(file);
     Print("Loaded project with game configuration \"%s\"",
           gameConfigName.toLocal8Bit().constData());
     return true;
 }
 
-bool cProject::readFile(const QString& file) {
-    return isProjectFile(file) ? cProjectFile(*map, file).load() : importMap(file);
+bool cProject::readFile(const QString& file, bool* isDamaged) {
+    if (!isProjectFile(file))
+        return importMap(file);
+    cProjectFile reader(*map, file);
+    const bool read = reader.load();
+    *isDamaged = reader.isDamaged();
+    return read;
 }
 
 bool cProject::importMap(const QString& file) {
@@ -134,6 +143,14 @@ void cProject::becomeFile(const QString& file) {
     path = file;
     title = fileNameOf(file);
     setDirty(false);
+}
+
+// What could be read of a damaged file is a new map: no save goes over the file unasked.
+void cProject::becomeRecovered(const QString& file) {
+    isNew = true;
+    path.clear();
+    title = QFileInfo(file).completeBaseName() + QStringLiteral("-recovered");
+    setDirty(true);
 }
 
 bool cProject::exportProject(const QString& file) {

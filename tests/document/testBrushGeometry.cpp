@@ -193,6 +193,8 @@ TEST_F(BrushGeometry, checkBrushNamesTheFault) {
     vecCopy(twice->faces->normal, twice->faces->next->normal);
     twice->faces->next->dist = twice->faces->dist;
     EXPECT_EQ(faultOf(twice, false), "brush has coplanar planes");
+    twice->faces->next->normal[1] += 0.01f;
+    EXPECT_NE(faultOf(twice, false), "brush has coplanar planes") << "under an angle";
     hollow->faces->dist -= 10;
     EXPECT_EQ(faultOf(hollow, true), "brush is not convex");
     hollow->faces->dist += 9.6f;

@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <cmath>
 
 class ProjectFile : public cMapTest {
 protected:
@@ -157,8 +158,70 @@ TEST_F(ProjectFile, failuresHaveTheirMessages) {
     ASSERT_NE(loaded.world(), nullptr) << "a file without entities gets one";
 }
 
+TEST_F(ProjectFile, savingChangesNothingInTheMap) {
+    map.removeVisGroup(map.visGroups.first());
+    map.createVisGroup("third");
+    const QStringList before = dumpMap(map);
+    const QList<uint32_t> ids = map.visGroups.keys();
+    const uint64_t revision = map.revision();
+    map.world()->brushes->brush->addToVisGroup(map.visGroups.last());
+    cMap loaded(host);
+    ASSERT_TRUE(loadInto(loaded, savedBytes(map)));
+    map.world()->brushes->brush->removeFromVisGroup(map.visGroups.last());
+    EXPECT_EQ(firstDifference(before, dumpMap(map)), QString());
+    EXPECT_EQ(map.visGroups.keys(), ids);
+    EXPECT_EQ(map.revision(), revision);
+    EXPECT_EQ(loaded.visGroups.keys(), QList<uint32_t>({1, 2}));
+    ASSERT_EQ(loaded.world()->brushes->brush->visGroups.size(), 1);
+    EXPECT_STREQ(loaded.world()->brushes->brush->visGroups[0]->name, "third");
+}
+
+// Empty and missing class names, and objects after them.
+TEST_F(ProjectFile, theClassNameMayBeEmpty) {
+    const float origin[3] = {1, 2, 3};
+    for (const char* name : {"", "light", ""})
+        updateEntity(map.addEntity(name, origin, EF_POINT), 0);
+    setText(map.data.entitiesTail->classname, nullptr);
+    updateEntity(map.addEntity("last", origin, EF_POINT), 0);
+    cMap loaded(host);
+    ASSERT_TRUE(loadInto(loaded, savedBytes(map)));
+    map.clearFaces();
+    EXPECT_EQ(firstDifference(dumpMap(map), dumpMap(loaded)), QString());
+    EXPECT_STREQ(loaded.data.entitiesTail->classname, "last");
+    EXPECT_EQ(loaded.data.entitiesTail->prev->classname, nullptr);
+}
+
+TEST_F(ProjectFile, numbersOfNoUseBecomeTheDefault) {
+    cFaceData* face = map.world()->brushesTail->faces;
+    const float nan = std::nanf(""), infinity = HUGE_VALF;
+    face->tex.uScale = 0;
+    face->tex.vShift = infinity;
+    face->next->tex.uAxis[1] = nan;
+    face->vertices[0].xyz[2] = infinity;
+    map.data.entitiesTail->origin[1] = nan;
+    map.data.entitiesTail->scale = infinity;
+    cMap loaded(host);
+    ASSERT_TRUE(loadInto(loaded, savedBytes(map)));
+    EXPECT_EQ(host.count(eMessage::Warning, QStringLiteral("5 number(s) of no use")), 1);
+    EXPECT_EQ(loaded.data.entitiesTail->origin[1], 0);
+    EXPECT_EQ(loaded.data.entitiesTail->scale, 1);
+    for (const cFaceData* read : facesOf(loaded.world()->brushesTail)) {
+        EXPECT_EQ(read->tex.uScale, 1);
+        EXPECT_EQ(read->tex.vShift, 0);
+        EXPECT_TRUE(vectorsEqual(read->tex.uAxis, read->tex.uAxis)) << "no number";
+        for (int i = 0; i < read->vertexCount; ++i)
+            EXPECT_TRUE(std::isfinite(read->vertices[i].xyz[2]));
+    }
+    EXPECT_EQ(checkMapInvariants(loaded), QString());
+}
+
 TEST_F(ProjectFile, cutAnywhereItLoadsWhatThereWas) {
     const QByteArray bytes = savedBytes(map);
+    {
+        cMap whole(host);
+        ASSERT_TRUE(loadInto(whole, bytes));
+        EXPECT_EQ(failed("damaged"), 0);
+    }
     int loads = 0;
     for (int size = 0; size < bytes.size(); size += 1 + size / 97) {
         cMap loaded(host);
@@ -166,6 +229,7 @@ TEST_F(ProjectFile, cutAnywhereItLoadsWhatThereWas) {
         if (!loadInto(loaded, bytes.left(size)))
             continue;
         ++loads;
+        EXPECT_EQ(failed("is damaged: read up to entity"), loads);
         ASSERT_EQ(checkMapInvariants(loaded).toStdString(), "") << "cut at " << size;
     }
     EXPECT_GT(loads, 10);
@@ -178,10 +242,13 @@ TEST_F(ProjectFile, cutInsideALongListKeepsWhatStandsBeforeTheCut) {
     for (int i = 0; i < 200; ++i)
         addBox(source, only, mins, maxs);
     const QByteArray bytes = savedBytes(source);
+    EXPECT_FALSE(cProjectFile(map, QStringLiteral("/dev/full")).save());
+    EXPECT_EQ(failed("can't write \"/dev/full\" (No space left"), 1);
     const int headSize = bytes.indexOf("worldspawn") + 110;
     const int brushSize = (bytes.size() - headSize) / 200;
     cMap loaded(host);
     ASSERT_TRUE(cProjectFile(loaded, QString()).loadBytes(bytes.left(headSize + brushSize * 2)));
+    EXPECT_EQ(failed("is damaged: read up to entity 1 of 1"), 1);
     const int brushes = countOf(brushesOf(loaded.world()));
     EXPECT_TRUE(brushes == 1 || brushes == 2) << brushes;
     EXPECT_EQ(loaded.world()->maxs[2], 8) << "bounds of what is left";

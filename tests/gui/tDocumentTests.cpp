@@ -188,6 +188,40 @@ TEST_F(DocumentTest, closeAllAsksForEveryDocument) {
     EXPECT_TRUE(first->dirty);
 }
 
+TEST_F(DocumentTest, aSaveThatFailsOnTheWayOutSaysWhyAndTheDocumentStays) {
+    cProject* project = startWithProject();
+    project->setDirty(true);
+    project->path = QStringLiteral("/dev/full/no.kvx");
+    replies.expectBox(QMessageBox::Yes, "Save changes");
+    trigger("FileClose");
+    settle();
+    EXPECT_EQ(active(), project);
+    EXPECT_TRUE(project->dirty);
+    EXPECT_TRUE(console().contains(QStringLiteral("can't write \"/dev/full/no.kvx\" (")));
+    project->setDirty(false);
+}
+
+TEST_F(DocumentTest, aDamagedProjectOpensUnderANewName) {
+    cProject* project = startWithProject();
+    const float origin[3] = {0, 0, 0};
+    for (int i = 0; i < 3; ++i)
+        project->map->addEntity("info_null", origin, EF_POINT);
+    ASSERT_TRUE(project->saveProject(file("cut.kvx")));
+    trigger("FileClose");
+    const QByteArray whole = read("cut.kvx");
+    write("cut.kvx", whole.chopped(10));
+    ASSERT_TRUE(window->openFile(file("cut.kvx")));
+    EXPECT_TRUE(console().contains(
+        QStringLiteral("%1 is damaged: read up to entity 4 of 4").arg(file("cut.kvx"))));
+    EXPECT_EQ(countOf(entitiesOf(active()->map->data)), 4);
+    EXPECT_TRUE(active()->dirty && active()->isNew);
+    EXPECT_EQ(active()->windows[0]->windowTitle(), QStringLiteral("cut-recovered*"));
+    replies.expectFile(file("kept"));
+    trigger("FileSave"); // asks for a name
+    EXPECT_EQ(active()->path, file("kept.kvx"));
+    EXPECT_EQ(read("cut.kvx"), whole.chopped(10));
+}
+
 TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndTheLastOneAsks) {
     cProject* project = startWithProject();
     const QString title = project->title;

@@ -16,6 +16,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <cmath>
 #include <cstring>
 #include <gmock/gmock.h>
 
@@ -159,6 +160,38 @@ TEST_F(cHostMapTest, makesFindsAndRemovesObjects) {
     EXPECT_EQ(m_services.Entity_Find(m_data, nullptr, "lamp"), nullptr);
 }
 
+TEST_F(cHostMapTest, textureNumbersOfNoUseBecomeTheDefaultAndAreToldOnce) {
+    cBrushData* brush = m_services.Brush_Create(m_data, addEntity("door", 0));
+    cFaceTexture tex = {};
+    tex.uScale = HUGE_VALF;
+    tex.vAxis[1] = tex.rotation = std::nanf("");
+    for (int i = 0; i < 2; ++i) {
+        const cFaceData* face = m_services.Face_Create(m_data, brush, &tex, 3);
+        EXPECT_EQ(face->tex.uScale, 1);
+        EXPECT_EQ(face->tex.vScale, 1);
+        EXPECT_EQ(face->tex.rotation, 0);
+        EXPECT_TRUE(face->flags & FF_RESET_AXES);
+    }
+    EXPECT_EQ(m_host.count(eMessage::Warning, QStringLiteral("numbers of no use")), 1);
+}
+
+TEST_F(cHostMapTest, visGroupsAreFoundByPlace) {
+    const uint32_t ids[] = {m_services.VisGroup_Create(m_data), m_services.VisGroup_Create(m_data),
+                            m_services.VisGroup_Create(m_data)};
+    const auto placeOf = [&](uint32_t id) { return m_services.VisGroup_IndexOf(m_data, id); };
+    EXPECT_EQ(placeOf(ids[2]), 2);
+    m_services.VisGroup_Set(m_data, ids[0], "last", 99, nullptr);
+    EXPECT_EQ(placeOf(ids[1]), 0);
+    EXPECT_EQ(placeOf(99), 2);
+    m_services.VisGroup_Delete(m_data, ids[1]);
+    EXPECT_EQ(placeOf(ids[1]), -1);
+    EXPECT_EQ(placeOf(99), 1);
+    m_map.clearMap();
+    const uint32_t fresh = m_services.VisGroup_Create(m_data);
+    EXPECT_EQ(placeOf(fresh), 0);
+    EXPECT_EQ(placeOf(99), -1);
+}
+
 TEST_F(cHostMapTest, objectsOfAnotherMapAndNullAreLeftAlone) {
     cEntityData* foreign = m_other.addEntity("a", m_other.data.cordonMins, EF_POINT);
     cEntityData* solid = addEntity("door", 0);
@@ -172,6 +205,8 @@ TEST_F(cHostMapTest, objectsOfAnotherMapAndNullAreLeftAlone) {
     EXPECT_EQ(m_services.Face_Create(m_data, brush, nullptr, 3), nullptr);
     EXPECT_EQ(m_services.Face_Create(&m_other.data, brush, &tex, 3), nullptr);
     EXPECT_EQ(m_services.Face_Create(m_data, brush, &tex, -1), nullptr);
+    EXPECT_EQ(m_services.Face_Create(m_data, brush, &tex, INT32_MAX), nullptr);
+    EXPECT_EQ(newFace(INT32_MAX), nullptr);
     m_services.Brush_Delete(&m_other.data, brush);
     EXPECT_EQ(solid->brushes, brush);
     m_services.Entity_AddToVisGroup(m_data, foreign, id);

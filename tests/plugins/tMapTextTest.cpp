@@ -124,19 +124,21 @@ TEST_F(MapText, whatIsBrokenIsNamedByLineAndTheRestKept) {
     }
 }
 
-// What an entity is stands fixed once its first brush is read.
 TEST_F(MapText, keysMayComeAfterTheBrushes) {
     cMap map(host);
-    const QByteArray text = world(QByteArray()) + "{\n" + box("d") +
-                            "\"classname\" \"func_door\"\n\"speed\" \"9\"\n}\n{\n" + box("g") +
+    QByteArray face = box("d");
+    face.chop(3); // the brace on the last face's line
+    const QByteArray text = world(QByteArray()) + "{\n" + face +
+                            " }\n\"classname\" \"func_door\"\n\"speed\" \"9\"\n}\n{\n" + box("g") +
                             "\"classname\" \"func_group\" \"_tb_type\" \"_tb_group\"\n}\n";
     ASSERT_TRUE(importText(map, text));
     const cEntityData* door = map.world()->next;
     ASSERT_NE(door, nullptr);
     EXPECT_STREQ(door->classname, "func_door");
     EXPECT_STREQ(getEpairValue(door, "speed"), "9");
-    ASSERT_NE(door->next, nullptr);
-    EXPECT_NE(door->next->brushes, nullptr);
+    EXPECT_EQ(brushCount(door), 1);
+    ASSERT_NE(map.data.groups, nullptr);
+    EXPECT_EQ(map.world()->brushes->group, map.data.groups);
     EXPECT_EQ(checkMapInvariants(map).toStdString(), "");
 }
 

@@ -30,6 +30,7 @@ struct cTextFace {
 
 struct cTextBrush {
     std::vector<cTextFace> faces;
+    bool isOther = false; // there is a block in it that is no face
     // Where three planes meet and no other cuts it off, each corner once.
     std::vector<cTextPoint> corners() const;
 };
@@ -58,6 +59,7 @@ private:
     bool endOfLine();
     cTextEntity entity();
     cTextBrush brush();
+    void skipBlock();
     cTextFace face();
     void axisOf(cTextFace& face, size_t axis);
 
@@ -72,3 +74,6 @@ struct cTextComparison {
 };
 // Two texts of one map. Whatever differs, but for texels, fails the test.
 cTextComparison compareTexts(const std::string& a, const std::string& b);
+// A text as it came from elsewhere and as the program wrote it: entities and keys may stand in
+// another order, origins with other digits, and a face that the others cut to nothing may be gone.
+cTextComparison compareWithSource(const std::string& source, const std::string& written);

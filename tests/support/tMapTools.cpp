@@ -206,8 +206,9 @@ private:
             for (int i = 0; i < face->vertexCount; ++i, ++corners)
                 T_AddPointToBounds(face->vertices[i].xyz, mins, maxs);
         }
-        if (corners > 0 && (memcmp(mins, brush->mins, sizeof mins) != 0 ||
-                            memcmp(maxs, brush->maxs, sizeof maxs) != 0))
+        // By value: which of two zeros it is hangs on the order of the faces.
+        if (corners > 0 &&
+            !(std::equal(mins, mins + 3, brush->mins) && std::equal(maxs, maxs + 3, brush->maxs)))
             fail(QStringLiteral("brush %1 has other bounds than its corners").arg(brush->id));
     }
 

@@ -153,11 +153,14 @@ static int32_t readPackage(const char* path, char* names, int32_t room) {
     return size / 8;
 }
 
-int32_t tpGetPackageInfo(uint32_t formatId, const char* path, int32_t* info) {
+int32_t tpGetPackageInfo(uint32_t formatId, const char* path, tpPackageInfo* info) {
+    static const tpPackageInfo zeroed;
     char names[1024];
     (void)formatId;
-    info[0] = readPackage(path, names, sizeof names);
-    return info[0] >= 0;
+    if (memcmp(info, &zeroed, sizeof zeroed) != 0)
+        return 0;
+    info->textureCount = readPackage(path, names, sizeof names);
+    return info->textureCount >= 0;
 }
 
 int32_t tpLoadPackage(uint32_t formatId, const char* path, tpAddTexture add, void* context) {

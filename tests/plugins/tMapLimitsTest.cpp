@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+// Where texts and the editor hold different things: what can't be kept is mended or counted, never
+// dropped in silence. And files of a size at which the square of it would never end.
+#include "document/tBrush.h"
+#include "document/tEntity.h"
+#include "document/tGroup.h"
+#include "document/tMapLists.h"
+#include "document/tProjectFile.h"
+#include "document/tVisGroup.h"
+#include "plugins/tMapPluginTest.h"
+#include "support/tLaw.h"
+#include "support/tMapTextReader.h"
+#include "support/tMapTools.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <cmath>
+#include <csignal>
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+using testing::HasSubstr;
+using testing::Not;
+
+static const char WORLD[] = "{ \"classname\" \"worldspawn\"\n";
+
+static QByteArray floorAndCeiling() {
+    return "( 0 0 0 ) ( 1 0 0 ) ( 0 1 0 ) cap 0 0 0 1 1\n"
+           "( 0 0 64 ) ( 0 1 64 ) ( 1 0 64 ) cap 0 0 0 1 1\n";
+}
+
+static QByteArray box(const char* mapping = "0 0 0 1 1") {
+    return "{\n" + floorAndCeiling() + "( 0 0 0 ) ( 0 1 0 ) ( 0 0 1 ) a " + mapping +
+           "\n( 0 0 0 ) ( 0 0 1 ) ( 1 0 0 ) a 0 0 0 1 1\n"
+           "( 64 64 64 ) ( 64 65 64 ) ( 64 64 63 ) a 0 0 0 1 1\n"
+           "( 64 64 64 ) ( 64 64 63 ) ( 65 64 64 ) a 0 0 0 1 1\n}\n";
+}
+
+static QByteArray group(int id, int parent, const QByteArray& inside = QByteArray()) {
+    return "{ \"classname\" \"func_group\" \"_tb_type\" \"_tb_group\"" +
+           (id ? " \"_tb_id\" \"" + QByteArray::number(id) + "\"" : QByteArray()) +
+           (parent ? " \"_tb_group\" \"" + QByteArray::number(parent) + "\"" : QByteArray()) +
+           inside + " }\n";
+}
+
+class MapLimits : public cMapPluginTest {
+protected:
+    void read(const QByteArray& text) {
+        host.messages.clear();
+        map.clearMap();
+        ASSERT_TRUE(importText(map, text));
+        ASSERT_EQ(checkMapInvariants(map).toStdString(), "");
+    }
+    std::string written(const char* kind = "Axial Maps") { return contents(exportFile(map, kind)); }
+    int warned(const char* text) const { return count(eMessage::Warning, text); }
+
+    cMap map{host};
+};
+
+// ---- Geometry and numbers
+
+static double areaOf(const cFaceData* face) {
+    double area = 0;
+    for (int i = 0; i < face->vertexCount; ++i) {
+        const float* p = face->vertices[i].xyz;
+        const float* q = face->vertices[(i + 1) % face->vertexCount].xyz;
+        area += double(p[0]) * double(q[1]) - double(q[0]) * double(p[1]);
+    }
+    return area / 2;
+}
+
+TEST_F(MapLimits, brushesWithTooManyCornersAreCutIntoPieces) {
+    for (const int sides : {128, 129, 192, 1000}) {
+        QByteArray text = WORLD + ("{\n" + floorAndCeiling());
+        for (int i = 0; i < sides; ++i) {
+            const double angle = i * 2 * M_PI / sides, s = 4096 * sin(angle), c = 4096 * cos(angle);
+            text += QString::asprintf(
+                        "( %.9f %.9f 0 ) ( %.9f %.9f 1 ) ( %.9f %.9f 0 ) side 0 0 0 1 1\n", c, s, c,
+                        s, c - s, s + c)
+                        .toLatin1();
+        }
+        read(text + "}\n}\n");
+        double area = 0;
+        size_t sideFaces = 0;
+        for (const cBrushData* brush : brushesOf(map.world())) {
+            for (const cFaceData* face : facesOf(brush)) {
+                EXPECT_LE(face->vertexCount, 128);
+                area += face->normal[2] > 0.9f ? areaOf(face) : 0;
+                sideFaces += strcmp(face->tex.name, "side") == 0 ? 1 : 0;
+            }
+        }
+        const double step = M_PI / sides;
+        EXPECT_NEAR(area, sides * tan(step) * 4096 * 4096, 2000) << sides;
+        EXPECT_GE(sideFaces, size_t(sides)) << "some in two pieces";
+        EXPECT_EQ(warned("1 brush(es) with faces of more than 128 corners were cut"),
+                  sides > 128 ? 1 : 0);
+        EXPECT_EQ(map.world()->brushes->next != nullptr, sides > 128);
+        EXPECT_EQ(checkMapWhole(map).toStdString(), "");
+    }
+}
+
+TEST_F(MapLimits, numbersThatNoFloatHoldsNeverReachATextAgain) {
+    struct cCase {
+        const char* mapping;
+        int brushes;
+    };
+    static const cCase CASES[] = {{"0 0 0 1e-300 1", 1},
+                                  {"0 0 0 1 1e-41", 1},
+                                  {"1e300 0 0 1 1", 0},
+                                  {"0 0 1e39 1 1", 0},
+                                  {"3e38 0 0 1e-30 1", 1},
+                                  {"[ 0 1e300 0 0 ] [ 0 0 -1 0 ] 0 1 1", 0},
+                                  {"[ 0 3e38 0 3e38 ] [ 0 0 -1 0 ] 0 1e-37 1e37", 1}};
+    for (const cCase& c : CASES) {
+        read(WORLD + box(c.mapping) +
+             "}\n{ \"classname\" \"light\" \"origin\" \"1e300 nan 3\" "
+             "\"angles\" \"inf 1e300 0\" }");
+        for (const char* kind : {"Axial Maps", "Classic Maps"}) {
+            const cMapTextReader text(written(kind));
+            EXPECT_EQ(text.error, "") << c.mapping;
+            ASSERT_EQ(text.entities.size(), 2u);
+            EXPECT_EQ(int(text.entities[0].brushes.size()), c.brushes) << c.mapping;
+            EXPECT_EQ(text.entities[1].value("origin"), "0 0 3");
+        }
+        EXPECT_EQ(map.data.entitiesTail->angles[0], 0);
+    }
+}
+
+// ---- Keys and groups
+
+TEST_F(MapLimits, theWorldIsTheWorldInAnyCase) {
+    read("{ \"classname\" \"WorldSpawn\" \"message\" \"hello\"\n" + box() + "}");
+    EXPECT_EQ(map.world()->next, nullptr);
+    EXPECT_NE(map.world()->brushes, nullptr);
+    EXPECT_THAT(written(), HasSubstr("\"message\" \"hello\""));
+}
+
+TEST_F(MapLimits, whatATextCannotHoldIsCounted) {
+    read(WORLD + box() + box() + "}\n{ \"classname\" \"func_door\"\n" + box() + "}");
+    written();
+    EXPECT_TRUE(host.messages.empty());
+    cVisGroup* first = map.createVisGroup("first");
+    cVisGroup* second = map.createVisGroup("second");
+    cEntityData* door = map.data.entitiesTail;
+    cBrushData* brush = map.world()->brushes;
+    door->brushes->brush->addToVisGroup(first);
+    brush->brush->addToVisGroup(first);
+    written();
+    EXPECT_EQ(warned("1 object(s) change their visgroups"), 1) << "the door's brush";
+    door->entity->addToVisGroup(first);
+    host.messages.clear();
+    written();
+    EXPECT_TRUE(host.messages.empty()) << "the door's own holds for its brush";
+    brush->brush->addToVisGroup(second);
+    cGroupData* both = map.addGroup();
+    map.joinGroupBrush(brush->next, both);
+    map.joinGroupEntity(door, both);
+    map.addGroup();
+    addEpairLast(door, "message", "two\nlines \"quoted\"");
+    written();
+    EXPECT_EQ(warned("1 object(s) change their visgroups"), 1) << "the brush in two of them";
+    EXPECT_EQ(warned("1 empty group(s) were left out"), 1);
+    EXPECT_EQ(warned("3 double quote(s) and line end(s) in keys and values became"), 1);
+}
+
+TEST_F(MapLimits, aNewGroupDoesNotTakeOverWhatIsKeptOfAnOldOne) {
+    read(WORLD + box() + "}\n" + group(5, 0, "\"_tb_name\" \"Old\"\n" + box()));
+    EXPECT_THAT(written(), HasSubstr("\"_tb_name\" \"Old\""));
+    map.freeGroup(map.data.groups);
+    ASSERT_TRUE(cProjectFile(map, path("map.kvx")).save());
+    map.clearMap();
+    ASSERT_TRUE(cProjectFile(map, path("map.kvx")).load());
+    cGroupData* fresh = map.addGroup();
+    map.joinGroupBrush(map.world()->brushes, fresh);
+    EXPECT_EQ(fresh->id, 1u) << "the number of the old one";
+    const std::string text = written();
+    EXPECT_THAT(text, Not(HasSubstr("Old")));
+    EXPECT_THAT(text, HasSubstr("\"_tb_name\" \"Group 1\""));
+}
+
+TEST_F(MapLimits, errorsOfAKindAreToldUpToThirtyTimes) {
+    read(WORLD + QByteArray("rubbish\n").repeated(1000) + QByteArray("{ ( }\n").repeated(500) +
+         "}");
+    EXPECT_EQ(count(eMessage::Error, ": unexpected text"), 30 + 1);
+    EXPECT_EQ(count(eMessage::Error, "970 more error(s) of this kind: unexpected text"), 1);
+    EXPECT_EQ(count(eMessage::Error, "more error(s) of this kind: broken face line"), 1);
+    EXPECT_LT(host.messages.size(), 70u);
+}
+
+// ---- Files
+
+TEST_F(MapLimits, anExportThatFailsLeavesTheOldFile) {
+    QByteArray text = WORLD;
+    for (int i = 0; i < 2000; ++i)
+        text += box();
+    read(text + "}");
+    QFile old(path("out.map"));
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("as it was");
+    old.close();
+    old.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    ASSERT_TRUE(QFile::link(path("out.map"), path("link.map")));
+    const QStringList before = QDir(folder.path()).entryList(QDir::Files);
+
+    const cMapFormat* f = format(manager->exportFormats, "Axial Maps");
+    const auto exportTo = [&](const char* name) {
+        return f->function(f->id, path(name).toLocal8Bit().constData(), &map.data) != 0;
+    };
+    rlimit limit, small = {4096, RLIM_INFINITY};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    small.rlim_max = limit.rlim_max;
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_FALSE(exportTo("link.map"));
+    setrlimit(RLIMIT_FSIZE, &limit);
+    signal(SIGXFSZ, handler);
+    EXPECT_EQ(contents(path("out.map")), "as it was");
+    EXPECT_EQ(count(eMessage::Error, "can't write \""), 1);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), before) << "nothing lies about";
+
+    EXPECT_TRUE(exportTo("link.map"));
+    EXPECT_TRUE(QFileInfo(path("link.map")).isSymLink());
+    EXPECT_EQ(compareWithSource(text.toStdString() + "}", contents(path("out.map"))).brushes, 2000);
+    EXPECT_FALSE(QFileInfo(path("out.map")).permission(QFile::ReadOther));
+}
+
+// The square of such numbers is minutes; the time is for the runner to watch.
+TEST_F(MapLimits, largeFilesAreReadAndWritten) {
+    static constexpr int MANY = 100000;
+    struct cCase {
+        const char* name;
+        std::function<QByteArray(int)> part; // of the text, by its number from 1
+        QByteArray end;
+    };
+    const QByteArray member =
+        "{ \"classname\" \"light\" \"_tb_group\" \"" + QByteArray::number(MANY) + "\" }\n";
+    const cCase cases[] = {
+        {"nested groups", [](int i) { return group(i, i - 1); }, member},
+        {"nested groups, inmost first", [](int i) { return group(MANY - i + 1, MANY - i); },
+         member},
+        {"groups without a number", [](int) { return group(0, 0, "\n" + box()); }, ""},
+        {"layers",
+         [](int i) {
+             return "{ \"classname\" \"func_group\" \"_tb_type\" \"_tb_layer\" \"_tb_name\" \"" +
+                    QByteArray::number(i) + "\" }\n";
+         },
+         ""},
+        {"worlds", [](int i) { return WORLD + ("\"k" + QByteArray::number(i) + "\" \"v\" }\n"); },
+         ""},
+        {"brushes before keys", [](int) { return QByteArray("{ { } \"classname\" \"light\" }\n"); },
+         ""},
+    };
+    for (const cCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        QByteArray text;
+        const int count = strcmp(c.name, "groups without a number") == 0 ? MANY / 10 : MANY;
+        for (int i = 1; i <= count; ++i)
+            text += c.part(i);
+        map.clearMap();
+        ASSERT_TRUE(importText(map, text + c.end));
+        written();
+        ASSERT_TRUE(cProjectFile(map, path("map.kvx")).save());
+        cMap project(host);
+        ASSERT_TRUE(cProjectFile(project, path("map.kvx")).load());
+        EXPECT_EQ(project.lastGroupId != 0, map.data.groups && map.data.groups->memberCount);
+    }
+}
+
+TEST_F(MapLimits, aBrushOfVeryManyPlanesIsLeftOut) {
+    QByteArray text = WORLD + QByteArray("{\n");
+    for (int i = 0; i < 200000; ++i)
+        text += "( 0 0 " + QByteArray::number(i) + " ) ( 0 1 0 ) ( 1 0 0 ) a 0 0 0 1 1\n";
+    read(text + "}\n" + box() + "}");
+    EXPECT_EQ(count(eMessage::Error, "line 2: the brush has too many faces"), 1);
+    ASSERT_NE(map.world()->brushes, nullptr);
+    EXPECT_EQ(map.world()->brushes->next, nullptr);
+}
+
+TEST_F(MapLimits, anObjectInVeryManyVisGroupsIsReadBack) {
+    read(WORLD + box() + "}");
+    QList<cVisGroup*> all;
+    for (int i = 0; i < 100000; ++i)
+        all.append(map.createVisGroup("v"));
+    map.world()->brushes->brush->addToVisGroups(all);
+    ASSERT_TRUE(cProjectFile(map, path("map.kvx")).save());
+    cMap project(host);
+    ASSERT_TRUE(cProjectFile(project, path("map.kvx")).load());
+    EXPECT_EQ(project.world()->brushes->brush->visGroups.size(), all.size());
+}
