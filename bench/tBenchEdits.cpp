@@ -53,7 +53,7 @@ public:
         }
     }
 
-    cMap map{nullptr};
+    cMap map{bench().host};
 
 private:
     benchmark::State& m_state;
@@ -275,7 +275,7 @@ public:
     }
     void paste() { m_clipboard.paste(map, m_options, "Paste Special"); }
 
-    cMap map{nullptr};
+    cMap map{bench().host};
 
 private:
     benchmark::State& m_state;

@@ -29,7 +29,7 @@ static void importCity(benchmark::State& state) {
         state.PauseTiming();
         malloc_trim(0);
         const long before = residentKilobytes();
-        auto map = std::make_unique<cMap>(nullptr);
+        auto map = std::make_unique<cMap>(bench().host);
         state.ResumeTiming();
         bench().import(*map, int(state.range(0)));
         state.PauseTiming();
@@ -43,7 +43,7 @@ static void importCity(benchmark::State& state) {
 }
 
 static void exportCity(benchmark::State& state) {
-    cMap map(nullptr);
+    cMap map(bench().host);
     bench().import(map, int(state.range(0)));
     const cMapFormat& f = bench().manager->exportFormats.first();
     for (auto _ : state)
@@ -52,7 +52,7 @@ static void exportCity(benchmark::State& state) {
 }
 
 static void saveProject(benchmark::State& state) {
-    cMap map(nullptr);
+    cMap map(bench().host);
     bench().import(map, int(state.range(0)));
     for (auto _ : state)
         cProjectFile(map, bench().path("out.kvx")).save();
@@ -61,7 +61,7 @@ static void saveProject(benchmark::State& state) {
 
 static void loadProject(benchmark::State& state) {
     {
-        cMap map(nullptr);
+        cMap map(bench().host);
         bench().import(map, int(state.range(0)));
         cProjectFile(map, bench().path("in.kvx")).save();
     }
@@ -70,7 +70,7 @@ static void loadProject(benchmark::State& state) {
         state.PauseTiming();
         malloc_trim(0);
         const long before = residentKilobytes();
-        auto map = std::make_unique<cMap>(nullptr);
+        auto map = std::make_unique<cMap>(bench().host);
         state.ResumeTiming();
         cProjectFile(*map, bench().path("in.kvx")).load();
         map->finishLoad();
@@ -86,7 +86,7 @@ static void loadProject(benchmark::State& state) {
 }
 
 static void planesToWindings(benchmark::State& state) {
-    cMap map(nullptr);
+    cMap map(bench().host);
     bench().import(map, int(state.range(0)));
     int64_t faces = 0;
     for (auto _ : state) {

@@ -54,7 +54,7 @@ public:
     cConfigFolders* viewConfig() override { return &folders; }
     cMap* viewMap() override { return &map; }
 
-    cMap map{nullptr};
+    cMap map{bench().host};
     cConfigFolders folders;
 };
 

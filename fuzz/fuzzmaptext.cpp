@@ -13,7 +13,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     static cFuzzHost host;
-    cMap map(nullptr);
+    cMap map(host);
     cMapReader reader(hostServices(), &map.data, reinterpret_cast<const char*>(bytes), size);
     if (!reader.read())
         return 0;

@@ -9,7 +9,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     static cFuzzHost host;
-    cMap map(nullptr);
+    cMap map(host);
     const QByteArray file(reinterpret_cast<const char*>(bytes), int(size));
     if (!cProjectFile(map, QString()).loadBytes(file))
         return 0;

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-// A host that hears nothing, knows no texture and no class.
+// A host that hears nothing, and a game without textures and classes.
 #pragma once
 
+#include "document/tMapContext.h"
 #include "pluginhost/tPluginInterface.h"
 #include "support/tHost.h"
 
-class cFuzzHost : public cHost {
+class cFuzzHost : public cHost, public cMapContext {
 public:
     cFuzzHost() { g_host = this; }
     ~cFuzzHost() override { g_host = nullptr; }

@@ -5,6 +5,7 @@
 #include "document/tFace.h"
 #include "document/tGroup.h"
 #include "document/tMap.h"
+#include "document/tMapContext.h"
 #include "document/tMapLists.h"
 #include "support/tColors.h"
 #include "support/tHost.h"
@@ -29,7 +30,7 @@ void cBrush::updateDrawColor() {
 }
 
 bool isDetail(const cBrushData* brush) {
-    const uint32_t mask = g_host ? g_host->profile().detailContentMask : 0;
+    const uint32_t mask = contextOf(brush).profile().detailContentMask;
     return mask && brush->faces && (brush->faces->tex.contentFlags & mask);
 }
 

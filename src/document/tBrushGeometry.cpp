@@ -95,13 +95,6 @@ static bool samePlane(const cFaceData* a, const cFaceData* b) {
            std::fabs(a->dist - b->dist) < SAME_PLANE_DIST;
 }
 
-static void removeFace(cFaceData* face) {
-    if (cMap* map = mapOf(face->brush))
-        map->freeFace(face);
-    else
-        freeDetachedFace(face);
-}
-
 // False when nothing of the face is left. Of several equal planes only the last one is built.
 static bool windingFromPlanes(cFaceData* face) {
     const double normal[3] = {double(face->normal[0]), double(face->normal[1]),
@@ -156,7 +149,7 @@ bool rebuildFace(cFaceData* face, uint32_t mode) {
     if (mode & UM_PLANES)
         planeFromVertices(face);
     if ((mode & UM_WINDINGS) && face->brush && !windingFromPlanes(face)) {
-        removeFace(face);
+        mapOf(face->brush)->freeFace(face);
         return false;
     }
     if (mode & UM_RESET_AXES)
@@ -439,7 +432,7 @@ int removeDuplicatePlanes(cBrushData* brush) {
         for (cFaceData* later : cFaceRange(face->next)) {
             if (!planesEqual(planeOf(face), planeOf(later), false))
                 continue;
-            removeFace(later);
+            mapOf(brush)->freeFace(later);
             brush->flags |= BF_DIRTY;
             ++removed;
         }
@@ -452,7 +445,7 @@ int mergeCoplanarFaces(cBrushData* brush) {
     for (cFaceData* face : facesOf(brush)) {
         if (!isZeroVector(face->normal))
             continue;
-        removeFace(face);
+        mapOf(brush)->freeFace(face);
         ++removed;
     }
     return removed + removeDuplicatePlanes(brush);

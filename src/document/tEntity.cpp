@@ -6,6 +6,7 @@
 #include "document/tEntityClass.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "support/tHost.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
 #include "support/tVec.h"
@@ -157,13 +158,13 @@ void setEntityClass(cEntityData* entity, cEntityClass* entityClass) {
     memcpy(entity->entity->color, entity->flags & EF_WORLD ? WORLD_COLOR : entityClass->color, 4);
 }
 
-cEntityClass* findEntityClass(const cEntityData* entity) {
-    if (!g_host || !entity->classname)
+cEntityClass* findEntityClass(const cEntityData* entity, cMapContext& context) {
+    if (!entity->classname)
         return nullptr;
     const eClassFilter filter = entity->flags & EF_WORLD   ? CF_WORLD
                                 : entity->flags & EF_POINT ? CF_POINT
                                                            : CF_SOLID;
-    return g_host->findClass(entity->classname, filter);
+    return context.findClass(entity->classname, filter);
 }
 
 void deriveFlagsKey(cEntityData* entity) {

@@ -3,8 +3,8 @@
 // how it looks. Created and freed by newEntity and cMap::freeEntity.
 #pragma once
 
+#include "document/tMapContext.h"
 #include "pluginhost/tPluginInterface.h"
-#include "support/tHost.h"
 
 #include <QList>
 
@@ -62,7 +62,7 @@ cEntityData* newEntity(const char* classname, const float* origin, uint32_t flag
 // Stores the class, sets the flags, box and colour that follow from it; null gives the defaults.
 void setEntityClass(cEntityData* entity, cEntityClass* entityClass);
 // The lookup of the class by name, by what the entity is: world, point or solid.
-cEntityClass* findEntityClass(const cEntityData* entity);
+cEntityClass* findEntityClass(const cEntityData* entity, cMapContext& context);
 // flagsKey from the class: its first flags variable, else "spawnflags"; null without a class.
 void deriveFlagsKey(cEntityData* entity);
 // New key/values from the class's defaults; the entity's own values of those keys are kept.

@@ -7,6 +7,7 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
+#include "support/tHost.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
 #include "support/tVec.h"
@@ -78,7 +79,7 @@ void readRenderKeys(cEntityData* entity) {
     static const uint8_t reset[4] = {0, 0, 0, 255};
     memcpy(entity->renderColor, reset, 4);
     entity->renderMode = entity->renderFx = 0;
-    const uint32_t keyMask = g_host ? g_host->profile().flags : 0;
+    const uint32_t keyMask = contextOf(entity).profile().flags;
     const bool renderKeys = (keyMask & PF_RENDER_KEYS) != 0;
     if (renderKeys) {
         entity->renderMode = intValue(entity, "rendermode", 0);
@@ -173,12 +174,11 @@ void detachResource(cEntityData* entity) {
     cAttachment* attachment = attachmentOf(entity);
     if (!attachment)
         return;
-    if (entity->attachKind == AK_DECAL) {
-        if (g_host)
-            g_host->releaseTexture(static_cast<cTexture*>(attachment->record));
-    } else if (g_host) {
-        g_host->releaseAttachment(eAttachKind(entity->attachKind), attachment->record);
-    }
+    cMapContext& context = contextOf(entity);
+    if (entity->attachKind == AK_DECAL)
+        context.releaseTexture(static_cast<cTexture*>(attachment->record));
+    else
+        context.releaseAttachment(eAttachKind(entity->attachKind), attachment->record);
     Mem_Free(attachment);
     entity->attachment = nullptr;
     entity->attachKind = AK_NONE;
@@ -207,12 +207,12 @@ static cWantedResource wantedResource(const cEntityData* entity) {
     return {AK_NONE, QByteArray()};
 }
 
-static void* acquire(const cWantedResource& wanted) {
+static void* acquire(cMapContext& context, const cWantedResource& wanted) {
     if (wanted.kind != AK_DECAL)
-        return g_host->acquireAttachment(wanted.kind, wanted.name.constData());
-    cTexture* texture = g_host->findTexture(wanted.name.constData());
+        return context.acquireAttachment(wanted.kind, wanted.name.constData());
+    cTexture* texture = context.findTexture(wanted.name.constData());
     if (!texture)
-        texture = g_host->addMissingTexture(wanted.name.constData());
+        texture = context.addMissingTexture(wanted.name.constData());
     if (texture)
         ++texture->refCount;
     return texture;
@@ -243,12 +243,12 @@ void attachResource(cEntityData* entity) {
     if (!(entity->flags & EF_POINT))
         return;
     showBox(entity);
-    if (!g_host || !entity->entity->entityClass)
+    if (!entity->entity->entityClass)
         return;
     const cWantedResource wanted = wantedResource(entity);
     if (wanted.kind == AK_NONE || wanted.name.isEmpty())
         return;
-    void* record = acquire(wanted);
+    void* record = acquire(contextOf(entity), wanted);
     if (!record)
         return;
     auto* attachment = static_cast<cAttachment*>(Mem_Alloc(sizeof(cAttachment)));

@@ -2,9 +2,7 @@
 // Making faces, and the light on them.
 #include "document/tFace.h"
 
-#include "document/tFaceMapping.h"
 #include "document/tMap.h"
-#include "document/tMapLists.h"
 #include "support/tSystem.h"
 
 // The light falls along (1, 2, 3); a surface turned past the threshold is fully lit.
@@ -35,9 +33,6 @@ cFaceData* newFace(int vertexCount) {
 }
 
 void freeDetachedFace(cFaceData* face) {
-    if (face->brush)
-        listRemove(face->brush->faces, face->brush->facesTail, face);
-    dropTexture(face);
     delete face->face;
     Mem_Free(face->vertices);
     Mem_Free(face);

@@ -3,6 +3,8 @@
 #include "document/tFaceMapping.h"
 
 #include "document/tFace.h"
+#include "document/tMap.h"
+#include "document/tMapContext.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "support/tHost.h"
@@ -38,17 +40,16 @@ static const cAlignedAxes g_baseAxes[6] = {
 
 // ---- The texture itself
 
-void dropTexture(cFaceData* face) {
+void dropTexture(cFaceData* face, cMapContext& context) {
     if (!face->texture)
         return;
     --face->texture->useCount;
-    if (g_host)
-        g_host->releaseTexture(face->texture);
+    context.releaseTexture(face->texture);
     face->texture = nullptr;
 }
 
-static void takeTexture(cFaceData* face, cTexture* found) {
-    face->texture = found ? found : g_host ? g_host->addMissingTexture(face->tex.name) : nullptr;
+static void takeTexture(cFaceData* face, cTexture* found, cMapContext& context) {
+    face->texture = found ? found : context.addMissingTexture(face->tex.name);
     if (!face->texture)
         return;
     ++face->texture->useCount;
@@ -65,27 +66,29 @@ void updateFaceTransparency(cFaceData* face) {
 void applyTextureBlock(cFaceData* face, const cFaceTexture& block) {
     cFaceTexture copy = block;
     copy.name[sizeof copy.name - 1] = 0;
-    cTexture* found = g_host ? g_host->findTexture(copy.name) : nullptr;
+    cMapContext& context = contextOf(face);
+    cTexture* found = context.findTexture(copy.name);
     if (found && found == face->texture) {
         face->tex = copy;
         return;
     }
-    dropTexture(face);
+    dropTexture(face, context);
     face->tex = copy;
-    takeTexture(face, found);
+    takeTexture(face, found, context);
     updateFaceTransparency(face);
 }
 
 void setTextureName(cFaceData* face, const char* name) {
-    cTexture* found = g_host ? g_host->findTexture(name) : nullptr;
+    cMapContext& context = contextOf(face);
+    cTexture* found = context.findTexture(name);
     if (found && found == face->texture)
         return;
     char copy[sizeof face->tex.name];
     T_Sprintf(copy, sizeof copy, "%s", name);
-    dropTexture(face);
+    dropTexture(face, context);
     memset(face->tex.name, 0, sizeof face->tex.name);
     memcpy(face->tex.name, copy, strlen(copy));
-    takeTexture(face, found);
+    takeTexture(face, found, context);
     if (face->texture) {
         face->tex.surfaceFlags = face->texture->surfaceFlags;
         face->tex.contentFlags = face->texture->contentFlags;

@@ -5,6 +5,8 @@
 
 #include "pluginhost/tPluginInterface.h"
 
+class cMapContext;
+
 enum eJustify {
     JUSTIFY_TOP,
     JUSTIFY_BOTTOM,
@@ -14,10 +16,11 @@ enum eJustify {
     JUSTIFY_FIT
 };
 
-void applyTextureBlock(cFaceData* face, const cFaceTexture& block); // resolves the name
-void setTextureName(cFaceData* face, const char* name); // flags and value from the texture
-void dropTexture(cFaceData* face);                      // gives up the face's reference
-void updateFaceTransparency(cFaceData* face);           // FF_TRANSPARENT from setting and texture
+// These two look the name up in the game of the face's map.
+void applyTextureBlock(cFaceData* face, const cFaceTexture& block);
+void setTextureName(cFaceData* face, const char* name);  // flags and value from the texture
+void dropTexture(cFaceData* face, cMapContext& context); // gives up the face's reference
+void updateFaceTransparency(cFaceData* face);            // FF_TRANSPARENT from setting and texture
 
 int majorAxis(const cFaceData* face); // row of the aligned axes, or 6 for a zero normal
 void resetAxes(cFaceData* face);

@@ -10,6 +10,7 @@
 #include "document/tFaceMapping.h"
 #include "document/tGroup.h"
 #include "document/tHistory.h"
+#include "document/tMapContext.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "document/tVisGroup.h"
@@ -17,7 +18,7 @@
 #include "support/tHost.h"
 #include "support/tVec.h"
 
-cMap::cMap(cProject* owner) : project(owner), data() {
+cMap::cMap(cMapContext& game, cProject* owner) : context(game), project(owner), data() {
     data.map = this;
     history = std::make_unique<cHistory>(*this);
     updateSelectionMode();
@@ -71,7 +72,7 @@ void cMap::clearMap() {
 
 // The record and its class half, with what they own; all lists are the caller's business.
 void cMap::releaseFace(cFaceData* face) {
-    dropTexture(face);
+    dropTexture(face, context);
     delete face->face;
     Mem_Free(face->vertices);
     Mem_Free(face);
@@ -146,7 +147,7 @@ cFaceData* cMap::findFaceByPick(int pick) const {
 
 void cMap::attachEntity(cEntityData* entity) {
     entity->entity->pickId = picks.take(ePickKind::Entity, entity);
-    setEntityClass(entity, findEntityClass(entity));
+    setEntityClass(entity, findEntityClass(entity, context));
     if (!entity->flagsKey)
         deriveFlagsKey(entity);
 }
@@ -330,11 +331,22 @@ void cMap::finishLoad() {
 }
 
 void cMap::renewFaces() {
+    QHash<const void*, const cTexture*> meant; // by what the name of each texture means now
+    const auto stale = [&](void* shown) {
+        const auto* texture = static_cast<const cTexture*>(shown);
+        if (texture && !meant.contains(texture))
+            meant.insert(texture, context.findTexture(texture->name));
+        return texture && ((texture->flags & TF_REPLACED) || meant.value(texture) != texture);
+    };
     for (cEntityData* entity : entitiesOf(data)) {
+        if (entity->attachKind == AK_DECAL &&
+            stale(static_cast<cAttachment*>(entity->attachment)->record))
+            attachResource(entity);
         for (cBrushData* brush : brushesOf(entity)) {
             for (cFaceData* face : facesOf(brush)) {
-                if (!face->texture || !(face->texture->flags & TF_REPLACED))
+                if (!stale(face->texture))
                     continue;
+                applyTextureBlock(face, face->tex);
                 updateFaceTransparency(face);
                 rebuildFace(face, 0);
             }

@@ -15,6 +15,7 @@
 
 class cCullTree;
 class cHistory;
+class cMapContext;
 class cProject;
 class cVisGroup;
 struct cDrawStats;
@@ -42,7 +43,7 @@ enum eBoxMode { BOX_TOUCHING, BOX_CONTAINED, BOX_BY_CENTER };
 
 class cMap {
 public:
-    explicit cMap(cProject* owner);
+    explicit cMap(cMapContext& game, cProject* owner = nullptr);
     ~cMap();
     cMap(const cMap&) = delete;
     cMap& operator=(const cMap&) = delete;
@@ -181,7 +182,7 @@ public:
     // Transparency flags, visgroup visibility, the cull tree: after a read.
     void finishLoad();
     void buildCullTree();
-    // Faces whose placeholder has become a real texture take over its size and transparency.
+    // Textures have come or gone: faces and decals take what their names mean in this game now.
     void renewFaces();
     void recolor(); // after a change of the colour scheme
 
@@ -192,6 +193,7 @@ public:
     // The drawing half, defined in views/.
     void draw(cViewInfo& view, cDrawStats& stats);
 
+    cMapContext& context; // the game whose textures, classes and profile count
     cProject* project;
     std::unique_ptr<cHistory> history;   // never null
     std::unique_ptr<cCullTree> cullTree; // null until built
@@ -244,8 +246,19 @@ private:
     uint64_t m_revision = 1;
 };
 
+// The game of an object that is entered in a map.
+inline cMapContext& contextOf(const cEntityData* entity) {
+    return entity->owner->map->context;
+}
+inline cMapContext& contextOf(const cBrushData* brush) {
+    return contextOf(brush->owner);
+}
+inline cMapContext& contextOf(const cFaceData* face) {
+    return contextOf(face->brush);
+}
+
 // Detached objects; freed by the map once they are inserted.
 cBrushData* newBrush();
 cFaceData* newFace(int vertexCount);
-// A face whose brush is in no map: out of the brush, texture reference back, deleted.
+// A face that was never entered in a brush.
 void freeDetachedFace(cFaceData* face);

@@ -364,7 +364,7 @@ void putEntity(cEntityData* entity, const cEntityState& state) {
     if (state.classname != entity->classname) {
         entity->flags = (entity->flags & ~uint32_t(EF_POINT)) | (state.flags & EF_POINT);
         setText(entity->classname, state.classname.constData());
-        setEntityClass(entity, findEntityClass(entity));
+        setEntityClass(entity, findEntityClass(entity, contextOf(entity)));
     }
     putFlags(entity->flags, state.flags, EF_DIRTY);
     entity->spawnFlags = state.spawnFlags;

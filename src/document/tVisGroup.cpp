@@ -5,6 +5,7 @@
 #include "document/tBrush.h"
 #include "document/tEntity.h"
 #include "support/tColors.h"
+#include "support/tHost.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
 

@@ -7,6 +7,7 @@
 #include "document/tEntityClass.h"
 #include "document/tHistory.h"
 #include "document/tMap.h"
+#include "document/tMapContext.h"
 #include "document/tMapLists.h"
 #include "support/tConsole.h"
 #include "support/tHost.h"
@@ -77,7 +78,7 @@ static cEntityData* addPoint(cMap& map, const char* classname, const float* orig
 static void addPlayer(cMap& map, const char* classname, const cRoomShape& shape) {
     if (!*classname)
         return;
-    const cEntityClass* playerClass = g_host->findClass(classname, CF_POINT);
+    const cEntityClass* playerClass = map.context.findClass(classname, CF_POINT);
     const float lowest = playerClass ? playerClass->mins[2] : cEntityClass().mins[2];
     const auto x = float(shape.x);
     const float origin[3] = {x * 0.125f - x / 2, 0, ABOVE_FLOOR - lowest};
@@ -88,7 +89,7 @@ static void addLight(cMap& map, const char* classname, const cRoomShape& shape) 
     if (!*classname)
         return;
     float origin[3] = {0, 0, 0.8f * float(shape.z)};
-    if (const cEntityClass* lightClass = g_host->findClass(classname, CF_POINT))
+    if (const cEntityClass* lightClass = map.context.findClass(classname, CF_POINT))
         vecAdd(origin, lightClass->offset, origin);
     cEntityData* entity = addPoint(map, classname, origin);
     if (!setEpair(entity, "light", "400"))
@@ -97,7 +98,7 @@ static void addLight(cMap& map, const char* classname, const cRoomShape& shape) 
 }
 
 bool createDefaultRoom(cMap& map, const cRoomShape& shape) {
-    if (!map.world() || !g_host)
+    if (!map.world())
         return false;
     const float half[3] = {float(shape.x) / 2, float(shape.y) / 2, 0};
     const float roomMins[3] = {-half[0], -half[1], 0};
@@ -108,8 +109,9 @@ bool createDefaultRoom(cMap& map, const cRoomShape& shape) {
         addSide(map, mins, maxs, side < 4 ? shape.wall : side == 4 ? shape.ceiling : shape.floor);
     }
     updateEntity(map.world(), UM_PLANES);
-    addPlayer(map, g_host->profile().startEntityClass, shape);
-    addLight(map, g_host->profile().roomEntityClass, shape);
+    const cMapProfile& profile = map.context.profile();
+    addPlayer(map, profile.startEntityClass, shape);
+    addLight(map, profile.roomEntityClass, shape);
     map.markChanged();
     return true;
 }

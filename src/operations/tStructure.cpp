@@ -6,6 +6,7 @@
 #include "document/tEntity.h"
 #include "document/tHistory.h"
 #include "document/tMap.h"
+#include "document/tMapContext.h"
 #include "document/tMapLists.h"
 #include "support/tHost.h"
 
@@ -296,7 +297,7 @@ static bool anyToChange(const cMap& map, uint32_t mask, bool detail) {
 }
 
 bool setSelectionDetail(cMap& map, bool detail) {
-    const uint32_t mask = g_host ? g_host->profile().detailContentMask : 0;
+    const uint32_t mask = map.context.profile().detailContentMask;
     if (!anyToChange(map, mask, detail))
         return false;
     {

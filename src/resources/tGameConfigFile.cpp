@@ -4,6 +4,7 @@
 #include "resources/tGameConfigRegistry.h"
 
 #include "support/tConsole.h"
+#include "support/tHost.h"
 #include "support/tIniFile.h"
 
 #include <QDir>

@@ -9,6 +9,7 @@
 #include "resources/tTextureCatalogue.h"
 #include "resources/tTextureManager.h"
 #include "support/tConsole.h"
+#include "support/tHost.h"
 
 static const cMapProfile NO_PROFILE = {};
 
@@ -196,10 +197,18 @@ void cGameConfigRegistry::assign(const cGameConfigRegistry& other, bool precache
         setActiveConfig(find(activeTitle));
     if (callbacks.reconfigureProjects)
         callbacks.reconfigureProjects();
-    if (callbacks.renewFaces) {
-        callbacks.renewFaces();
-        m_textures.clearReplacedMarks();
+    renewFaces();
+}
+
+void cGameConfigRegistry::renewFaces() {
+    for (cTextureCatalogue* catalogue : qAsConst(catalogues)) {
+        catalogue->removeMissingEntries();
+        catalogue->addMissingEntries();
     }
+    if (!callbacks.renewFaces)
+        return;
+    callbacks.renewFaces();
+    m_textures.clearReplacedMarks();
 }
 
 // Null unless the active configuration is one of this registry.
@@ -215,7 +224,7 @@ void cGameConfigRegistry::fillAssigned(cGameConfig* config, bool precacheUsed) {
     if (precacheUsed && config->useCount > 0 && needsPrecache(config)) {
         if (callbacks.showWaitDialog)
             callbacks.showWaitDialog(QStringLiteral("Precaching game configuration..."));
-        precache(config);
+        readResources(config);
         return;
     }
     buildTrees(config);
@@ -313,6 +322,11 @@ void cGameConfigRegistry::precache(cGameConfig* config) {
     if (!config)
         return;
     const cBusy busy;
+    readResources(config);
+    renewFaces();
+}
+
+void cGameConfigRegistry::readResources(cGameConfig* config) {
     const cActiveConfigScope active(config);
     config->solidClassTree = config->pointClassTree = cEntityClassNode();
     if (!config->paletteFile.isEmpty())

@@ -5,9 +5,9 @@
 #pragma once
 
 #include "document/tEntityClass.h"
+#include "document/tMapContext.h"
 #include "pluginhost/tPluginInterface.h"
 #include "resources/tGameConfig.h"
-#include "support/tHost.h"
 
 #include <QHash>
 #include <QList>
@@ -27,7 +27,7 @@ struct cGameConfigCallbacks {
     std::function<void()> hideWaitDialog;                    // and destroys it
     // The configurations are new objects: every project looks its own up again by title.
     std::function<void()> reconfigureProjects;
-    // Every open map renews the faces whose texture was replaced.
+    // Textures have come or gone: every open map renews its faces.
     std::function<void()> renewFaces;
 };
 
@@ -69,6 +69,7 @@ public:
                             eClassFilter filter) const;
     cEntityClass* findWorldspawn(const cGameConfig* config) const;
     bool needsPrecache(const cGameConfig* config) const;
+    // Reads what needs it. Another game's hole that a set fills by its name becomes a hole anew.
     void precache(cGameConfig* config);
 
     cGameConfig* current = nullptr;
@@ -87,7 +88,9 @@ private:
     void clear();
     void clearConfigs();
     cGameConfig* known(const QString& title) const; // warns when null
+    void readResources(cGameConfig* config);
     void rebuildCatalogue(cGameConfig* config);
+    void renewFaces();
     void buildTrees(cGameConfig* config) const;
     void fillAssigned(cGameConfig* config, bool precacheUsed);
     QString titleOfActive() const;

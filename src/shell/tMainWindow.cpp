@@ -208,7 +208,7 @@ void cMainWindow::createServices() {
     context.textures = m_textures.get();
     context.configOf = [](const cMapData* map) -> const cGameConfig* {
         const cProject* project = map ? cMap::of(const_cast<cMapData*>(map))->project : nullptr;
-        return project ? project->gameConfig : nullptr;
+        return project ? project->game.config : nullptr;
     };
     setHostServiceContext(context);
     m_shareWidget = std::make_unique<QGLWidget>();

@@ -83,6 +83,7 @@ public:
 
     cChildWindow* activeChild() const; // of the active sub-window, else of the current one
     cProject* activeProject() const;
+    const cMapProfile& profile() const; // of the active document's game
     cChildWindow* addChild(cProject* project);
     cProject* findProjectByPath(const QString& path) const;
     void removeProject(cProject* project);
@@ -109,11 +110,6 @@ public:
     void historyChanged() override;
     void visGroupsChanged(cMap& map) override;
     int currentToolId() const override;
-    cTexture* findTexture(const char* name) override;
-    cTexture* addMissingTexture(const char* name) override;
-    void releaseTexture(cTexture* texture) override;
-    cEntityClass* findClass(const char* name, eClassFilter filter) override;
-    const cMapProfile& profile() const override;
     const uint8_t* schemeColor(int index) const override;
 
     // ---- cViewHost
@@ -429,7 +425,6 @@ private:
     // The clipboard of objects (tMainWindowClipboard.cpp)
     void createClipboard();
     void objectsMoved(); // by the clipboard, between it and documents
-    void restoreCutToSource();
     void pasteTarget(float target[3]);
     void pasteObjects(cMap& map, const cPasteOptions& options, const char* stepName);
 

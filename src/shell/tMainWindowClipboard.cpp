@@ -28,25 +28,10 @@ void cMainWindow::objectsMoved() {
 
 // ---- Cut and copy
 
-// Objects that go back into another document find their textures in its configuration.
-void cMainWindow::restoreCutToSource() {
-    if (!RestoreCutObjects || g_clipboard->mode() != cClipboard::CUT)
-        return;
-    for (cProject* project : projects) {
-        if (project == activeProject() || !g_clipboard->refersTo(*project->map))
-            continue;
-        project->activateConfig();
-        g_clipboard->restoreCut();
-        activeProject()->activateConfig();
-        return;
-    }
-}
-
 void cMainWindow::cmdEditCut() {
     cProject* project = activeProject();
     if (!project || !cClipboard::canCopy(*project->map))
         return;
-    restoreCutToSource();
     g_clipboard->cutSelection(*project->map, RestoreCutObjects);
     objectsMoved();
 }
@@ -55,7 +40,6 @@ void cMainWindow::cmdEditCopy() {
     cProject* project = activeProject();
     if (!project || !cClipboard::canCopy(*project->map))
         return;
-    restoreCutToSource();
     g_clipboard->copySelection(*project->map, RestoreCutObjects);
     objectsMoved();
 }

@@ -37,10 +37,10 @@ cProject* cMainWindow::findProjectByPath(const QString& path) const {
 }
 
 void cMainWindow::removeProject(cProject* project) {
-    if (g_clipboard->refersTo(*project->map))
-        g_clipboard->forgetSource();
     if (!project->closeProject())
         return;
+    if (g_clipboard->refersTo(*project->map))
+        g_clipboard->forgetSource();
     if (project == m_listedProject) {
         delete m_entityList;
         tieClassName.clear();
@@ -151,7 +151,6 @@ void cMainWindow::cmdFileClose() {
 }
 
 void cMainWindow::cmdFileCloseAll() {
-    g_clipboard->forgetSource();
     closeAllWindows();
     updateScreenElements();
 }
@@ -228,7 +227,7 @@ void cMainWindow::cmdFileExport() {
                              tr("Cannot export MAP: no export formats available!"));
         return;
     }
-    const cGameConfig* config = project->gameConfig;
+    const cGameConfig* config = project->game.config;
     const QString base = config ? config->gameBasedir : QString();
     const QString name = askSaveName(base + QStringLiteral("/maps"), filters);
     if (name.isEmpty())

@@ -64,7 +64,7 @@ void cMainWindow::setDetail(bool detail) {
     const cProject* project = activeProject();
     if (!project)
         return;
-    if (!profile().detailContentMask) {
+    if (!project->game.profile().detailContentMask) {
         Error("CONTENTS_DETAIL is not supported by the current profile!");
         return;
     }

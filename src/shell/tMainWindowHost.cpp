@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the core and the views ask of the main window, and the message console.
 #include "dialogs/tWaitDialog.h"
-#include "resources/tGameConfigRegistry.h"
-#include "resources/tTextureCatalogue.h"
-#include "resources/tTextureManager.h"
 #include "shell/tColorScheme.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
@@ -100,7 +97,7 @@ void cMainWindow::setStatusPane(const QString& text, int pane) {
     label->repaint();
 }
 
-// ---- Documents and resources
+// ---- Documents
 
 void cMainWindow::projectDirty(cProject* project) {
     if (project)
@@ -119,33 +116,6 @@ bool cMainWindow::showsTextsOf(const cMap& map) const {
 
 int cMainWindow::currentToolId() const {
     return currentTool ? currentTool->getId() : -1;
-}
-
-cTexture* cMainWindow::findTexture(const char* name) {
-    const cTextureCatalogue* catalogue = m_configs->currentCatalogue;
-    return catalogue ? catalogue->find(QString::fromLocal8Bit(name)) : nullptr;
-}
-
-cTexture* cMainWindow::addMissingTexture(const char* name) {
-    const QString text = QString::fromLocal8Bit(name);
-    if (cTextureCatalogue* catalogue = m_configs->currentCatalogue)
-        return catalogue->addMissing(text);
-    if (cTexture* placeholder = m_textures->findPlaceholder(text))
-        return placeholder;
-    return m_textures->addPlaceholder(text);
-}
-
-void cMainWindow::releaseTexture(cTexture* texture) {
-    m_textures->releaseTexture(texture);
-}
-
-cEntityClass* cMainWindow::findClass(const char* name, eClassFilter filter) {
-    const cGameConfig* config = m_configs->current;
-    return config ? m_configs->findClass(config, QString::fromLocal8Bit(name), filter) : nullptr;
-}
-
-const cMapProfile& cMainWindow::profile() const {
-    return *m_configs->currentProfile;
 }
 
 const uint8_t* cMainWindow::schemeColor(int index) const {

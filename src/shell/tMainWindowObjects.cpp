@@ -7,6 +7,7 @@
 #include "operations/tPrimitives.h"
 #include "pluginhost/tPrimitiveList.h"
 #include "resources/tGameConfigRegistry.h"
+#include "resources/tTextureCatalogue.h"
 #include "shell/tMainWindow.h"
 #include "views/tDocumentViews.h"
 
@@ -268,7 +269,7 @@ cEntityClass* cMainWindow::currentClass() {
     if (currentClassStale) {
         m_currentClass = currentClassName.isEmpty()
                              ? nullptr
-                             : findClass(currentClassName.toLocal8Bit().constData(), CF_POINT);
+                             : m_configs->findClass(m_configs->current, currentClassName, CF_POINT);
         currentClassStale = false;
     }
     return m_currentClass;
@@ -276,7 +277,8 @@ cEntityClass* cMainWindow::currentClass() {
 
 cTexture* cMainWindow::currentTexture() {
     const char* name = profile().defaultTexture;
-    return *name ? findTexture(name) : nullptr;
+    const cTextureCatalogue* catalogue = m_configs->currentCatalogue;
+    return *name && catalogue ? catalogue->find(QString::fromLocal8Bit(name)) : nullptr;
 }
 
 bool cMainWindow::randomYaw() const {

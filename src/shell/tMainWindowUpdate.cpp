@@ -38,6 +38,10 @@ cProject* cMainWindow::activeProject() const {
     return child ? static_cast<cProject*>(child->project) : nullptr;
 }
 
+const cMapProfile& cMainWindow::profile() const {
+    return *m_configs->currentProfile;
+}
+
 cProject* cMainWindow::projectOf(const cCanvas* canvas) const {
     if (!canvas || !canvas->childWindow)
         return nullptr;
@@ -71,8 +75,8 @@ static QString boxText(const cProject& project, int tool) {
 }
 
 void cMainWindow::activateProject(cProject* project) {
-    m_configs->setCurrent(project->gameConfig);
-    setActiveConfig(project->gameConfig);
+    m_configs->setCurrent(project->game.config);
+    setActiveConfig(project->game.config);
     currentClassStale = true; // another game may know another class of that name
     setStatusPane(boxText(*project, currentToolId()), 4);
     project->map->describeSelection();
@@ -237,7 +241,7 @@ cMainWindow::cActionStates cMainWindow::actionStates() const {
     states.canCopy = cClipboard::canCopy(map);
     states.canPaste = g_clipboard->canPaste(&map);
     states.canGroup = map.hasSelection() && !IgnoreGroups && currentToolId() != TOOL_TEXTURE;
-    states.detailVisible = profile().detailContentMask != 0;
+    states.detailVisible = project->game.profile().detailContentMask != 0;
     states.historyEnabled = history.isEnabled();
     if (history.canUndo())
         states.undoName = tr(history.undoName());

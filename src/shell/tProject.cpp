@@ -17,11 +17,13 @@
 
 static const QString PROGRAM_NAME = QStringLiteral("Karvex");
 
-cProject::cProject() : map(std::make_unique<cMap>(this)) {}
+cProject::cProject()
+    : game(g_mainWindow->configs(), g_mainWindow->textures()),
+      map(std::make_unique<cMap>(game, this)) {}
 
 cProject::~cProject() {
-    if (gameConfig)
-        --gameConfig->useCount;
+    if (game.config)
+        --game.config->useCount;
     detachWindows();
     map.reset();
     if (g_mainWindow) {
@@ -39,7 +41,7 @@ void cProject::detachWindows() {
 }
 
 cConfigFolders* cProject::viewConfig() {
-    return gameConfig;
+    return game.config;
 }
 
 // ---- The game configuration
@@ -88,30 +90,30 @@ void cProject::refuseWithoutConfig(const QString& text) {
 }
 
 void cProject::takeConfig(cGameConfig* config) {
-    gameConfig = config;
+    game.config = config;
     gameConfigName = config->title;
     ++config->useCount;
 }
 
 void cProject::precacheConfig() {
     cGameConfigRegistry& registry = g_mainWindow->configs();
-    if (registry.needsPrecache(gameConfig)) {
+    if (registry.needsPrecache(game.config)) {
         const cBusy busy;
         g_mainWindow->showWaitDialog(
             QCoreApplication::translate("cProject", "Precaching game configuration..."));
-        registry.precache(gameConfig);
+        registry.precache(game.config);
         g_mainWindow->hideWaitDialog();
     }
     TempBuffer_FreeAll();
 }
 
 void cProject::activateConfig() {
-    g_mainWindow->configs().setCurrent(gameConfig);
-    setActiveConfig(gameConfig);
+    g_mainWindow->configs().setCurrent(game.config);
+    setActiveConfig(game.config);
 }
 
 void cProject::reconfigure() {
-    gameConfig = g_mainWindow->configs().find(gameConfigName);
+    game.config = g_mainWindow->configs().find(gameConfigName);
     applyScrollbarSetting();
     redrawViews(REDRAW_ALL);
 }
@@ -141,7 +143,7 @@ bool cProject::newProject() {
 
 void cProject::createWorldspawn() {
     static const float origin[3] = {0, 0, 0};
-    const cEntityClass* worldClass = g_mainWindow->configs().findWorldspawn(gameConfig);
+    const cEntityClass* worldClass = g_mainWindow->configs().findWorldspawn(game.config);
     const QByteArray name =
         worldClass ? worldClass->name.toLocal8Bit() : QByteArrayLiteral("worldspawn");
     cEntityData* world = map->addEntity(name.constData(), origin, EF_WORLD);
@@ -166,7 +168,7 @@ bool cProject::confirmClose() {
 }
 
 bool cProject::saveAsNewFile() {
-    const QString directory = gameConfig ? gameConfig->mapSourceFileDirectory : QString();
+    const QString directory = game.config ? game.config->mapSourceFileDirectory : QString();
     const QString name = g_mainWindow->askSaveName(
         directory, {{QStringLiteral("Map Projects (*.kvx)"), QStringLiteral(".kvx")}});
     if (name.isEmpty())

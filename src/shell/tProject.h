@@ -5,6 +5,7 @@
 #pragma once
 
 #include "document/tMap.h"
+#include "resources/tGameContext.h"
 #include "views/tDocumentViews.h"
 
 #include <QString>
@@ -33,7 +34,7 @@ public:
     void setDirty(bool flag);
     void updateTitles();
     void reconfigure();    // the configurations are new objects
-    void activateConfig(); // names of textures and classes are looked up in its own
+    void activateConfig(); // for file lookups, and the lists of textures and classes
 
     // ---- cDocumentViews
 
@@ -48,7 +49,7 @@ public:
     QString exportPath;   // of the last export, not stored
     QString title;        // for window titles and questions
     QString gameConfigName;
-    cGameConfig* gameConfig = nullptr; // counted in its useCount; null once it has gone
+    cGameContext game; // its configuration counts this project in its useCount
     std::unique_ptr<cMap> map;
 
 private:

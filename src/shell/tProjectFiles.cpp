@@ -7,6 +7,7 @@
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
 #include "support/tConsole.h"
+#include "support/tSystem.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -44,14 +45,11 @@ static QList<const cMapFormat*> fittingFormats(const QList<cMapFormat>& formats,
 }
 
 bool cProject::runFormats(const QList<const cMapFormat*>& formats, const QString& file) {
+    const cActiveConfigScope scope(game.config);
     const QByteArray name = file.toLocal8Bit();
     return std::all_of(formats.begin(), formats.end(), [&](const cMapFormat* format) {
         return format->function(format->id, name.constData(), &map->data) != 0;
     });
-}
-
-static const cMapProfile& profileOf(const cProject& project) {
-    return *g_mainWindow->configs().profileOf(project.gameConfig);
 }
 
 // ---- Load
@@ -63,7 +61,7 @@ bool cProject::loadProject(const QString& file) {
     const cBusy busy;
     map->clearMap();
     activateConfig();
-    cTextureCatalogue* catalogue = g_mainWindow->configs().currentCatalogue;
+    cTextureCatalogue* catalogue = game.catalogue();
     if (catalogue)
         catalogue->removeMissingEntries();
     const bool read = readFile(file);
@@ -86,7 +84,7 @@ bool cProject::readFile(const QString& file) {
 }
 
 bool cProject::importMap(const QString& file) {
-    const cMapProfile& own = profileOf(*this);
+    const cMapProfile& own = game.profile();
     if (!own.library)
         return false;
     const QList<cMapFormat>& formats = g_mainWindow->plugins().importFormats;
@@ -114,7 +112,7 @@ bool cProject::saveProject(const QString& file) {
         becomeFile(file);
         return true;
     }
-    const cMapProfile& own = profileOf(*this);
+    const cMapProfile& own = game.profile();
     QList<const cMapFormat*> fitting;
     if (own.library)
         fitting =
@@ -139,7 +137,7 @@ void cProject::becomeFile(const QString& file) {
 }
 
 bool cProject::exportProject(const QString& file) {
-    const cMapProfile& own = profileOf(*this);
+    const cMapProfile& own = game.profile();
     if (!own.library)
         return false;
     const cBusy busy;

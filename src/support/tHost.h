@@ -10,17 +10,8 @@
 
 class cMap;
 class cProject;
-struct cEntityClass;
-struct cMapProfile;
-struct cTexture;
 
 enum class eMessage { Print, Debug, Warning, Error };
-
-// How findClass looks a class up.
-enum eClassFilter { CF_SOLID = 0, CF_POINT = 1, CF_WORLD = 2, CF_ANY = 3 };
-
-// What an entity may show in place of its box; the value of cEntityData::attachKind.
-enum eAttachKind { AK_NONE = 0, AK_SPRITE = 1, AK_DECAL = 2, AK_MODEL = 3 };
 
 class cHost : public cSettings {
 public:
@@ -47,22 +38,6 @@ public:
     // The selection sentence was just described; whoever shows the selection refreshes.
     virtual void selectionDescribed(cMap& /*map*/) {}
     virtual int currentToolId() const { return 0; }
-
-    // The texture of that name under the current configuration, or null. No reference is taken.
-    virtual cTexture* findTexture(const char* name) = 0;
-    // A placeholder of that name; an existing one is returned again. No reference is taken.
-    virtual cTexture* addMissingTexture(const char* name) = 0;
-    // Lowers refCount and frees the texture at 0.
-    virtual void releaseTexture(cTexture* texture) = 0;
-
-    // The class of that name under the current configuration, or null.
-    virtual cEntityClass* findClass(const char* name, eClassFilter filter) = 0;
-    // The current configuration's map profile; all zero when there is none.
-    virtual const cMapProfile& profile() const = 0;
-
-    // The sprite or model record of that name, with a reference taken, or null.
-    virtual void* acquireAttachment(eAttachKind /*kind*/, const char* /*name*/) { return nullptr; }
-    virtual void releaseAttachment(eAttachKind /*kind*/, void* /*record*/) {}
 
     // RGBA of a scheme colour, by its index of support/tColors.h.
     virtual const uint8_t* schemeColor(int index) const = 0;

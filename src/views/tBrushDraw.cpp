@@ -9,6 +9,7 @@
 #include "document/tMapLists.h"
 #include "document/tVisGroup.h"
 #include "support/tColors.h"
+#include "support/tHost.h"
 #include "support/tVec.h"
 
 static constexpr float CROSS_HALF = 3.5f;    // pixels

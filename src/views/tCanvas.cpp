@@ -3,6 +3,7 @@
 #include "views/tCanvas.h"
 
 #include "document/tMap.h"
+#include "document/tMapContext.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
 #include "views/tCachedPicture.h"
@@ -291,7 +292,7 @@ void cCanvas::refreshViewInfo() {
     viewInfo.pickFlags = PICK_ALL;
     viewInfo.texture = nullptr;
     viewInfo.hideMask = uint32_t(g_host->HideMask);
-    viewInfo.detailContentMask = g_host->profile().detailContentMask;
+    viewInfo.detailContentMask = map()->context.profile().detailContentMask;
     viewInfo.gridSize = float(g_host->gridSize);
     viewInfo.gridDepth = std::clamp(viewInfo.gridSize * 16.0f, MIN_GRID_DEPTH, MAX_GRID_DEPTH);
     viewInfo.modelRenderDistance = float(g_host->ModelRenderDistance);

@@ -3,6 +3,7 @@
 #include "views/tCanvas.h"
 
 #include "document/tMap.h"
+#include "document/tMapContext.h"
 #include "support/tColors.h"
 #include "support/tConsole.h"
 #include "support/tHost.h"
@@ -197,7 +198,7 @@ cPictureKey cCanvas::pictureKey() const {
     key.add(shown->pointCount);
     key.add(shown->portals);
     key.add(s_pictureEpoch);
-    key.add(g_host->profile().targetPrefixCharacters);
+    key.add(shown->context.profile().targetPrefixCharacters);
     const int numbers[] = {width(),
                            height(),
                            viewType,

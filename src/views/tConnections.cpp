@@ -4,8 +4,8 @@
 
 #include "document/tEntity.h"
 #include "document/tMap.h"
+#include "document/tMapContext.h"
 #include "document/tMapLists.h"
-#include "support/tHost.h"
 #include "support/tVec.h"
 
 #include <QByteArray>
@@ -25,8 +25,8 @@ static QByteArray nameOf(const char* value) {
 }
 
 // A name without the character in front that only says how to fire it.
-static const char* withoutPrefix(const char* target) {
-    const auto& prefixes = g_host->profile().targetPrefixCharacters;
+static const char* withoutPrefix(const char* target, const cMapProfile& profile) {
+    const auto& prefixes = profile.targetPrefixCharacters;
     const size_t count = strnlen(prefixes, sizeof prefixes);
     return *target && memchr(prefixes, *target, count) ? target + 1 : target;
 }
@@ -52,13 +52,14 @@ static void endPoint(const cEntityData* entity, float* out) {
 
 void cMapPainter::drawConnections() {
     const cTargetNames names = visibleTargets(m_map);
+    const cMapProfile& profile = m_map.context.profile();
     for (const cEntityData* source : entitiesOf(m_map.data)) {
         const char* target = getEpairValue(source, "target");
         if (!target || !*target || !entityVisible(source))
             continue;
         float start[3], end[3];
         endPoint(source, start);
-        const QByteArray name = nameOf(withoutPrefix(target));
+        const QByteArray name = nameOf(withoutPrefix(target, profile));
         for (auto it = names.constFind(name); it != names.constEnd() && it.key() == name; ++it) {
             endPoint(it.value(), end);
             drawConnection(start, end, it.value()->entity->color);

@@ -8,6 +8,7 @@
 #include "document/tGroup.h"
 #include "document/tMapLists.h"
 #include "support/tColors.h"
+#include "support/tHost.h"
 #include "support/tMath.h"
 #include "support/tVec.h"
 

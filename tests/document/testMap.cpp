@@ -66,7 +66,7 @@ TEST(PickPool, randomWalkNeverHandsOutANumberTwice) {
 }
 
 TEST_F(Map, worldGoesToTheHeadAndIdsSkipZero) {
-    cMap late(nullptr);
+    cMap late(host);
     late.lastEntityId = 0xFFFFFFFFu;
     EXPECT_EQ(late.addEntity("light", ORIGIN, EF_POINT)->id, 1u);
     cEntityData* added = late.addWorld("worldspawn");
@@ -114,45 +114,28 @@ TEST_F(Map, solidEntityHasTheBoundsOfItsBrushesAlone) {
     EXPECT_EQ(printed("removing the empty solid entity: func_door"), 1);
 }
 
-// Hands out one sprite and one model, and counts the references.
-class cAttachmentHost : public cTestHost {
-public:
-    void* acquireAttachment(eAttachKind kind, const char* name) override {
-        asked = name;
-        ++references;
-        return kind == AK_MODEL ? static_cast<void*>(&model) : &sprite;
-    }
-    void releaseAttachment(eAttachKind, void*) override { --references; }
-
-    cSpriteRecord sprite = {};
-    cModelRecord model = {};
-    std::string asked;
-    int references = 0;
-};
-
 TEST_F(Map, attachmentsGiveTheBoxAndFollowScaleAndClass) {
-    cAttachmentHost attachments;
-    attachments.sprite.width = 40;
-    attachments.sprite.height = 20;
-    cEntityClass* c = attachments.addClass(QStringLiteral("prop"), CK_POINT);
+    host.sprite.width = 40;
+    host.sprite.height = 20;
+    cEntityClass* c = host.addClass(QStringLiteral("prop"), CK_POINT);
     std::fill(c->maxs, c->maxs + 3, 50.0f);
     cEntityData* entity = map.addEntity("prop", ORIGIN, EF_POINT);
     const auto reach = [&] {
         updateEntity(entity, UM_MODEL_KEYS | UM_ATTACH);
         const bool counted = entity->attachment && entity->attachKind != AK_DECAL;
-        EXPECT_EQ(attachments.references, counted ? 1 : 0);
+        EXPECT_EQ(host.references, counted ? 1 : 0);
         return entity->maxs[0] - ORIGIN[0];
     };
     EXPECT_EQ(reach(), 50) << "nothing to show: the class's box";
     c->iconSprite = QStringLiteral("icon");
     EXPECT_EQ(reach(), 20);
-    EXPECT_EQ(attachments.asked, "icon");
+    EXPECT_EQ(host.asked, "icon");
     c->flags = ECF_SPRITE;
     EXPECT_EQ(reach(), 50) << "a sprite by key, without the key";
     addEpairLast(entity, "model", "lamp.spr");
     addEpairLast(entity, "scale", "0.5");
     EXPECT_EQ(reach(), 10);
-    EXPECT_EQ(attachments.asked, "lamp.spr");
+    EXPECT_EQ(host.asked, "lamp.spr");
     setEpair(entity, "scale", "0.001");
     EXPECT_EQ(reach(), 1) << "a sprite is never smaller";
     c->flags |= ECF_NOSCALE;
@@ -160,18 +143,18 @@ TEST_F(Map, attachmentsGiveTheBoxAndFollowScaleAndClass) {
     c->flags = ECF_STUDIO;
     c->studio = QStringLiteral("own.mdl");
     EXPECT_EQ(reach(), 50) << "a model without bounds";
-    EXPECT_EQ(attachments.asked, "own.mdl");
-    attachments.model.maxs[0] = 30;
+    EXPECT_EQ(host.asked, "own.mdl");
+    host.model.maxs[0] = 30;
     setEpair(entity, "scale", "2");
     EXPECT_EQ(reach(), 60);
-    attachments.addTexture("blood", 16, 24);
+    host.addTexture("blood", 16, 24);
     c->flags = ECF_DECAL;
     addEpairLast(entity, "texture", "blood");
     EXPECT_EQ(reach(), 12);
     EXPECT_TRUE(entity->flags & EF_RECOMPUTE_ATTACHMENT);
     EXPECT_EQ(entity->attachKind, AK_DECAL);
     map.freeEntity(entity);
-    EXPECT_EQ(attachments.findTexture("blood")->refCount, 0);
+    EXPECT_EQ(host.findTexture("blood")->refCount, 0);
 }
 
 TEST_F(Map, renderKeysReadColoursAmountsAndModes) {

@@ -67,7 +67,7 @@ protected:
 TEST_F(ProjectFile, loadGivesBackWhatWasSavedButForSelectedFacesAndEmptyGroups) {
     const QStringList withFace = dumpMap(map);
     savedBytes(map);
-    cMap loaded(nullptr);
+    cMap loaded(host);
     ASSERT_TRUE(cProjectFile(loaded, path("map.kvx")).load());
     EXPECT_EQ(loaded.data.selectedFaces, nullptr);
     EXPECT_EQ(loaded.data.selectedBrushes, loaded.world()->brushes->next);
@@ -79,7 +79,7 @@ TEST_F(ProjectFile, loadGivesBackWhatWasSavedButForSelectedFacesAndEmptyGroups) 
     EXPECT_EQ(loaded.lastGroupId, map.lastGroupId);
     EXPECT_EQ(printed("Saving: \""), 1);
     map.addGroup();
-    cMap again(nullptr);
+    cMap again(host);
     ASSERT_TRUE(loadInto(again, savedBytes(map)));
     EXPECT_EQ(printed("1 empty group(s) ignored"), 1);
     EXPECT_EQ(firstDifference(dumpMap(loaded), dumpMap(again)), QString());
@@ -90,7 +90,7 @@ TEST_F(ProjectFile, secondSaveHasTheSameBytesButForTiedFaces) {
     for (int i = 0; i < 5; ++i)
         map.joinGroupBrush(map.world()->brushesTail, map.addGroup());
     const QByteArray first = savedBytes(map);
-    cMap second(nullptr), third(nullptr);
+    cMap second(host), third(host);
     ASSERT_TRUE(cProjectFile(second, QString()).loadBytes(first));
     const QByteArray again = savedBytes(second, "2.kvx");
     EXPECT_EQ(again.size(), first.size());
@@ -121,7 +121,7 @@ TEST_F(ProjectFile, olderFileLacksTheReservedWord) {
     put(1);
     for (int i = 0; i < 6; ++i)
         put(0);
-    cMap loaded(nullptr);
+    cMap loaded(host);
     ASSERT_TRUE(cProjectFile(loaded, QString()).loadBytes(bytes));
     ASSERT_NE(loaded.world()->brushes, nullptr);
     EXPECT_EQ(loaded.world()->brushes->reserved, 0u);
@@ -142,13 +142,13 @@ TEST_F(ProjectFile, failuresHaveTheirMessages) {
                            {8, "\xff\xff\xff\x7f", nullptr}}; // a count that takes no memory
     const QByteArray bytes = savedBytes(map);
     for (const cCase& c : cases) {
-        cMap loaded(nullptr);
+        cMap loaded(host);
         QByteArray wrong = bytes;
         wrong.replace(c.place, c.patch.size(), c.patch);
         EXPECT_FALSE(loadInto(loaded, wrong)) << c.place;
         EXPECT_TRUE(!c.message || failed(c.message) == 1) << c.message;
     }
-    cMap empty(nullptr), loaded(nullptr);
+    cMap empty(host), loaded(host);
     EXPECT_FALSE(cProjectFile(loaded, path("missing.kvx")).load());
     EXPECT_EQ(failed("can't read \""), 1);
     EXPECT_FALSE(cProjectFile(map, path("no/such/folder.kvx")).save());
@@ -161,7 +161,7 @@ TEST_F(ProjectFile, cutAnywhereItLoadsWhatThereWas) {
     const QByteArray bytes = savedBytes(map);
     int loads = 0;
     for (int size = 0; size < bytes.size(); size += 1 + size / 97) {
-        cMap loaded(nullptr);
+        cMap loaded(host);
         // What fails is thrown away; that must not fall over either.
         if (!loadInto(loaded, bytes.left(size)))
             continue;
@@ -172,7 +172,7 @@ TEST_F(ProjectFile, cutAnywhereItLoadsWhatThereWas) {
 }
 
 TEST_F(ProjectFile, cutInsideALongListKeepsWhatStandsBeforeTheCut) {
-    cMap source(nullptr);
+    cMap source(host);
     cEntityData* only = addWorldTo(source);
     const float mins[3] = {0, 0, 0}, maxs[3] = {8, 8, 8};
     for (int i = 0; i < 200; ++i)
@@ -180,7 +180,7 @@ TEST_F(ProjectFile, cutInsideALongListKeepsWhatStandsBeforeTheCut) {
     const QByteArray bytes = savedBytes(source);
     const int headSize = bytes.indexOf("worldspawn") + 110;
     const int brushSize = (bytes.size() - headSize) / 200;
-    cMap loaded(nullptr);
+    cMap loaded(host);
     ASSERT_TRUE(cProjectFile(loaded, QString()).loadBytes(bytes.left(headSize + brushSize * 2)));
     const int brushes = countOf(brushesOf(loaded.world()));
     EXPECT_TRUE(brushes == 1 || brushes == 2) << brushes;
@@ -196,7 +196,7 @@ TEST_F(ProjectFile, flippedBytesLeaveAConsistentMap) {
         QByteArray broken = bytes;
         for (int flips = T_RandomLong(1, 4); flips > 0; --flips)
             broken[T_RandomLong(0, broken.size() - 1)] = char(T_RandomLong(0, 255));
-        cMap loaded(nullptr);
+        cMap loaded(host);
         if (!loadInto(loaded, broken))
             continue;
         ASSERT_EQ(checkMapInvariants(loaded).toStdString(), "")

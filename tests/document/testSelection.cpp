@@ -344,7 +344,7 @@ TEST_F(Selection, handHidingSparesEntitiesWithASelectedBrushAndRevealsAll) {
 // ---- Many groups at once
 
 TEST_F(Selection, manyGroupsJoinAndDissolveAsOneByOneWould) {
-    cMap slow(nullptr);
+    cMap slow(host);
     addWorldTo(slow);
     std::vector<cGroupData*> gone[2];
     for (cMap* into : {&map, &slow}) {

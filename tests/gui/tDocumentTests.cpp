@@ -2,6 +2,7 @@
 // The life of documents as a user leads it: new, save, open, export, close, with every question.
 #include "dialogs/tWaitDialog.h"
 #include "document/tEntity.h"
+#include "document/tHistory.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "gui/tGuiTest.h"
@@ -33,6 +34,15 @@ static std::function<void(QWidget*)> chooseConfig(int row) {
     };
 }
 
+static cBrushData* addBox(cMap& map, const char* texture) {
+    const float mins[3] = {0, 0, 0}, maxs[3] = {64, 64, 64};
+    return addBox(map, map.world(), mins, maxs, texture);
+}
+
+static const cFaceData* firstFace(const cProject& project) {
+    return project.map->world()->brushes->faces;
+}
+
 static QMdiSubWindow* frameOf(const cChildWindow* child) {
     return qobject_cast<QMdiSubWindow*>(child->parentWidget());
 }
@@ -52,7 +62,7 @@ TEST_F(DocumentTest, newMapHasAWorldAndFourViewsAndTheNextNumber) {
     EXPECT_EQ(pane(1), QStringLiteral("Game 0 (test)"));
     ASSERT_NE(window->activeCanvas, nullptr);
     EXPECT_TRUE(window->activeCanvas->isCamera());
-    EXPECT_EQ(project->gameConfig->useCount, 1);
+    EXPECT_EQ(project->game.config->useCount, 1);
     EXPECT_STREQ(project->map->world()->classname, "worldspawn");
     EXPECT_STREQ(getEpairValue(project->map->world(), "message"), "hello");
     EXPECT_TRUE(console().contains(
@@ -331,8 +341,8 @@ TEST_F(DocumentTest, failedOrCancelledProjectLeavesTheActiveOneInCharge) {
     EXPECT_FALSE(sentence.isEmpty());
     replies.expect(chooseConfig(1));
     EXPECT_FALSE(window->openFile(file("absent.kvx")));
-    EXPECT_EQ(window->configs().current, project->gameConfig);
-    EXPECT_EQ(activeConfig(), project->gameConfig);
+    EXPECT_EQ(window->configs().current, project->game.config);
+    EXPECT_EQ(activeConfig(), project->game.config);
     EXPECT_EQ(pane(2), sentence);
     replies.expectCancel();
     trigger("FileNew");
@@ -347,6 +357,76 @@ TEST_F(DocumentTest, failedOrCancelledProjectLeavesTheActiveOneInCharge) {
     EXPECT_EQ(active(), project);
     EXPECT_EQ(pane(1), QStringLiteral("Game 0 (test)"));
     EXPECT_EQ(pane(2), sentence);
+}
+
+// Two maps of two games, worked on in turn and each while the other one is active.
+TEST_F(DocumentTest, documentsOfTwoGamesKeepTheirTexturesClassesAndDetail) {
+    write("small.size", "wall 32 32");
+    write("large.size", "WALL 128 64");
+    write("hole.size", "hole 16 16");
+    write("other.fgd", "@SolidClass = worldspawn []\n@PointClass size(-4 -4 -4, 4 4 4) = lamp []");
+    const auto config = [&](const char* number, const char* profile, const char* sets) {
+        return QByteArray("[Config") + number + "]\nTitle=Game " + number +
+               "\nEnabled=true\nMapProfile=" + profile +
+               "\nGameData0=" + file(*number == '0' ? "test.fgd" : "other.fgd").toLocal8Bit() +
+               "\n" + QByteArray(sets).replace("@", file("").toLocal8Bit()) + "\n";
+    };
+    write("TDKGameCfg.ini",
+          config("0", "test", "Parcel0=@/small.size::") +
+              config("1", "rich", "Parcel0=@/large.size::\nParcel1=@/hole.size::"));
+    start();
+    window->NoPrecache = true;
+    restart();
+    std::array<cProject*, 2> projects;
+    for (int i = 0; i < 2; ++i) {
+        replies.expect(chooseConfig(i));
+        projects[size_t(i)] = newProject();
+        ASSERT_TRUE(projects[size_t(i)]);
+        if (i == 0) // before the other game brings a texture of that name
+            addBox(*projects[0]->map, "hole");
+    }
+    EXPECT_TRUE(firstFace(*projects[0])->texture->flags & TF_PLACEHOLDER);
+    EXPECT_EQ(projects[1]->game.findTexture("hole")->width, 16);
+
+    for (cProject* active : projects) {
+        window->setActiveChildWindow(active->windows[0]->parentWidget());
+        settle();
+        EXPECT_EQ(window->configs().current, active->game.config);
+        for (cProject* project : projects) {
+            const bool first = project == projects[0];
+            cMap& map = *project->map;
+            map.clearSelection();
+            {
+                const cHistoryStep step(map, "Box");
+                step->brushCreated(addBox(map, "wall"));
+            }
+            map.history->undo();
+            map.history->redo();
+            EXPECT_EQ(map.world()->brushesTail->faces->texture->width, first ? 32 : 128);
+            const float origin[3] = {0, 0, 0};
+            const cEntityData* lamp = map.addEntity("lamp", origin, EF_POINT);
+            EXPECT_EQ(lamp->entity->entityClass != nullptr, !first);
+            window->redrawAllViews(REDRAW_ALL);
+            project->windows[0]->canvases[0]->requestRedraw(true);
+            EXPECT_EQ(project->windows[0]->canvases[0]->viewInfo.detailContentMask,
+                      first ? 0u : 8u);
+        }
+        EXPECT_EQ(action("ToolsMakeDetail")->isVisible(), active == projects[1]);
+    }
+    // Across by copy and paste, from the second to the first.
+    cMap& target = *projects[0]->map;
+    projects[1]->map->selectAll();
+    trigger("EditCopy");
+    window->setActiveChildWindow(projects[0]->windows[0]->parentWidget());
+    settle();
+    trigger("EditPaste");
+    settle();
+    for (const cBrushData* brush : brushesOf(target.world()))
+        for (const cFaceData* face : facesOf(brush))
+            EXPECT_EQ(face->texture, projects[0]->game.findTexture(face->tex.name));
+    EXPECT_EQ(target.data.entitiesTail->entity->entityClass, nullptr);
+    for (cProject* project : projects)
+        project->setDirty(false);
 }
 
 class cWaitWatch : public QObject {
@@ -387,10 +467,10 @@ TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
     window->configs().assign(edited, true);
     EXPECT_TRUE(watch.seen) << "the new file had to be read";
     EXPECT_EQ(g_waitDialog, nullptr);
-    EXPECT_EQ(project->gameConfig, window->configs().find(QStringLiteral("Game 0")));
-    EXPECT_EQ(window->configs().current, project->gameConfig);
-    EXPECT_EQ(project->gameConfig->useCount, 1);
-    EXPECT_NE(window->findClass("lamp", CF_POINT), nullptr);
+    EXPECT_EQ(project->game.config, window->configs().find(QStringLiteral("Game 0")));
+    EXPECT_EQ(window->configs().current, project->game.config);
+    EXPECT_EQ(project->game.config->useCount, 1);
+    EXPECT_NE(project->game.findClass("lamp", CF_POINT), nullptr);
     EXPECT_FLOAT_EQ(face->vertices[1].st[0], 0.5f) << "64 of 128 texels";
     EXPECT_EQ(face->texture->flags & TF_REPLACED, 0u);
 }

@@ -186,31 +186,54 @@ TEST_F(Clipboard, cutGoesBackUnlessItWasPastedOrUndone) {
     EXPECT_EQ(lefts(map).size(), count - 1);
 }
 
-TEST_F(Clipboard, cutEmptiesOwnersAndUndoFillsGroupsAndVisgroups) {
-    cBrushData* panel = cubeIn(addDoor(), 0);
+// Owners and groups that a cut empties go with it, and come back with it.
+TEST_F(Clipboard, whatWasCutGoesBackToWhereItWas) {
+    cEntityData* door = addDoor();
+    addEpairLast(door, "speed", "100");
+    cBrushData* panel = cubeIn(door, 0);
+    cEntityData* lift = addDoor();
+    cBrushData* plate = cubeIn(lift, 512);
+    cubeIn(lift, 640);
+    cubeAt(1024);
     cVisGroup* doors = map.createVisGroup("doors");
     panel->brush->addToVisGroup(doors);
-    cBrushData* wall = cubeOf(map.addGroup(), 128);
+    door->entity->addToVisGroup(doors);
+    cGroupData *inner = map.addGroup(), *outer = map.addGroup();
+    cBrushData* wall = cubeOf(inner, 128);
+    wall->brush->addToVisGroup(doors);
+    map.joinGroupGroup(inner, outer);
+    map.joinGroupEntity(door, outer);
     map.computeVisGroupVisibility();
+    const cMapState before = stateOf(map, false);
     host.IgnoreGroups = true;
     map.updateSelectionMode();
-    select({panel, wall});
+    select({panel, wall, plate});
     law([&] { clipboard.cutSelection(map, true); });
-    EXPECT_EQ(world->next, nullptr);
-    EXPECT_EQ(doors->objectCount, 0);
+    EXPECT_EQ(world->next, lift);
     EXPECT_EQ(map.data.groups, nullptr);
+    EXPECT_EQ(doors->objectCount, 0);
     EXPECT_EQ(sentence(), QStringLiteral("no selection."));
-    map.history->undo();
-    EXPECT_EQ(doors->objectCount, 1);
-    ASSERT_NE(map.data.groups, nullptr);
-    EXPECT_EQ(map.data.groups->memberCount, 1);
+    deleteSelection(map);
+    EXPECT_TRUE(isStep("Cut")) << "nothing is left that a deletion could record";
+    law([&] { clipboard.restoreCut(); });
+    EXPECT_TRUE(isStep("Restore Cut"));
+    EXPECT_EQ(firstDifference(before, stateOf(map, false)), QString());
+    // An entity that went meanwhile comes back with its keys.
+    map.clearSelection();
+    select({lift->brushes});
+    clipboard.cutSelection(map, true);
+    map.selectEntity(lift);
+    deleteSelection(map);
+    law([&] { clipboard.restoreCut(); });
+    EXPECT_STREQ(map.data.entitiesTail->classname, "func_door");
+    EXPECT_EQ(countOf(brushesOf(map.data.entitiesTail)), 1);
 }
 
 TEST_F(Clipboard, pastesIntoAnotherMapAfterTheSourceHasGone) {
-    cMap other(nullptr);
+    cMap other(host);
     addWorldTo(other);
     {
-        cMap source(nullptr);
+        cMap source(host);
         cEntityData* sourceWorld = addWorldTo(source);
         const float mins[3] = {0, 0, 0}, maxs[3] = {64, 64, 64};
         selectedPush(source.data.selectedBrushes, addBox(source, sourceWorld, mins, maxs, "odd"));

@@ -356,25 +356,12 @@ TEST_F(Transform, pointEntitiesTakeTheirBoxAndAnglesAlong) {
     EXPECT_STREQ(getEpairValue(lamp, "angle"), "90");
 }
 
-// A model 20 wide, 40 deep, 10 high.
-class cModelHost : public cTestHost {
-public:
-    cModelHost() {
-        cEntityClass* prop = addClass(QStringLiteral("prop"), CK_POINT);
-        prop->flags = ECF_STUDIO;
-        prop->studio = QStringLiteral("own.mdl");
-        const float mins[3] = {-10, -20, 0}, maxs[3] = {10, 20, 10};
-        vecCopy(mins, model.mins);
-        vecCopy(maxs, model.maxs);
-    }
-    void* acquireAttachment(eAttachKind, const char*) override { return &model; }
-    void releaseAttachment(eAttachKind, void*) override {}
-
-    cModelRecord model = {};
-};
-
 TEST_F(Transform, modelsTakeTheSmallerGrowthOfTheViewAsTheirScale) {
-    cModelHost models;
+    cEntityClass* propClass = host.addClass(QStringLiteral("prop"), CK_POINT);
+    propClass->flags = ECF_STUDIO;
+    propClass->studio = QStringLiteral("own.mdl");
+    vecSet(host.model.mins, -10.0f, -20.0f, 0.0f);
+    vecSet(host.model.maxs, 10.0f, 20.0f, 10.0f);
     cEntityData* prop = pointAt(0, 0, 0, "prop");
     choose({}, {prop});
     const float center[3] = {0, 0, 0};
@@ -398,7 +385,6 @@ TEST_F(Transform, modelsTakeTheSmallerGrowthOfTheViewAsTheirScale) {
     map.history->undo();
     EXPECT_EQ(getEpair(prop, "scale"), nullptr);
     expectBox(prop->mins, prop->maxs, {-10, -20, 0, 10, 20, 10});
-    map.freeEntity(prop); // before its class goes
 }
 
 // ---- Clone

@@ -22,7 +22,7 @@ public:
     }
 
     cTestHost host;
-    cMap map{nullptr};
+    cMap map{host};
 
 private:
     int number(int from, int to) { return std::uniform_int_distribution<int>(from, to)(m_random); }

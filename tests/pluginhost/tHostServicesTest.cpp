@@ -106,10 +106,27 @@ protected:
         return m_services.Entity_Create(m_data, name, nullptr, flags);
     }
 
-    cMap m_map{nullptr};
+    cMap m_map{m_host};
     cMapData* m_data = &m_map.data;
-    cMap m_other{nullptr};
+    cTestGame m_otherGame;
+    cMap m_other{m_otherGame};
 };
+
+TEST_F(cHostMapTest, namesMeanWhatTheGameOfTheNamedMapMakesOfThem) {
+    m_host.addTexture("wall", 16, 16);
+    m_otherGame.addTexture("wall", 32, 32);
+    m_otherGame.addClass(str("lamp"), CK_POINT);
+    cFaceTexture tex = {};
+    strcpy(tex.name, "wall");
+    for (cMap* map : {&m_map, &m_other}) {
+        cEntityData* world = m_services.Entity_Create(&map->data, "worldspawn", nullptr, EF_WORLD);
+        cBrushData* brush = m_services.Brush_Create(&map->data, world);
+        const cFaceData* face = m_services.Face_Create(&map->data, brush, &tex, 3);
+        EXPECT_EQ(face->texture->width, map == &m_map ? 16 : 32);
+        const cEntityData* lamp = m_services.Entity_Create(&map->data, "lamp", nullptr, EF_POINT);
+        EXPECT_EQ(lamp->entity->entityClass != nullptr, map == &m_other);
+    }
+}
 
 TEST_F(cHostMapTest, makesFindsAndRemovesObjects) {
     const float origin[3] = {1, 2, 3};

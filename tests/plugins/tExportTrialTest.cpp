@@ -176,7 +176,7 @@ protected:
         ASSERT_TRUE(tieSelectionToEntity(map, "func_door", nullptr));
     }
 
-    cMap map{nullptr};
+    cMap map{host};
     int m_pieces = 0;
 };
 

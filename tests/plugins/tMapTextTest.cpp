@@ -49,7 +49,7 @@ static QByteArray world(const QByteArray& brushes) {
 }
 
 TEST_F(MapText, namesKeysAndLineEndsAreTakenAsTheyAre) {
-    cMap map(nullptr);
+    cMap map(host);
     QByteArray text = world("\"wad\" \"C:\\games\\q\\\"\n" + box("{grate") + box("*water1") +
                             box("+0lamp") + box("sky/dusk") + box("\"two words\"")) +
                       "{ \"classname\"\t\"light\" // lamp\n\"origin\" \"1.5 -2 3\" "
@@ -73,14 +73,14 @@ TEST_F(MapText, namesKeysAndLineEndsAreTakenAsTheyAre) {
 }
 
 TEST_F(MapText, classicNumbersMeanWhatAnotherReaderMakesOfThem) {
-    cMap map(nullptr);
+    cMap map(host);
     const QByteArray text = world(box("a").replace("0 0 0 1 1", "7 -3 30 2 -0.5 8 2 50"));
     ASSERT_TRUE(importText(map, text));
     const cTextComparison result =
         compareTexts(text.toStdString(), contents(exportFile(map, "Axial Maps")));
     EXPECT_EQ(result.brushes, 1);
     EXPECT_EQ(result.inexact, 0);
-    cMap odd(nullptr);
+    cMap odd(host);
     ASSERT_TRUE(importText(odd, world(box("a").replace("0 0 0 1 1", "7 -3 30 2 0 8 2 50 9 9"))));
     EXPECT_EQ(odd.world()->brushes->faces->tex.vScale, 1) << "a scale of 0 is none";
     EXPECT_EQ(count(eMessage::Warning, "2 number(s) past the known ones"), 1);
@@ -111,7 +111,7 @@ TEST_F(MapText, whatIsBrokenIsNamedByLineAndTheRestKept) {
     };
     for (const cCase& c : cases) {
         host.messages.clear();
-        cMap map(nullptr);
+        cMap map(host);
         EXPECT_TRUE(importText(map, c.text)) << c.name;
         EXPECT_EQ(count(eMessage::Error, c.message) + count(eMessage::Warning, c.message), 1)
             << c.name;
@@ -119,14 +119,14 @@ TEST_F(MapText, whatIsBrokenIsNamedByLineAndTheRestKept) {
         EXPECT_EQ(checkMapInvariants(map).toStdString(), "") << c.name;
     }
     for (const char* nothing : {"", "no map at all", "// only a comment"}) {
-        cMap map(nullptr);
+        cMap map(host);
         EXPECT_FALSE(importText(map, nothing));
     }
 }
 
 // What an entity is stands fixed once its first brush is read.
 TEST_F(MapText, keysMayComeAfterTheBrushes) {
-    cMap map(nullptr);
+    cMap map(host);
     const QByteArray text = world(QByteArray()) + "{\n" + box("d") +
                             "\"classname\" \"func_door\"\n\"speed\" \"9\"\n}\n{\n" + box("g") +
                             "\"classname\" \"func_group\" \"_tb_type\" \"_tb_group\"\n}\n";
@@ -155,7 +155,7 @@ TEST_F(MapText, cutAndFlippedTextsLeaveAConsistentMap) {
         for (int flips = T_RandomLong(0, 3); flips > 0; --flips)
             broken[T_RandomLong(0, broken.size() - 1)] =
                 "{}()[]\" 0-9.e\n/x\xff"[T_RandomLong(0, 17)];
-        cMap map(nullptr);
+        cMap map(host);
         if (importText(map, broken)) {
             ASSERT_EQ(checkMapInvariants(map).toStdString(), "") << seed << " " << i;
         }
@@ -165,7 +165,7 @@ TEST_F(MapText, cutAndFlippedTextsLeaveAConsistentMap) {
 // ---- Groups and layers
 
 TEST_F(MapText, groupsAndLayersTravelBothWays) {
-    cMap map(nullptr), back(nullptr);
+    cMap map(host), back(host);
     const QByteArray container = "{\"classname\" \"func_group\" \"_tb_type\" ";
     const QByteArray text =
         world(box("w")) + container +
@@ -199,7 +199,7 @@ TEST_F(MapText, groupsAndLayersTravelBothWays) {
 // ---- Export flags
 
 TEST_F(MapText, exportHonoursHiddenObjectsAndSealsTheCordon) {
-    cMap map(nullptr);
+    cMap map(host);
     cEntityData* w = addWorldTo(map);
     const float in[3] = {0, 0, 0}, inMax[3] = {32, 32, 32};
     const float out[3] = {500, 0, 0}, outMax[3] = {532, 32, 32};
@@ -214,7 +214,7 @@ TEST_F(MapText, exportHonoursHiddenObjectsAndSealsTheCordon) {
     vecCopy(cordonMaxs, map.data.cordonMaxs);
     map.data.flags |= MF_EXPORT_CORDON | MF_EXPORT_VISIBLE;
     for (const char* kind : {"Axial Maps", "Classic Maps"}) {
-        cMap read(nullptr);
+        cMap read(host);
         ASSERT_TRUE(importFile(read, exportFile(map, kind)));
         EXPECT_STREQ(read.world()->brushes->faces->tex.name, "kept");
         EXPECT_EQ(brushCount(read.world()), 7) << "six seals";
@@ -243,7 +243,7 @@ TEST_F(MapText, exportHonoursHiddenObjectsAndSealsTheCordon) {
 }
 
 TEST_F(MapText, fileThatCannotBeWrittenIsReported) {
-    cMap map(nullptr);
+    cMap map(host);
     ASSERT_TRUE(importText(map, world(box("a"))));
     const cMapFormat* f = format(manager->exportFormats, "Axial Maps");
     ASSERT_NE(f, nullptr);
@@ -275,7 +275,7 @@ protected:
 };
 
 TEST_P(MapFile, comesBackThroughBothTextsAndTheProjectFile) {
-    cMap map(nullptr), project(nullptr);
+    cMap map(host), project(host);
     ASSERT_TRUE(importFile(map, mapPath()));
     EXPECT_EQ(checkMapWhole(map).toStdString(), "");
     EXPECT_EQ(count(eMessage::Error, ""), 0);
@@ -299,7 +299,7 @@ TEST_P(MapFile, comesBackThroughBothTextsAndTheProjectFile) {
     EXPECT_EQ(dumpMap(map), dumpMap(project));
     EXPECT_EQ(compareTexts(axial, contents(exportFile(project, "Axial Maps"))).inexact, 0);
     for (const QString& file : files) {
-        cMap back(nullptr);
+        cMap back(host);
         ASSERT_TRUE(importFile(back, file));
         const std::string again = contents(exportFile(back, "Axial Maps"));
         EXPECT_EQ(compareTexts(contents(file), again).inexact, 0) << qPrintable(file);

@@ -18,7 +18,7 @@ protected:
     }
 
     void walk(const QString& file, const char* text, unsigned seed, int operations) {
-        cMap map(nullptr);
+        cMap map(host);
         ASSERT_TRUE(importFile(map, file)) << qPrintable(file);
         cRandomWalk walk(host, map, seed);
         walk.exportText = [&] { return contents(exportFile(map, text)); };

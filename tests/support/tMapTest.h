@@ -65,7 +65,7 @@ protected:
     }
 
     cTestHost host;
-    cMap map{nullptr};
+    cMap map{host};
     cEntityData* world = addWorldTo(map);
 };
 

@@ -33,7 +33,7 @@ int cTestHost::count(eMessage level, const QString& text) const {
     }));
 }
 
-cTexture* cTestHost::makeTexture(const char* name, int width, int height, uint32_t flags) {
+cTexture* cTestGame::makeTexture(const char* name, int width, int height, uint32_t flags) {
     cTexture& texture = textures[upper(name)];
     texture = {};
     strncpy(texture.name, name, sizeof texture.name - 1);
@@ -44,33 +44,39 @@ cTexture* cTestHost::makeTexture(const char* name, int width, int height, uint32
     return &texture;
 }
 
-cTexture* cTestHost::addTexture(const char* name, int width, int height) {
+cTexture* cTestGame::addTexture(const char* name, int width, int height) {
     return makeTexture(name, width, height, 0);
 }
 
-cTexture* cTestHost::findTexture(const char* name) {
+cTexture* cTestGame::findTexture(const char* name) {
     const auto found = textures.find(upper(name));
     return found == textures.end() ? nullptr : &found->second;
 }
 
-cTexture* cTestHost::addMissingTexture(const char* name) {
+cTexture* cTestGame::addMissingTexture(const char* name) {
     if (cTexture* texture = findTexture(name))
         return texture;
     return makeTexture(name, 64, 64, TF_PLACEHOLDER);
 }
 
-void cTestHost::releaseTexture(cTexture* texture) {
+void cTestGame::releaseTexture(cTexture* texture) {
     --texture->refCount;
 }
 
-cEntityClass* cTestHost::addClass(const QString& name, int kind) {
+void* cTestGame::acquireAttachment(eAttachKind kind, const char* name) {
+    asked = name;
+    ++references;
+    return kind == AK_MODEL ? static_cast<void*>(&model) : &sprite;
+}
+
+cEntityClass* cTestGame::addClass(const QString& name, int kind) {
     classes.push_back(std::make_unique<cEntityClass>());
     classes.back()->name = name;
     classes.back()->kind = kind;
     return classes.back().get();
 }
 
-cEntityClass* cTestHost::findClass(const char* name, eClassFilter filter) {
+cEntityClass* cTestGame::findClass(const char* name, eClassFilter filter) {
     for (const auto& c : classes) {
         const bool fits = filter == CF_ANY || (filter == CF_POINT && c->kind == CK_POINT) ||
                           (filter == CF_WORLD && c->kind == CK_WORLD) ||

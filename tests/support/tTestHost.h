@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A host for tests without a window: keeps the messages, hands out 64 by 64 textures, knows the
-// classes and the profile a test gives it.
+// A host for tests without a window, which keeps the messages, and a game that knows the textures,
+// classes and profile a test gives it. The host is one such game for the maps of most tests.
 #pragma once
 
 #include "document/tEntityClass.h"
+#include "document/tMapContext.h"
 #include "document/tTexture.h"
 #include "support/tHost.h"
 
@@ -13,7 +14,33 @@
 #include <string>
 #include <vector>
 
-class cTestHost : public cHost {
+class cTestGame : public cMapContext {
+public:
+    cTexture* findTexture(const char* name) override;
+    cTexture* addMissingTexture(const char* name) override;
+    void releaseTexture(cTexture* texture) override;
+    cEntityClass* findClass(const char* name, eClassFilter filter) override;
+    const cMapProfile& profile() const override { return mapProfile; }
+    void* acquireAttachment(eAttachKind kind, const char* name) override;
+    void releaseAttachment(eAttachKind, void*) override { --references; }
+
+    // A texture that findTexture knows, of that size.
+    cTexture* addTexture(const char* name, int width, int height);
+    cEntityClass* addClass(const QString& name, int kind);
+
+    cMapProfile mapProfile = {};
+    std::map<std::string, cTexture> textures; // by upper-case name; known and missing ones
+    std::vector<std::unique_ptr<cEntityClass>> classes;
+    cSpriteRecord sprite = {}; // the one sprite and model that entities may show
+    cModelRecord model = {};
+    std::string asked; // the name of the last of them
+    int references = 0;
+
+private:
+    cTexture* makeTexture(const char* name, int width, int height, uint32_t flags);
+};
+
+class cTestHost : public cHost, public cTestGame {
 public:
     cTestHost();
     ~cTestHost() override;
@@ -22,16 +49,8 @@ public:
     void setStatusPane(const QString& text, int pane) override { panes[pane] = text; }
     void projectDirty(cProject*) override { ++dirtyCount; }
     int currentToolId() const override { return toolId; }
-    cTexture* findTexture(const char* name) override;
-    cTexture* addMissingTexture(const char* name) override;
-    void releaseTexture(cTexture* texture) override;
-    cEntityClass* findClass(const char* name, eClassFilter filter) override;
-    const cMapProfile& profile() const override { return mapProfile; }
     const uint8_t* schemeColor(int index) const override;
 
-    // A texture that findTexture knows, of that size.
-    cTexture* addTexture(const char* name, int width, int height);
-    cEntityClass* addClass(const QString& name, int kind);
     // Messages of that level that hold the text.
     int count(eMessage level, const QString& text) const;
 
@@ -43,11 +62,7 @@ public:
     std::map<int, QString> panes;
     int dirtyCount = 0;
     int toolId = 0;
-    cMapProfile mapProfile = {};
-    std::map<std::string, cTexture> textures; // by upper-case name; known and missing ones
-    std::vector<std::unique_ptr<cEntityClass>> classes;
 
 private:
-    cTexture* makeTexture(const char* name, int width, int height, uint32_t flags);
     cHost* m_before;
 };

@@ -64,11 +64,13 @@ private:
 
 class cFakeDocument : public cDocumentViews {
 public:
+    explicit cFakeDocument(cMapContext& game) : map(game) {}
+
     bool windowClosing(cChildWindow*) override { return agreesToClose; }
     cConfigFolders* viewConfig() override { return &folders; }
     cMap* viewMap() override { return &map; }
 
-    cMap map{nullptr};
+    cMap map;
     cConfigFolders folders;
     bool agreesToClose = true;
 };
@@ -93,6 +95,6 @@ protected:
 
     cColorHost host;
     cFakeViewHost viewHost;
-    cFakeDocument document;
+    cFakeDocument document{host};
     cEntityData* world;
 };

@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: MIT */
 /* A plug-in for the program's tests: profile "test", map files that hold nothing but the number
- * of their entities, and an action that says it ran. */
+ * of their entities, texture files that hold name and size, and an action that says it ran. */
 #include "pluginhost/tPluginInterface.h"
 
 #include <stdio.h>
@@ -33,6 +33,24 @@ void tpEnumProfiles(tpProfileCallback callback, void* library) {
     strcpy(profile.roomWallTexture, "brick");
     strcpy(profile.roomFloorTexture, "tiles");
     callback(&profile, library);
+}
+
+/* A file "name width height". */
+int32_t tpEnumTextureFormats(tpFormatCallback callback, void* library) {
+    return callback(1, ".size", "Test textures", library);
+}
+
+int32_t tpLoadTexture(uint32_t cookie, const char* path, const void* data, int32_t size,
+                      tpAddTexture add, void* context) {
+    static const uint8_t pixels[256 * 256] = {0};
+    char text[64] = {0}, name[64];
+    int width, height;
+    (void)cookie;
+    memcpy(text, data, size < 63 ? (size_t)size : 63);
+    if (sscanf(text, "%63s %i %i", name, &width, &height) != 3)
+        return 0;
+    add(path, name, 0x1909, 0x1909, width * height, width, height, 0, 0, pixels, context);
+    return 1;
 }
 
 int32_t tpEnumImportFormats(tpFormatCallback callback, void* library) {

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "resources/tGameContext.h"
+
+#include "resources/tGameConfigRegistry.h"
+#include "resources/tTextureCatalogue.h"
+#include "resources/tTextureManager.h"
+
+cTextureCatalogue* cGameContext::catalogue() const {
+    return config ? m_configs.catalogues.value(config->title) : nullptr;
+}
+
+cTexture* cGameContext::findTexture(const char* name) {
+    const cTextureCatalogue* known = catalogue();
+    return known ? known->find(QString::fromLocal8Bit(name)) : nullptr;
+}
+
+cTexture* cGameContext::addMissingTexture(const char* name) {
+    const QString text = QString::fromLocal8Bit(name);
+    if (cTextureCatalogue* known = catalogue())
+        return known->addMissing(text);
+    cTexture* placeholder = m_textures.findPlaceholder(text);
+    return placeholder ? placeholder : m_textures.addPlaceholder(text);
+}
+
+void cGameContext::releaseTexture(cTexture* texture) {
+    m_textures.releaseTexture(texture);
+}
+
+cEntityClass* cGameContext::findClass(const char* name, eClassFilter filter) {
+    return m_configs.findClass(config, QString::fromLocal8Bit(name), filter);
+}
+
+const cMapProfile& cGameContext::profile() const {
+    return *m_configs.profileOf(config);
+}
+
+const uint8_t* cGameContext::palette() const {
+    return config ? m_textures.findPalette(config->paletteFile) : nullptr;
+}
