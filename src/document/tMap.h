@@ -188,7 +188,12 @@ public:
 
     // Grows with every change that a view could show.
     uint64_t revision() const { return m_revision; }
-    void markChanged() { ++m_revision; }
+    // Grows with those of them that are more than a selection.
+    uint64_t edits() const { return m_edits; }
+    void markChanged() {
+        ++m_revision;
+        ++m_edits;
+    }
 
     // The drawing half, defined in views/.
     void draw(cViewInfo& view, cDrawStats& stats);
@@ -244,6 +249,7 @@ private:
     QHash<uint32_t, cGroupData*> m_groupsById;
     QHash<uint32_t, cVisGroup*> m_visGroupsBySerial;
     uint64_t m_revision = 1;
+    uint64_t m_edits = 0;
 };
 
 // The game of an object that is entered in a map.

@@ -33,23 +33,23 @@ template<class T> static void pushOnce(T*& head, T* item) {
 }
 
 void cMap::describeChange() {
-    markChanged();
+    ++m_revision;
     describeSelection();
 }
 
 void cMap::select(cGroupData* group) {
     pushOnce(data.selectedGroups, group);
-    markChanged();
+    ++m_revision;
 }
 
 void cMap::select(cEntityData* entity) {
     pushOnce(data.selectedEntities, entity);
-    markChanged();
+    ++m_revision;
 }
 
 void cMap::select(cBrushData* brush) {
     pushOnce(data.selectedBrushes, brush);
-    markChanged();
+    ++m_revision;
 }
 
 template<class T> static void removeSelected(T*& head, T* item) {
@@ -59,12 +59,12 @@ template<class T> static void removeSelected(T*& head, T* item) {
 
 void cMap::deselect(cGroupData* group) {
     removeSelected(data.selectedGroups, group);
-    markChanged();
+    ++m_revision;
 }
 
 void cMap::deselect(cEntityData* entity) {
     removeSelected(data.selectedEntities, entity);
-    markChanged();
+    ++m_revision;
 }
 
 // The world itself is never selected.
@@ -73,7 +73,7 @@ void cMap::selectEntity(cEntityData* entity) {
         pushOnce(data.selectedEntities, entity);
     for (cBrushData* brush : brushesOf(entity))
         pushOnce(data.selectedBrushes, brush);
-    markChanged();
+    ++m_revision;
 }
 
 void cMap::selectGroup(cGroupData* group) {
@@ -126,7 +126,7 @@ void cMap::selectMembers(const QSet<const cGroupData*>& roots) {
                 selectedPush(data.selectedBrushes, brush);
         }
     }
-    markChanged();
+    ++m_revision;
 }
 
 // The outermost groups that selected objects lie in.

@@ -217,6 +217,7 @@ public slots:
     void toggleDockWidget();
     void openRecentFile();
     void runPluginAction();
+    void finishForeignEdit(cProject& project);
     void msgFeatureUnderDevelopment(); // names the sender
 
     void cmdFileNew();

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Makes menus, bars and pop-up menus from the command table, the plug-in menu from the plug-ins'
 // actions, and the menu of screen elements from what the window has.
+#include "document/tMap.h"
 #include "pluginhost/tPluginManager.h"
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
+#include "shell/tProject.h"
 
 #include <QMenu>
 #include <QMenuBar>
@@ -248,9 +250,38 @@ void cMainWindow::createPluginMenu() {
     }
 }
 
+// What the action has done to the documents is seen by their maps alone: services tell nothing.
 void cMainWindow::runPluginAction() {
-    if (const auto* action = dynamic_cast<const QCustomAction*>(sender()))
-        m_plugins->runAction(action->toolIndex);
+    const auto* action = dynamic_cast<const QCustomAction*>(sender());
+    if (!action)
+        return;
+    struct cSeen {
+        uint64_t revision, edits;
+    };
+    QHash<const cProject*, cSeen> before;
+    for (const cProject* project : projects)
+        before.insert(project, {project->map->revision(), project->map->edits()});
+    m_plugins->runAction(action->toolIndex);
+    bool changed = false;
+    for (cProject* project : projects) {
+        const cSeen seen = before.value(project, {project->map->revision(), project->map->edits()});
+        if (project->map->revision() == seen.revision)
+            continue;
+        changed = true;
+        if (project->map->edits() != seen.edits)
+            finishForeignEdit(*project);
+        project->map->describeSelection();
+    }
+    if (!changed)
+        return;
+    rebuildVisGroupList();
+    notifyToolsOfAll();
+    redrawAllViews(REDRAW_ALL);
+}
+
+void cMainWindow::finishForeignEdit(cProject& project) {
+    project.map->computeVisGroupVisibility();
+    project.setDirty(true);
 }
 
 // ---- Screen elements

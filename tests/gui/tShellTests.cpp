@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The frame around the documents: commands, bars, keys, console, settings and layout.
 #include "dialogs/tWaitDialog.h"
+#include "document/tVisGroup.h"
 #include "gui/tGuiTest.h"
 #include "shell/tColorScheme.h"
 #include "support/tConsole.h"
+#include "support/tMapTools.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
@@ -11,6 +13,7 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -141,7 +144,7 @@ TEST_F(ShellTest, pluginActionsRunFromTheirMenu) {
     EXPECT_TRUE(menu->menuAction()->isVisible());
     ASSERT_EQ(menu->actions().size(), 1) << "both share the submenu of their category";
     const QList<QAction*> entries = menu->actions()[0]->menu()->actions();
-    ASSERT_EQ(entries.size(), 2);
+    ASSERT_EQ(entries.size(), 3);
     EXPECT_EQ(entries[0]->toolTip(), QStringLiteral("Says hello [Ctrl+F12]"));
     EXPECT_FALSE(entries[1]->isVisible());
     entries[0]->trigger();
@@ -150,6 +153,28 @@ TEST_F(ShellTest, pluginActionsRunFromTheirMenu) {
     EXPECT_TRUE(entries[1]->isVisible());
     entries[1]->trigger();
     EXPECT_TRUE(console().contains(QStringLiteral("test action 8 ran")));
+}
+
+TEST_F(ShellTest, whatAnActionEditsIsShownAndUnsaved) {
+    cProject* project = startWithProject();
+    cMap& map = *project->map;
+    const float mins[3] = {0, 0, 0}, maxs[3] = {64, 64, 64};
+    addBox(map, map.world(), mins, maxs);
+    replies.expectFile(file("out"));
+    trigger("FileExport2");
+    project->setDirty(false);
+    settle();
+    for (QAction* entry : menuOf(*window, "Pl&ugins")->actions()[0]->menu()->actions()) {
+        if (entry->text() == QLatin1String("Edit"))
+            entry->trigger();
+    }
+    EXPECT_TRUE(project->dirty);
+    ASSERT_EQ(map.visGroups.size(), 1);
+    EXPECT_TRUE(map.visGroups.first()->visible);
+    EXPECT_EQ(child<QListWidget>(window.get(), "lstVisGroups")->count(), 1);
+    EXPECT_EQ(checkMapInvariants(map), QString());
+    project->setDirty(false);
+    settle();
 }
 
 // ---- Keys

@@ -8,6 +8,19 @@
 
 static const cHostServices* g_services;
 
+static cMapData* g_exported;
+
+/* Edits the map that was exported last: a light, and a brush of the world into a visgroup. */
+static void editExported(uintptr_t user) {
+    static const float origin[3] = {16, 16, 16};
+    (void)user;
+    if (!g_exported)
+        return;
+    g_services->Entity_Update(g_services->Entity_Create(g_exported, "light", origin, EF_POINT), 0);
+    g_services->Brush_AddToVisGroup(g_exported, g_exported->entities->brushes,
+                                    g_services->VisGroup_Create(g_exported));
+}
+
 static void sayHello(uintptr_t user) {
     g_services->Sys_Print("test action %i ran", (int)user);
 }
@@ -66,7 +79,9 @@ void tpEnumActions(tpActionCallback callback, void* manager) {
     static const cAction inProject = {
         "With document", 0, "Test", 0, AF_HIDE_WITHOUT_PROJECT | AF_DISABLE_WITHOUT_PROJECT, 8,
         sayHello};
+    static const cAction edit = {"Edit", 0, "Test", 0, 0, 9, editExported};
     callback(&always, manager);
+    callback(&edit, manager);
     callback(&inProject, manager);
 }
 
@@ -87,6 +102,7 @@ int32_t tpExport(uint32_t cookie, const char* path, cMapData* map) {
     FILE* file = fopen(path, "w");
     int count = 0;
     const cEntityData* entity;
+    g_exported = map;
     if (!file)
         return 0;
     for (entity = map->entities; entity; entity = entity->next)
