@@ -57,6 +57,7 @@ protected:
         cCanvas* canvas = anyView();
         const QPoint from = pixel(canvas, coordinate(), coordinate());
         drag(canvas, from, from + QPoint(number(40, 120), number(-120, -40)), Qt::ControlModifier);
+        m_done << QStringLiteral("band");
         key(canvas, Qt::Key_Return, chance(2) ? Qt::ShiftModifier : Qt::NoModifier);
     }
 
@@ -70,7 +71,24 @@ protected:
         if (!canvas->rect().contains(from))
             return;
         const QPoint by(number(-2, 2) * GRID, number(-2, 2) * GRID);
+        if (chance(4))
+            return breakDragOff(canvas, from, by);
         drag(canvas, from, from + by, chance(4) ? Qt::ShiftModifier : Qt::NoModifier);
+    }
+
+    void breakDragOff(cCanvas* canvas, const QPoint& from, const QPoint& by) {
+        const int how = number(0, 2);
+        m_done << QStringLiteral("break off %1").arg(how);
+        dragTo(canvas, from, from + by);
+        if (how == 0) {
+            key(canvas, Qt::Key_Escape);
+        } else if (how == 1) {
+            window->setTool(TOOL_CAMERA);
+            window->setTool(TOOL_SELECT);
+        } else {
+            trigger("EditSelNone");
+        }
+        release(canvas, from + by);
     }
 
     void command() {
@@ -107,6 +125,29 @@ protected:
             ++m_at;
         }
         compare("do");
+        expectBoxOfSelection();
+    }
+
+    void expectBoxOfSelection() {
+        cSelectionBox want;
+        bool moving = false;
+        const auto take = [&](const auto* object, uint32_t movingFlag) {
+            want.addPoint(object->mins);
+            want.addPoint(object->maxs);
+            moving |= (object->flags & movingFlag) != 0;
+        };
+        for (const cEntityData* entity : selectedEntitiesOf(map().data))
+            take(entity, EF_MOVING);
+        for (const cBrushData* brush : selectedBrushesOf(map().data))
+            take(brush, BF_MOVING);
+        ASSERT_FALSE(moving) << qPrintable(m_done.value(m_done.size() - 1));
+        ASSERT_EQ(box().active, want.active) << qPrintable(m_done.value(m_done.size() - 1));
+        for (int i = 0; i < 3; ++i) {
+            ASSERT_FLOAT_EQ(box().mins[i], want.mins[i])
+                << qPrintable(m_done.value(m_done.size() - 1));
+            ASSERT_FLOAT_EQ(box().maxs[i], want.maxs[i])
+                << qPrintable(m_done.value(m_done.size() - 1));
+        }
     }
 
     // ---- Back and forth
