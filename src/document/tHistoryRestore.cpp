@@ -17,11 +17,10 @@
 #include "support/tHost.h"
 
 #include <cstring>
+#include <map>
 #include <unordered_map>
 
 namespace {
-constexpr uint32_t ENTITY_KEYS = UM_RENDER_KEYS | UM_MODEL_KEYS;
-
 // The last element first.
 template<class T, class Action> void backward(T& list, Action action) {
     for (size_t i = list.size(); i-- > 0;)
@@ -79,7 +78,11 @@ public:
 
 private:
     // The next update of the entity has at least these bits.
-    void touch(cEntityData* entity, uint32_t mode) { m_touched[entity] |= mode; }
+    void touch(cEntityData* entity, uint32_t mode) {
+        cTouched& touched = m_touched[entity->id];
+        touched.entity = entity;
+        touched.mode |= mode;
+    }
     cEntityData* ownerById(uint32_t id, const char* message);
     cFaceData* loneFace(const cLoneFaceState& state);
     void remakeGroups(const cObjectStates& states);
@@ -98,7 +101,11 @@ private:
     cMap& m_map;
     cMapData& m_data;
     cEntityData* m_owner = nullptr; // found last; states of one entity's brushes stand together
-    std::unordered_map<cEntityData*, uint32_t> m_touched;
+    struct cTouched {
+        cEntityData* entity = nullptr;
+        uint32_t mode = 0;
+    };
+    std::map<uint32_t, cTouched> m_touched; // by id, so that messages come in one order
     cPlacing<cGroupData> m_placedGroups;
     cPlacing<cEntityData> m_placedEntities;
     cPlacing<cBrushData> m_placedBrushes;
@@ -159,7 +166,7 @@ void cRestore::remakeEntity(const cObjectStates& states, const cEntityState& sta
     m_placedEntities.add(entity, state.previousId);
     setGroupById(m_map, entity, state.groupId);
     joinVisGroups(m_map, entity, states, state.visGroups);
-    touch(entity, ENTITY_KEYS | UM_ATTACH);
+    touch(entity, UM_ATTACH);
     reselect(m_data.selectedEntities, entity, state.flags);
 }
 
@@ -285,7 +292,7 @@ void cRestore::putEntityOf(const cEntityState& state) {
     setGroupById(m_map, entity, state.groupId);
     if (entity->attachKind == AK_DECAL)
         entity->flags |= EF_RECOMPUTE_ATTACHMENT;
-    touch(entity, attach ? ENTITY_KEYS | UM_ATTACH : ENTITY_KEYS);
+    touch(entity, attach ? uint32_t(UM_ATTACH) : 0);
     reselect(m_data.selectedEntities, entity, state.flags);
 }
 
@@ -434,7 +441,7 @@ void cRestore::remove(cObjectStates& states) {
             return;
         state.visGroups = states.takeVisGroups(entity);
         leaveGroup(entity);
-        m_touched.erase(entity);
+        m_touched.erase(entity->id);
         if (m_owner == entity)
             m_owner = nullptr;
         m_map.freeEntity(entity);
@@ -469,8 +476,8 @@ void cRestore::finishSelection() {
 }
 
 void cRestore::update() {
-    for (const auto& [entity, mode] : m_touched)
-        updateEntity(entity, mode);
+    for (const auto& [id, touched] : m_touched)
+        updateEntity(touched.entity, touched.mode);
     if (m_parentsChanged)
         recomputeRoots();
 }

@@ -104,6 +104,15 @@ void cObjectStates::take(const cEntityData* entity, unsigned what) {
     state.mins = arrayOf<3>(entity->mins);
     state.maxs = arrayOf<3>(entity->maxs);
     state.color = arrayOf<4>(entity->entity->color);
+    state.renderFlags = entity->renderFlags;
+    state.renderColor = arrayOf<4>(entity->renderColor);
+    state.renderMode = entity->renderMode;
+    state.renderFx = entity->renderFx;
+    state.body = entity->body;
+    state.skin = entity->skin;
+    state.sequence = entity->sequence;
+    state.frameRate = entity->frameRate;
+    state.scale = entity->scale;
     for (const cEpair* pair : epairsOf(entity))
         state.pairs.push_back({pair->key, pair->value});
     if (what & TAKE_VISGROUPS)
@@ -377,6 +386,15 @@ void putEntity(cEntityData* entity, const cEntityState& state) {
     vecCopy(state.mins.data(), entity->mins);
     vecCopy(state.maxs.data(), entity->maxs);
     std::copy(state.color.begin(), state.color.end(), entity->entity->color);
+    entity->renderFlags = state.renderFlags;
+    std::copy(state.renderColor.begin(), state.renderColor.end(), entity->renderColor);
+    entity->renderMode = state.renderMode;
+    entity->renderFx = state.renderFx;
+    entity->body = state.body;
+    entity->skin = state.skin;
+    entity->sequence = state.sequence;
+    entity->frameRate = state.frameRate;
+    entity->scale = state.scale;
     putPairs(entity, state);
     setText(entity->flagsKey, textOf(state.flagsKey));
     followClass(entity);

@@ -80,6 +80,16 @@ struct cEntityState {
     std::array<float, 3> mins;
     std::array<float, 3> maxs;
     std::array<uint8_t, 4> color;
+    // What was made of the keys when they were read last.
+    uint32_t renderFlags;
+    std::array<uint8_t, 4> renderColor;
+    int32_t renderMode;
+    int32_t renderFx;
+    uint16_t body;
+    uint16_t skin;
+    int32_t sequence;
+    float frameRate;
+    float scale;
     std::vector<QPair<QByteArray, QByteArray>> pairs;
     cStateRange brushes; // where they were taken along
     cStateRange visGroups;
@@ -130,9 +140,8 @@ private:
 };
 
 // ---- Back into a map. Nothing here is captured for undo, selected or rebuilt: what is put is
-// marked dirty, and its owner wants updateEntity with no more than UM_RENDER_KEYS, UM_MODEL_KEYS
-// and UM_ATTACH. Classes and textures are looked up by name, groups by id, visgroups by serial;
-// what is not there any more is left out.
+// marked dirty, and its owner wants updateEntity with no more than UM_ATTACH. Classes and textures
+// are looked up by name, groups by id, visgroups by serial; what is not there any more is left out.
 
 // New objects at the tails of their lists. With keepId under the state's id, which must be free,
 // else under the next one. In no group yet.

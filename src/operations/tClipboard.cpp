@@ -106,6 +106,10 @@ void cClipboard::restoreCut() {
     m_mode = PASTED;
     capture(*map.history, remakeObjects(map, *m_owners));
     capture(*map.history, remakeObjects(map, m_contents->states));
+    // What came back into a selected entity or group belongs to it.
+    for (cEntityData* entity : selectedEntitiesOf(map.data))
+        map.selectEntity(entity);
     if (map.updateSelectionMode() == MODE_GROUPS)
-        map.selectRoots(); // what came back into a selected group belongs to it
+        map.selectRoots();
+    map.dropHidden();
 }

@@ -16,7 +16,7 @@ static void addCopies(cMap& map, const cTakenObjects& source, cObjectCopies& cop
         cEntityData* entity = copies.addEntity(state);
         for (uint32_t i = state.brushes.first; i < state.brushes.end(); ++i)
             addBrush(i, entity);
-        updateEntity(entity, UM_RENDER_KEYS | UM_MODEL_KEYS | UM_ATTACH);
+        updateEntity(entity, UM_ATTACH);
     }
     for (uint32_t i = source.firstLoose; i < brushes.size(); ++i)
         addBrush(i, map.world());

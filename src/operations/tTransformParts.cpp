@@ -56,6 +56,16 @@ cAffine cAffine::around(const float* center, const float* matrix) {
     return map;
 }
 
+bool cAffine::isWhole() const {
+    for (const auto& row : linear) {
+        for (const double value : row) {
+            if (value != std::floor(value))
+                return false;
+        }
+    }
+    return true;
+}
+
 void cAffine::move(const float* offset) {
     for (int i = 0; i < 3; ++i)
         shift[i] += double(offset[i]);
@@ -77,7 +87,7 @@ static double moveNormal(const cAffine& map, const double* normal, double* out) 
     const double sign = determinant < 0 ? -1 : 1;
     for (int i = 0; i < 3; ++i)
         out[i] = sign * vecDot(cofactors[i], normal);
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3 && !map.isWhole(); ++i) {
         if (std::fabs(out[i]) < AXIS_EPSILON * std::sqrt(vecDot(out, out)))
             out[i] = 0;
     }

@@ -27,6 +27,7 @@ struct cAffine {
     static cAffine around(const float* center, const float* matrix);
     void move(const float* offset); // after all else
     void keepAxis(int axis);        // that coordinate stays as it is
+    bool isWhole() const;           // flips and quarter turns, which round nothing
 };
 
 struct cMovedPlane {

@@ -217,6 +217,8 @@ public slots:
     void toggleDockWidget();
     void openRecentFile();
     void runPluginAction();
+    void exportOrBeep(cProject& project); // to its exportPath
+    QString withSuffix(const QString& name, const QString& suffix);
     void msgFeatureUnderDevelopment(); // names the sender
 
     void cmdFileNew();
@@ -513,6 +515,7 @@ private:
     QSpinBox* m_faceCount = nullptr;
     QCheckBox* m_randomYaw = nullptr;
     QList<QWidget*> m_objectLists;   // with their labels
+    QList<QWidget*> m_brushButtons;  // of the dock, that want a selected brush
     QList<QWidget*> m_objectButtons; // and whatever else wants a document only
     size_t m_primitive = 0;          // place in the list of primitives
     int m_listedTool = -2; // whose objects the dock lists; -1 for none, -2 before the first time

@@ -154,8 +154,11 @@ void cMainWindow::keyPressEvent(QKeyEvent* event) {
 
 bool cMainWindow::closeAllWindows() {
     const QList<cProject*> open = projects;
-    for (cProject* project : open)
+    for (cProject* project : open) {
         removeProject(project);
+        if (g_closing && projects.contains(project))
+            return false; // thought better of: nobody else is asked
+    }
     return projects.isEmpty();
 }
 

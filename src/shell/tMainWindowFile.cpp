@@ -175,7 +175,23 @@ QString cMainWindow::askSaveName(const QString& directory, const QList<cSaveFilt
     connect(&dialog, &QFileDialog::filterSelected, &dialog, followFilter);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return QString();
-    return dialog.selectedFiles().first();
+    const QString name = dialog.selectedFiles().first();
+    for (const cSaveFilter& filter : filters)
+        if (name.endsWith(filter.extension, Qt::CaseInsensitive))
+            return name;
+    return withSuffix(name, dialog.defaultSuffix());
+}
+
+// The dialog adds none to a name that holds a point, and has asked of another file than this one.
+QString cMainWindow::withSuffix(const QString& name, const QString& suffix) {
+    const QString whole = name + QLatin1Char('.') + suffix;
+    const QString question =
+        tr("%1 already exists.\nDo you want to replace it?").arg(QFileInfo(whole).fileName());
+    if (QFileInfo::exists(whole) &&
+        QMessageBox::warning(this, QStringLiteral("Karvex"), question,
+                             QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
+        return QString();
+    return whole;
 }
 
 // The export formats of the current profile: those for ".map", or all others.
@@ -237,8 +253,14 @@ void cMainWindow::cmdFileExport() {
     if (name.isEmpty())
         return;
     project->exportPath = name;
-    if (project->exportProject(name))
+    exportOrBeep(*project);
+}
+
+void cMainWindow::exportOrBeep(cProject& project) {
+    if (project.exportProject(project.exportPath))
         statusBar()->showMessage(tr("File exported"), MESSAGE_TIME);
+    else
+        QApplication::beep();
 }
 
 void cMainWindow::cmdFileExportAgain() {
@@ -247,8 +269,8 @@ void cMainWindow::cmdFileExportAgain() {
         return;
     if (project->exportPath.isEmpty())
         cmdFileExport();
-    else if (project->exportProject(project->exportPath))
-        statusBar()->showMessage(tr("File exported"), MESSAGE_TIME);
+    else
+        exportOrBeep(*project);
 }
 
 // ---- What is not built yet

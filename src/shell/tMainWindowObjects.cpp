@@ -82,7 +82,8 @@ QWidget* cMainWindow::createObjectButtons() {
     layout->addWidget(entity, 1);
     connect(world, &QPushButton::clicked, this, &cMainWindow::cmdToolsMoveToWorld);
     connect(entity, &QPushButton::clicked, this, &cMainWindow::cmdToolsTieToEntity);
-    m_objectButtons += {label, world, entity};
+    m_objectButtons += label;
+    m_brushButtons = {world, entity};
     return row;
 }
 

@@ -199,8 +199,7 @@ void cMainWindow::cmdToolsCordon() {
 void cMainWindow::cmdToolsIgnoreGroups() {
     if (!toggle(IgnoreGroups))
         return;
-    cProject* project = activeProject();
-    if (project) {
+    for (cProject* project : projects) {
         project->map->updateSelectionMode();
         project->map->clearSelectionFull();
     }

@@ -350,6 +350,8 @@ void cMainWindow::updateActionStates(int mask) {
         if (mask & AS_UNDO)
             applyHistoryStates(action, states);
     }
+    for (QWidget* button : m_brushButtons)
+        button->setEnabled(states.canTie);
 }
 
 void cMainWindow::setActionChecked(const char* id, bool checked) {

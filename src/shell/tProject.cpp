@@ -240,7 +240,10 @@ void cProject::findDirty() {
 }
 
 QString cProject::baseName() const {
-    return QFileInfo(title).completeBaseName();
+    for (const char* extension : {".kvx", ".map"})
+        if (title.endsWith(QLatin1String(extension), Qt::CaseInsensitive))
+            return title.chopped(int(strlen(extension)));
+    return title;
 }
 
 void cProject::updateTitles() {

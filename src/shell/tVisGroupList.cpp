@@ -122,6 +122,12 @@ void QVisGroupList::mouseReleaseEvent(QMouseEvent* event) {
         emit iconClicked(pressed);
 }
 
+// On an icon the first click has done it.
+void QVisGroupList::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (!iconAt(event->pos()))
+        QListWidget::mouseDoubleClickEvent(event);
+}
+
 // The base class deletes the selected rows after a move, and by then those are the target's.
 void QVisGroupList::startDrag(Qt::DropActions) {
     m_pressedIcon = nullptr;

@@ -133,6 +133,7 @@ bool selectWithBox(cCanvas& canvas, int boxMode) {
     maxs[canvas.axisDepth] += float(g_host->MaxWorldSize);
     canvas.map()->selectInBox(mins, maxs, boxMode);
     box.clear();
+    document->selection.selection = 0; // the band's box goes back, even if nothing new is selected
     canvas.updateCursor();
     document->redrawViews(REDRAW_ALL);
     return true;

@@ -311,6 +311,45 @@ TEST_F(DocumentTest, eachDocumentHasItsOwnSelectionAndTheSentenceIsOfTheActiveOn
     EXPECT_FALSE(boxes[0]->active || boxes[1]->active);
 }
 
+TEST_F(DocumentTest, undoBackToWhatWasSavedTakesTheMarkAway) {
+    cProject* project = startWithProject();
+    window->UndoLevels = 5;
+    int steps = 0;
+    const auto step = [&] {
+        trigger("EditSelAll");
+        trigger(steps++ % 2 ? "ToolsUngroup" : "ToolsGroup");
+        settle();
+    };
+    addBox(*project->map, "wall");
+    addBox(*project->map, "wall");
+    for (int i = 0; i < 2; ++i)
+        step();
+    ASSERT_TRUE(project->saveProject(file("a.kvx")));
+    const auto marked = [&](const char* command) {
+        trigger(command);
+        settle();
+        EXPECT_EQ(project->dirty, project->windows[0]->windowTitle().endsWith(QLatin1Char('*')));
+        return project->dirty;
+    };
+    EXPECT_TRUE(marked("EditUndo"));
+    EXPECT_FALSE(marked("EditRedo"));
+    step();
+    EXPECT_TRUE(project->dirty);
+    EXPECT_FALSE(marked("EditUndo"));
+    project->map->hideSelection(); // no step
+    project->setDirty(true);
+    step();
+    EXPECT_TRUE(marked("EditUndo")) << "what undo does not take back is still unsaved";
+    ASSERT_TRUE(project->saveProject(file("a.kvx")));
+    for (int i = 0; i < 9; ++i)
+        step();
+    bool dirty = true;
+    while (project->map->history->canUndo())
+        dirty &= marked("EditUndo");
+    EXPECT_TRUE(dirty) << "the saved state is beyond what is kept";
+    project->setDirty(false);
+}
+
 TEST_F(DocumentTest, exportWritesTheMapAndIsNoSave) {
     startWithProject()->setDirty(true);
     const QString title = active()->title;

@@ -226,6 +226,17 @@ TEST_F(Clipboard, whatWasCutGoesBackToWhereItWas) {
     deleteSelection(map);
     law([&] { clipboard.restoreCut(); });
     EXPECT_STREQ(map.data.entitiesTail->classname, "func_door");
+    // Into an entity that is selected meanwhile: with it.
+    cBrushData* second = cubeIn(map.data.entitiesTail, 900);
+    map.clearSelection();
+    select({second});
+    clipboard.cutSelection(map, true);
+    map.selectEntity(map.data.entitiesTail);
+    clipboard.copySelection(map, true);
+    EXPECT_TRUE(isSelected(map.data.entitiesTail->brushesTail));
+    map.clearSelection();
+    select({map.data.entitiesTail->brushesTail});
+    clipboard.cutSelection(map, true);
     EXPECT_EQ(countOf(brushesOf(map.data.entitiesTail)), 1);
 }
 

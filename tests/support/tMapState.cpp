@@ -7,6 +7,13 @@
 
 #include <cstring>
 
+template<class Array> static QString listed(const Array& values) {
+    QString text;
+    for (const auto& value : values)
+        text += QStringLiteral(" %1").arg(double(value), 0, 'g', 9);
+    return text;
+}
+
 cMapState stateOf(const cMap& map, bool withSelection) {
     cMapState state;
     for (const cGroupData* group : groupsOf(map.data))
@@ -14,11 +21,23 @@ cMapState stateOf(const cMap& map, bool withSelection) {
     for (const cEntityData* entity : entitiesOf(map.data))
         state.objects.take(entity, TAKE_BRUSHES | TAKE_VISGROUPS);
     for (const cVisGroup* visGroup : map.visGroups)
-        state.visGroups << QStringLiteral("visgroup %1 %2 objects %3 visible %4")
+        state.visGroups << QStringLiteral("visgroup %1 %2 objects %3 visible %4 color%5")
                                .arg(visGroup->serial)
                                .arg(QString::fromLocal8Bit(visGroup->name))
                                .arg(visGroup->objectCount)
-                               .arg(visGroup->visible);
+                               .arg(visGroup->visible)
+                               .arg(listed(visGroup->color));
+    for (const cEntityData* entity : entitiesOf(map.data))
+        state.derived << QStringLiteral("entity %1 shows %2 render %3 %4 %5 model %6 %7 %8 %9")
+                             .arg(entity->id)
+                             .arg(entity->attachKind)
+                             .arg(entity->renderFlags)
+                             .arg(entity->renderMode)
+                             .arg(listed(entity->renderColor))
+                             .arg(entity->body)
+                             .arg(entity->skin)
+                             .arg(entity->sequence)
+                             .arg(double(entity->scale));
     const uint32_t mask = withSelection ? ~0u : ~uint32_t(OF_SELECTED);
     for (cGroupState& group : state.objects.groups)
         group.flags &= mask;
@@ -32,13 +51,6 @@ cMapState stateOf(const cMap& map, bool withSelection) {
 }
 
 // ---- Texts; two objects are the same if their texts and the bytes behind them are
-
-template<class Array> static QString listed(const Array& values) {
-    QString text;
-    for (const auto& value : values)
-        text += QStringLiteral(" %1").arg(double(value), 0, 'g', 9);
-    return text;
-}
 
 static QString textOf(const cGroupState& group) {
     return QStringLiteral("group %1 after %2 parent %3 flags %4 color%5")
@@ -169,6 +181,9 @@ QString firstDifference(const cMapState& expected, const cMapState& got) {
                                [&](const cBrushState& x, const cBrushState& y) {
                                    return brushDifference(a, x, b, y);
                                });
+    if (found.isEmpty())
+        found =
+            differs(expected.derived.join(QLatin1Char('\n')), got.derived.join(QLatin1Char('\n')));
     if (found.isEmpty())
         found = differs(expected.visGroups.join(QLatin1Char('\n')),
                         got.visGroups.join(QLatin1Char('\n')));

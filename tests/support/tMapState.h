@@ -11,6 +11,7 @@
 struct cMapState {
     cObjectStates objects;
     QStringList visGroups;
+    QStringList derived; // of entities: what follows from their keys
 };
 
 // Without the selection the selected flags are left out.
