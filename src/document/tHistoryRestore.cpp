@@ -329,7 +329,7 @@ void cRestore::setParent(cGroupData* group, cGroupData* parent) {
         --group->parent->memberCount;
     if (parent)
         ++parent->memberCount;
-    group->parent = parent;
+    ::setParent(group, parent);
 }
 
 // Only outermost groups are selected.
