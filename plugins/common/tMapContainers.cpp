@@ -77,7 +77,7 @@ void cContainerReader::begin(const cKeyValues& keys) {
     container.isLayer = valueOf(keys, "_tb_type") == "_tb_layer";
     const std::string id = valueOf(keys, "_tb_id");
     if (!id.empty())
-        m_byId.emplace(id, m_containers.size());
+        (container.isLayer ? m_layersById : m_groupsById).emplace(id, m_containers.size());
     m_containers.push_back(std::move(container));
 }
 
@@ -92,10 +92,9 @@ void cContainerReader::addEntity(cEntityData* entity, const cKeyValues& keys) {
 }
 
 size_t cContainerReader::find(const std::string& id, bool layer) const {
-    const auto found = id.empty() ? m_byId.end() : m_byId.find(id);
-    if (found == m_byId.end() || m_containers[found->second].isLayer != layer)
-        return NONE;
-    return found->second;
+    const auto& ids = layer ? m_layersById : m_groupsById;
+    const auto found = ids.find(id);
+    return found == ids.end() ? NONE : found->second;
 }
 
 void cContainerReader::makeContainers() {

@@ -72,7 +72,7 @@ private:
     const cHostServices* m_host;
     cMapData* m_map;
     std::vector<cContainer> m_containers;
-    std::unordered_map<std::string, size_t> m_byId;
+    std::unordered_map<std::string, size_t> m_groupsById, m_layersById; // of one id the first
     int m_circles = 0; // groups that lie in themselves
     struct cMember {
         cEntityData* entity;
