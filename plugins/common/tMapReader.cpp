@@ -14,7 +14,7 @@ static constexpr float MAX_COORDINATE = 262144; // a brush that reaches past it 
 static constexpr size_t MIN_FACES = 4;          // fewer enclose nothing
 static constexpr float MIN_EXTENT = 0.001f;
 // Building a brush takes the square of the number of its faces.
-static constexpr size_t MAX_FACES = 2048;
+static constexpr size_t MAX_FACES = 1024;
 
 const char* const cMapReader::COMPLAINTS[COMPLAINT_COUNT] = {
     "an entity should begin here",      "broken key/value",
