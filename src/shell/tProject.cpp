@@ -11,9 +11,9 @@
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QApplication>
 #include <QMessageBox>
 #include <algorithm>
 
