@@ -213,16 +213,19 @@ TEST_F(MapLimits, aCircleOfGroupsIsTakenApart) {
     }
 }
 
-// What begins like a number is another name than the number.
+// What begins like a number is another name than the number, which is nobody's here; nor is a layer
+// of that number meant.
 TEST_F(MapLimits, groupsAreNamedByAllOfTheirId) {
-    const char* const ids[] = {"3", "3_x", "03", " 3", "-3", "99999999999", "x"};
-    QByteArray text = WORLD + QByteArray("}\n");
+    const char* const ids[] = {"4", "3_x", "03", " 3", "-3", "99999999999", "x"};
+    QByteArray text = WORLD + QByteArray("}\n{ \"classname\" \"func_group\" \"_tb_type\" "
+                                         "\"_tb_layer\" \"_tb_id\" \"4\" }\n");
     for (const char* id : ids)
         text += group(0, 0,
                       " \"_tb_name\" \"of " + QByteArray(id) + "\" \"_tb_id\" \"" + id + "\"\n" +
                           box()) +
                 "{ \"classname\" \"light\" \"message\" \"of " + id + "\" \"_tb_group\" \"" + id +
                 "\" }\n";
+    text += "{ \"classname\" \"light\" \"message\" \"of nobody\" \"_tb_group\" \"3\" }\n";
     read(text);
     read(QByteArray::fromStdString(written()));
     const cMapTextReader again(written());
@@ -233,6 +236,7 @@ TEST_F(MapLimits, groupsAreNamedByAllOfTheirId) {
         }
     }
     EXPECT_EQ(names.size(), std::size(ids));
+    EXPECT_TRUE(names.emplace("3", "of nobody").second);
     int members = 0;
     for (const cTextEntity& entity : again.entities) {
         if (entity.value("classname") != "light")
@@ -240,7 +244,7 @@ TEST_F(MapLimits, groupsAreNamedByAllOfTheirId) {
         EXPECT_EQ(names[entity.value("_tb_group")], entity.value("message"));
         ++members;
     }
-    EXPECT_EQ(members, int(std::size(ids)));
+    EXPECT_EQ(members, int(std::size(ids)) + 1);
 }
 
 TEST_F(MapLimits, errorsOfAKindAreToldUpToThirtyTimes) {
