@@ -23,11 +23,14 @@ const std::string* findKey(const cKeyValues& keys, const char* key) {
     return nullptr;
 }
 
-void eraseKey(cKeyValues* keys, const char* key) {
+int eraseKey(cKeyValues* keys, const char* key) {
     const auto isIt = [key](const cKeyValue& pair) {
         return strcasecmp(pair.first.c_str(), key) == 0;
     };
-    keys->erase(std::remove_if(keys->begin(), keys->end(), isIt), keys->end());
+    const auto kept = std::remove_if(keys->begin(), keys->end(), isIt);
+    const auto erased = int(keys->end() - kept);
+    keys->erase(kept, keys->end());
+    return erased;
 }
 
 static std::string valueOf(const cKeyValues& keys, const char* key) {

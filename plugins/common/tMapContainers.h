@@ -18,7 +18,7 @@ using cKeyValues = std::vector<cKeyValue>;
 static constexpr char NO_ORIGIN_KEY[] = "_kvx_no_origin";
 
 const std::string* findKey(const cKeyValues& keys, const char* key); // null when absent
-void eraseKey(cKeyValues* keys, const char* key);
+int eraseKey(cKeyValues* keys, const char* key); // all of that name; how many there were
 
 // True for an entity that stands for a group or a layer.
 bool isContainer(const cKeyValues& keys);

@@ -74,6 +74,9 @@ void cMapReader::reportCounts() {
     if (m_cutOrigins)
         m_host->Sys_Warning("%i origin(s) were not three numbers; what is none became 0",
                             m_cutOrigins);
+    if (m_repeatedKeys)
+        m_host->Sys_Warning("%i repeated class name(s) and origin(s) were left out",
+                            m_repeatedKeys);
     if (m_longNames)
         m_host->Sys_Warning("%i texture name(s) longer than 63 characters were cut", m_longNames);
     if (m_skippedBlocks)
@@ -196,7 +199,7 @@ void cMapReader::makeObject(cKeyValues* keys, const cSolids& solids) {
     const cMadeList made = makeBrushes(entity, solids);
     m_host->Entity_Update(entity, UM_WINDINGS);
     checkBrushes(entity, made);
-    eraseKey(keys, "classname");
+    dropKey(keys, "classname");
     m_containers.addEntity(entity, *keys);
     // Without brushes an entity stands at its origin, whatever became of those in the text.
     if (!entity->brushes)
@@ -206,6 +209,11 @@ void cMapReader::makeObject(cKeyValues* keys, const cSolids& solids) {
     m_host->Entity_Update(entity, UM_REEVALUATE | UM_WINDINGS);
 }
 
+// A key that becomes a field; the first of several does.
+void cMapReader::dropKey(cKeyValues* keys, const char* key) {
+    m_repeatedKeys += std::max(0, eraseKey(keys, key) - 1);
+}
+
 void cMapReader::takeOrigin(cEntityData* entity, cKeyValues* keys) {
     const std::string* origin = findKey(*keys, "origin");
     if (!origin) {
@@ -213,12 +221,12 @@ void cMapReader::takeOrigin(cEntityData* entity, cKeyValues* keys) {
         return;
     }
     m_cutOrigins += readNumbers(*origin, entity->origin) ? 0 : 1;
-    eraseKey(keys, "origin");
+    dropKey(keys, "origin");
 }
 
 void cMapReader::addToWorld(cKeyValues* keys, const cSolids& solids) {
     cEntityData* world = theWorld();
-    eraseKey(keys, "classname");
+    dropKey(keys, "classname");
     setKeys(world, *keys, &*m_worldKeys);
     const cMadeList made = makeBrushes(world, solids);
     m_worldMade.insert(m_worldMade.end(), made.begin(), made.end());

@@ -198,8 +198,10 @@ bool cProjectFile::readMap(cStream& stream) {
     int32_t entities = 0, reserved = 0;
     if (!readGroups(stream) || !readVisGroups(stream) || !stream.numbers(m_map.data.cordonMins) ||
         !stream.numbers(m_map.data.cordonMaxs) || !stream.value(entities) ||
-        !stream.value(reserved))
+        !stream.value(reserved)) {
+        Error("%s is damaged: nothing of it can be read", m_path.toLocal8Bit().constData());
         return false;
+    }
     while (!stream.atEnd() && !m_damaged)
         m_damaged = !readEntity(stream);
     m_damaged |= entities > 0 && entities != m_entitiesRead;

@@ -179,7 +179,7 @@ TEST_F(MapLimits, aNewGroupDoesNotTakeOverWhatIsKeptOfAnOldOne) {
     EXPECT_THAT(text, HasSubstr("\"_tb_name\" \"Group 1\""));
 }
 
-TEST_F(MapLimits, anOriginThatIsCutIsTold) {
+TEST_F(MapLimits, whatIsLostOfKeysThatBecomeFieldsIsTold) {
     const auto light = [](const char* origin) {
         return QByteArray("{ \"classname\" \"light\" \"origin\" \"") + origin + "\" }\n";
     };
@@ -188,6 +188,10 @@ TEST_F(MapLimits, anOriginThatIsCutIsTold) {
     read(WORLD + ("}\n" + light("1 2 3") + light("  -1e2\t.5 +7 ") +
                   "{ \"classname\" \"func_door\" \"origin\" \"here\"\n" + box() + "}"));
     EXPECT_TRUE(host.messages.empty()) << "with brushes the text stays a key";
+    read(WORLD +
+         QByteArray("\"CLASSNAME\" \"worldspawn\" }\n{ \"classname\" \"light\" \"origin\" "
+                    "\"1 2 3\" \"Origin\" \"4 5 6\" \"message\" \"a\" \"message\" \"b\" }"));
+    EXPECT_EQ(warned("2 repeated class name(s) and origin(s) were left out"), 1);
 }
 
 // All of a circle are in one group in the end, and its text has none.
