@@ -4,6 +4,7 @@
 #include "common/tVector.h"
 
 #include <algorithm>
+#include <numeric>
 
 static constexpr double ON_EPSILON = 0.01;    // as the editor clips
 static constexpr double HALF_WORLD = 262144;  // a plane begins as a square about this large
@@ -36,42 +37,62 @@ static cSphere sphereAbout(const cPolygon& polygon) {
     for (const cVec3& p : polygon)
         sphere.middle = sphere.middle + p * (1.0 / double(polygon.size()));
     for (const cVec3& p : polygon)
-        sphere.radius = std::fmax(sphere.radius, length(p - sphere.middle));
+        sphere.radius = std::max(sphere.radius, dot(p - sphere.middle, p - sphere.middle));
+    sphere.radius = std::sqrt(sphere.radius);
     return sphere;
 }
 
-// What lies behind the plane.
-static cPolygon clip(const cPolygon& polygon, const cMapPlane& plane) {
+// Leaves what lies behind the plane. False where that was all.
+static bool clip(cPolygon* polygon, const cMapPlane& plane) {
     const cVec3 normal = normalOf(plane);
     const auto above = [&](const cVec3& p) { return dot(p, normal) - plane.dist; };
+    double lowest = HALF_WORLD, highest = -HALF_WORLD;
+    for (const cVec3& p : *polygon) {
+        lowest = std::min(lowest, above(p));
+        highest = std::max(highest, above(p));
+    }
+    if (highest <= ON_EPSILON && lowest < -ON_EPSILON)
+        return false;
     cPolygon kept;
-    for (size_t i = 0; i < polygon.size(); ++i) {
-        const cVec3 &p = polygon[i], &q = polygon[(i + 1) % polygon.size()];
+    kept.reserve(polygon->size() + 1);
+    for (size_t i = 0; i < polygon->size() && lowest < -ON_EPSILON; ++i) {
+        const cVec3 &p = (*polygon)[i], &q = (*polygon)[(i + 1) % polygon->size()];
         const double dp = above(p), dq = above(q);
         if (dp <= ON_EPSILON)
             kept.push_back(p);
         if ((dp > ON_EPSILON && dq < -ON_EPSILON) || (dp < -ON_EPSILON && dq > ON_EPSILON))
             kept.push_back(p + (q - p) * (dp / (dp - dq)));
     }
-    const auto behind = [&](const cVec3& p) { return above(p) < -ON_EPSILON; };
-    return std::any_of(kept.begin(), kept.end(), behind) ? kept : cPolygon();
+    *polygon = std::move(kept);
+    return true;
 }
 
 static bool isSamePlane(const cMapPlane& a, const cMapPlane& b) {
     return dot(normalOf(a), normalOf(b)) > 1 - 1e-9 && std::fabs(a.dist - b.dist) < ON_EPSILON;
 }
 
+// Planes far apart in the list come one after the other: neighbours there are often neighbours in
+// space, and would each take a sliver of what is left by the one before.
+static size_t stepThrough(size_t count) {
+    size_t step = count * 5 / 8;
+    while (std::gcd(step, count) != 1)
+        ++step;
+    return step;
+}
+
 static cPolygon polygonOf(const cMapFaces& faces, size_t index) {
     const cMapPlane& plane = faces[index].plane;
+    const size_t count = faces.size(), step = stepThrough(count);
     cPolygon polygon = squareOn(plane);
     cSphere sphere = sphereAbout(polygon);
-    for (size_t i = 0; i < faces.size() && !polygon.empty(); ++i) {
+    for (size_t i = (index + step) % count; i != index && !polygon.empty();
+         i = (i + step) % count) {
         const cMapPlane& other = faces[i].plane;
-        if (i == index || dot(sphere.middle, normalOf(other)) - other.dist < -sphere.radius ||
+        if (dot(sphere.middle, normalOf(other)) - other.dist < -sphere.radius ||
             isSamePlane(plane, other))
             continue;
-        polygon = clip(polygon, other);
-        sphere = sphereAbout(polygon);
+        if (clip(&polygon, other))
+            sphere = sphereAbout(polygon);
     }
     return polygon;
 }

@@ -23,11 +23,14 @@ const std::string* findKey(const cKeyValues& keys, const char* key) {
     return nullptr;
 }
 
-void eraseKey(cKeyValues* keys, const char* key) {
+int eraseKey(cKeyValues* keys, const char* key) {
     const auto isIt = [key](const cKeyValue& pair) {
         return strcasecmp(pair.first.c_str(), key) == 0;
     };
-    keys->erase(std::remove_if(keys->begin(), keys->end(), isIt), keys->end());
+    const auto kept = std::remove_if(keys->begin(), keys->end(), isIt);
+    const auto erased = int(keys->end() - kept);
+    keys->erase(kept, keys->end());
+    return erased;
 }
 
 static std::string valueOf(const cKeyValues& keys, const char* key) {
@@ -77,7 +80,7 @@ void cContainerReader::begin(const cKeyValues& keys) {
     container.isLayer = valueOf(keys, "_tb_type") == "_tb_layer";
     const std::string id = valueOf(keys, "_tb_id");
     if (!id.empty())
-        m_byId.emplace(id, m_containers.size());
+        (container.isLayer ? m_layersById : m_groupsById).emplace(id, m_containers.size());
     m_containers.push_back(std::move(container));
 }
 
@@ -92,10 +95,9 @@ void cContainerReader::addEntity(cEntityData* entity, const cKeyValues& keys) {
 }
 
 size_t cContainerReader::find(const std::string& id, bool layer) const {
-    const auto found = id.empty() ? m_byId.end() : m_byId.find(id);
-    if (found == m_byId.end() || m_containers[found->second].isLayer != layer)
-        return NONE;
-    return found->second;
+    const auto& ids = layer ? m_layersById : m_groupsById;
+    const auto found = ids.find(id);
+    return found == ids.end() ? NONE : found->second;
 }
 
 void cContainerReader::makeContainers() {

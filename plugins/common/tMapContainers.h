@@ -18,7 +18,7 @@ using cKeyValues = std::vector<cKeyValue>;
 static constexpr char NO_ORIGIN_KEY[] = "_kvx_no_origin";
 
 const std::string* findKey(const cKeyValues& keys, const char* key); // null when absent
-void eraseKey(cKeyValues* keys, const char* key);
+int eraseKey(cKeyValues* keys, const char* key); // all of that name; how many there were
 
 // True for an entity that stands for a group or a layer.
 bool isContainer(const cKeyValues& keys);
@@ -72,7 +72,7 @@ private:
     const cHostServices* m_host;
     cMapData* m_map;
     std::vector<cContainer> m_containers;
-    std::unordered_map<std::string, size_t> m_byId;
+    std::unordered_map<std::string, size_t> m_groupsById, m_layersById; // of one id the first
     int m_circles = 0; // groups that lie in themselves
     struct cMember {
         cEntityData* entity;

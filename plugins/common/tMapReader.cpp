@@ -14,7 +14,7 @@ static constexpr float MAX_COORDINATE = 262144; // a brush that reaches past it 
 static constexpr size_t MIN_FACES = 4;          // fewer enclose nothing
 static constexpr float MIN_EXTENT = 0.001f;
 // Building a brush takes the square of the number of its faces.
-static constexpr size_t MAX_FACES = 2048;
+static constexpr size_t MAX_FACES = 1024;
 
 const char* const cMapReader::COMPLAINTS[COMPLAINT_COUNT] = {
     "an entity should begin here",      "broken key/value",
@@ -71,6 +71,12 @@ void cMapReader::reportCounts() {
     if (m_cutNumbers)
         m_host->Sys_Warning("%i flag(s) or value(s) of a face were no 32-bit numbers and were cut",
                             m_cutNumbers);
+    if (m_cutOrigins)
+        m_host->Sys_Warning("%i origin(s) were not three numbers; what is none became 0",
+                            m_cutOrigins);
+    if (m_repeatedKeys)
+        m_host->Sys_Warning("%i repeated class name(s) and origin(s) were left out",
+                            m_repeatedKeys);
     if (m_longNames)
         m_host->Sys_Warning("%i texture name(s) longer than 63 characters were cut", m_longNames);
     if (m_skippedBlocks)
@@ -123,26 +129,29 @@ cEntityData* cMapReader::theWorld() {
     return m_world;
 }
 
-static void readNumbers(const std::string* text, float* out) {
+// What is missing, or no number, is 0. False unless there are three.
+static bool readNumbers(const std::string& text, float* out) {
     out[0] = out[1] = out[2] = 0;
-    if (text)
-        sscanf(text->c_str(), "%f %f %f", &out[0], &out[1], &out[2]);
+    bool whole = sscanf(text.c_str(), "%f %f %f", &out[0], &out[1], &out[2]) == 3;
     for (int i = 0; i < 3; ++i) {
-        if (!std::isfinite(out[i]))
-            out[i] = 0;
+        if (std::isfinite(out[i]))
+            continue;
+        out[i] = 0;
+        whole = false;
     }
+    return whole;
 }
 
 static void readAngles(const cKeyValues& keys, float* angles) {
     for (const cKeyValue& pair : keys) {
         if (strcasecmp(pair.first.c_str(), "angles") == 0) {
-            readNumbers(&pair.second, angles);
+            readNumbers(pair.second, angles);
             return;
         }
         if (strcasecmp(pair.first.c_str(), "angle") != 0)
             continue;
         float turn[3];
-        readNumbers(&pair.second, turn);
+        readNumbers(pair.second, turn);
         const float angle = turn[0];
         angles[0] = angle == -1 ? -90.0f : angle == -2 ? 90.0f : 0.0f;
         angles[1] = angle == -1 || angle == -2 ? 0.0f : angle;
@@ -162,49 +171,62 @@ static void setKeys(cEntityData* entity, const cKeyValues& keys, cEpairAppender*
 }
 
 void cMapReader::makeEntity(cKeyValues* keys, const cSolids& solids) {
-    if (isContainer(*keys)) {
+    const std::string* classname = findKey(*keys, "classname");
+    if (isContainer(*keys))
         makeContainer(*keys, solids);
-        return;
-    }
-    const std::string* found = findKey(*keys, "classname");
-    if (found && strcasecmp(found->c_str(), "worldspawn") == 0) {
+    else if (classname && strcasecmp(classname->c_str(), "worldspawn") == 0)
         addToWorld(keys, solids);
-        return;
-    }
-    theWorld();
-    float origin[3];
-    readNumbers(findKey(*keys, "origin"), origin);
-    static const float zero[3] = {0, 0, 0};
-    const bool solid = !solids.empty();
-    cEntityData* entity = m_host->Entity_Create(
-        m_map, found ? found->c_str() : "", solid ? zero : origin, solid ? 0u : uint32_t(EF_POINT));
+    else
+        makeObject(keys, solids);
+}
+
+cEntityData* cMapReader::createEntity(const cKeyValues& keys, uint32_t flags) {
+    static const float origin[3] = {0, 0, 0};
+    const std::string* classname = findKey(keys, "classname");
+    cEntityData* entity =
+        m_host->Entity_Create(m_map, classname ? classname->c_str() : "", origin, flags);
     // No class name at all is not an empty one.
-    if (!found) {
+    if (!classname) {
         m_host->Sys_Free(entity->classname);
         entity->classname = nullptr;
     }
-    if (solid) {
-        const cMadeList made = makeBrushes(entity, solids);
-        m_host->Entity_Update(entity, UM_WINDINGS);
-        checkBrushes(entity, made);
-    }
-    eraseKey(keys, "classname");
+    return entity;
+}
+
+void cMapReader::makeObject(cKeyValues* keys, const cSolids& solids) {
+    theWorld();
+    cEntityData* entity = createEntity(*keys, solids.empty() ? EF_POINT : 0);
+    const cMadeList made = makeBrushes(entity, solids);
+    m_host->Entity_Update(entity, UM_WINDINGS);
+    checkBrushes(entity, made);
+    dropKey(keys, "classname");
     m_containers.addEntity(entity, *keys);
     // Without brushes an entity stands at its origin, whatever became of those in the text.
-    if (!entity->brushes) {
-        std::copy(origin, origin + 3, entity->origin);
-        if (!findKey(*keys, "origin"))
-            keys->emplace_back(NO_ORIGIN_KEY, "1");
-        eraseKey(keys, "origin");
-    }
+    if (!entity->brushes)
+        takeOrigin(entity, keys);
     cEpairAppender epairs(m_host, entity);
     setKeys(entity, *keys, &epairs);
     m_host->Entity_Update(entity, UM_REEVALUATE | UM_WINDINGS);
 }
 
+// A key that becomes a field; the first of several does.
+void cMapReader::dropKey(cKeyValues* keys, const char* key) {
+    m_repeatedKeys += std::max(0, eraseKey(keys, key) - 1);
+}
+
+void cMapReader::takeOrigin(cEntityData* entity, cKeyValues* keys) {
+    const std::string* origin = findKey(*keys, "origin");
+    if (!origin) {
+        keys->emplace_back(NO_ORIGIN_KEY, "1");
+        return;
+    }
+    m_cutOrigins += readNumbers(*origin, entity->origin) ? 0 : 1;
+    dropKey(keys, "origin");
+}
+
 void cMapReader::addToWorld(cKeyValues* keys, const cSolids& solids) {
     cEntityData* world = theWorld();
-    eraseKey(keys, "classname");
+    dropKey(keys, "classname");
     setKeys(world, *keys, &*m_worldKeys);
     const cMadeList made = makeBrushes(world, solids);
     m_worldMade.insert(m_worldMade.end(), made.begin(), made.end());

@@ -51,6 +51,10 @@ private:
     void readEntity();
     void readPair(cKeyValues* keys);
     void makeEntity(cKeyValues* keys, const cSolids& solids);
+    cEntityData* createEntity(const cKeyValues& keys, uint32_t flags);
+    void makeObject(cKeyValues* keys, const cSolids& solids);
+    void dropKey(cKeyValues* keys, const char* key);
+    void takeOrigin(cEntityData* entity, cKeyValues* keys);
     void makeContainer(const cKeyValues& keys, const cSolids& solids);
     void addToWorld(cKeyValues* keys, const cSolids& solids);
     cEntityData* theWorld();
@@ -83,6 +87,8 @@ private:
     int m_cutBrushes = 0;
     int m_extraNumbers = 0;
     int m_cutNumbers = 0;
+    int m_cutOrigins = 0;
+    int m_repeatedKeys = 0;
     int m_longNames = 0;
     int m_skippedBlocks = 0;
     std::string m_firstBlock;

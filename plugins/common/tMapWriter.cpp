@@ -3,6 +3,7 @@
 
 #include "common/tFaceProjection.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
@@ -88,8 +89,8 @@ void cMapWriter::warnOfLosses() const {
         m_host->Sys_Warning("%i face(s) have texture axes that this format can't hold exactly",
                             m_inexactFaces);
     if (m_replacedCharacters)
-        m_host->Sys_Warning("%i double quote(s) and line end(s) in keys and values became single "
-                            "quotes and blanks",
+        m_host->Sys_Warning("%i double quote(s) and line end(s) in keys, values and texture names "
+                            "became single quotes and blanks",
                             m_replacedCharacters);
     m_containers.warnOfLosses();
 }
@@ -236,6 +237,13 @@ void cMapWriter::writeBrush(const cBrushData* brush) {
     flush(BUFFER_SIZE);
 }
 
+// A reader takes all up to a blank for the name.
+static bool isBareName(const char* name) {
+    const auto isBlank = [](char c) { return static_cast<unsigned char>(c) <= ' '; };
+    return *name && *name != '"' && strncmp(name, "//", 2) != 0 &&
+           std::none_of(name, name + strlen(name), isBlank);
+}
+
 void cMapWriter::writeFace(const cFaceData* face) {
     const cFacePoints points = pointsOf(face, m_kind);
     for (const auto& point : points.points) {
@@ -245,8 +253,10 @@ void cMapWriter::writeFace(const cFaceData* face) {
         m_text += ") ";
     }
     const cFaceTexture& tex = face->tex;
-    const bool bare = tex.name[0] && tex.name[0] != '"' && !strpbrk(tex.name, " \t\r\n");
-    m_text += bare ? tex.name : "\"" + std::string(tex.name) + "\"";
+    if (isBareName(tex.name))
+        m_text += tex.name;
+    else
+        writeText(tex.name);
     writeTexture(face, points.readNormal);
     if (tex.contentFlags || tex.surfaceFlags || tex.value) {
         for (const uint32_t flags : {tex.contentFlags, tex.surfaceFlags, tex.value})

@@ -32,8 +32,12 @@ cSafeFile::cSafeFile(const char* path) : m_path(followLinks(path)) {
         return;
     m_temporary = m_path + ".XXXXXX";
     const int descriptor = mkstemp(&m_temporary[0]);
-    if (descriptor < 0)
+    if (descriptor < 0) {
+        m_temporary.clear();
+        if (exists) // in a folder that takes no new file
+            m_file = fopen(m_path.c_str(), "wb");
         return;
+    }
     fchmod(descriptor, exists ? old.st_mode & 07777 : usualMode());
     m_file = fdopen(descriptor, "wb");
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Writes a file beside the one it is to be, and takes its place once all is written: what fails
-// leaves the old file as it was. What is no ordinary file is written in place.
+// leaves the old file as it was. What is no ordinary file, or lies in a folder that takes no new
+// one, is written in place.
 #pragma once
 
 #include <cstdio>

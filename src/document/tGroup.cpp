@@ -30,8 +30,30 @@ void cGroup::updateDrawColor() {
     blendSchemeColor(baseColor, COLOR_GROUP_RANDOM_MIN, COLOR_GROUP_RANDOM_MAX, drawColor);
 }
 
+// ---- Chains
+
+static uint64_t g_chainsChanged = 1; // times, over all maps
+
 cGroupData* outermostGroup(cGroupData* group) {
-    while (group && group->parent)
-        group = group->parent;
-    return group;
+    cGroupData* end = group;
+    while (end && end->parent && end->group->rootFoundAt != g_chainsChanged)
+        end = end->parent;
+    cGroupData* root = end && end->parent ? end->group->root : end;
+    for (; group != end; group = group->parent) {
+        group->group->root = root;
+        group->group->rootFoundAt = g_chainsChanged;
+    }
+    return root;
+}
+
+void setParent(cGroupData* group, cGroupData* parent) {
+    group->parent = parent;
+    group->group->rootFoundAt = 0;
+    // No other chain leads through a group without members.
+    if (group->memberCount > 0)
+        forgetOutermostGroups();
+}
+
+void forgetOutermostGroups() {
+    ++g_chainsChanged;
 }

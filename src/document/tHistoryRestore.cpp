@@ -336,7 +336,7 @@ void cRestore::setParent(cGroupData* group, cGroupData* parent) {
         --group->parent->memberCount;
     if (parent)
         ++parent->memberCount;
-    group->parent = parent;
+    ::setParent(group, parent);
 }
 
 // Only outermost groups are selected.

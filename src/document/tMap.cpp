@@ -111,6 +111,7 @@ void cMap::releaseEntity(cEntityData* entity) {
 }
 
 void cMap::releaseGroup(cGroupData* group) {
+    forgetOutermostGroups();
     delete group->group;
     Mem_Free(group);
 }

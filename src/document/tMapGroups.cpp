@@ -50,7 +50,7 @@ template<class T> static eJoined joinGroup(T* object, cGroupData* group) {
         if (onChain(group, root))
             return eJoined::No;
         // The object's whole group becomes a child, once, however many members join.
-        root->parent = group;
+        setParent(root, group);
         ++group->memberCount;
         joined = eJoined::WithItsGroup;
     } else {
@@ -110,7 +110,7 @@ void cMap::joinGroupGroup(cGroupData* child, cGroupData* group) {
     }
     if (child->parent)
         --child->parent->memberCount;
-    child->parent = group;
+    setParent(child, group);
     ++group->memberCount;
     if (child->memberCount > 0)
         renewRoots(data);
@@ -157,7 +157,9 @@ void cMap::dissolveGroups(const std::vector<cGroupData*>& groups, bool select) {
                 selectedPush(data.selectedGroups, child);
             history->groupChanged(child); // as selected, for the redo
         }
-        liftMember(child->parent, dissolved);
+        cGroupData* parent = child->parent;
+        liftMember(parent, dissolved);
+        setParent(child, parent);
     }
     const auto lift = [&](auto* object) {
         liftMember(object->group, dissolved);

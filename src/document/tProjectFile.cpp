@@ -14,10 +14,13 @@
 #include "support/tConsole.h"
 #include "support/tSystem.h"
 
+#include <QFileInfo>
+#include <QSaveFile>
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
+#include <unistd.h>
 
 static const char MAGIC[4] = {'K', 'V', 'X', 'P'};
 static constexpr int MAX_ERROR_TEXT = 255;
@@ -157,8 +160,8 @@ bool cProjectFile::face(cStream& stream, cFaceData* face) {
                        [&stream](cFaceVertex& vertex) { return stream.numbers(vertex); });
 }
 
-static void reportFailure(const char* action, const QByteArray& path) {
-    Error("can't %s \"%s\" (%.*s)", action, path.constData(), MAX_ERROR_TEXT, strerror(errno));
+static void reportFailure(const char* action, const QByteArray& path, const char* why) {
+    Error("can't %s \"%s\" (%.*s)", action, path.constData(), MAX_ERROR_TEXT, why);
 }
 
 // ---- Loading
@@ -166,9 +169,10 @@ static void reportFailure(const char* action, const QByteArray& path) {
 bool cProjectFile::load() {
     const QByteArray path = m_path.toLocal8Bit();
     Print("Loading: \"%s\"", path.constData());
-    cStream stream(fopen(path.constData(), "rb"), false);
+    int size = 0;
+    cStream stream(File_Open(path.constData(), &size), false);
     if (!stream.isOpen()) {
-        reportFailure("read", path);
+        reportFailure("read", path, strerror(errno));
         return false;
     }
     return readMap(stream);
@@ -194,8 +198,10 @@ bool cProjectFile::readMap(cStream& stream) {
     int32_t entities = 0, reserved = 0;
     if (!readGroups(stream) || !readVisGroups(stream) || !stream.numbers(m_map.data.cordonMins) ||
         !stream.numbers(m_map.data.cordonMaxs) || !stream.value(entities) ||
-        !stream.value(reserved))
+        !stream.value(reserved)) {
+        Error("%s is damaged: nothing of it can be read", m_path.toLocal8Bit().constData());
         return false;
+    }
     while (!stream.atEnd() && !m_damaged)
         m_damaged = !readEntity(stream);
     m_damaged |= entities > 0 && entities != m_entitiesRead;
@@ -230,10 +236,9 @@ bool cProjectFile::readGroups(cStream& stream) {
         // Looked up before the group itself is there, so that no group is its own parent.
         cGroupData* parent = record.parentId ? m_map.findGroupById(record.parentId) : nullptr;
         cGroupData* made = m_map.insertGroup(record.id);
-        m_rootOf.insert(made, parent ? m_rootOf.value(parent) : made);
         made->flags = record.flags & ~uint32_t(GF_WRITTEN);
         made->memberCount = record.memberCount;
-        made->parent = parent;
+        setParent(made, parent);
         made->group->setBaseColor(record.color);
         if (isSelected(made))
             selectedPush(m_map.data.selectedGroups, made);
@@ -296,7 +301,7 @@ void cProjectFile::finishMap() {
 
 void cProjectFile::setGroup(cGroupData*& group, cGroupData*& rootGroup, uint32_t id) {
     group = id ? m_map.findGroupById(id) : nullptr;
-    rootGroup = m_rootOf.value(group);
+    rootGroup = outermostGroup(group);
 }
 
 template<class T> bool cProjectFile::readMemberships(cStream& stream, T* object) {
@@ -441,12 +446,29 @@ bool cProjectFile::readFace(cStream& stream, cBrushData* brush) {
 
 // ---- Saving
 
+// Beside the old file, which only a whole one replaces; what is no plain file is written itself.
 bool cProjectFile::save() {
     const QByteArray path = m_path.toLocal8Bit();
     Print("Saving: \"%s\"", path.constData());
-    cStream stream(fopen(path.constData(), "wb"), true);
+    const QFileInfo old(m_path);
+    if (old.exists() && !old.isFile())
+        return saveTo(fopen(path.constData(), "wb"));
+    QSaveFile file(m_path);
+    file.setDirectWriteFallback(true); // where the folder takes no new file
+    const bool isOpen = file.open(QIODevice::WriteOnly);
+    if (isOpen && !saveTo(fdopen(dup(file.handle()), "wb")))
+        return false;
+    if (isOpen && file.commit())
+        return true;
+    reportFailure("write", path, file.errorString().toLocal8Bit().constData());
+    return false;
+}
+
+bool cProjectFile::saveTo(FILE* file) {
+    const QByteArray path = m_path.toLocal8Bit();
+    cStream stream(file, true);
     if (!stream.isOpen()) {
-        reportFailure("write", path);
+        reportFailure("write", path, strerror(errno));
         return false;
     }
     m_version = VERSION;
@@ -462,7 +484,7 @@ bool cProjectFile::save() {
         return true;
     if (!written)
         errno = error;
-    reportFailure("write", path);
+    reportFailure("write", path, strerror(errno));
     return false;
 }
 

@@ -10,6 +10,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <cstdio>
 
 class cMap;
 class cVisGroup;
@@ -24,6 +25,7 @@ public:
     // Into an empty map. True when the head was read whole and as many entities as there were.
     // The caller finishes with cMap::finishLoad().
     bool load();
+    // False, with an error message and the old file as it was, when not everything was written.
     bool save();
 
     // The same from memory.
@@ -55,6 +57,7 @@ private:
     void finishMap();
     void reportDamage(int entities) const;
 
+    bool saveTo(FILE* file); // and closes it
     bool writeMap(cStream& stream);
     bool writeGroup(cStream& stream, cGroupData* group);
     bool writeVisGroups(cStream& stream);
@@ -69,6 +72,5 @@ private:
     uint32_t m_maxGroupId = 0;
     int m_entitiesRead = 0; // the one that the file cuts short among them
     bool m_damaged = false;
-    QHash<const cGroupData*, cGroupData*> m_rootOf;      // of the groups read
     QHash<const cVisGroup*, uint32_t> m_visGroupNumbers; // as written
 };

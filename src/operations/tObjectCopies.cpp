@@ -101,7 +101,7 @@ cGroupData* cObjectCopies::copyOfGroup(uint32_t id) {
     }
     for (auto state = missing.rbegin(); state != missing.rend(); ++state) {
         cGroupData* group = addGroup((*state)->color.data());
-        group->parent = parent;
+        setParent(group, parent);
         if (parent)
             ++parent->memberCount;
         m_copied.insert((*state)->id, group);

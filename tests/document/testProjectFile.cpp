@@ -3,11 +3,15 @@
 #include "document/tBrushGeometry.h"
 #include "document/tProjectFile.h"
 #include "document/tVisGroup.h"
+#include "support/tFileSizeLimit.h"
 #include "support/tMapTest.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <cmath>
+#include <sys/stat.h>
 
 class ProjectFile : public cMapTest {
 protected:
@@ -140,22 +144,50 @@ TEST_F(ProjectFile, failuresHaveTheirMessages) {
     };
     const cCase cases[] = {{0, "X", "bad file header"},
                            {4, "\x6e", "bad file version (110 should be 111 or higher)"},
-                           {8, "\xff\xff\xff\x7f", nullptr}}; // a count that takes no memory
+                           // A count that takes no memory.
+                           {8, "\xff\xff\xff\x7f", " is damaged: nothing of it can be read"}};
     const QByteArray bytes = savedBytes(map);
     for (const cCase& c : cases) {
         cMap loaded(host);
         QByteArray wrong = bytes;
         wrong.replace(c.place, c.patch.size(), c.patch);
         EXPECT_FALSE(loadInto(loaded, wrong)) << c.place;
-        EXPECT_TRUE(!c.message || failed(c.message) == 1) << c.message;
+        EXPECT_EQ(failed(c.message), 1) << c.message;
     }
     cMap empty(host), loaded(host);
     EXPECT_FALSE(cProjectFile(loaded, path("missing.kvx")).load());
     EXPECT_EQ(failed("can't read \""), 1);
+    ASSERT_EQ(mkfifo(qPrintable(path("pipe.kvx")), 0600), 0);
+    EXPECT_FALSE(cProjectFile(loaded, path("pipe.kvx")).load()) << "and nobody waits for a writer";
+    EXPECT_EQ(failed("pipe.kvx\" (Invalid argument)"), 1);
+    EXPECT_FALSE(cProjectFile(loaded, folder.path()).load());
+    EXPECT_EQ(failed("\" (Is a directory)"), 1);
     EXPECT_FALSE(cProjectFile(map, path("no/such/folder.kvx")).save());
     EXPECT_EQ(failed("can't write \""), 1);
     ASSERT_TRUE(loadInto(loaded, savedBytes(empty)));
     ASSERT_NE(loaded.world(), nullptr) << "a file without entities gets one";
+}
+
+TEST_F(ProjectFile, aSaveThatFailsLeavesTheOldFile) {
+    const QByteArray before = savedBytes(map);
+    ASSERT_TRUE(QFile::link(path("map.kvx"), path("link.kvx")));
+    ASSERT_TRUE(QFile::setPermissions(path("map.kvx"), QFile::ReadOwner | QFile::WriteOwner));
+    const float mins[3] = {0, 0, 0}, maxs[3] = {8, 8, 8};
+    addBox(map, world, mins, maxs);
+    {
+        const cFileSizeLimit limit;
+        EXPECT_FALSE(cProjectFile(map, path("link.kvx")).save());
+    }
+    EXPECT_EQ(failed("link.kvx\" (File too large)"), 1);
+    QFile old(path("map.kvx"));
+    ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+    EXPECT_EQ(old.readAll(), before);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files).size(), 2) << "nothing lies about";
+
+    ASSERT_TRUE(cProjectFile(map, path("link.kvx")).save());
+    EXPECT_TRUE(QFileInfo(path("link.kvx")).isSymLink());
+    EXPECT_GT(QFileInfo(path("map.kvx")).size(), before.size());
+    EXPECT_FALSE(QFileInfo(path("map.kvx")).permission(QFile::ReadOther));
 }
 
 TEST_F(ProjectFile, savingChangesNothingInTheMap) {

@@ -36,6 +36,10 @@ static const char BOX[] = "{\n( 0 0 0 ) ( 0 1 0 ) ( 0 0 1 ) a 0 0 0 1 1\n"
                           "( 64 64 64 ) ( 65 64 64 ) ( 64 64 65 ) a 0 0 0 1 1\n"
                           "( 64 64 64 ) ( 64 64 65 ) ( 64 65 64 ) a 0 0 0 1 1 }\n";
 
+static std::string boxOf(const char* texture) {
+    return str(BOX).replace(str(" a "), str(" %1 ").arg(str(texture))).toStdString();
+}
+
 static const char PATCH[] =
     "{\npatchDef2\n{\n{grate\n( 3 3 0 0 0 )\n(\n( ( 1 2 3 4 5 ) )\n)\n}\n}\n";
 
@@ -78,6 +82,8 @@ static const cSource MADE[] = {
     {"ties",
      world(slantedBox("64", "64") + slantedBox("64.000000000001", "64") +
            slantedBox("63.999999999999", "63.999999999999") + slantedBox("64", "64.000000000001"))},
+    {"texture names", world(boxOf("\"//x\"") + boxOf("\"two words\"") + boxOf("\"a\vb\"") +
+                            boxOf("{x//y\"z") + boxOf("(1"))},
     {"keys last", world("") + "{\n" + BOX + "\"classname\" \"func_door\"\n\"speed\" \"9\"\n}\n"},
     {"patches alone", world(PATCH + std::string(BOX)) +
                           "{ \"classname\" \"misc_patch\" \"origin\" \"8 9 10\"\n" + PATCH + "}\n"},

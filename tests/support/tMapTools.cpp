@@ -183,7 +183,9 @@ private:
     void countGroup(const cGroupData* group, const cGroupData* root) {
         if (group)
             ++m_members[group];
-        if (root != outermostGroup(const_cast<cGroupData*>(group)))
+        while (group && group->parent)
+            group = group->parent;
+        if (root != group)
             fail(QStringLiteral("root group is not the end of the chain"));
     }
 
