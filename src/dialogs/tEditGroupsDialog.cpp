@@ -51,9 +51,7 @@ cVisGroup* cEditGroupsDialog::groupOf(const QListWidgetItem* item) const {
 }
 
 void cEditGroupsDialog::changed() {
-    if (g_host)
-        g_host->projectDirty(m_map.project);
-    m_map.markChanged();
+    m_map.changed(MC_VISGROUPS | MC_OBJECTS | MC_EDITED);
 }
 
 void cEditGroupsDialog::showColor(const cVisGroup* group) {
@@ -98,7 +96,6 @@ void cEditGroupsDialog::exec_on_removeVisGroup() {
             return;
     }
     m_map.removeVisGroup(group);
-    m_map.markChanged();
     delete item;
 }
 

@@ -5,7 +5,7 @@
 
 #include "document/tHistoryRestore.h"
 #include "document/tHistorySteps.h"
-#include "document/tMap.h"
+#include "document/tMapChange.h"
 #include "support/tHost.h"
 
 cHistory::cHistory(cMap& map) : m_map(map), m_steps(std::make_unique<cHistorySteps>()) {
@@ -23,11 +23,13 @@ void cHistory::begin(const char* name) {
     if (g_host)
         g_host->endMorph();
     closeStep(); // one that was left open holds nothing of this one
-    if (!m_enabled || m_levels < 1)
+    if (!m_enabled || m_levels < 1) {
+        m_baseState = ++m_stepNumber; // it changes the map all the same
         return;
+    }
     m_steps->redo.clear();
     if (m_steps->undo.size() >= size_t(m_levels))
-        m_steps->undo.pop_front();
+        forgetOldest();
     auto step = std::make_unique<cUndoStep>();
     step->name = name;
     step->number = ++m_stepNumber;
@@ -47,13 +49,13 @@ void cHistory::closeStep() {
 
 void cHistory::end() {
     closeStep();
-    if (g_host)
-        g_host->historyChanged();
+    m_map.changed(MC_HISTORY);
 }
 
 void cHistory::undo() {
     if (!canUndo())
         return;
+    const cMapChange change(m_map, MC_ALL);
     end();
     m_steps->redo.push_back(std::move(m_steps->undo.back()));
     m_steps->undo.pop_back();
@@ -64,6 +66,7 @@ void cHistory::undo() {
 void cHistory::redo() {
     if (!canRedo())
         return;
+    const cMapChange change(m_map, MC_ALL);
     end();
     m_steps->undo.push_back(std::move(m_steps->redo.back()));
     m_steps->redo.pop_back();
@@ -123,6 +126,16 @@ void cHistory::applyLevels() {
 void cHistory::clear() {
     m_recording = false;
     *m_steps = cHistorySteps();
+    m_baseState = ++m_stepNumber; // which of its states the map is in is forgotten
+}
+
+void cHistory::forgetOldest() {
+    m_baseState = m_steps->undo.front()->number;
+    m_steps->undo.pop_front();
+}
+
+uint32_t cHistory::stateNumber() const {
+    return m_steps->undo.empty() ? m_baseState : m_steps->undo.back()->number;
 }
 
 size_t cHistory::recordBytes() const {
@@ -137,10 +150,18 @@ size_t cHistory::recordBytes() const {
 // ---- The scope of a step
 
 cHistoryStep::cHistoryStep(cMap& map, const char* name)
-    : m_history(map.history.get()), m_busy(std::make_unique<cBusy>()) {
-    m_history->begin(name);
+    : m_map(map),
+      m_change(std::make_unique<cMapChange>(map, MC_ALL)),
+      m_busy(std::make_unique<cBusy>()) {
+    map.history->begin(name);
 }
 
 cHistoryStep::~cHistoryStep() {
-    m_history->end();
+    m_map.history->end();
+    m_map.computeVisGroupVisibility();
+    m_map.describeSelection();
+}
+
+cHistory* cHistoryStep::operator->() const {
+    return m_map.history.get();
 }

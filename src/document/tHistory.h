@@ -74,6 +74,9 @@ public:
     // The number of the newest step, 0 without one. The watcher hears when that step is undone or
     // redone; there is one watcher, and 0 takes it off.
     uint32_t lastStep() const;
+    // Of the map as the steps have left it: the same number stands for the same map, as far as
+    // steps have changed it.
+    uint32_t stateNumber() const;
     void watchStep(uint32_t number, std::function<void(bool undone)> watcher);
 
     size_t recordBytes() const; // memory that the steps take, for measurements
@@ -91,6 +94,7 @@ private:
     void captureGroups(eRecordList list);
     void tellWatcher(uint32_t number, bool undone) const;
     void closeStep();
+    void forgetOldest();
 
     cMap& m_map;
     std::unique_ptr<cHistorySteps> m_steps;
@@ -98,12 +102,15 @@ private:
     bool m_recording = false;
     int m_levels = 50;
     uint32_t m_stepNumber = 0; // of the step opened last
+    uint32_t m_baseState = 0;  // before the oldest step that is left
     uint32_t m_watchedStep = 0;
     std::function<void(bool)> m_watcher;
 };
 
 // An open step for the length of a block: cHistoryStep step(map, "Carve"); step->brushesChanged();
-// Views paint nothing meanwhile, since log lines run events while the map is half changed.
+// At its end visgroups and the selection are looked at anew, and the host hears of the change in
+// one word: an operation has no tail of its own. Views paint nothing meanwhile, since log lines run
+// events while the map is half changed.
 class cHistoryStep {
 public:
     cHistoryStep(cMap& map, const char* name);
@@ -111,9 +118,10 @@ public:
     cHistoryStep(const cHistoryStep&) = delete;
     cHistoryStep& operator=(const cHistoryStep&) = delete;
 
-    cHistory* operator->() const { return m_history; }
+    cHistory* operator->() const;
 
 private:
-    cHistory* m_history;
+    cMap& m_map;
+    std::unique_ptr<class cMapChange> m_change;
     std::unique_ptr<class cBusy> m_busy;
 };

@@ -479,8 +479,6 @@ void cRestore::finish() {
     update();
     finishSelection();
     m_map.computeVisGroupVisibility();
-    if (g_host)
-        g_host->visGroupsChanged(m_map);
     m_map.dropHidden(); // describes the selection, too
 }
 } // namespace

@@ -34,6 +34,21 @@ uint32_t cMap::nextId(uint32_t& counter) {
     return counter;
 }
 
+// ---- Changes
+
+void cMap::changed(unsigned what) {
+    ++m_revision;
+    m_edits += what & MC_EDITED ? 1 : 0;
+    m_changes |= what;
+    if (m_openChanges == 0 && g_host)
+        g_host->mapChanged(*this, std::exchange(m_changes, 0u));
+}
+
+void cMap::closeChange(unsigned what) {
+    --m_openChanges;
+    changed(what);
+}
+
 // ---- Clearing
 
 void cMap::freeOverlays() {

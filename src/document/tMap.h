@@ -10,6 +10,7 @@
 #include <QHash>
 #include <QMap>
 #include <QSet>
+#include <QString>
 #include <memory>
 #include <vector>
 
@@ -178,7 +179,8 @@ public:
     void dropHidden();
     // Groups of which no member is selected any more; describes nothing.
     void dropForsakenGroups();
-    void describeSelection(); // the sentence of status pane 2
+    void describeSelection(); // tells MC_SELECTION
+    QString selectionSentence() const;
 
     // ---- Finishing
 
@@ -197,6 +199,11 @@ public:
         ++m_revision;
         ++m_edits;
     }
+    // The views' next frame shows it, and the host hears of it (MC_ bits): at once, or when the
+    // outermost cMapChange closes.
+    void changed(unsigned what);
+    void openChange() { ++m_openChanges; }
+    void closeChange(unsigned what);
 
     // The drawing half, defined in views/.
     void draw(cViewInfo& view, cDrawStats& stats);
@@ -242,10 +249,8 @@ private:
     void pickEntity(cEntityData* entity, bool toggle);
     void pickBrush(cBrushData* brush, bool toggle);
     void boxBrushes(cEntityData* container, const cBoxTest& test, QSet<const cGroupData*>& touched);
-    void describeChange();
     int countSelectedUnits() const;
     int countSelectedSolids() const;
-    QString selectionSentence() const;
     QString entitySentence() const;
 
     QHash<uint32_t, cEntityData*> m_entitiesById;
@@ -255,6 +260,8 @@ private:
     mutable std::vector<cVisGroup*> m_visGroupList; // empty until asked for
     uint64_t m_revision = 1;
     uint64_t m_edits = 0;
+    int m_openChanges = 0;
+    unsigned m_changes = 0; // MC_ bits that are not told yet
 };
 
 // No face has more vertices.

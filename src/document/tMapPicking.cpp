@@ -89,7 +89,7 @@ void cMap::selectByPick(int pick, bool toggle) {
         auto* face = static_cast<cFaceData*>(target.record);
         setSelected(data.selectedFaces, face, !(toggle && isSelected(face)));
     }
-    describeChange();
+    describeSelection();
 }
 
 void cMap::selectBrushFacesByPick(int pick, bool toggle) {
@@ -97,7 +97,7 @@ void cMap::selectBrushFacesByPick(int pick, bool toggle) {
         for (cFaceData* face : facesOf(picked->brush))
             setSelected(data.selectedFaces, face, !(toggle && isSelected(face)));
     }
-    describeChange();
+    describeSelection();
 }
 
 // ---- By box
@@ -164,5 +164,5 @@ void cMap::selectInBox(const float* mins, const float* maxs, int boxMode) {
     }
     if (mode == MODE_GROUPS)
         selectUnits(touched);
-    describeChange();
+    describeSelection();
 }

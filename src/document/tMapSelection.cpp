@@ -9,7 +9,6 @@
 
 // The tool whose picks are faces.
 static constexpr int TEXTURE_TOOL = 5;
-static constexpr int SELECTION_PANE = 2;
 
 int cMap::wantedSelectionMode() const {
     if (g_host && g_host->currentToolId() == TEXTURE_TOOL)
@@ -30,11 +29,6 @@ bool cMap::hasSelection() const {
 template<class T> static void pushOnce(T*& head, T* item) {
     if (!isSelected(item))
         selectedPush(head, item);
-}
-
-void cMap::describeChange() {
-    ++m_revision;
-    describeSelection();
 }
 
 void cMap::select(cGroupData* group) {
@@ -152,7 +146,7 @@ void cMap::selectRoots() {
             selectedRemove(data.selectedGroups, group);
     }
     selectUnits(selectedRoots());
-    describeChange();
+    describeSelection();
 }
 
 void cMap::selectAll() {
@@ -172,7 +166,7 @@ void cMap::selectAll() {
                 pushOnce(data.selectedBrushes, brush);
         }
     }
-    describeChange();
+    describeSelection();
 }
 
 void cMap::selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden) {
@@ -187,7 +181,7 @@ void cMap::selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden) 
         }
         break;
     }
-    describeChange();
+    describeSelection();
 }
 
 // ---- Dropping
@@ -200,12 +194,12 @@ void cMap::selectFacesOfBrushes() {
         for (cFaceData* face : facesOf(brush))
             pushOnce(data.selectedFaces, face);
     }
-    describeChange();
+    describeSelection();
 }
 
 void cMap::clearFaces() {
     selectedClear(data.selectedFaces);
-    describeChange();
+    describeSelection();
 }
 
 void cMap::clearSelection() {
@@ -213,7 +207,7 @@ void cMap::clearSelection() {
     selectedClear(data.selectedEntities);
     selectedClear(data.selectedBrushes);
     selectedClear(data.selectedFaces);
-    describeChange();
+    describeSelection();
 }
 
 template<class T> static void unflag(T* item) {
@@ -236,7 +230,7 @@ void cMap::clearSelectionFull() {
     data.selectedEntities = nullptr;
     data.selectedBrushes = nullptr;
     data.selectedFaces = nullptr;
-    describeChange();
+    describeSelection();
 }
 
 template<class T, T* T::*Next, class Test>
@@ -271,7 +265,7 @@ void cMap::dropHidden() {
     dropped |= dropUnless(data.selectedEntities, selectedEntitiesOf(data), entityVisible);
     if (dropped)
         dropForsakenGroups();
-    describeChange();
+    describeSelection();
 }
 
 // ---- The sentence
@@ -345,11 +339,6 @@ QString cMap::selectionSentence() const {
 }
 
 void cMap::describeSelection() {
-    if (!g_host)
-        return;
     updateSelectionMode();
-    if (g_host->showsTextsOf(*this))
-        g_host->setStatusPane(selectionSentence(), SELECTION_PANE);
-    if (!data.selectedFaces)
-        g_host->selectionDescribed(*this);
+    changed(MC_SELECTION);
 }

@@ -10,16 +10,11 @@
 #include <algorithm>
 
 static void tellVisGroups(cMap& map) {
-    map.forgetVisGroupList();
-    map.markChanged();
-    if (g_host)
-        g_host->visGroupsChanged(map);
+    map.changed(MC_VISGROUPS | MC_OBJECTS);
 }
 
 static void markDirty(cMap& map) {
-    tellVisGroups(map);
-    if (g_host)
-        g_host->projectDirty(map.project);
+    map.changed(MC_VISGROUPS | MC_OBJECTS | MC_EDITED);
 }
 
 cVisGroup* cMap::createVisGroup(const char* name) {
@@ -196,7 +191,6 @@ void cMap::markVisGroup(uint32_t id) {
                 selectedPush(data.selectedBrushes, brush);
         }
     }
-    markChanged();
     describeSelection();
 }
 

@@ -75,21 +75,18 @@ void cClipboard::cutSelection(cMap& map, bool restore) {
     if (restore)
         restoreCut();
     clear();
-    {
-        const cHistoryStep step(map, "Cut");
-        *m_contents = cTakenObjects::selectionOf(map);
-        m_owners = takeOwners(map);
-        removeSelection(map);
-        m_source = &map;
-        m_mode = CUT;
-        // What an undo has brought back must not be restored once more.
-        map.history->watchStep(map.history->lastStep(), [this](bool undone) {
-            if (m_mode != PASTED)
-                m_mode = undone ? COPIED : CUT;
-        });
-    }
+    const cHistoryStep step(map, "Cut");
+    *m_contents = cTakenObjects::selectionOf(map);
+    m_owners = takeOwners(map);
+    removeSelection(map);
+    m_source = &map;
+    m_mode = CUT;
+    // What an undo has brought back must not be restored once more.
+    map.history->watchStep(map.history->lastStep(), [this](bool undone) {
+        if (m_mode != PASTED)
+            m_mode = undone ? COPIED : CUT;
+    });
     map.clearSelection();
-    finishChange(map);
 }
 
 static void capture(cHistory& history, const cRemade& made) {
@@ -105,14 +102,10 @@ void cClipboard::restoreCut() {
     if (!m_source || m_mode != CUT)
         return;
     cMap& map = *m_source;
-    {
-        const cHistoryStep step(map, "Restore Cut");
-        m_mode = PASTED;
-        capture(*map.history, remakeObjects(map, *m_owners));
-        capture(*map.history, remakeObjects(map, m_contents->states));
-    }
+    const cHistoryStep step(map, "Restore Cut");
+    m_mode = PASTED;
+    capture(*map.history, remakeObjects(map, *m_owners));
+    capture(*map.history, remakeObjects(map, m_contents->states));
     if (map.updateSelectionMode() == MODE_GROUPS)
         map.selectRoots(); // what came back into a selected group belongs to it
-    finishChange(map);
-    map.describeSelection();
 }

@@ -126,22 +126,15 @@ cEntityData* createEntity(cMap& map, const cEntityClass* entityClass, const floa
     Print("New entity: %s", name.constData());
     float origin[3];
     vecAdd(point, entityClass->offset, origin);
-    cEntityData* entity;
-    {
-        const cHistoryStep step(map, "Create Entity");
-        entity = addPoint(map, name.constData(), origin);
-        if (randomYaw) {
-            const float angles[3] = {0, float(T_RandomLong(0, 359)), 0};
-            setEntityAngles(entity, angles);
-        }
-        updateEntity(entity, UM_RENDER_KEYS | UM_MODEL_KEYS | UM_ATTACH);
-        map.clearSelection();
-        map.select(entity);
-        step->entityCreated(entity);
+    const cHistoryStep step(map, "Create Entity");
+    cEntityData* entity = addPoint(map, name.constData(), origin);
+    if (randomYaw) {
+        const float angles[3] = {0, float(T_RandomLong(0, 359)), 0};
+        setEntityAngles(entity, angles);
     }
-    map.describeSelection();
-    map.markChanged();
-    if (g_host)
-        g_host->projectDirty(map.project);
+    updateEntity(entity, UM_RENDER_KEYS | UM_MODEL_KEYS | UM_ATTACH);
+    map.clearSelection();
+    map.select(entity);
+    step->entityCreated(entity);
     return entity;
 }

@@ -9,7 +9,6 @@
 #include "document/tMapLists.h"
 #include "operations/tClipboard.h"
 #include "operations/tObjectCopies.h"
-#include "operations/tStructure.h"
 #include "operations/tTransformParts.h"
 #include "support/tHost.h"
 #include "support/tMath.h"
@@ -156,16 +155,13 @@ void cPasting::enter() {
 void cClipboard::paste(cMap& map, const cPasteOptions& options, const char* stepName) {
     if (isEmpty() || !map.world())
         return;
-    {
-        const cHistoryStep step(map, stepName);
-        m_mode = PASTED;
-        if (options.select)
-            map.clearSelection();
-        cPasting pasting(map, options, *m_contents);
-        for (int i = 1; i <= options.copies; ++i)
-            pasting.pasteCopy(i);
-        pasting.enter();
-    }
-    map.dropHidden(); // describes the selection, too
-    finishChange(map);
+    const cHistoryStep step(map, stepName);
+    m_mode = PASTED;
+    if (options.select)
+        map.clearSelection();
+    cPasting pasting(map, options, *m_contents);
+    for (int i = 1; i <= options.copies; ++i)
+        pasting.pasteCopy(i);
+    pasting.enter();
+    map.dropHidden();
 }

@@ -77,21 +77,15 @@ bool makeValid(cBrushData* brush) {
 void enterCreated(const cPrimitiveParams& params, const char* stepName,
                   const std::vector<cBrushData*>& brushes, cGroupData* group) {
     cMap& map = *params.map->map;
-    {
-        const cHistoryStep step(map, stepName);
-        map.clearSelection();
-        if (group && map.updateSelectionMode() == MODE_GROUPS)
-            map.select(group);
-        for (cBrushData* brush : brushes)
-            map.select(brush);
-        step->groupCreated(group);
-        for (const cBrushData* brush : brushes)
-            step->brushCreated(brush);
-    }
-    map.describeSelection();
-    map.markChanged();
-    if (g_host)
-        g_host->projectDirty(map.project);
+    const cHistoryStep step(map, stepName);
+    map.clearSelection();
+    if (group && map.updateSelectionMode() == MODE_GROUPS)
+        map.select(group);
+    for (cBrushData* brush : brushes)
+        map.select(brush);
+    step->groupCreated(group);
+    for (const cBrushData* brush : brushes)
+        step->brushCreated(brush);
 }
 
 bool createFrom(const cPrimitiveParams& params, const char* stepName, const cSolid& solid) {

@@ -14,12 +14,6 @@
 #include <set>
 #include <vector>
 
-static void markDirty(cMap& map) {
-    map.markChanged();
-    if (g_host)
-        g_host->projectDirty(map.project);
-}
-
 // Objects that are about to be touched while the selection changes under them.
 static std::vector<cBrushData*> selectedBrushes(const cMap& map) {
     std::vector<cBrushData*> brushes;
@@ -72,21 +66,17 @@ static void captureRoots(const cMap& map, const cHistoryStep& step) {
 bool groupSelection(cMap& map) {
     if (isOneGroup(map))
         return false;
-    {
-        const cHistoryStep step(map, "Group");
-        cGroupData* group = map.addGroup();
-        step->groupsChanged();
-        captureRoots(map, step);
-        step->entitiesChanged();
-        step->brushesChanged(false);
-        for (cGroupData* former : selectedGroupsOf(map.data))
-            map.deselect(former);
-        map.select(group);
-        step->groupCreated(group);
-        map.joinSelection(group);
-    }
-    map.describeSelection();
-    markDirty(map);
+    const cHistoryStep step(map, "Group");
+    cGroupData* group = map.addGroup();
+    step->groupsChanged();
+    captureRoots(map, step);
+    step->entitiesChanged();
+    step->brushesChanged(false);
+    for (cGroupData* former : selectedGroupsOf(map.data))
+        map.deselect(former);
+    map.select(group);
+    step->groupCreated(group);
+    map.joinSelection(group);
     return true;
 }
 
@@ -119,19 +109,15 @@ void ungroupSelection(cMap& map) {
         groups.push_back(group);
     if (groups.empty())
         return;
-    {
-        const cHistoryStep step(map, "Ungroup");
-        step->entitiesChanged();
-        step->brushesChanged(false);
-        captureMembers(map, step, groups);
-        for (cGroupData* group : groups)
-            step->groupDeleted(group);
-        map.dissolveGroups(groups, true);
-        for (cGroupData* group : groups)
-            map.freeGroup(group);
-    }
-    map.describeSelection();
-    markDirty(map);
+    const cHistoryStep step(map, "Ungroup");
+    step->entitiesChanged();
+    step->brushesChanged(false);
+    captureMembers(map, step, groups);
+    for (cGroupData* group : groups)
+        step->groupDeleted(group);
+    map.dissolveGroups(groups, true);
+    for (cGroupData* group : groups)
+        map.freeGroup(group);
 }
 
 // ---- Delete
@@ -167,22 +153,12 @@ void removeSelection(cMap& map) {
     }
 }
 
-void finishChange(cMap& map) {
-    map.computeVisGroupVisibility();
-    if (g_host)
-        g_host->visGroupsChanged(map);
-    markDirty(map);
-}
-
 void deleteSelection(cMap& map) {
     if (!map.data.selectedBrushes && !map.data.selectedEntities)
         return;
-    {
-        const cHistoryStep step(map, "Delete Selection");
-        removeSelection(map);
-    }
+    const cHistoryStep step(map, "Delete Selection");
+    removeSelection(map);
     map.clearSelection();
-    finishChange(map);
 }
 
 // ---- Move to world and tie
@@ -200,23 +176,19 @@ void moveSelectionToWorld(cMap& map) {
         map.clearSelection();
         return;
     }
-    {
-        const cHistoryStep step(map, "Move to World");
-        step->brushesChanged(false);
-        step->entitiesChanged();
-        cOwners owners;
-        for (cBrushData* brush : selectedBrushes(map)) {
-            if (isOfWorld(brush))
-                continue;
-            owners[brush->owner->id] = brush->owner;
-            map.moveBrush(brush, map.world());
-        }
-        settleOwners(map, owners);
-        map.dropForsakenGroups(); // an entity may have gone out of one that has hidden members
-        updateEntity(map.world(), 0);
+    const cHistoryStep step(map, "Move to World");
+    step->brushesChanged(false);
+    step->entitiesChanged();
+    cOwners owners;
+    for (cBrushData* brush : selectedBrushes(map)) {
+        if (isOfWorld(brush))
+            continue;
+        owners[brush->owner->id] = brush->owner;
+        map.moveBrush(brush, map.world());
     }
-    map.describeSelection();
-    markDirty(map);
+    settleOwners(map, owners);
+    map.dropForsakenGroups(); // an entity may have gone out of one that has hidden members
+    updateEntity(map.world(), 0);
 }
 
 int countSelectedPoints(const cMap& map) {
@@ -258,28 +230,24 @@ static cEntityData* addTarget(cMap& map, const cHistoryStep& step, const char* c
 }
 
 cEntityData* tieSelectionToEntity(cMap& map, const char* className, cEntityData* target) {
-    {
-        const cHistoryStep step(map, "Tie to Entity");
-        step->brushesChanged(false);
-        if (target)
-            step->entityChanged(target);
-        else
-            target = addTarget(map, step, className);
-        cOwners owners;
-        for (cBrushData* brush : selectedBrushes(map)) {
-            if (brush->owner == target)
-                continue;
-            owners[brush->owner->id] = brush->owner;
-            map.leaveGroupBrush(brush, false, true);
-            map.moveBrush(brush, target);
-        }
-        settleOwners(map, owners);
-        map.selectEntity(target);
-        map.dropForsakenGroups(); // their brushes have left them
-        updateEntity(target, 0);
+    const cHistoryStep step(map, "Tie to Entity");
+    step->brushesChanged(false);
+    if (target)
+        step->entityChanged(target);
+    else
+        target = addTarget(map, step, className);
+    cOwners owners;
+    for (cBrushData* brush : selectedBrushes(map)) {
+        if (brush->owner == target)
+            continue;
+        owners[brush->owner->id] = brush->owner;
+        map.leaveGroupBrush(brush, false, true);
+        map.moveBrush(brush, target);
     }
-    map.describeSelection();
-    markDirty(map);
+    settleOwners(map, owners);
+    map.selectEntity(target);
+    map.dropForsakenGroups(); // their brushes have left them
+    updateEntity(target, 0);
     return target;
 }
 
@@ -300,16 +268,13 @@ bool setSelectionDetail(cMap& map, bool detail) {
     const uint32_t mask = map.context.profile().detailContentMask;
     if (!anyToChange(map, mask, detail))
         return false;
-    {
-        const cHistoryStep step(map, detail ? "Make Detail" : "Make Structural");
-        step->brushesChanged(false);
-        for (cBrushData* brush : selectedBrushesOf(map.data)) {
-            for (cFaceData* face : facesOf(brush)) {
-                const uint32_t bits = face->tex.contentFlags;
-                face->tex.contentFlags = detail ? bits | mask : bits & ~mask;
-            }
+    const cHistoryStep step(map, detail ? "Make Detail" : "Make Structural");
+    step->brushesChanged(false);
+    for (cBrushData* brush : selectedBrushesOf(map.data)) {
+        for (cFaceData* face : facesOf(brush)) {
+            const uint32_t bits = face->tex.contentFlags;
+            face->tex.contentFlags = detail ? bits | mask : bits & ~mask;
         }
     }
-    markDirty(map);
     return true;
 }

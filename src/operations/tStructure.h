@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Operations on the selection that move objects between groups and entities, or remove them.
-// Each opens its own history step, leaves selection and lists consistent, describes the selection
-// and marks the document dirty; refreshing tools and views is the caller's business.
+// Each opens its own history step and leaves selection and lists consistent.
 #pragma once
 
 #include "pluginhost/tPluginInterface.h"
@@ -20,8 +19,6 @@ void ungroupSelection(cMap& map); // "Ungroup"
 void deleteSelection(cMap& map); // "Delete Selection"
 // The same within the step of another operation.
 void removeSelection(cMap& map);
-// After objects came or went: visgroups and their visibility, and the document is dirty.
-void finishChange(cMap& map);
 // Selected brushes of entities become brushes of the world.
 void moveSelectionToWorld(cMap& map); // "Move to World"
 int countSelectedPoints(const cMap& map);

@@ -245,5 +245,4 @@ void transformSelection(cMap& map, const cTransformRecord& record) {
     step->entitiesChanged();
     step->brushesChanged(true);
     applyTransform(map, nullptr, nullptr, record);
-    map.describeSelection();
 }

@@ -6,7 +6,6 @@
 #include "document/tMap.h"
 #include "operations/tObjectCopies.h"
 #include "operations/tTransform.h"
-#include "support/tHost.h"
 
 static void addCopies(cMap& map, const cTakenObjects& source, cObjectCopies& copies) {
     const std::vector<cBrushState>& brushes = source.states.brushes;
@@ -34,9 +33,4 @@ void cloneSelection(cMap& map, const cTransformRecord& record) {
     copies.select();
     applyTransform(map, &copies.entities, &copies.brushes, record);
     copies.capture();
-    if (g_host && g_host->KeepCloneVisGroup && !map.visGroups.isEmpty()) {
-        map.computeVisGroupVisibility();
-        g_host->visGroupsChanged(map);
-    }
-    map.describeSelection();
 }

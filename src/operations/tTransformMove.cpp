@@ -73,7 +73,6 @@ void flipSelection(cMap& map, int axis) {
             flipFace(face, axis, sum);
     }
     finishTransform(map, objects.brushes);
-    map.describeSelection();
 }
 
 // ---- Moves
@@ -122,7 +121,6 @@ static void moveObjects(cMap& map, const cTransformObjects& objects, Offset offs
         moved.push_back(brush);
     }
     finishTransform(map, moved);
-    map.describeSelection();
 }
 
 void alignSelection(cMap& map, int axis, int side) {

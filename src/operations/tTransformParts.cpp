@@ -144,6 +144,4 @@ void finishTransform(cMap& map, const std::vector<cBrushData*>& brushes) {
     for (cEntityData* owner : owners)
         updateEntity(owner, mode);
     map.markChanged();
-    if (g_host)
-        g_host->projectDirty(map.project);
 }

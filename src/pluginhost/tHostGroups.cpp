@@ -80,9 +80,7 @@ static void visGroupSet(cMapData* map, uint32_t id, const char* name, uint32_t n
         std::copy_n(color, 4, visGroup->color);
     if (newId != 0)
         map->map->setVisGroupId(visGroup, newId);
-    map->map->markChanged();
-    if (g_host)
-        g_host->visGroupsChanged(*map->map);
+    map->map->changed(MC_VISGROUPS | MC_OBJECTS | MC_EDITED);
 }
 
 static int32_t visGroupGetCount(cMapData* map) {

@@ -47,6 +47,7 @@ class cGameDataRegistry;
 class cModelManager;
 class cPluginManager;
 class cPrimitiveList;
+class cProject;
 class cTextureManager;
 class cWaitDialog;
 class QCustomAction;
@@ -104,11 +105,8 @@ public:
     bool isPrecaching() const override;
     void showProgress(const QString& text) override;
     void setStatusPane(const QString& text, int pane) override;
-    void projectDirty(cProject* project) override;
     void busyEnded() override;
-    bool showsTextsOf(const cMap& map) const override;
-    void historyChanged() override;
-    void visGroupsChanged(cMap& map) override;
+    void mapChanged(cMap& map, unsigned what) override;
     int currentToolId() const override;
     const uint8_t* schemeColor(int index) const override;
 
@@ -219,7 +217,6 @@ public slots:
     void toggleDockWidget();
     void openRecentFile();
     void runPluginAction();
-    void finishForeignEdit(cProject& project);
     void msgFeatureUnderDevelopment(); // names the sender
 
     void cmdFileNew();
@@ -416,18 +413,14 @@ private:
     void refreshToolViews();
 
     // Editing (tMainWindowEdit.cpp, tMainWindowGroups.cpp)
-    void selectionChanged(); // tools, views
-    void historyStepDone(cProject* project);
     void dropHiddenEverywhere();
     cMap* mapToGroup(const char* refusal) const;
     void setDetail(bool detail);
-    void hidingChanged(cMap& map);
     void createVisGroupDock();
     void rebuildVisGroupList();
 
     // The clipboard of objects (tMainWindowClipboard.cpp)
     void createClipboard();
-    void objectsMoved(); // by the clipboard, between it and documents
     void pasteTarget(float target[3]);
     void pasteObjects(cMap& map, const cPasteOptions& options, const char* stepName);
 
@@ -437,6 +430,10 @@ private:
     void chooseTieTarget(cMap& map);
     void confirmTieTo(cMap& map, cEntityData* owner);
     void listTieTargets(const std::vector<cEntityData*>& owners);
+    // What maps have told since the last turn of the event loop, to all that shows them; before a
+    // press or a key as well, which must not meet what is old.
+    void showChanges();
+    void showChange(cProject& project, unsigned what);
     void updateEntityList(); // what is gone from the map goes from the list
     void tieToListed();
     void cancelTie();
@@ -467,7 +464,6 @@ private:
     void returnToActiveProject();
     void leaveViews();
     void enterViews(const cChildWindow& child);
-    void notifyToolsOfAll(); // the selections of all documents changed
     void updateTimers();
     cProject* projectOf(const cCanvas* canvas) const;
 
@@ -527,7 +523,6 @@ private:
     QPushButton* m_btnAssign = nullptr;
     QPushButton* m_btnMark = nullptr;
     QList<QWidget*> m_visGroupWidgets; // all six of the dock
-    bool m_visGroupsPending = false;   // a rebuild of the list is under way
 
     const cGameConfig* m_classMenuConfig = nullptr; // only compared
     QList<QAction*> m_pointClassEntries;
@@ -546,7 +541,8 @@ private:
     std::unique_ptr<cWaitDialog> m_waitDialog;
     std::unique_ptr<cClipboard> m_clipboard; // g_clipboard
     QPointer<cEntityListDialog> m_entityList;
-    cProject* m_listedProject = nullptr; // whose entities it shows
+    cProject* m_listedProject = nullptr;  // whose entities it shows
+    QHash<cProject*, unsigned> m_changes; // MC_ bits, not shown yet
 
     QList<QMenu*> m_menus; // of the menu bar
     QList<QToolBar*> m_toolBars;

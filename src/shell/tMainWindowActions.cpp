@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Makes menus, bars and pop-up menus from the command table, the plug-in menu from the plug-ins'
 // actions, and the menu of screen elements from what the window has.
+#include "document/tHistory.h"
 #include "document/tMap.h"
 #include "pluginhost/tPluginManager.h"
 #include "shell/tCustomAction.h"
@@ -250,38 +251,33 @@ void cMainWindow::createPluginMenu() {
     }
 }
 
-// What the action has done to the documents is seen by their maps alone: services tell nothing.
+// Services tell nothing of their own: what the action has done is seen by the maps' counters.
 void cMainWindow::runPluginAction() {
     const auto* action = dynamic_cast<const QCustomAction*>(sender());
     if (!action)
         return;
     struct cSeen {
         uint64_t revision, edits;
+        uint32_t state;
+    };
+    const auto look = [](const cProject* project) {
+        const cMap& map = *project->map;
+        return cSeen{map.revision(), map.edits(), map.history->stateNumber()};
     };
     QHash<const cProject*, cSeen> before;
     for (const cProject* project : projects)
-        before.insert(project, {project->map->revision(), project->map->edits()});
+        before.insert(project, look(project));
     m_plugins->runAction(action->toolIndex);
-    bool changed = false;
-    for (cProject* project : projects) {
-        const cSeen seen = before.value(project, {project->map->revision(), project->map->edits()});
-        if (project->map->revision() == seen.revision)
+    for (const cProject* project : projects) {
+        const cSeen now = look(project), then = before.value(project, now);
+        if (now.revision == then.revision)
             continue;
-        changed = true;
-        if (project->map->edits() != seen.edits)
-            finishForeignEdit(*project);
-        project->map->describeSelection();
+        unsigned what = MC_OBJECTS | MC_SELECTION | MC_VISGROUPS;
+        what |= now.edits != then.edits ? MC_EDITED : 0u;
+        what |= now.state != then.state ? MC_HISTORY : 0u;
+        project->map->computeVisGroupVisibility();
+        project->map->changed(what);
     }
-    if (!changed)
-        return;
-    rebuildVisGroupList();
-    notifyToolsOfAll();
-    redrawAllViews(REDRAW_ALL);
-}
-
-void cMainWindow::finishForeignEdit(cProject& project) {
-    project.map->computeVisGroupVisibility();
-    project.setDirty(true);
 }
 
 // ---- Screen elements

@@ -21,11 +21,6 @@ void cMainWindow::createClipboard() {
     g_clipboard = m_clipboard.get();
 }
 
-void cMainWindow::objectsMoved() {
-    rebuildVisGroupList();
-    selectionChanged();
-}
-
 // ---- Cut and copy
 
 void cMainWindow::cmdEditCut() {
@@ -33,7 +28,6 @@ void cMainWindow::cmdEditCut() {
     if (!project || !cClipboard::canCopy(*project->map))
         return;
     g_clipboard->cutSelection(*project->map, RestoreCutObjects);
-    objectsMoved();
 }
 
 void cMainWindow::cmdEditCopy() {
@@ -41,7 +35,7 @@ void cMainWindow::cmdEditCopy() {
     if (!project || !cClipboard::canCopy(*project->map))
         return;
     g_clipboard->copySelection(*project->map, RestoreCutObjects);
-    objectsMoved();
+    updateActionStates(AS_CLIPBOARD); // the map may be as it was
 }
 
 // ---- Paste
@@ -69,7 +63,6 @@ void cMainWindow::pasteObjects(cMap& map, const cPasteOptions& options, const ch
         shownLast.start();
     };
     g_clipboard->paste(map, shown, stepName);
-    objectsMoved();
     if (g_waitDialog) // what was typed and clicked meanwhile meets the modal window, not the map
         QCoreApplication::processEvents();
     hideWaitDialog();

@@ -29,15 +29,6 @@ bool cMainWindow::confirmLeaveMorph() {
                                 "Do you want to do this now?"));
 }
 
-void cMainWindow::historyStepDone(cProject* project) {
-    project->setDirty(true);
-    updateActionStates(AS_UNDO);
-    updateEntityList();
-    notifyTools();
-    rebuildVisGroupList();
-    redrawAllViews(REDRAW_ALL);
-}
-
 void cMainWindow::cmdEditUndo() {
     cProject* project = activeProject();
     if (!project || !project->map->history->canUndo())
@@ -46,7 +37,6 @@ void cMainWindow::cmdEditUndo() {
                               "Do you want to do this now?")))
         return;
     project->map->history->undo();
-    historyStepDone(project);
 }
 
 void cMainWindow::cmdEditRedo() {
@@ -57,7 +47,6 @@ void cMainWindow::cmdEditRedo() {
                               "Do you want to do this now?")))
         return;
     project->map->history->redo();
-    historyStepDone(project);
 }
 
 void cMainWindow::cmdEditToggleUndoRedo() {
@@ -69,39 +58,23 @@ void cMainWindow::cmdEditToggleUndoRedo() {
     updateActionStates(AS_UNDO);
 }
 
-void cMainWindow::historyChanged() {
-    updateActionStates(AS_UNDO);
-    updateEntityList();
-}
-
 // ---- Selection
-
-void cMainWindow::selectionChanged() {
-    notifyTools();
-    redrawAllViews(REDRAW_ALL);
-}
 
 void cMainWindow::cmdEditDelete() {
     cProject* project = activeProject();
     if (!project || !project->map->hasSelection())
         return;
     deleteSelection(*project->map);
-    rebuildVisGroupList();
-    selectionChanged();
 }
 
 void cMainWindow::cmdEditSelectNone() {
-    if (cProject* project = activeProject()) {
+    if (cProject* project = activeProject())
         project->map->clearSelection();
-        selectionChanged();
-    }
 }
 
 void cMainWindow::cmdEditSelectAll() {
-    if (cProject* project = activeProject()) {
+    if (cProject* project = activeProject())
         project->map->selectAll();
-        selectionChanged();
-    }
 }
 
 void cMainWindow::cmdEditSelectByHandles() {

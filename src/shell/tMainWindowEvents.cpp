@@ -57,7 +57,16 @@ bool cMainWindow::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::ShortcutOverride:
         keepShortcut(event);
         break;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+        showChanges();
+        break;
     case QEvent::KeyPress:
+        showChanges();
         if (takesKeys(watched)) {
             auto* key = static_cast<QKeyEvent*>(event);
             runKeptShortcut(key->key(), key->modifiers());

@@ -36,18 +36,13 @@ void cMainWindow::cmdToolsGroup() {
     cMap* map = mapToGroup("cannot group objects in group ignore mode");
     if (!map)
         return;
-    if (!groupSelection(*map)) {
+    if (!groupSelection(*map))
         Warning("cannot group objects that already belong to the same group");
-        return;
-    }
-    selectionChanged();
 }
 
 void cMainWindow::cmdToolsUngroup() {
-    if (cMap* map = mapToGroup("cannot ungroup objects in group ignore mode")) {
+    if (cMap* map = mapToGroup("cannot ungroup objects in group ignore mode"))
         ungroupSelection(*map);
-        selectionChanged();
-    }
 }
 
 // ---- Entities and detail
@@ -57,7 +52,6 @@ void cMainWindow::cmdToolsMoveToWorld() {
     if (!project || !project->map->data.selectedBrushes)
         return;
     moveSelectionToWorld(*project->map);
-    selectionChanged();
 }
 
 void cMainWindow::setDetail(bool detail) {
@@ -77,7 +71,6 @@ void cMainWindow::setDetail(bool detail) {
         return;
     if (detail && (HideMask & HM_DETAIL))
         dropHiddenEverywhere();
-    redrawAllViews(REDRAW_ALL);
 }
 
 void cMainWindow::cmdToolsMakeStructural() {
@@ -90,22 +83,14 @@ void cMainWindow::cmdToolsMakeDetail() {
 
 // ---- Hiding by hand
 
-void cMainWindow::hidingChanged(cMap& map) {
-    notifyTools();
-    m_visGroups->refresh(map);
-    redrawAllViews(REDRAW_ALL);
-}
-
 void cMainWindow::cmdViewHideSelection() {
-    const cProject* project = activeProject();
-    if (project && project->map->hideSelection())
-        hidingChanged(*project->map);
+    if (const cProject* project = activeProject())
+        project->map->hideSelection();
 }
 
 void cMainWindow::cmdViewHideNotSelection() {
-    const cProject* project = activeProject();
-    if (project && project->map->hideUnselected())
-        hidingChanged(*project->map);
+    if (const cProject* project = activeProject())
+        project->map->hideUnselected();
 }
 
 void cMainWindow::cmdViewShowHidden() {
@@ -119,13 +104,11 @@ void cMainWindow::cmdViewShowHidden() {
     }
     Print("%i object(s) revealed (%i entities, %i brushes and %i groups)", shown.total(),
           shown.entities, shown.brushes, shown.groups);
-    hidingChanged(*project->map);
 }
 
 void cMainWindow::dropHiddenEverywhere() {
     for (cProject* project : projects)
         project->map->dropHidden();
-    notifyToolsOfAll();
 }
 
 // ---- The dock
@@ -181,21 +164,6 @@ void cMainWindow::rebuildVisGroupList() {
     selectVisGroup(m_visGroups->currentItem());
 }
 
-// A run of changes refreshes the list once, when it is over.
-void cMainWindow::visGroupsChanged(cMap& map) {
-    const cProject* project = activeProject();
-    if (m_visGroupsPending || !project || project->map.get() != &map)
-        return;
-    m_visGroupsPending = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_visGroupsPending = false;
-            rebuildVisGroupList();
-        },
-        Qt::QueuedConnection);
-}
-
 // What these two buttons do needs a visgroup.
 void cMainWindow::selectVisGroup(QListWidgetItem* item) {
     const bool enabled = item && activeChild();
@@ -208,10 +176,8 @@ void cMainWindow::changeVisGroupVis(QListWidgetItem* item) {
     if (!item || !project)
         return;
     cMap& map = *project->map;
-    if (cVisGroup* group = map.findVisGroup(item->data(QVisGroupList::ID_ROLE).toUInt())) {
+    if (cVisGroup* group = map.findVisGroup(item->data(QVisGroupList::ID_ROLE).toUInt()))
         map.setVisGroupVisible(group);
-        hidingChanged(map);
-    }
 }
 
 void cMainWindow::mergeVisGroups(QListWidgetItem* source, QListWidgetItem* target) {
@@ -220,27 +186,19 @@ void cMainWindow::mergeVisGroups(QListWidgetItem* source, QListWidgetItem* targe
         return;
     const uint32_t sourceId = source->data(QVisGroupList::ID_ROLE).toUInt();
     const uint32_t targetId = target->data(QVisGroupList::ID_ROLE).toUInt();
-    if (!project->map->mergeVisGroups(sourceId, targetId))
-        return;
-    rebuildVisGroupList(); // the target stays current, the source is gone
-    redrawAllViews(REDRAW_ALL);
+    project->map->mergeVisGroups(sourceId, targetId); // the target stays current
 }
 
 // ---- The buttons
 
 void cMainWindow::assignVisGroup() {
-    if (const cProject* project = activeProject()) {
+    if (const cProject* project = activeProject())
         project->map->assignVisGroup(m_visGroups->currentId());
-        m_visGroups->refresh(*project->map);
-        redrawAllViews(REDRAW_ALL);
-    }
 }
 
 void cMainWindow::markVisGroup() {
-    if (const cProject* project = activeProject()) {
+    if (const cProject* project = activeProject())
         project->map->markVisGroup(m_visGroups->currentId());
-        selectionChanged();
-    }
 }
 
 void cMainWindow::purgeVisGroups() {
@@ -261,6 +219,4 @@ void cMainWindow::editVisGroups() {
     if (!project)
         return;
     cEditGroupsDialog(*project->map, m_visGroups->currentId(), this).exec();
-    rebuildVisGroupList();
-    redrawAllViews(REDRAW_ALL);
 }

@@ -99,19 +99,9 @@ void cMainWindow::setStatusPane(const QString& text, int pane) {
 
 // ---- Documents
 
-void cMainWindow::projectDirty(cProject* project) {
-    if (project)
-        project->setDirty(true);
-}
-
 void cMainWindow::busyEnded() {
     for (cProject* project : projects)
         project->paintDropped();
-}
-
-bool cMainWindow::showsTextsOf(const cMap& map) const {
-    const cProject* project = activeProject();
-    return project && project->map.get() == &map;
 }
 
 int cMainWindow::currentToolId() const {

@@ -68,7 +68,6 @@ bool cMainWindow::confirmDeselectPoints(cMap& map) {
     if (answer != QMessageBox::Yes)
         return false;
     deselectPoints(map);
-    selectionChanged();
     return true;
 }
 
@@ -142,8 +141,6 @@ void cMainWindow::tieToListed() {
 
 void cMainWindow::tieSelection(cMap& map, cEntityData* target) {
     tieSelectionToEntity(map, tieClassName.toLocal8Bit().constData(), target);
-    rebuildVisGroupList();
-    selectionChanged();
     QWidget* properties = target ? nullptr : propertiesWindow(*this);
     if (properties) // a new entity wants its keys
         properties->show();

@@ -149,10 +149,8 @@ void cMainWindow::toolTextureApplication() {
     }
     endSuspendedTool(TOOL_TEXTURE);
     makeCurrent(TOOL_TEXTURE);
-    if (cProject* project = activeProject()) {
+    if (cProject* project = activeProject())
         project->map->clearSelection();
-        notifyTools();
-    }
     refreshToolViews();
     msgFeatureUnderDevelopment();
 }
@@ -165,7 +163,6 @@ void cMainWindow::leaveFaceMode() {
     makeCurrent(TOOL_SELECT);
     for (cProject* project : projects)
         project->map->clearSelection();
-    notifyToolsOfAll();
 }
 
 // ---- How tools work
@@ -206,7 +203,6 @@ void cMainWindow::cmdToolsIgnoreGroups() {
     if (project) {
         project->map->updateSelectionMode();
         project->map->clearSelectionFull();
-        selectionChanged();
     }
     updateActionStates(AS_GROUP);
 }

@@ -26,18 +26,12 @@ static cMap* mapToChange(cMainWindow& window) {
     return hasObjects(*project->map) ? project->map.get() : nullptr;
 }
 
-static void showChange(cMainWindow& window) {
-    window.notifyTools();
-    window.redrawAllViews(REDRAW_ALL);
-}
-
 static void flip(cMainWindow& window, int cCanvas::*axis) {
     const cCanvas* canvas = window.flatCanvas();
     cMap* map = canvas ? mapToChange(window) : nullptr;
     if (!map)
         return;
     flipSelection(*map, canvas->*axis);
-    showChange(window);
 }
 
 static void align(cMainWindow& window, int cCanvas::*axis, int side) {
@@ -46,7 +40,6 @@ static void align(cMainWindow& window, int cCanvas::*axis, int side) {
     if (!map)
         return;
     alignSelection(*map, canvas->*axis, side);
-    showChange(window);
 }
 
 static void snap(cMainWindow& window, bool each) {
@@ -54,7 +47,6 @@ static void snap(cMainWindow& window, bool each) {
     if (!map)
         return;
     snapSelection(*map, float(window.gridSize), each);
-    showChange(window);
 }
 
 void cMainWindow::cmdToolsFlipHorz() {
@@ -107,7 +99,6 @@ void cMainWindow::cmdToolsTransform() {
     dialog.matrix(matrix);
     record.matrix = matrix;
     transformSelection(*map, record);
-    showChange(*this);
 }
 
 // ---- The box

@@ -18,6 +18,9 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QStatusBar>
+#include <utility>
+
+static constexpr int SELECTION_PANE = 2;
 
 static const cActionRules* rulesOf(const QAction* action) {
     return dynamic_cast<const cActionRules*>(action);
@@ -80,7 +83,54 @@ void cMainWindow::activateProject(cProject* project) {
     currentClassStale = true; // another game may know another class of that name
     setStatusPane(boxText(*project, currentToolId()), 4);
     project->map->describeSelection();
+    setStatusPane(project->map->selectionSentence(), SELECTION_PANE);
 }
+
+// ---- Changes of maps
+
+void cMainWindow::mapChanged(cMap& map, unsigned what) {
+    auto* project = static_cast<cProject*>(map.project);
+    if (!project)
+        return;
+    project->changed(what); // at once: who closes the document asks
+    if (m_changes.isEmpty())
+        QMetaObject::invokeMethod(this, &cMainWindow::showChanges, Qt::QueuedConnection);
+    m_changes[project] |= what;
+}
+
+void cMainWindow::showChanges() {
+    if (m_changes.isEmpty())
+        return;
+    const QHash<cProject*, unsigned> changes = std::exchange(m_changes, {});
+    cProject* current = activeProject();
+    for (auto change = changes.begin(); change != changes.end(); ++change)
+        if (change.key() != current && projects.contains(change.key()))
+            showChange(*change.key(), change.value());
+    if (current && changes.contains(current))
+        showChange(*current, changes.value(current));
+}
+
+// A tool takes what it shows of a document through one of its views; the active view's comes last.
+void cMainWindow::showChange(cProject& project, unsigned what) {
+    if (what & (MC_OBJECTS | MC_SELECTION)) {
+        cCanvas* canvas = &project == activeProject() ? nullptr : project.firstCanvas();
+        if (canvas)
+            tools[TOOL_SELECT]->setCanvas(canvas);
+        notifyTools();
+    }
+    if (&project == m_listedProject && (what & MC_HISTORY))
+        updateEntityList();
+    if (&project == activeProject()) {
+        if (what & MC_SELECTION)
+            setStatusPane(project.map->selectionSentence(), SELECTION_PANE);
+        if (what & MC_VISGROUPS)
+            rebuildVisGroupList();
+        updateActionStates(AS_UNDO);
+    }
+    project.redrawViews(REDRAW_ALL);
+}
+
+// ---- The views of the active document
 
 void cMainWindow::checkActiveState(bool clearConfig) {
     if (clearConfig)
@@ -137,13 +187,6 @@ void cMainWindow::notifyTools() {
         for (auto& tool : tools)
             tool->setCanvas(activeCanvas);
     updateActionStates(AS_CLIPBOARD | AS_GROUP);
-}
-
-// The selection tool keeps a box for each document; the active one's comes last.
-void cMainWindow::notifyToolsOfAll() {
-    for (const cProject* project : projects)
-        tools[TOOL_SELECT]->setCanvas(project->firstCanvas());
-    notifyTools();
 }
 
 void cMainWindow::redrawAllViews(int mask) {

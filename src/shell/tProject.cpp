@@ -4,6 +4,7 @@
 
 #include "dialogs/tSelectGameCfgDialog.h"
 #include "document/tEntity.h"
+#include "document/tHistory.h"
 #include "resources/tGameConfigRegistry.h"
 #include "shell/tMainWindow.h"
 #include "support/tConsole.h"
@@ -11,9 +12,9 @@
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QApplication>
 #include <QMessageBox>
 #include <algorithm>
 
@@ -220,7 +221,21 @@ bool cProject::windowClosing(cChildWindow* window) {
 // ---- Titles
 
 void cProject::setDirty(bool flag) {
-    dirty = flag;
+    m_changedBeside = flag;
+    if (!flag)
+        m_savedState = map->history->stateNumber();
+    findDirty();
+}
+
+void cProject::changed(unsigned what) {
+    if (!(what & MC_EDITED))
+        return;
+    m_changedBeside |= !(what & MC_HISTORY);
+    findDirty();
+}
+
+void cProject::findDirty() {
+    dirty = m_changedBeside || map->history->stateNumber() != m_savedState;
     updateTitles();
 }
 

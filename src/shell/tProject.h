@@ -31,7 +31,9 @@ public:
     bool closeProject();                     // all windows, after the question; false: refused
     void detachWindows();                    // the program ends: no window knows the project
 
+    // False: the map is as it is on disk. True: something changed that no undo takes back.
     void setDirty(bool flag);
+    void changed(unsigned what); // MC_ bits; undo and redo may come back to what is on disk
     void updateTitles();
     QString baseName() const; // the title without extension, to propose for a file
     void reconfigure();       // the configurations are new objects
@@ -65,6 +67,10 @@ private:
     bool importMap(const QString& file);
     bool saveAsNewFile();
     void becomeFile(const QString& file);
+    void findDirty();
     // Runs the formats that fit, in order; false at the first that fails.
     bool runFormats(const QList<const cMapFormat*>& formats, const QString& file);
+
+    uint32_t m_savedState = 0;    // of the history
+    bool m_changedBeside = false; // since the save, by what is no step
 };

@@ -9,9 +9,18 @@
 #include <cstdint>
 
 class cMap;
-class cProject;
 
 enum class eMessage { Print, Debug, Warning, Error };
+
+// What changes in a map.
+enum eMapChange : unsigned {
+    MC_OBJECTS = 1,   // what views show
+    MC_SELECTION = 2, // what is selected, or how it is described
+    MC_VISGROUPS = 4, // the set of visgroups, their members, what is visible of them
+    MC_HISTORY = 8,   // what can be undone or redone
+    MC_EDITED = 16,   // something that is not saved; without MC_HISTORY, that undo leaves alone
+    MC_ALL = 31
+};
 
 class cHost : public cSettings {
 public:
@@ -27,16 +36,11 @@ public:
     // The last cBusy has gone: what views did not paint meanwhile is painted.
     virtual void busyEnded() {}
 
-    virtual void projectDirty(cProject* /*project*/) {}
-    virtual void historyChanged() {} // what can be undone or redone
-    // The set of visgroups, their member counts or what is visible of them.
-    virtual void visGroupsChanged(cMap& /*map*/) {}
+    // The one word of a change, MC_ bits; at the end of each step of the history, and of whatever
+    // else changes a map. Who shows it refreshes, later and once for many.
+    virtual void mapChanged(cMap& /*map*/, unsigned /*what*/) {}
     // An edit is about to change the map: a running vertex morph ends with what it has reached.
     virtual void endMorph() {}
-    // False for a map whose texts stay out of the status panes, since another one is shown.
-    virtual bool showsTextsOf(const cMap& /*map*/) const { return true; }
-    // The selection sentence was just described; whoever shows the selection refreshes.
-    virtual void selectionDescribed(cMap& /*map*/) {}
     virtual int currentToolId() const { return 0; }
 
     // RGBA of a scheme colour, by its index of support/tColors.h.

@@ -48,7 +48,5 @@ bool cBoxTool::clearSelectionByEscape(const cCanvas& canvas) {
     if (!g_host->ClearSelectionOnEscape || !map.hasSelection())
         return false;
     map.clearSelection();
-    g_viewHost->notifyTools();
-    g_viewHost->updateUi();
     return true;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/tToolBlock.h"
 
+#include "document/tHistory.h"
 #include "document/tMap.h"
 #include "document/tTexture.h"
 #include "support/tColors.h"
@@ -162,10 +163,10 @@ void cToolBlock::create(cCanvas& canvas) const {
     if (!primitive)
         return;
     cPrimitiveParams params = paramsOf(canvas, *primitive, boxOf(canvas));
-    if (!primitive->dispatch(&params))
-        return;
-    g_host->projectDirty(canvas.map()->project);
-    g_viewHost->notifyTools();
+    const uint32_t state = canvas.map()->history->stateNumber();
+    const bool made = primitive->dispatch(&params) != 0;
+    if (made && canvas.map()->history->stateNumber() == state) // a plug-in's that opens no step
+        canvas.map()->changed(MC_OBJECTS | MC_SELECTION | MC_EDITED);
 }
 
 void cToolBlock::apply(cCanvas* canvas) {

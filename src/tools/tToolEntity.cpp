@@ -160,8 +160,7 @@ void cToolEntity::apply(cCanvas* canvas) {
     if (!canvas->map() || !boxOf(*canvas).active)
         return;
     cSelectionBox& box = boxOf(*canvas);
-    if (createEntity(*canvas->map(), g_viewHost->currentClass(), box.mins, g_viewHost->randomYaw()))
-        g_viewHost->notifyTools();
+    createEntity(*canvas->map(), g_viewHost->currentClass(), box.mins, g_viewHost->randomYaw());
     hover = isOnSurface(*canvas) = false;
     box.clear();
     canvas->updateCursor();

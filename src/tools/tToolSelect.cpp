@@ -133,7 +133,6 @@ bool selectWithBox(cCanvas& canvas, int boxMode) {
     maxs[canvas.axisDepth] += float(g_host->MaxWorldSize);
     canvas.map()->selectInBox(mins, maxs, boxMode);
     box.clear();
-    g_viewHost->notifyTools();
     canvas.updateCursor();
     document->redrawViews(REDRAW_ALL);
     return true;
@@ -154,8 +153,7 @@ bool cToolSelect::mousePress(cCanvas* canvas, int x, int y, int button,
     if (!withCtrl)
         map->clearSelection();
     map->selectByPick(pick, withCtrl);
-    setCanvas(canvas);
-    g_viewHost->updateUi();
+    setCanvas(canvas); // a drag may follow at once
     if (hasObjects(*map) && (!withCtrl || pick != 0))
         spendPress(); // it has changed the selection and starts no drag
     else
@@ -231,8 +229,6 @@ void cToolSelect::commit(const cSelectionDrag& drag, cCanvas* canvas,
         cloneSelection(map, record);
     else if (!drag.changesNothing())
         transformSelection(map, record);
-    if (clones || !drag.changesNothing())
-        map.describeSelection();
     measure(*canvas);
 }
 
@@ -257,11 +253,25 @@ template<class Range> static int addBounds(const Range& objects, cSelectionBox& 
 }
 
 // Box and frame of the document follow its selection; the mode of the handles stays.
+// Tells one set of selected objects from another.
+static uint64_t identityOf(const cMapData& data) {
+    constexpr uint64_t prime = 0x100000001b3;
+    uint64_t identity = 0xcbf29ce484222325;
+    for (const cEntityData* entity : selectedEntitiesOf(data))
+        identity = (identity ^ entity->id) * prime;
+    identity = (identity ^ 0xffffffff) * prime;
+    for (const cBrushData* brush : selectedBrushesOf(data))
+        identity = (identity ^ brush->id) * prime;
+    return identity;
+}
+
 void cToolSelect::measure(const cCanvas& canvas) {
     const cMapData& data = canvas.map()->data;
     cSelectionBox& box = boxOf(canvas);
     cSelectionFrame& frame = frameOf(canvas);
     frame.rubberBand = false;
+    frame.selection = identityOf(data);
+    frame.edits = canvas.map()->edits();
     box.clear();
     frame.count = addBounds(selectedEntitiesOf(data), box);
     frame.count += addBounds(selectedBrushesOf(data), box);
@@ -276,12 +286,17 @@ void cToolSelect::measure(const cCanvas& canvas) {
     showText(canvas, BT_EXTENTS);
 }
 
-// A command broke off the drag, if one is under way: its rest does nothing.
+// What was selected or changed since the box was measured breaks off a drag, whose rest then does
+// nothing, and a rubber band. Nothing else does: one's own transform keeps the handles.
 void cToolSelect::setCanvas(cCanvas* canvas) {
     if (!canvas || !canvas->map())
         return;
+    const cSelectionFrame& frame = frameOf(*canvas);
+    const bool isOther = identityOf(canvas->map()->data) != frame.selection;
+    if (!isOther && canvas->map()->edits() == frame.edits)
+        return;
     breakOff();
     measure(*canvas);
-    if (frameOf(*canvas).count == 1)
+    if (isOther && frame.count == 1)
         frameOf(*canvas).handleMode = HANDLES_SCALE;
 }

@@ -21,6 +21,8 @@ struct cSelectionFrame {
     float center[3] = {};    // of the box when the selection was last measured; drags count from it
     float size[3] = {};      // likewise
     int count = 0;           // selected entities plus brushes
+    uint64_t selection = 0;  // which objects those are
+    uint64_t edits = 0;      // of the map, as it was measured
     bool rubberBand = false; // the box is a rubber band, not the selection's
     bool moved = false;      // by a drag inside the box, since the last plain click
     int handleMode = 0;      // eHandleMode

@@ -299,7 +299,10 @@ TEST_F(History, recordsWithoutTheirObjectTellAndTheRestGoesOn) {
 TEST_F(History, morphEndsBeforeAStepAndTheMenuHearsOfIt) {
     class cListening : public cTestHost {
     public:
-        void historyChanged() override { heard << QStringLiteral("history"); }
+        void mapChanged(cMap&, unsigned what) override {
+            if (what & MC_HISTORY)
+                heard << QStringLiteral("history");
+        }
         void endMorph() override { heard << QStringLiteral("morph"); }
         QStringList heard;
     };

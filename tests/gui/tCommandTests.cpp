@@ -167,6 +167,7 @@ TEST_F(CommandTest, withoutDocumentOnlySomeCommandsShow) {
 TEST_F(CommandTest, selectionEnablesItsCommandsInEveryCopy) {
     startWithBlock();
     const auto expectEnabled = [&](const char* id, bool enabled) {
+        letShow();
         for (int copy = 0; copy < 3; ++copy)
             EXPECT_EQ(action(id, copy)->isEnabled(), enabled) << id << ' ' << copy;
     };

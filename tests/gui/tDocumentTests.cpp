@@ -307,6 +307,7 @@ TEST_F(DocumentTest, eachDocumentHasItsOwnSelectionAndTheSentenceIsOfTheActiveOn
     replies.expectBox(QMessageBox::Ok, "is still under development");
     toolAction(TOOL_TEXTURE)->trigger();
     toolAction(TOOL_TEXTURE)->trigger(); // the way out drops all selections
+    letShow();
     EXPECT_FALSE(boxes[0]->active || boxes[1]->active);
 }
 

@@ -227,6 +227,7 @@ int cGuiTest::windowCount() const {
 }
 
 QString cGuiTest::pane(int index) const {
+    letShow();
     return window->statusPane(index)->text();
 }
 

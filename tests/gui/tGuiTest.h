@@ -9,6 +9,7 @@
 #include "shell/tProject.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QMenu>
@@ -97,7 +98,12 @@ protected:
     void writeConfigs(int enabled, int disabled = 0, const char* profile = "test") const;
 
     QAction* action(const char* id, int copy = 0) const; // copy 0 is the menu's
-    void trigger(const char* id) const { action(id)->trigger(); }
+    void trigger(const char* id) const {
+        action(id)->trigger();
+        letShow();
+    }
+    // What a command has changed is shown a turn of the event loop later.
+    void letShow() const { QCoreApplication::sendPostedEvents(window.get()); }
     QCustomAction* toolAction(int toolIndex) const;
     // A press in the active view's window, as the user makes it.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;

@@ -170,6 +170,7 @@ TEST_F(ShellTest, whatAnActionEditsIsShownAndUnsaved) {
         if (entry->text() == QLatin1String("Edit"))
             entry->trigger();
     }
+    letShow();
     EXPECT_TRUE(project->dirty);
     ASSERT_EQ(map.visGroups.size(), 1);
     EXPECT_TRUE(map.visGroups.first()->visible);

@@ -54,7 +54,10 @@ protected:
     void clickRow(int row) const {
         QTest::mouseClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, placeOf(row));
     }
-    void clickButton(const char* name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
+    void clickButton(const char* name) const {
+        QTest::mouseClick(button(name), Qt::LeftButton);
+        letShow();
+    }
     void doubleClickRow(int row) const {
         clickRow(row);
         QTest::mouseDClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, placeOf(row));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/tTestHost.h"
 
+#include "document/tMap.h"
 #include "support/tColors.h"
 
 #include <algorithm>
@@ -25,6 +26,12 @@ cTestHost::~cTestHost() {
 
 void cTestHost::consoleMessage(eMessage level, const char* text) {
     messages.push_back({level, QString::fromLocal8Bit(text)});
+}
+
+void cTestHost::mapChanged(cMap& map, unsigned what) {
+    dirtyCount += what & MC_EDITED ? 1 : 0;
+    if (what & MC_SELECTION)
+        panes[2] = map.selectionSentence();
 }
 
 int cTestHost::count(eMessage level, const QString& text) const {

@@ -47,7 +47,7 @@ public:
 
     void consoleMessage(eMessage level, const char* text) override;
     void setStatusPane(const QString& text, int pane) override { panes[pane] = text; }
-    void projectDirty(cProject*) override { ++dirtyCount; }
+    void mapChanged(cMap& map, unsigned what) override;
     int currentToolId() const override { return toolId; }
     const uint8_t* schemeColor(int index) const override;
 

@@ -81,8 +81,8 @@ void tpEnumActions(tpActionCallback callback, void* manager) {
         sayHello};
     static const cAction edit = {"Edit", 0, "Test", 0, 0, 9, editExported};
     callback(&always, manager);
-    callback(&edit, manager);
     callback(&inProject, manager);
+    callback(&edit, manager);
 }
 
 /* Makes nothing, and says what it was asked for. */
