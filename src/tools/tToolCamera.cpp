@@ -53,7 +53,7 @@ static void moveCamera(cCanvas& canvas, int dx, int dy) {
     }
 }
 
-bool cToolCamera::mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons buttons,
+bool cToolCamera::mouseMove(cCanvas* canvas, int, int, Qt::MouseButtons buttons,
                             Qt::KeyboardModifiers) {
     if (!canvas->isCamera())
         return false;
@@ -63,10 +63,10 @@ bool cToolCamera::mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons butt
         canvas->warpCursorToCenter();
         return true;
     }
-    const int dx = x - canvas->centerX, dy = y - canvas->centerY;
-    if (dx == 0 && dy == 0)
+    const QPoint moved = canvas->movedSinceWarp();
+    if (moved.isNull())
         return false;
-    moveCamera(*canvas, dx, dy);
+    moveCamera(*canvas, moved.x(), moved.y());
     if (!holdsCursor(*canvas)) {
         return false;
     }

@@ -17,7 +17,7 @@ public:
     cCachedPicture();
     ~cCachedPicture(); // with the view's context current
 
-    // Makes the buffer fit; a new one is empty.
+    // Makes the buffer fit, in device pixels as all here; a new one is empty.
     bool isUsable(const QSize& size);
     bool isCurrent(const cPictureKey& key) const { return !key.isEmpty() && key == m_key; }
     void invalidate() { m_key.clear(); }

@@ -2,6 +2,10 @@
 // One OpenGL view of a map, along a world axis or through a camera. Owns what belongs to the view
 // and not to the map: axes, zoom, offset, camera, matrices, caption. Events go to the current
 // tool; the map draws itself through what the canvas sets up.
+//
+// A pixel, here and in the tools, is one of Qt's: of mouse events, widths, handles and texts,
+// before the scale of the window. OpenGL counts device pixels, so the viewport, buffers and what is
+// read from them go by deviceSize() and devicePixel(), widths of lines through GL_LineWidth().
 #pragma once
 
 #include "views/tViewInfo.h"
@@ -80,6 +84,9 @@ public:
 
     // ---- Coordinates. Pixels have y growing downwards; false where there is no answer.
 
+    QSize deviceSize() const;
+    // What is read for a pixel: the device pixel at its middle, y counted from the lower edge.
+    QPoint devicePixel(int x, int y) const;
     void screenToWorld2D(float x, float y, bool snap, float out[2]) const;
     // SW_ flags. A camera view reads the depth of the map under the pixel.
     bool screenToWorld(int x, int y, int flags, float out[3]);
@@ -110,6 +117,9 @@ public:
     int timerInterval() const { return m_timer.isActive() ? m_timer.interval() : 0; }
     void updateCursor();
     void warpCursorToCenter();
+    // How far the last move has brought the mouse from where the warp has put it; null for the
+    // warp's own echo.
+    QPoint movedSinceWarp() const { return m_mouseGlobal - m_warpedTo; }
     int pictureCount() const; // how often the map's picture was drawn anew and kept
     void refreshViewInfo();   // from the settings; before every draw
 
@@ -201,7 +211,7 @@ protected:
     bool event(QEvent* event) override;
     bool focusNextPrevChild(bool) override { return false; }
     void initializeGL() override;
-    void resizeGL(int newWidth, int newHeight) override;
+    void resizeGL(int, int) override;
     void paintGL() override;
     void glDraw() override;
     void resizeEvent(QResizeEvent* event) override;
@@ -308,6 +318,9 @@ private:
     QScrollBar* m_vertical = nullptr;
     const cTool* m_pressTool = nullptr; // who got the press that is held; only compared
     bool m_paintDropped = false;        // while busy
+    // On the screen, where Qt rounds both alike; a place in the view may be a pixel aside.
+    QPoint m_warpedTo;
+    QPoint m_mouseGlobal;
     std::unique_ptr<cCachedPicture> m_picture;
     std::unique_ptr<QGLFramebufferObject> m_pickBuffer;
     QPixmap m_moveIcon;

@@ -77,9 +77,6 @@ void cCanvas::initializeGL() {
     glAlphaFunc(GL_GEQUAL, 0.2f);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glPolygonOffset(0, -OUTLINE_SHIFT);
-    glPointSize(1);
-    glLineWidth(1);
-    glLineStipple(2, 0x9999);
     glEnableClientState(GL_VERTEX_ARRAY);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     setSwapIntervalZero();
@@ -88,9 +85,10 @@ void cCanvas::initializeGL() {
     cModelStream::install(); // models draw into views only
 }
 
-void cCanvas::resizeGL(int newWidth, int newHeight) {
-    centerX = newWidth >> 1;
-    centerY = newHeight >> 1;
+// What Qt hands over is in device pixels.
+void cCanvas::resizeGL(int, int) {
+    centerX = width() >> 1;
+    centerY = height() >> 1;
     viewDirty = projectionDirty = true;
     if (!isCamera() && viewType >= 0) {
         clampOffset();
@@ -136,7 +134,8 @@ void cCanvas::setup3D() {
 
 void cCanvas::setupView() {
     GL_ResetState(GLS_DEFAULT); // the cached word may be another context's
-    glViewport(0, 0, width(), height());
+    GL_SetPixelRatio(float(devicePixelRatioF()));
+    glViewport(0, 0, deviceSize().width(), deviceSize().height());
     if (isCamera())
         setup3D();
     else
@@ -201,6 +200,8 @@ cPictureKey cCanvas::pictureKey() const {
     key.add(shown->context.profile().targetPrefixCharacters);
     const int numbers[] = {width(),
                            height(),
+                           deviceSize().width(),
+                           deviceSize().height(),
                            viewType,
                            renderMode,
                            int(viewInfo.flags),
@@ -251,7 +252,7 @@ void cCanvas::updatePicture() {
 
 // A window with samples takes no copy; its picture is drawn each time.
 bool cCanvas::keepsPicture() {
-    return s_keepPictures && !hasMultisample && m_picture->isUsable(size());
+    return s_keepPictures && !hasMultisample && m_picture->isUsable(deviceSize());
 }
 
 int cCanvas::pictureCount() const {
@@ -277,19 +278,19 @@ void cCanvas::beginOutsidePaint() {
 }
 
 bool cCanvas::readDepth(int x, int y, float* depth) {
-    if (!map() || x < 0 || y < 0 || x >= width() || y >= height())
+    if (!map() || !rect().contains(x, y))
         return false;
     beginOutsidePaint();
     refreshViewInfo();
-    const int row = height() - 1 - y;
+    const QPoint at = devicePixel(x, y);
     const cActiveConfigScope scope(project()->viewConfig());
     setupView();
     if (keepsPicture()) {
         updatePicture();
-        m_picture->readDepth(x, row, depth);
+        m_picture->readDepth(at.x(), at.y(), depth);
     } else {
         drawMapPicture();
-        glReadPixels(x, row, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, depth);
+        glReadPixels(at.x(), at.y(), 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, depth);
     }
     doneCurrent();
     return true;
@@ -411,9 +412,10 @@ void cCanvas::drawMoveIcon() {
 bool cCanvas::bindPickBuffer() {
     if (!QGLFramebufferObject::hasOpenGLFramebufferObjects())
         return false;
-    if (!m_pickBuffer || m_pickBuffer->size() != size()) {
+    const QSize wanted = deviceSize();
+    if (!m_pickBuffer || m_pickBuffer->size() != wanted) {
         m_pickBuffer.reset();
-        m_pickBuffer = std::make_unique<QGLFramebufferObject>(size(), QGLFramebufferObject::Depth);
+        m_pickBuffer = std::make_unique<QGLFramebufferObject>(wanted, QGLFramebufferObject::Depth);
     }
     return m_pickBuffer->bind();
 }
@@ -432,7 +434,8 @@ void cCanvas::drawPick(int x, int y, int pickFlags, int pickMode) {
     viewInfo.frustum = &nearby;
     glDisable(GL_DITHER);
     glEnable(GL_SCISSOR_TEST);
-    glScissor(x, height() - 1 - y, 1, 1);
+    const QPoint at = devicePixel(x, y);
+    glScissor(at.x(), at.y(), 1, 1);
     drawMapPicture();
     glDisable(GL_SCISSOR_TEST);
     viewInfo.frustum = &frustum;
@@ -441,7 +444,7 @@ void cCanvas::drawPick(int x, int y, int pickFlags, int pickMode) {
 }
 
 int cCanvas::pickObject(int x, int y, int pickFlags, int pickMode) {
-    if (!map() || x < 0 || y < 0 || x >= width() || y >= height())
+    if (!map() || !rect().contains(x, y))
         return 0;
     beginOutsidePaint();
     stats = {};
@@ -451,7 +454,8 @@ int cCanvas::pickObject(int x, int y, int pickFlags, int pickMode) {
     drawPick(x, y, pickFlags, pickMode);
     uint8_t rgba[4] = {0, 0, 0, 0};
     glFinish();
-    glReadPixels(x, height() - 1 - y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, rgba);
+    const QPoint at = devicePixel(x, y);
+    glReadPixels(at.x(), at.y(), 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, rgba);
     if (buffered)
         m_pickBuffer->release();
     refreshViewInfo();

@@ -208,11 +208,10 @@ void cCanvas::panWithMiddleButton(QMouseEvent* event) {
         requestRedraw(false);
         return;
     }
-    const int dx = event->x() - centerX;
-    const int dy = event->y() - centerY;
-    if (dx == 0 && dy == 0)
-        return; // the echo of the warp
-    pan(float(2 * dx), float(2 * dy));
+    const QPoint moved = movedSinceWarp();
+    if (moved.isNull())
+        return;
+    pan(float(2 * moved.x()), float(2 * moved.y()));
     warpCursorToCenter();
     updateScrollBars();
     requestRedraw(false);
@@ -223,6 +222,7 @@ void cCanvas::mouseMoveEvent(QMouseEvent* event) {
         return;
     mouseX = event->x();
     mouseY = event->y();
+    m_mouseGlobal = event->globalPos();
     updateCaptionHover(mouseX, mouseY);
     showMousePosition(mouseX, mouseY);
     if (!toolsMouseMove(event))
@@ -432,4 +432,5 @@ void cCanvas::updateCursor() {
 
 void cCanvas::warpCursorToCenter() {
     QCursor::setPos(mapToGlobal(QPoint(centerX, centerY)));
+    m_warpedTo = QCursor::pos();
 }

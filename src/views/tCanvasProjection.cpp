@@ -159,6 +159,26 @@ void cCanvas::ensureVisible(const float* point) {
 
 // ---- Coordinates
 
+// As Qt rounds the size of the native window.
+QSize cCanvas::deviceSize() const {
+    return size() * devicePixelRatioF();
+}
+
+QPoint cCanvas::devicePixel(int x, int y) const {
+    const QSize device = deviceSize();
+    return {(2 * x + 1) * device.width() / (2 * width()),
+            device.height() - 1 - (2 * y + 1) * device.height() / (2 * height())};
+}
+
+// The middle of that device pixel, in pixels.
+static void readMiddle(const cCanvas& canvas, int x, int y, float out[2]) {
+    const QSize device = canvas.deviceSize();
+    const QPoint at = canvas.devicePixel(x, y);
+    out[0] = (float(at.x()) + 0.5f) * float(canvas.width()) / float(device.width());
+    out[1] = float(canvas.height()) -
+             (float(at.y()) + 0.5f) * float(canvas.height()) / float(device.height());
+}
+
 // With the grid when it is on; else to whole units. True with the grid.
 bool cCanvas::snapPoint(float* point, int count) const {
     const bool onGrid = g_host->SnapToGrid;
@@ -199,8 +219,9 @@ bool cCanvas::screenToWorld(int x, int y, int flags, float out[3]) {
         float depth = 1.0f;
         if (!readDepth(x, y, &depth) || depth >= 1.0f)
             return false;
-        const float pixel[3] = {float(x) + 0.5f, float(y) + 0.5f, depth};
-        if (!unproject(pixel, out))
+        float read[3] = {0, 0, depth};
+        readMiddle(*this, x, y, read);
+        if (!unproject(read, out))
             return false;
         if (flags & SW_SNAP)
             snapPoint(out, 3);

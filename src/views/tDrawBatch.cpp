@@ -242,15 +242,15 @@ void cDrawBatch::drawTriangles() {
 }
 
 void cDrawBatch::drawLines() {
-    glLineWidth(lineWidth);
+    GL_LineWidth(lineWidth);
     drawVertices(m_lines, GL_LINES);
-    glLineWidth(1);
+    GL_LineWidth(1);
 }
 
 void cDrawBatch::drawWideLines() {
-    glLineWidth(WIDE_LINE);
+    GL_LineWidth(WIDE_LINE);
     drawVertices(m_wideLines, GL_LINES);
-    glLineWidth(1);
+    GL_LineWidth(1);
 }
 
 void cDrawBatch::drawStippled() {
@@ -266,9 +266,9 @@ void cDrawBatch::drawRaised() {
 }
 
 void cDrawBatch::drawPoints() {
-    glPointSize(pointSize);
+    GL_PointSize(pointSize);
     drawVertices(m_points, GL_POINTS);
-    glPointSize(1);
+    GL_PointSize(1);
 }
 
 void cDrawBatch::drawTextured(uint32_t glName, std::vector<cBatchTexVertex>& vertices) {
@@ -310,11 +310,11 @@ void cDrawBatch::drawOutlines() {
     glEnableClientState(GL_VERTEX_ARRAY);
     glEnableClientState(GL_COLOR_ARRAY);
     pointTo(m_outlines.data());
-    glLineWidth(OUTLINE_WIDTH);
+    GL_LineWidth(OUTLINE_WIDTH);
     glMultiDrawArrays(GL_POLYGON, m_outlineFirsts.data(), m_outlineCounts.data(),
                       GLsizei(m_outlineCounts.size()));
     glDisableClientState(GL_COLOR_ARRAY);
-    glLineWidth(1);
+    GL_LineWidth(1);
     glDisable(GL_POLYGON_OFFSET_LINE);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     m_outlines.clear();

@@ -5,6 +5,7 @@
 
 #include <QGLContext>
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <qopengl.h>
 
@@ -14,6 +15,7 @@
 #endif
 
 static uint32_t s_state = 0;
+static float s_pixelRatio = 1;
 
 // By code; code 0 stands for no blending and is as invalid beside another code as one too high.
 static const GLenum s_sourceFactors[] = {
@@ -96,6 +98,22 @@ void GL_State(uint32_t bits) {
 
 uint32_t GL_CurrentState() {
     return s_state;
+}
+
+void GL_SetPixelRatio(float ratio) {
+    static constexpr float STIPPLE_PIXELS = 2; // a bit of the pattern
+    s_pixelRatio = ratio;
+    GL_LineWidth(1);
+    GL_PointSize(1);
+    glLineStipple(GLint(std::lround(STIPPLE_PIXELS * ratio)), 0x9999);
+}
+
+void GL_LineWidth(float pixels) {
+    glLineWidth(pixels * s_pixelRatio);
+}
+
+void GL_PointSize(float pixels) {
+    glPointSize(pixels * s_pixelRatio);
 }
 
 static bool hasAnisotropy() {

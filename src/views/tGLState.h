@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// One packed word for blending, depth writes and alpha test, with a cached setter, and the
-// sampling of textures. The cached word is one for all views; whoever changes it in a draw puts
-// it back before the draw returns. Calls want a current context.
+// One packed word for blending, depth writes and alpha test, with a cached setter, the widths of
+// lines and points, and the sampling of textures. The cached word is one for all views; whoever
+// changes it in a draw puts it back before the draw returns. Calls want a current context.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +20,12 @@ void GL_ResetState(uint32_t bits);
 // Touches only what differs from the word set last.
 void GL_State(uint32_t bits);
 uint32_t GL_CurrentState();
+
+// Device pixels a pixel in the view that is drawn from now on: the widths below are in pixels. Both
+// are 1 after it, and between two draws.
+void GL_SetPixelRatio(float ratio);
+void GL_LineWidth(float pixels);
+void GL_PointSize(float pixels);
 
 // To be called right after binding a texture for drawing. filter 0 is nearest, 1 linear.
 void applyTextureSampling(int filter, bool mipmapped, bool anisotropy);

@@ -95,9 +95,9 @@ void cMapPainter::drawPointfile() {
     glEnableClientState(GL_COLOR_ARRAY);
     glColorPointer(4, GL_UNSIGNED_BYTE, sizeof(cPathPoint), m_map.points->color);
     glVertexPointer(3, GL_FLOAT, sizeof(cPathPoint), m_map.points->xyz);
-    glLineWidth(OVERLAY_WIDTH);
+    GL_LineWidth(OVERLAY_WIDTH);
     glDrawArrays(GL_LINE_STRIP, 0, m_map.pointCount);
-    glLineWidth(1);
+    GL_LineWidth(1);
     glDisableClientState(GL_COLOR_ARRAY);
 }
 
@@ -106,10 +106,10 @@ void cMapPainter::drawPortals() {
         return;
     glEnableClientState(GL_VERTEX_ARRAY);
     glColor4ub(0, 0, 255, 255);
-    glLineWidth(OVERLAY_WIDTH);
+    GL_LineWidth(OVERLAY_WIDTH);
     for (const cPortal* portal = m_map.portals; portal; portal = portal->next) {
         glVertexPointer(3, GL_FLOAT, 0, portal->points);
         glDrawArrays(GL_LINE_LOOP, 0, portal->vertexCount);
     }
-    glLineWidth(1);
+    GL_LineWidth(1);
 }

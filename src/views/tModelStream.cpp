@@ -39,9 +39,9 @@ void cModelStream::beginModelDraw(const cViewInfo& view) {
 void cModelStream::endModelDraw() {
     flush();
     if (m_dirty & POINT_SIZE)
-        glPointSize(1);
+        GL_PointSize(1);
     if (m_dirty & LINE_WIDTH)
-        glLineWidth(1);
+        GL_LineWidth(1);
     if (m_dirty & TEXTURE)
         glDisable(GL_TEXTURE_2D);
     if (m_dirty & COLOR_ARRAY)
@@ -55,13 +55,13 @@ void cModelStream::endModelDraw() {
 
 void cModelStream::pointSize(float size) {
     flush();
-    glPointSize(size);
+    GL_PointSize(size);
     m_dirty |= POINT_SIZE;
 }
 
 void cModelStream::lineWidth(float width) {
     flush();
-    glLineWidth(width);
+    GL_LineWidth(width);
     m_dirty |= LINE_WIDTH;
 }
 

@@ -36,10 +36,10 @@ void cCanvas::drawCordon() {
         drawBoxFill(shown.cordonMins, shown.cordonMaxs);
         GL_State(GLS_DEFAULT);
     }
-    glLineWidth(LINE_WIDTH);
+    GL_LineWidth(LINE_WIDTH);
     glColor4ub(color[0], color[1], color[2], 255);
     drawBoxLines(shown.cordonMins, shown.cordonMaxs);
-    glLineWidth(1);
+    GL_LineWidth(1);
 }
 
 // center plus pixels along the view's axes

@@ -19,7 +19,7 @@ namespace {
 class cGrabTool : public cTool {
 public:
     void drawOverlay(cCanvas* canvas, const cViewInfo&) override {
-        image = canvas->grabFrameBuffer();
+        image = canvas->grabFrameBuffer().scaled(canvas->size());
     }
     QImage image;
 };
@@ -334,7 +334,7 @@ TEST_F(BlockToolTest, theArchPreviewFollowsItsValues) {
         shape.arc = c.arc;
         shape.start = c.start;
         preview.setShape(shape, 64);
-        const QImage image = preview.grab().toImage();
+        const QImage image = preview.grab().toImage().scaled(preview.size());
         for (int i = 0; i < 3; ++i)
             for (const int radius : {49, 25}) { // the outer and the inner outline
                 bool drawn = false;

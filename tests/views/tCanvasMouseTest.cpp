@@ -2,12 +2,15 @@
 // Which events of a view reach the tool, and what the view answers itself.
 #include "views/tViewFixture.h"
 
+#include "support/tPatience.h"
 #include "views/tGLState.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStringList>
+#include <QtTest/QTest>
+#include <cstdlib>
 
 // Writes down what it is asked; takes what it is told to take.
 class cRecordingTool : public cTool {
@@ -143,6 +146,27 @@ TEST_F(CanvasMouseTest, middleButtonDragsTheView) {
     tool.takesMoves = true;
     move(150, 120, Qt::MiddleButton);
     EXPECT_FALSE(canvas->middleDown) << "a move that the tool took pans nothing";
+}
+
+// Under a window scale positions are rounded, other ones in the view than on the screen.
+TEST_F(CanvasMouseTest, theEchoOfAWarpIsNoMoveWhereverTheWindowStands) {
+    const auto mouseIsNear = [this](int x, int y) {
+        return std::abs(canvas->mouseX - x) <= 1 && std::abs(canvas->mouseY - y) <= 1;
+    };
+    int aside = 0; // a mouse at rest under a window that the manager moves sends nothing
+    const auto goToCorner = [&] {
+        aside ^= 1;
+        QCursor::setPos(canvas->mapToGlobal(QPoint(20 + aside, 60)));
+        return mouseIsNear(20, 60);
+    };
+    for (const int place : {100, 131, 162, 193}) {
+        canvas->window()->move(place, place);
+        ASSERT_TRUE(QTest::qWaitFor(goToCorner, PATIENCE));
+        canvas->warpCursorToCenter();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return mouseIsNear(canvas->centerX, canvas->centerY); },
+                                    PATIENCE));
+        EXPECT_TRUE(canvas->movedSinceWarp().isNull()) << place;
+    }
 }
 
 TEST_F(CanvasMouseTest, keysReachTheToolWhateverTheViewDidWithThem) {

@@ -42,6 +42,21 @@ TEST_F(CanvasTest, worldPointsComeBackFromTheScreen) {
     EXPECT_FALSE(canvas->project(behind, screen)) << "a point behind the camera";
 }
 
+TEST_F(CanvasTest, everyPixelIsReadWithinItself) {
+    const cCanvas* canvas = openCanvas(VIEW_TOP, 401, 301);
+    const QSize device = canvas->deviceSize();
+    EXPECT_NEAR(device.width(), canvas->width() * canvas->devicePixelRatioF(), 0.5);
+    const auto pixelAt = [](int position, int deviceExtent, int extent) {
+        return int(std::floor((float(position) + 0.5f) * float(extent) / float(deviceExtent)));
+    };
+    for (int x = 0; x < canvas->width(); ++x)
+        EXPECT_EQ(pixelAt(canvas->devicePixel(x, 0).x(), device.width(), canvas->width()), x);
+    for (int y = 0; y < canvas->height(); ++y) {
+        const int fromTop = device.height() - 1 - canvas->devicePixel(0, y).y();
+        EXPECT_EQ(pixelAt(fromTop, device.height(), canvas->height()), y);
+    }
+}
+
 TEST_F(CanvasTest, cameraAnglesFollowTheConvention) {
     cCanvas* canvas = openCanvas(VIEW_CAMERA);
     const float left[3] = {30, 90, 0}, beyond[3] = {120, 190, 0};

@@ -95,7 +95,7 @@ void ViewFixture::select(cBrushData* brush) {
 class cGrabTool : public cTool {
 public:
     void drawOverlay(cCanvas* canvas, const cViewInfo&) override {
-        image = QImage(canvas->size(), QImage::Format_RGBA8888);
+        image = QImage(canvas->deviceSize(), QImage::Format_RGBA8888);
         glReadPixels(0, 0, image.width(), image.height(), GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
         image = image.mirrored();
     }
@@ -107,8 +107,8 @@ QImage ViewFixture::picture(cCanvas* canvas) {
     viewHost.suspendedTool = &grab;
     canvas->requestRedraw(true);
     viewHost.suspendedTool = nullptr;
-    EXPECT_EQ(grab.image.size(), canvas->size()) << "the view did not paint";
-    return grab.image;
+    EXPECT_EQ(grab.image.size(), canvas->deviceSize()) << "the view did not paint";
+    return grab.image.scaled(canvas->size());
 }
 
 void ViewFixture::pressKey(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers) {

@@ -89,7 +89,8 @@ protected:
     cEntityData* addPointEntity(float x, float y, float z);
     void select(cBrushData* brush);
 
-    // What a fresh frame shows, without texts and caption.
+    // What a fresh frame shows, without texts and caption; a pixel for each of the view's, under
+    // any scale of the window.
     QImage picture(cCanvas* canvas);
     void pressKey(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
