@@ -39,6 +39,8 @@ uint32_t cMap::nextId(uint32_t& counter) {
 void cMap::changed(unsigned what) {
     ++m_revision;
     m_edits += what & MC_EDITED ? 1 : 0;
+    if (what & MC_VISGROUPS)
+        forgetVisGroupList();
     m_changes |= what;
     if (m_openChanges == 0 && g_host)
         g_host->mapChanged(*this, std::exchange(m_changes, 0u));

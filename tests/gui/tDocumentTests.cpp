@@ -314,6 +314,7 @@ TEST_F(DocumentTest, eachDocumentHasItsOwnSelectionAndTheSentenceIsOfTheActiveOn
 TEST_F(DocumentTest, undoBackToWhatWasSavedTakesTheMarkAway) {
     cProject* project = startWithProject();
     window->UndoLevels = 5;
+    project->map->history->applyLevels();
     int steps = 0;
     const auto step = [&] {
         trigger("EditSelAll");
