@@ -37,8 +37,6 @@ public:
     bool isActiveWindow(const cChildWindow*) const override { return true; }
     const QCursor& toolCursor(eToolCursor) const override { return m_cursor; }
     const QPixmap& cameraIcon() const override { return m_icon; }
-    void notifyTools() override {}
-    void updateUi() override {}
     void setTool(int) override {}
     void toolSelect() override {}
 

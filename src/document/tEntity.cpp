@@ -88,16 +88,6 @@ void freeEpairs(cEpair* list) {
         freeEpair(pair);
 }
 
-cEpair* copyEpairs(const cEpair* list) {
-    cEpair* head = nullptr;
-    cEpair** end = &head;
-    for (; list; list = list->next) {
-        *end = newEpair(list->key, list->value, nullptr);
-        end = &(*end)->next;
-    }
-    return head;
-}
-
 // ---- Creation and class
 
 cEntityData* newEntity(const char* classname, const float* origin, uint32_t flags) {

@@ -53,7 +53,6 @@ void addEpairLast(cEntityData* entity, const char* key, const char* value);
 void addEpairFirst(cEntityData* entity, const char* key, const char* value);
 void removeEpair(cEntityData* entity, const char* key); // every match
 void freeEpairs(cEpair* list);
-cEpair* copyEpairs(const cEpair* list);
 void setText(char*& field, const char* text); // frees the old text, copies the new one; null clears
 
 // ---- Creation and class

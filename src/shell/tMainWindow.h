@@ -125,8 +125,8 @@ public:
     bool isActiveWindow(const cChildWindow* window) const override;
     const QCursor& toolCursor(eToolCursor cursor) const override { return m_toolCursors[cursor]; }
     const QPixmap& cameraIcon() const override { return cameraCursor; }
-    void notifyTools() override; // then refreshes the Edit commands
-    void updateUi() override;
+    void notifyTools(); // every tool gets the active canvas; then refreshes the Edit commands
+    void updateUi();    // menus, bars and docks
     void setTool(int id) override;
     const cPrimitive* currentPrimitive() const override;
     cEntityClass* currentClass() override; // looked up again when its name or the game changes

@@ -85,15 +85,6 @@ void QVisGroupList::rebuild(const cMap* map, uint32_t current) {
     sortItems();
 }
 
-void QVisGroupList::refresh(const cMap& map) {
-    setSortingEnabled(false); // an item that moves would be met twice
-    for (int row = 0; row < count(); ++row)
-        if (const cVisGroup* group = map.findVisGroup(idOf(item(row))))
-            fillItem(item(row), *group);
-    setSortingEnabled(true);
-    sortItems();
-}
-
 // ---- Drag and drop
 
 // The base class needs the press to begin a drag.

@@ -44,8 +44,6 @@ public:
     virtual bool isActiveWindow(const class cChildWindow* window) const = 0;
     virtual const QCursor& toolCursor(eToolCursor cursor) const = 0;
     virtual const QPixmap& cameraIcon() const = 0; // of the camera tool's look drag
-    virtual void notifyTools() = 0;   // the selection changed: every tool gets the active canvas
-    virtual void updateUi() = 0;      // menus, bars and docks
     virtual void setTool(int id) = 0; // the tool becomes current, as by its button
     virtual void toolSelect() = 0;    // leaves the current tool
 

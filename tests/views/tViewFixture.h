@@ -46,14 +46,11 @@ public:
     bool isActiveWindow(const cChildWindow*) const override { return windowIsActive; }
     const QCursor& toolCursor(eToolCursor cursor) const override { return cursors[cursor]; }
     const QPixmap& cameraIcon() const override { return icon; }
-    void notifyTools() override { ++notifyCount; }
-    void updateUi() override {}
     void setTool(int id) override { wantedTool = id; }
     void toolSelect() override { wantedTool = TOOL_SELECT; }
 
     std::array<QCursor, TC_COUNT> cursors;
     QPixmap icon;
-    int notifyCount = 0;
     int wantedTool = -1;
     int propertiesCount = 0;
     bool windowIsActive = true;
