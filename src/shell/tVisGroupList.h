@@ -15,7 +15,7 @@ public:
 
     // Shows the visgroups of a map, or none. The current id survives where it is still there.
     void rebuild(const class cMap* map);
-    void rebuild(const class cMap* map, uint32_t current); // where the ids have changed
+    void rebuild(const class cMap* map, uint32_t current);      // where the ids have changed
     uint32_t currentId() const;                                 // 0: none
     QSize sizeHint() const override { return QSize(190, 120); } // the views want the room
 

@@ -44,8 +44,8 @@ public:
     virtual bool isActiveWindow(const class cChildWindow* window) const = 0;
     virtual const QCursor& toolCursor(eToolCursor cursor) const = 0;
     virtual const QPixmap& cameraIcon() const = 0; // of the camera tool's look drag
-    virtual void setTool(int id) = 0; // the tool becomes current, as by its button
-    virtual void toolSelect() = 0;    // leaves the current tool
+    virtual void setTool(int id) = 0;              // the tool becomes current, as by its button
+    virtual void toolSelect() = 0;                 // leaves the current tool
 
     // ---- What the creating tools make next. Null: nothing is chosen.
 
