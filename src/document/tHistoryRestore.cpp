@@ -15,6 +15,7 @@
 #include "document/tMapLists.h"
 #include "support/tConsole.h"
 #include "support/tHost.h"
+#include "support/tVec.h"
 
 #include <cstring>
 #include <map>
@@ -78,10 +79,11 @@ public:
 
 private:
     // The next update of the entity has at least these bits.
-    void touch(cEntityData* entity, uint32_t mode) {
+    void touch(cEntityData* entity, uint32_t mode, const cEntityState* state = nullptr) {
         cTouched& touched = m_touched[entity->id];
         touched.entity = entity;
         touched.mode |= mode;
+        touched.state = state ? state : touched.state;
     }
     cEntityData* ownerById(uint32_t id, const char* message);
     cFaceData* loneFace(const cLoneFaceState& state);
@@ -104,7 +106,9 @@ private:
     struct cTouched {
         cEntityData* entity = nullptr;
         uint32_t mode = 0;
+        const cEntityState* state = nullptr; // of an entity that was made or put back
     };
+    void keepBox(const cTouched& touched);
     std::map<uint32_t, cTouched> m_touched; // by id, so that messages come in one order
     cPlacing<cGroupData> m_placedGroups;
     cPlacing<cEntityData> m_placedEntities;
@@ -166,7 +170,7 @@ void cRestore::remakeEntity(const cObjectStates& states, const cEntityState& sta
     m_placedEntities.add(entity, state.previousId);
     setGroupById(m_map, entity, state.groupId);
     joinVisGroups(m_map, entity, states, state.visGroups);
-    touch(entity, UM_ATTACH);
+    touch(entity, UM_ATTACH, &state);
     reselect(m_data.selectedEntities, entity, state.flags);
 }
 
@@ -292,7 +296,7 @@ void cRestore::putEntityOf(const cEntityState& state) {
     setGroupById(m_map, entity, state.groupId);
     if (entity->attachKind == AK_DECAL)
         entity->flags |= EF_RECOMPUTE_ATTACHMENT;
-    touch(entity, attach ? uint32_t(UM_ATTACH) : 0);
+    touch(entity, attach ? uint32_t(UM_ATTACH) : 0, &state);
     reselect(m_data.selectedEntities, entity, state.flags);
 }
 
@@ -475,9 +479,30 @@ void cRestore::finishSelection() {
         selectedClear(m_data.selectedFaces);
 }
 
+// A point entity that shows nothing has its class's box about its origin, but for the rounding of
+// the moves that took it there. A class that was read anew may have another box.
+void cRestore::keepBox(const cTouched& touched) {
+    constexpr float sameSize = 0.01f;
+    cEntityData* entity = touched.entity;
+    if (!touched.state || !(entity->flags & EF_POINT) || entity->attachKind != AK_NONE)
+        return;
+    const auto& mins = touched.state->mins;
+    const auto& maxs = touched.state->maxs;
+    for (size_t i = 0; i < 3; ++i) {
+        if (std::fabs((maxs[i] - mins[i]) - (entity->maxs[i] - entity->mins[i])) > sameSize)
+            return;
+    }
+    vecCopy(mins.data(), entity->mins);
+    vecCopy(maxs.data(), entity->maxs);
+    if (m_map.cullTree)
+        m_map.cullTree->updateEntity(entity);
+}
+
 void cRestore::update() {
-    for (const auto& [id, touched] : m_touched)
+    for (const auto& [id, touched] : m_touched) {
         updateEntity(touched.entity, touched.mode);
+        keepBox(touched);
+    }
     if (m_parentsChanged)
         recomputeRoots();
 }

@@ -21,6 +21,7 @@ protected:
         cMap map(host);
         ASSERT_TRUE(importFile(map, file)) << qPrintable(file);
         cRandomWalk walk(host, map, seed);
+        walk.isReal = true;
         walk.exportText = [&] { return contents(exportFile(map, text)); };
         QString problem;
         const int segments = qEnvironmentVariable("KARVEX_WALK_SEGMENTS", str("1")).toInt();

@@ -23,6 +23,10 @@ public:
     // The map as text; compared at both ends of the way where it is given.
     std::function<std::string()> exportText;
 
+    // Faces near the limits of our own rule for flat ones, as real maps have them, may be scaled or
+    // stretched past it: brushes are not held to that rule then.
+    bool isReal = false;
+
     // So many operations at most, then all the way back and forth again. Empty, or what broke the
     // law, with the last operations.
     QString runSegment(int operations);
