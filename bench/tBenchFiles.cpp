@@ -5,8 +5,8 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tProjectFile.h"
-#include "resources/tGameData.h"
-#include "resources/tGameDataRegistry.h"
+#include "gamedata/tGameData.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "tBenchCity.h"
 #include "tBenchImport.h"
 

@@ -5,7 +5,7 @@
 // planes and corners do not: they come back to the last bit.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QByteArray>
 #include <QPair>

@@ -5,7 +5,7 @@
 // lengths are checked against what is left of the file before memory is taken.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QByteArray>
 #include <QHash>

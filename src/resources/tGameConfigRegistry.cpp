@@ -2,9 +2,9 @@
 // The list of configurations and what goes with each: profile, catalogue, classes, precaching.
 #include "resources/tGameConfigRegistry.h"
 
+#include "gamedata/tGameData.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "resources/tEntityClassTree.h"
-#include "resources/tGameData.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureCatalogue.h"
 #include "resources/tTextureManager.h"

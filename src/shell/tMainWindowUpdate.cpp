@@ -3,7 +3,7 @@
 #include "document/tHistory.h"
 #include "document/tMap.h"
 #include "operations/tClipboard.h"
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 #include "resources/tGameConfigRegistry.h"
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"

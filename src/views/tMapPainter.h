@@ -3,7 +3,7 @@
 // the lines over them. Lives as long as the draw.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 #include "views/tDrawBatch.h"
 #include "views/tViewInfo.h"
 

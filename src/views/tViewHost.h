@@ -2,7 +2,7 @@
 // What the views ask of the main window beyond cHost. cMainWindow implements it.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QString>
 #include <cstdint>

@@ -2,10 +2,10 @@
 // The loader, on plug-ins loaded from disk: order, messages, what each offer leads to.
 #include "pluginhost/tPluginManager.h"
 
+#include "gamedata/tGameDataRegistry.h"
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tPrimitiveList.h"
 #include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
 #include "support/tTestHost.h"

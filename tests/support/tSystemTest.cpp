@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/tSystem.h"
 
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
 #include "support/tIniFile.h"
 #include "support/tMath.h"
 #include "support/tTestHost.h"

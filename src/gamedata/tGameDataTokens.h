@@ -2,7 +2,7 @@
 // Small questions to the shared tokenizer, for the files of the game data reader.
 #pragma once
 
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
 
 #include <QString>
 #include <cstring>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The tokenizer: what a token is, lines, includes, failures, hostile text.
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
 
 #include "support/tTestHost.h"
 

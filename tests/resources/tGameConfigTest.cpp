@@ -2,8 +2,8 @@
 // Game configurations: the ini file, the list, class lookups and trees, precaching, assign.
 #include "resources/tGameConfigRegistry.h"
 
-#include "resources/tGameData.h"
-#include "resources/tGameDataRegistry.h"
+#include "gamedata/tGameData.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureCatalogue.h"
 #include "resources/tTextureManager.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Sections and their header items.
-#include "resources/tGameDataReader.h"
+#include "gamedata/tGameDataReader.h"
 
-#include "resources/tGameDataTokens.h"
+#include "gamedata/tGameDataTokens.h"
 
 #include <QByteArray>
 #include <climits>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The variables of a class: what stands between its brackets, and how a redeclared key is stored.
-#include "resources/tGameDataReader.h"
+#include "gamedata/tGameDataReader.h"
 
-#include "resources/tGameDataTokens.h"
+#include "gamedata/tGameDataTokens.h"
 
 #include <cstdlib>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // A game data file's life: reading on demand, the class tables, automatic grouping, precaching.
-#include "resources/tGameData.h"
+#include "gamedata/tGameData.h"
 
-#include "resources/tGameDataReader.h"
-#include "resources/tGameDataRegistry.h"
-#include "resources/tParser.h"
+#include "gamedata/tGameDataReader.h"
+#include "gamedata/tGameDataRegistry.h"
+#include "gamedata/tParser.h"
 #include "support/tHost.h"
 #include "support/tSystem.h"
 
