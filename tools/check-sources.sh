@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# Fails, naming the places, when a source includes what its folder may not: tools/layers.txt has
-# the order of the folders and the reasons. A reason that nothing needs any more fails as well.
+# Fails, naming the places, when a source includes what its folder may not (tools/layers.txt has
+# the order of the folders and the reasons; a reason that nothing needs any more fails as well), or
+# names what one file alone may name.
 set -eu
 cd "$(dirname "$0")/.."
+failed=0
 
 # Each include as: file "path" or file <path>
 find src \( -name '*.h' -o -name '*.cpp' \) -print0 |
@@ -39,4 +41,19 @@ END {
         if (!uses[edge])
             fail("tools/layers.txt: nothing in " edge " any more")
     exit failed
-}' tools/layers.txt -
+}' tools/layers.txt - || failed=1
+
+# only PATTERN FILES WHY: the pattern stands in the sources of these files and in no others.
+only() {
+    grep -qE "$1" $2 || { echo "$2: no longer names $1"; failed=1; }
+    if grep -rnE "$1" src --include='*.h' --include='*.cpp' | grep -vE "^(${2// /|}):"; then
+        echo "    $3"
+        failed=1
+    fi
+}
+only 'Local8Bit|qPrintable|QTextCodec' src/support/tMapText.cpp \
+    'text of maps goes through fromMapText and toMapText'
+only 'QGL(Widget|Format)' 'src/views/tGLWidget.h src/views/tGLWidget.cpp' \
+    'what shows OpenGL derives from cGLWidget'
+
+exit $failed

@@ -7,6 +7,7 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
 #include "support/tVec.h"
@@ -166,7 +167,7 @@ void deriveFlagsKey(cEntityData* entity) {
     for (const cEntityVariable& variable : entityClass->variables) {
         if (variable.type != VT_FLAGS)
             continue;
-        setText(entity->flagsKey, variable.name.toLocal8Bit().constData());
+        setText(entity->flagsKey, toMapText(variable.name).constData());
         return;
     }
     setText(entity->flagsKey, "spawnflags");
@@ -177,8 +178,8 @@ static void prependDefault(cEntityData* fresh, const cEntityData* entity,
                            const cEntityVariable& variable) {
     if (variable.defaultValue.isEmpty())
         return;
-    const QByteArray name = variable.name.toLocal8Bit();
-    const QByteArray byDefault = variable.defaultValue.toLocal8Bit();
+    const QByteArray name = toMapText(variable.name);
+    const QByteArray byDefault = toMapText(variable.defaultValue);
     const char* present = getEpairValue(entity, name.constData());
     const char* value = present ? present : byDefault.constData();
     addEpairFirst(fresh, name.constData(), value);
@@ -204,7 +205,7 @@ void resetEntityFromClass(cEntityData* entity) {
     fresh.spawnFlags = entity->spawnFlags;
     for (const cEntityVariable& variable : entityClass->variables) {
         if (variable.type == VT_FLAGS && !entity->flagsKey)
-            setText(entity->flagsKey, variable.name.toLocal8Bit().constData());
+            setText(entity->flagsKey, toMapText(variable.name).constData());
         prependDefault(&fresh, entity, variable);
     }
     carryOver(&fresh, entity, "model");

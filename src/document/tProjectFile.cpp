@@ -12,6 +12,7 @@
 #include "document/tMapLists.h"
 #include "document/tVisGroup.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 
 #include <QFileInfo>
@@ -167,7 +168,7 @@ static void reportFailure(const char* action, const QByteArray& path, const char
 // ---- Loading
 
 bool cProjectFile::load() {
-    const QByteArray path = m_path.toLocal8Bit();
+    const QByteArray path = toMapText(m_path);
     Print("Loading: \"%s\"", path.constData());
     int size = 0;
     cStream stream(File_Open(path.constData(), &size), false);
@@ -199,7 +200,7 @@ bool cProjectFile::readMap(cStream& stream) {
     if (!readGroups(stream) || !readVisGroups(stream) || !stream.numbers(m_map.data.cordonMins) ||
         !stream.numbers(m_map.data.cordonMaxs) || !stream.value(entities) ||
         !stream.value(reserved)) {
-        Error("%s is damaged: nothing of it can be read", m_path.toLocal8Bit().constData());
+        Error("%s is damaged: nothing of it can be read", toMapText(m_path).constData());
         return false;
     }
     while (!stream.atEnd() && !m_damaged)
@@ -216,7 +217,7 @@ bool cProjectFile::readMap(cStream& stream) {
 // Files of before entities were counted say 0.
 void cProjectFile::reportDamage(int entities) const {
     const QString total = entities > 0 ? QString::number(entities) : QStringLiteral("?");
-    Error("%s is damaged: read up to entity %i of %s", m_path.toLocal8Bit().constData(),
+    Error("%s is damaged: read up to entity %i of %s", toMapText(m_path).constData(),
           m_entitiesRead, total.toLatin1().constData());
 }
 
@@ -448,7 +449,7 @@ bool cProjectFile::readFace(cStream& stream, cBrushData* brush) {
 
 // Beside the old file, which only a whole one replaces; what is no plain file is written itself.
 bool cProjectFile::save() {
-    const QByteArray path = m_path.toLocal8Bit();
+    const QByteArray path = toMapText(m_path);
     Print("Saving: \"%s\"", path.constData());
     const QFileInfo old(m_path);
     if (old.exists() && !old.isFile())
@@ -460,12 +461,12 @@ bool cProjectFile::save() {
         return false;
     if (isOpen && file.commit())
         return true;
-    reportFailure("write", path, file.errorString().toLocal8Bit().constData());
+    reportFailure("write", path, toMapText(file.errorString()).constData());
     return false;
 }
 
 bool cProjectFile::saveTo(FILE* file) {
-    const QByteArray path = m_path.toLocal8Bit();
+    const QByteArray path = toMapText(m_path);
     cStream stream(file, true);
     if (!stream.isOpen()) {
         reportFailure("write", path, strerror(errno));

@@ -3,12 +3,13 @@
 #pragma once
 
 #include "gamedata/tParser.h"
+#include "support/tMapText.h"
 
 #include <QString>
 #include <cstring>
 
 inline QString tokenText() {
-    return QString::fromLocal8Bit(cParser::token());
+    return fromMapText(cParser::token());
 }
 
 inline bool tokenIs(const char* text) {

@@ -3,6 +3,7 @@
 #include "gamedata/tGameDataReader.h"
 
 #include "gamedata/tGameDataTokens.h"
+#include "support/tMapText.h"
 
 #include <cstdlib>
 
@@ -44,8 +45,7 @@ bool cGameDataReader::skipVariables() {
         if (tokenIs("]"))
             return true;
         if (!warned)
-            cParser::warn("variables in group class: `%s'",
-                          m_class->name.toLocal8Bit().constData());
+            cParser::warn("variables in group class: `%s'", toMapText(m_class->name).constData());
         warned = true;
     }
     return false;

@@ -8,6 +8,7 @@
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
@@ -143,8 +144,7 @@ void cMainWindow::checkActiveState(bool clearConfig) {
         enterViews(*child);
     QString title;
     if (const cGameConfig* config = m_configs->current)
-        title =
-            QStringLiteral("%1 (%2)").arg(config->title, QString::fromLocal8Bit(profile().name));
+        title = QStringLiteral("%1 (%2)").arg(config->title, fromMapText(profile().name));
     updateEntityMenus(QString(), 6);
     if (child)
         notifyTools();

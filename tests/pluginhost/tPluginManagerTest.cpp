@@ -8,6 +8,7 @@
 #include "resources/tGameConfigRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
+#include "support/tMapText.h"
 #include "support/tTestHost.h"
 
 #include <QDir>
@@ -86,9 +87,9 @@ TEST_F(cPluginManagerTest, refusedLibrariesCostTheirMessageOnly) {
     QFile maps(str("/proc/self/maps"));
     ASSERT_TRUE(maps.open(QIODevice::ReadOnly));
     const QByteArray mapped = maps.readAll();
-    EXPECT_TRUE(mapped.contains(good.toLocal8Bit()));
-    EXPECT_FALSE(mapped.contains((folder + str("tpb.so")).toLocal8Bit()));
-    EXPECT_FALSE(mapped.contains((folder + str("tpc.so")).toLocal8Bit()));
+    EXPECT_TRUE(mapped.contains(toMapText(good)));
+    EXPECT_FALSE(mapped.contains(toMapText(folder + str("tpb.so"))));
+    EXPECT_FALSE(mapped.contains(toMapText(folder + str("tpc.so"))));
 }
 
 TEST_F(cPluginManagerTest, countsAreTold) {
