@@ -33,7 +33,7 @@ template<size_t N, class T> static std::array<T, N> arrayOf(const T* values) {
 
 void cObjectStates::take(const cGroupData* group) {
     groups.push_back({group->id, idOf(group->prev), idOf(group->parent), group->flags,
-                      arrayOf<4>(group->group->baseColor)});
+                      group->memberCount, arrayOf<4>(group->group->baseColor)});
 }
 
 static cStateRange append(std::vector<uint32_t>& serials, const QList<cVisGroup*>& visGroups) {
@@ -56,11 +56,11 @@ cFaceState cObjectStates::takeFace(const cFaceData* face, bool withGeometry) {
     state.id = face->id;
     state.flags = face->flags;
     state.tex = face->tex;
-    if (!withGeometry)
-        return state;
     vecCopy(face->normal, state.normal);
     state.dist = face->dist;
     state.planeType = face->planeType;
+    if (!withGeometry)
+        return state;
     state.points = {uint32_t(points.size()), uint32_t(face->vertexCount)};
     for (int i = 0; i < face->vertexCount; ++i)
         points.push_back(arrayOf<3>(face->vertices[i].xyz));
@@ -77,6 +77,7 @@ void cObjectStates::take(const cBrushData* brush, unsigned what) {
     state.previousId = idOf(brush->prev);
     state.entityId = brush->owner->id;
     state.groupId = idOf(brush->group);
+    state.rootGroupId = idOf(brush->rootGroup);
     state.flags = brush->flags;
     state.reserved = brush->reserved;
     state.color = arrayOf<4>(brush->brush->baseColor);
@@ -95,6 +96,7 @@ void cObjectStates::take(const cEntityData* entity, unsigned what) {
     state.id = entity->id;
     state.previousId = idOf(entity->prev);
     state.groupId = idOf(entity->group);
+    state.rootGroupId = idOf(entity->rootGroup);
     state.flags = entity->flags;
     state.spawnFlags = entity->spawnFlags;
     state.classname = entity->classname; // null stays null
@@ -165,6 +167,16 @@ void cObjectStates::reserve(const cBrushCounts& counts) {
 
 bool cObjectStates::isEmpty() const {
     return groups.empty() && entities.empty() && brushes.empty() && loneFaces.empty();
+}
+
+void cObjectStates::clear() {
+    groups.clear();
+    entities.clear();
+    brushes.clear();
+    loneFaces.clear();
+    faces.clear();
+    points.clear();
+    serials.clear();
 }
 
 template<class T> static size_t bytesOf(const std::vector<T>& list) {
@@ -373,18 +385,9 @@ static const char* textOf(const QByteArray& text) {
     return text.isNull() ? nullptr : text.constData();
 }
 
-void putEntity(cEntityData* entity, const cEntityState& state) {
-    if (state.classname != entity->classname) {
-        entity->flags = (entity->flags & ~uint32_t(EF_POINT)) | (state.flags & EF_POINT);
-        setText(entity->classname, textOf(state.classname));
-        setEntityClass(entity, findEntityClass(entity, contextOf(entity)));
-    }
-    putFlags(entity->flags, state.flags, EF_DIRTY);
+void putKeys(cEntityData* entity, const cEntityState& state) {
     entity->spawnFlags = state.spawnFlags;
-    vecCopy(state.origin.data(), entity->origin);
     vecCopy(state.angles.data(), entity->angles);
-    vecCopy(state.mins.data(), entity->mins);
-    vecCopy(state.maxs.data(), entity->maxs);
     std::copy(state.color.begin(), state.color.end(), entity->entity->color);
     entity->renderFlags = state.renderFlags;
     std::copy(state.renderColor.begin(), state.renderColor.end(), entity->renderColor);
@@ -397,6 +400,19 @@ void putEntity(cEntityData* entity, const cEntityState& state) {
     entity->scale = state.scale;
     putPairs(entity, state);
     setText(entity->flagsKey, textOf(state.flagsKey));
+}
+
+void putEntity(cEntityData* entity, const cEntityState& state) {
+    if (state.classname != entity->classname) {
+        entity->flags = (entity->flags & ~uint32_t(EF_POINT)) | (state.flags & EF_POINT);
+        setText(entity->classname, textOf(state.classname));
+        setEntityClass(entity, findEntityClass(entity, contextOf(entity)));
+    }
+    putFlags(entity->flags, state.flags, EF_DIRTY);
+    vecCopy(state.origin.data(), entity->origin);
+    vecCopy(state.mins.data(), entity->mins);
+    vecCopy(state.maxs.data(), entity->maxs);
+    putKeys(entity, state);
     followClass(entity);
 }
 
