@@ -71,7 +71,7 @@ void cObjectStates::takeLone(const cFaceData* face) {
     loneFaces.push_back({face->brush->id, face->brush->owner->id, takeFace(face, false)});
 }
 
-void cObjectStates::take(const cBrushData* brush, unsigned what) {
+void cObjectStates::takeHead(const cBrushData* brush) {
     cBrushState state = {};
     state.id = brush->id;
     state.previousId = idOf(brush->prev);
@@ -81,6 +81,12 @@ void cObjectStates::take(const cBrushData* brush, unsigned what) {
     state.flags = brush->flags;
     state.reserved = brush->reserved;
     state.color = arrayOf<4>(brush->brush->baseColor);
+    brushes.push_back(state);
+}
+
+void cObjectStates::take(const cBrushData* brush, unsigned what) {
+    takeHead(brush);
+    cBrushState& state = brushes.back();
     state.withGeometry = (what & TAKE_GEOMETRY) != 0;
     state.faces.first = uint32_t(faces.size());
     for (const cFaceData* face : facesOf(brush))
@@ -88,7 +94,6 @@ void cObjectStates::take(const cBrushData* brush, unsigned what) {
     state.faces.count = uint32_t(faces.size()) - state.faces.first;
     if (what & TAKE_VISGROUPS)
         state.visGroups = takeVisGroups(brush);
-    brushes.push_back(state);
 }
 
 void cObjectStates::take(const cEntityData* entity, unsigned what) {
@@ -135,13 +140,52 @@ static cStateRange append(std::vector<T>& list, const std::vector<T>& from, cSta
     return placed;
 }
 
-void cObjectStates::copy(const cBrushState& brush, const cObjectStates& from) {
-    cBrushState state = brush;
-    state.faces = append(faces, from.faces, brush.faces);
-    for (uint32_t i = state.faces.first; i < state.faces.end(); ++i)
+bool cObjectStates::isSameShape(cStateRange own, cStateRange other,
+                                const cObjectStates& from) const {
+    if (own.count != other.count)
+        return false;
+    for (uint32_t i = 0; i < own.count; ++i) {
+        if (faces[own.first + i].points.count != from.faces[other.first + i].points.count)
+            return false;
+    }
+    return true;
+}
+
+// Of from, with their points, behind all that are there.
+cStateRange cObjectStates::appendFaces(const cObjectStates& from, cStateRange range) {
+    const cStateRange placed = append(faces, from.faces, range);
+    for (uint32_t i = placed.first; i < placed.end(); ++i)
         faces[i].points = append(points, from.points, faces[i].points);
-    state.visGroups = append(serials, from.serials, brush.visGroups);
-    brushes.push_back(state);
+    return placed;
+}
+
+void cObjectStates::replaceFaces(cBrushState& state, const cBrushState& by,
+                                 const cObjectStates& from) {
+    if (!isSameShape(state.faces, by.faces, from)) {
+        state.faces = appendFaces(from, by.faces);
+        return;
+    }
+    for (uint32_t i = 0; i < by.faces.count; ++i) {
+        cFaceState& face = faces[state.faces.first + i];
+        const cStateRange own = face.points;
+        face = from.faces[by.faces.first + i];
+        std::copy_n(from.points.begin() + face.points.first, own.count, points.begin() + own.first);
+        face.points = own;
+    }
+}
+
+void cObjectStates::pack() {
+    size_t used = 0;
+    for (const cBrushState& brush : brushes)
+        used += brush.faces.count;
+    if (used == faces.size())
+        return;
+    cObjectStates packed;
+    for (cBrushState& brush : brushes)
+        brush.faces = packed.appendFaces(*this, brush.faces);
+    packed.shrink();
+    faces = std::move(packed.faces);
+    points = std::move(packed.points);
 }
 
 // ---- Sizes

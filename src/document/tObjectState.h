@@ -113,8 +113,13 @@ public:
     void take(const cBrushData* brush, unsigned what);
     void take(const cEntityData* entity, unsigned what);
     void takeLone(const cFaceData* face);
-    // A state of another bag with all it refers to.
-    void copy(const cBrushState& brush, const cObjectStates& from);
+    // The fields of a brush alone, its faces to come.
+    void takeHead(const cBrushData* brush);
+    // The faces of a brush of this bag become those of a brush of another one: in their places if
+    // they are as many with as many points, else behind all others. pack() then gives back the
+    // places they have left.
+    void replaceFaces(cBrushState& state, const cBrushState& by, const cObjectStates& from);
+    void pack();
 
     // Room for so many brushes more, at once: growing by halves copies all of a large step.
     struct cBrushCounts {
@@ -140,6 +145,8 @@ public:
     cStateRange takeVisGroups(const cEntityData* entity);
 
 private:
+    bool isSameShape(cStateRange own, cStateRange other, const cObjectStates& from) const;
+    cStateRange appendFaces(const cObjectStates& from, cStateRange range);
     cFaceState takeFace(const cFaceData* face, bool withGeometry);
 };
 
