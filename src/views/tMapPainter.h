@@ -4,7 +4,7 @@
 // writes to no record.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 #include "views/tDrawBatch.h"
 #include "views/tDrawRanges.h"
 #include "views/tMapBuffers.h"

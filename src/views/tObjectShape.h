@@ -3,7 +3,7 @@
 // corners face by face, their colours in each look, its edges, and what decides where it is drawn.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <vector>
 
