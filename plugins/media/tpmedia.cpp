@@ -71,8 +71,9 @@ TP_EXPORT int32_t tpLoadTexture(uint32_t format, const char* path, const void* d
 }
 
 TP_EXPORT int32_t tpGetPackageInfo(uint32_t format, const char* path, tpPackageInfo* info) {
-    cProblem problem = nullptr; // loading tells it
+    cProblem problem = nullptr;
     const auto package = PACKAGE_FORMATS[format].open(path, problem);
+    cFileReport(path).add(problem); // the host does not go on to load such a file
     info->textureCount = package ? package->count() : 0;
     return package ? 1 : 0;
 }
