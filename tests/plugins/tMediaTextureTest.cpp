@@ -7,7 +7,6 @@
 #include <QtEndian>
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 using cMediaTextures = cMediaTest;
