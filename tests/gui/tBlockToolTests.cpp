@@ -7,6 +7,7 @@
 #include "support/tColors.h"
 #include "support/tPatience.h"
 #include "tools/tToolBlock.h"
+#include "views/tOverlay.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -18,7 +19,8 @@ namespace {
 // Draws last, so it sees what the others drew.
 class cGrabTool : public cTool {
 public:
-    void drawOverlay(cCanvas* canvas, const cViewInfo&) override {
+    void drawOverlay(cCanvas* canvas, const cViewInfo&, cOverlay& overlay) override {
+        overlay.flush();
         image = canvas->grabFrameBuffer().scaled(canvas->size());
     }
     QImage image;
