@@ -2,6 +2,7 @@
 // Replies by a polling timer; a folder with one plug-in, one game data file, one configuration.
 #include "gui/tGuiTest.h"
 
+#include "support/tFiles.h"
 #include "support/tPatience.h"
 #include "support/tSystem.h"
 #include "views/tCanvas.h"
@@ -140,9 +141,7 @@ void cGuiTest::restart() {
 }
 
 void cGuiTest::write(const QString& name, const QByteArray& bytes) const {
-    QFile out(file(name));
-    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-    ASSERT_EQ(out.write(bytes), bytes.size());
+    writeFile(file(name), bytes);
 }
 
 QByteArray cGuiTest::read(const char* name) const {

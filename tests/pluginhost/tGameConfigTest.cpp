@@ -7,15 +7,12 @@
 #include "resources/tModelManager.h"
 #include "resources/tTextureCatalogue.h"
 #include "resources/tTextureManager.h"
+#include "support/tFiles.h"
 #include "support/tTestHost.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
-
-static QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
 
 class cGameConfigTest : public testing::Test {
 protected:
@@ -27,15 +24,7 @@ protected:
     }
 
     QString write(const char* name, const QByteArray& text) {
-        QFile file(m_folder.filePath(str(name)));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        return file.fileName();
-    }
-    QByteArray read(const QString& path) {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
+        return writeFile(m_folder.filePath(str(name)), text);
     }
     cGameConfig* gameOf(const QByteArray& classes) {
         cGameConfig* config = m_registry.addConfig(str("Game"));
@@ -104,7 +93,7 @@ TEST_F(cGameConfigTest, everyKeyComesBack) {
     m_registry.load(write("in.ini", text));
     const QString path = m_folder.filePath(str("out.ini"));
     m_registry.save(path);
-    EXPECT_EQ(sortedLines(read(path)), sortedLines(text));
+    EXPECT_EQ(sortedLines(readFile(path)), sortedLines(text));
 
     const QString title = QString::fromLocal8Bit("Gr\xF6\xDF, \"x\"");
     m_registry.addConfig(title)->enabled = false;
@@ -143,7 +132,7 @@ TEST_F(cGameConfigTest, relativePathsLieInTheGameOrBesideTheProgram) {
     for (const char* line :
          {"GameBasedir=game\n", "GameData0=base.fgd\n", "GameData1=top.fgd\n",
           "GameData2=absent.fgd\n", "Parcel0=textures::*.tga\n", "PaletteFile=game/palette.lmp\n"})
-        EXPECT_TRUE(read(out).contains(line)) << line;
+        EXPECT_TRUE(readFile(out).contains(line)) << line;
 }
 
 TEST_F(cGameConfigTest, listOperationsKeepTablesAndReferencesRight) {

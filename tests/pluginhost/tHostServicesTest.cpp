@@ -10,6 +10,7 @@
 #include "resources/tGameConfig.h"
 #include "resources/tTextureManager.h"
 #include "support/tBuildNumber.h"
+#include "support/tFiles.h"
 #include "support/tMapTools.h"
 #include "support/tMath.h"
 #include "support/tTestHost.h"
@@ -22,10 +23,6 @@
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-
-static QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
 
 class cHostServicesTest : public testing::Test {
 protected:
@@ -72,10 +69,7 @@ TEST_F(cHostServicesTest, filesAndTokens) {
     cGameConfig config;
     config.gameBasedir = folder.path();
     const cActiveConfigScope active(&config);
-    QFile file(folder.filePath(str("a.txt")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("(1 2 3) word");
-    file.close();
+    writeFile(folder.filePath(str("a.txt")), "(1 2 3) word");
     char path[512];
     ASSERT_EQ(m_services.File_Find("a.txt", path, sizeof path), 1);
     EXPECT_EQ(m_services.File_Find("b.txt", path + 256, 256), 0);

@@ -8,6 +8,7 @@
 #include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
+#include "support/tFiles.h"
 #include "support/tTestHost.h"
 
 #include <QDir>
@@ -16,10 +17,6 @@
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
-
-static QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
 
 class cPluginManagerTest : public testing::Test {
 protected:
@@ -61,10 +58,7 @@ protected:
 };
 
 TEST_F(cPluginManagerTest, refusedLibrariesCostTheirMessageOnly) {
-    QFile text(m_folder.filePath(str("tpa.so")));
-    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
-    text.write("no library at all");
-    text.close();
+    writeFile(m_folder.filePath(str("tpa.so")), "no library at all");
     provide("tpnomain.so", str("tpb.so"));
     provide("tprefuse.so", str("tpc.so"));
     const QString good = provide("tpfull.so", str("tpd.so"));

@@ -5,15 +5,12 @@
 #include "pluginhost/tPluginManager.h"
 #include "resources/tGameConfig.h"
 #include "resources/tTextureCatalogue.h"
+#include "support/tFiles.h"
 #include "support/tTestHost.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
-
-static QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
 
 class cTestUploader : public cTextureUploader {
 public:
@@ -41,10 +38,7 @@ protected:
     }
 
     QString write(const char* name, const QByteArray& bytes) {
-        QFile file(m_folder.filePath(str(name)));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
+        return writeFile(m_folder.filePath(str(name)), bytes);
     }
     QString writeGrey(const char* name, int width, int height) {
         QByteArray bytes(2 + width * height, '\x55');

@@ -116,11 +116,9 @@ static std::vector<cSource> sources() {
          {str(KARVEX_SOURCE) + str("/game/maps"), str(KARVEX_REAL_DATA) + str("/maps")}) {
         if (!folder.startsWith(QLatin1Char('/')))
             continue;
-        for (const QFileInfo& info : QDir(folder).entryInfoList({str("*.map")}, QDir::Files)) {
-            QFile file(info.filePath());
-            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-            list.push_back({info.fileName().toStdString(), file.readAll().toStdString()});
-        }
+        for (const QFileInfo& info : QDir(folder).entryInfoList({str("*.map")}, QDir::Files))
+            list.push_back(
+                {info.fileName().toStdString(), readFile(info.filePath()).toStdString()});
     }
     return list;
 }

@@ -9,15 +9,11 @@
 #include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
+#include "support/tFiles.h"
 #include "support/tTestHost.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-
-inline QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
 
 class cMapPluginTest : public testing::Test {
 protected:
@@ -46,11 +42,7 @@ protected:
     }
 
     bool importText(cMap& map, const QByteArray& text) {
-        QFile file(path("in.map"));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        file.close();
-        return importFile(map, path("in.map"));
+        return importFile(map, writeFile(path("in.map"), text));
     }
 
     // The path of the written file.
@@ -61,11 +53,7 @@ protected:
         return path(name);
     }
 
-    static std::string contents(const QString& path) {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll().toStdString();
-    }
+    static std::string contents(const QString& path) { return readFile(path).toStdString(); }
 
     // How many faces the last export said that it can't hold.
     int toldInexact() const {
