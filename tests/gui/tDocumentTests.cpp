@@ -489,18 +489,6 @@ TEST_F(DocumentTest, documentsOfTwoGamesKeepTheirTexturesClassesAndDetail) {
         }
         EXPECT_EQ(action("ToolsMakeDetail")->isVisible(), active == projects[1]);
     }
-    // Across by copy and paste, from the second to the first.
-    cMap& target = *projects[0]->map;
-    projects[1]->map->selectAll();
-    trigger("EditCopy");
-    window->setActiveChildWindow(projects[0]->windows[0]->parentWidget());
-    settle();
-    trigger("EditPaste");
-    settle();
-    for (const cBrushData* brush : brushesOf(target.world()))
-        for (const cFaceData* face : facesOf(brush))
-            EXPECT_EQ(face->texture, projects[0]->game.findTexture(face->tex.name));
-    EXPECT_EQ(target.data.entitiesTail->entity->entityClass, nullptr);
     for (cProject* project : projects)
         project->setDirty(false);
 }

@@ -77,39 +77,6 @@ TEST_F(SelectToolTest, theCameraPicksTheNearestFace) {
     EXPECT_EQ(selectedBrushes(), 0) << "the sky";
 }
 
-TEST_F(SelectToolTest, aClickTakesTheWholeGroupOrEntityUnlessGroupsAreIgnored) {
-    cBrushData* one = addBrush({0, 0, 0}, {32, 32, 32});
-    cBrushData* two = addBrush({48, 0, 0}, {80, 32, 32});
-    cEntityData* wall = addSolidEntity();
-    for (const float x : {-48.0f, -96.0f}) {
-        const float mins[3] = {x, 0, 0}, maxs[3] = {x + 32, 32, 32};
-        addBox(map(), wall, mins, maxs);
-    }
-    const cBrushData* panel = wall->brushesTail;
-    cGroupData* group = map().addGroup();
-    map().joinGroupBrush(one, group);
-    map().joinGroupBrush(two, group);
-    updateEntity(wall, 0);
-    objectsAdded();
-    pick(one);
-    EXPECT_TRUE(isPicked(one) && isPicked(two) && (group->flags & GF_SELECTED));
-    EXPECT_EQ(pane(2), QStringLiteral("group of 2 objects."));
-    expectBounds(box().mins, box().maxs, {0, 0, 0}, {80, 32, 32});
-    pick(panel, Qt::ControlModifier);
-    EXPECT_EQ(selectedBrushes(), 4);
-    EXPECT_TRUE(wall->flags & EF_SELECTED);
-    pick(one, Qt::ControlModifier);
-    EXPECT_EQ(selectedBrushes(), 2);
-    EXPECT_FALSE(group->flags & GF_SELECTED);
-    click(top, pixel(top, 0, -90));
-    window->IgnoreGroups = true;
-    for (const cBrushData* brush : {static_cast<const cBrushData*>(one), panel}) {
-        pick(brush);
-        EXPECT_EQ(selectedBrushes(), 1);
-        EXPECT_TRUE(isPicked(brush) && !(wall->flags & EF_SELECTED));
-    }
-}
-
 // ---- Rubber band
 
 class RubberBandTest : public cToolTest {

@@ -75,10 +75,7 @@ static void walkBy(unsigned seed) {
 
 // By hand: KARVEX_WALK_SECONDS goes on with new seeds for so long, KARVEX_WALK_SEED is the first.
 TEST(RandomWalk, everyStepOfTheWayBackAndForthGivesTheMapOfBefore) {
-    bool isGiven = false;
-    unsigned seed = qEnvironmentVariable("KARVEX_WALK_SEED").toUInt(&isGiven);
-    if (!isGiven)
-        seed = std::random_device()();
+    unsigned seed = firstWalkSeed();
     std::cout << "seeds 1 to 6, " << seed << " and on\n";
     for (unsigned known = 1; known <= 6; ++known)
         walkBy(known);

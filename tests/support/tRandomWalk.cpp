@@ -14,6 +14,12 @@
 #include <algorithm>
 #include <cmath>
 
+unsigned firstWalkSeed() {
+    bool isGiven = false;
+    const unsigned seed = qEnvironmentVariable("KARVEX_WALK_SEED").toUInt(&isGiven);
+    return isGiven ? seed : std::random_device()();
+}
+
 cRandomWalk::cRandomWalk(cTestHost& host, cMap& map, unsigned seed)
     : m_host(host), m_map(map), m_random(seed) {
     T_RandomSeed(seed);

@@ -15,6 +15,9 @@
 
 class cMap;
 
+// KARVEX_WALK_SEED, to walk a way again; without it one that nobody has tried.
+unsigned firstWalkSeed();
+
 class cRandomWalk {
 public:
     // Of a map whose host knows the texture "wall" and the solid class "func_door".
