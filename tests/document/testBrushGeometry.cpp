@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
 #include "document/tWinding.h"
 #include "support/tMapTest.h"
-#include "support/tVec.h"
 
 static constexpr float MINS[3] = {-32, -16, 0};
 static constexpr float MAXS[3] = {32, 48, 64};

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
 #include "document/tProjectFile.h"
-#include "document/tVisGroup.h"
 #include "support/tFileSizeLimit.h"
 #include "support/tFiles.h"
 #include "support/tMapTest.h"

@@ -1,18 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The block tool with the mouse, the primitives by the New Objects dock, the arch by its dialog.
 #include "dialogs/tArchPreview.h"
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
 #include "gui/tToolTest.h"
 #include "support/tColors.h"
-#include "support/tPatience.h"
 #include "tools/tToolBlock.h"
 #include "views/tOverlay.h"
 
-#include <QCheckBox>
 #include <QComboBox>
-#include <QDialogButtonBox>
-#include <QPushButton>
 #include <QSpinBox>
 
 namespace {

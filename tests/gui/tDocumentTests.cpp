@@ -1,26 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The life of documents as a user leads it: new, save, open, export, close, with every question.
 #include "dialogs/tWaitDialog.h"
-#include "document/tEntity.h"
-#include "document/tHistory.h"
-#include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "gui/tGuiTest.h"
 #include "resources/tGameConfigRegistry.h"
 #include "resources/tGameDataRegistry.h"
 #include "resources/tTextureManager.h"
-#include "support/tMapTools.h"
 #include "support/tSystem.h"
-#include "views/tCanvas.h"
-#include "views/tChildWindow.h"
 
-#include <QApplication>
-#include <QDialogButtonBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QPushButton>
 
 using DocumentTest = cGuiTest;
 
@@ -222,7 +210,7 @@ TEST_F(DocumentTest, aDamagedProjectOpensUnderANewName) {
     EXPECT_EQ(read("cut.kvx"), whole.chopped(10));
 }
 
-TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndTheLastOneAsks) {
+TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndAskOnceBeforeTheLastGoes) {
     cProject* project = startWithProject();
     const QString title = project->title;
     trigger("WindowNew");
@@ -231,30 +219,20 @@ TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndTheLastOneAsks) {
     ASSERT_EQ(project->windows.size(), 2);
     EXPECT_EQ(project->windows[0]->windowTitle(), title + QStringLiteral(":1*"));
     EXPECT_EQ(project->windows[1]->windowTitle(), title + QStringLiteral(":2*"));
-    frameOf(project->windows[0])->close();
-    settle();
-    ASSERT_EQ(project->windows.size(), 1);
-    EXPECT_EQ(project->windows[0]->windowTitle(), title + QStringLiteral("*"));
-    replies.expectBox(QMessageBox::No, title);
-    frameOf(project->windows[0])->close();
-    settle();
-    EXPECT_TRUE(window->projects.isEmpty());
-}
-
-TEST_F(DocumentTest, aDocumentOfTwoWindowsAsksOnceBeforeAnyOfThemGoes) {
-    cProject* project = startWithProject();
-    trigger("WindowNew");
-    settle();
-    project->setDirty(true);
     for (const auto& closeBy : {std::function<void()>([this] { trigger("FileCloseAll"); }),
                                 std::function<void()>([this] { close(); })}) {
-        replies.expectBox(QMessageBox::Cancel, project->title);
+        replies.expectBox(QMessageBox::Cancel, title);
         closeBy();
         settle();
         ASSERT_EQ(window->projects, QList<cProject*>{project});
         EXPECT_EQ(windowCount(), 2);
     }
-    replies.expectBox(QMessageBox::No, project->title);
+    frameOf(project->windows[0])->close();
+    settle();
+    ASSERT_EQ(project->windows.size(), 1);
+    EXPECT_EQ(project->windows[0]->windowTitle(), title + QStringLiteral("*"));
+    trigger("WindowNew");
+    replies.expectBox(QMessageBox::No, title);
     trigger("FileCloseAll");
     settle();
     EXPECT_EQ(windowCount(), 0);

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The entity tool: points set in 2D views, surfaces clicked in the camera view, class menus.
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
 #include "gui/tToolTest.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <set>
 

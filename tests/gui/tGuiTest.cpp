@@ -3,18 +3,11 @@
 #include "gui/tGuiTest.h"
 
 #include "support/tFiles.h"
-#include "support/tPatience.h"
 #include "support/tSystem.h"
-#include "views/tCanvas.h"
 
-#include <QApplication>
 #include <QCursor>
 #include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMdiArea>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QStatusBar>
 #include <QTextEdit>
 

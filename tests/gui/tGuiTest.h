@@ -4,20 +4,36 @@
 // expected fails the test and is dismissed, so that nothing hangs.
 #pragma once
 
+#include "document/tEntity.h"
+#include "document/tHistory.h"
+#include "document/tMapLists.h"
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "support/tMapTools.h"
+#include "support/tPatience.h"
+#include "views/tCanvas.h"
+#include "views/tChildWindow.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QCheckBox>
 #include <QCoreApplication>
 #include <QDialogButtonBox>
+#include <QDockWidget>
 #include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMdiArea>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolBar>
 #include <deque>
 #include <functional>
 #include <gtest/gtest.h>

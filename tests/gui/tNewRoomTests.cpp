@@ -1,16 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The room that a new map begins with: asked for, refused, skipped, and brought back by Shift.
-#include "document/tHistory.h"
-#include "document/tMapLists.h"
 #include "gui/tGuiTest.h"
 #include "resources/tGameConfigRegistry.h"
-#include "support/tMapTools.h"
 
-#include <QCheckBox>
-#include <QDialogButtonBox>
-#include <QPushButton>
 #include <QSpinBox>
-#include <QToolBar>
 
 class NewRoomTest : public cGuiTest {
 protected:

@@ -3,9 +3,6 @@
 // tSelectDragTests.cpp.
 #include "gui/tToolTest.h"
 
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
-
 class SelectToolTest : public cToolTest {};
 
 static bool isPicked(const cBrushData* brush) {

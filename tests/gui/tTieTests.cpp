@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Tie to Entity through its real boxes: every way of answering each question, and the list.
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
 #include "gui/tToolTest.h"
 #include "resources/tGameConfigRegistry.h"
-
-#include <QDialogButtonBox>
-#include <QLabel>
-#include <QListWidget>
 
 static const QString POINTS_QUESTION =
     QStringLiteral("There are 1 point entities selected.\n"

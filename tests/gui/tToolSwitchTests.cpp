@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How one tool takes another's place: by buttons, by keys, for a while, and with face mode.
 #include "gui/tGuiTest.h"
-#include "support/tMapTools.h"
-#include "views/tCanvas.h"
-
-#include <QToolBar>
 
 namespace {
 

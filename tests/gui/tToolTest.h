@@ -3,12 +3,8 @@
 // system hands them over, so that grabs, focus and routing are the real ones.
 #pragma once
 
-#include "document/tHistory.h"
 #include "gui/tGuiTest.h"
-#include "support/tMapTools.h"
 #include "tools/tToolSelect.h"
-#include "views/tCanvas.h"
-#include "views/tChildWindow.h"
 
 #include <initializer_list>
 

@@ -3,8 +3,6 @@
 // way is the one that was there before.
 #include "gui/tToolTest.h"
 
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
 #include "support/tLaw.h"
 #include "support/tRandomWalk.h"
 

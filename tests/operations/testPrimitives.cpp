@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "operations/tPrimitives.h"
 
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
-#include "document/tGroup.h"
 #include "operations/tDefaultRoom.h"
 #include "support/tMapTest.h"
-#include "support/tVec.h"
 
 #include <array>
 #include <cmath>

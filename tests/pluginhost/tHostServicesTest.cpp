@@ -169,23 +169,6 @@ TEST_F(cHostMapTest, textureNumbersOfNoUseBecomeTheDefaultAndAreToldOnce) {
     EXPECT_EQ(m_host.count(eMessage::Warning, QStringLiteral("numbers of no use")), 1);
 }
 
-TEST_F(cHostMapTest, visGroupsAreFoundByPlace) {
-    const uint32_t ids[] = {m_services.VisGroup_Create(m_data), m_services.VisGroup_Create(m_data),
-                            m_services.VisGroup_Create(m_data)};
-    const auto placeOf = [&](uint32_t id) { return m_services.VisGroup_IndexOf(m_data, id); };
-    EXPECT_EQ(placeOf(ids[2]), 2);
-    m_services.VisGroup_Set(m_data, ids[0], "last", 99, nullptr);
-    EXPECT_EQ(placeOf(ids[1]), 0);
-    EXPECT_EQ(placeOf(99), 2);
-    m_services.VisGroup_Delete(m_data, ids[1]);
-    EXPECT_EQ(placeOf(ids[1]), -1);
-    EXPECT_EQ(placeOf(99), 1);
-    m_map.clearMap();
-    const uint32_t fresh = m_services.VisGroup_Create(m_data);
-    EXPECT_EQ(placeOf(fresh), 0);
-    EXPECT_EQ(placeOf(99), -1);
-}
-
 TEST_F(cHostMapTest, objectsOfAnotherMapAndNullAreLeftAlone) {
     cEntityData* foreign = m_other.addEntity("a", m_other.data.cordonMins, EF_POINT);
     cEntityData* solid = addEntity("door", 0);
@@ -275,8 +258,11 @@ TEST_F(cHostMapTest, visGroups) {
     m_services.Entity_RemoveFromVisGroup(m_data, light, 40);
     m_services.VisGroup_Delete(m_data, second);
     EXPECT_EQ(m_services.Entity_GetVisGroupCount(light), 0);
+    EXPECT_EQ(m_services.VisGroup_IndexOf(m_data, second), -1);
+    EXPECT_EQ(m_services.VisGroup_IndexOf(m_data, 40), 0);
     m_services.VisGroup_Clear(m_data);
     EXPECT_EQ(m_services.VisGroup_GetCount(m_data), 0);
+    EXPECT_EQ(m_services.VisGroup_IndexOf(m_data, 40), -1);
 }
 
 TEST_F(cHostMapTest, packagePathsOfTheProject) {

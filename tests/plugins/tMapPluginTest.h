@@ -5,17 +5,9 @@
 
 #include "document/tMap.h"
 #include "pluginhost/tPluginManager.h"
-#include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
-#include "resources/tModelManager.h"
-#include "resources/tTextureManager.h"
-#include "support/tFiles.h"
-#include "support/tTestHost.h"
+#include "support/tRegistryTest.h"
 
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
-
-class cMapPluginTest : public testing::Test {
+class cMapPluginTest : public cRegistryTest {
 protected:
     cMapPluginTest() {
         cPluginTargets targets;
@@ -42,7 +34,7 @@ protected:
     }
 
     bool importText(cMap& map, const QByteArray& text) {
-        return importFile(map, writeFile(path("in.map"), text));
+        return importFile(map, write("in.map", text));
     }
 
     // The path of the written file.
@@ -64,14 +56,5 @@ protected:
         return told;
     }
 
-    QString path(const char* name) const { return folder.filePath(str(name)); }
-    int count(eMessage level, const char* text) const { return host.count(level, str(text)); }
-
-    QTemporaryDir folder;
-    cTestHost host;
-    cGameDataRegistry gameData;
-    cTextureManager textures;
-    cModelManager models;
-    cGameConfigRegistry configs{gameData, textures, &models};
     std::unique_ptr<cPluginManager> manager;
 };
