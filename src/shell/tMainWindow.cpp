@@ -8,25 +8,26 @@
 #include "dialogs/tWaitDialog.h"
 #include "document/tHistory.h"
 #include "document/tWinding.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "operations/tClipboard.h"
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tHostServices.h"
 #include "pluginhost/tPluginManager.h"
 #include "pluginhost/tPrimitiveList.h"
 #include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
 #include "shell/tColorScheme.h"
 #include "shell/tProject.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 #include "tools/tToolFactory.h"
+#include "views/tGLWidget.h"
 #include "views/tTool.h"
 
 #include <QApplication>
 #include <QDockWidget>
-#include <QGLWidget>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -55,11 +56,12 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     setWindowTitle(tr("Karvex"));
     setWindowIcon(QIcon(QStringLiteral(":/qrc/karvex16.png")));
     resizeToScreen();
-    setDefaultGLFormat();
+    cGLWidget::setDefaultFormat(); // views that need depth ask for it themselves
     createDocks();
-    Print("%s", qPrintable(tr("%1 initialized (ELF build %2 %3)")
-                               .arg(QStringLiteral("Karvex"), QStringLiteral(__DATE__),
-                                    QStringLiteral(__TIME__))));
+    Print("%s", toMapText(tr("%1 initialized (ELF build %2 %3)")
+                              .arg(QStringLiteral("Karvex"), QStringLiteral(__DATE__),
+                                   QStringLiteral(__TIME__)))
+                    .constData());
     createServices();
     createMdiArea();
     createStatusBar();
@@ -124,18 +126,6 @@ void cMainWindow::resizeToScreen() {
     QRect place(QPoint(), available.size() * SCREEN_SHARE);
     place.moveCenter(available.center());
     setGeometry(place);
-}
-
-// Views that need depth ask for it themselves.
-void cMainWindow::setDefaultGLFormat() {
-    QGLFormat format;
-    format.setRgba(true);
-    format.setDirectRendering(true);
-    format.setDoubleBuffer(true);
-    format.setDepth(false);
-    format.setStencil(false);
-    format.setSwapInterval(0);
-    QGLFormat::setDefaultFormat(format);
 }
 
 void cMainWindow::createDocks() {
@@ -214,7 +204,7 @@ void cMainWindow::createServices() {
         return project ? project->game.config : nullptr;
     };
     setHostServiceContext(context);
-    m_shareWidget = std::make_unique<QGLWidget>();
+    m_shareWidget = std::make_unique<cGLWidget>(eGLBuffers::Color);
 }
 
 void cMainWindow::connectConfigs() {

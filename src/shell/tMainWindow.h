@@ -119,7 +119,7 @@ public:
     cCanvas* flatCanvas() const;
     cTool* cameraTool() const override;
     QMenu* popupMenu(const char* title) const override;
-    QGLWidget* shareWidget() override;
+    cGLWidget* shareWidget() override;
     void openObjectProperties() override; // as by its command, where that is enabled
     void updateViewControls() override;
     bool isActiveWindow(const cChildWindow* window) const override;
@@ -364,7 +364,6 @@ protected:
 private:
     // Construction, in order (tMainWindow.cpp)
     void resizeToScreen();
-    void setDefaultGLFormat();
     void createDocks();
     QDockWidget* addDock(const QString& title, const char* name, QWidget* widget,
                          Qt::DockWidgetArea area, Qt::DockWidgetAreas allowed);
@@ -540,7 +539,7 @@ private:
     QSignalMapper* m_windowMapper = nullptr;
     std::array<QLabel*, STATUS_PANES> m_statusPanes = {};
     std::array<QCursor, TC_COUNT> m_toolCursors;
-    std::unique_ptr<QGLWidget> m_shareWidget;
+    std::unique_ptr<cGLWidget> m_shareWidget;
     std::unique_ptr<cWaitDialog> m_waitDialog;
     std::unique_ptr<cClipboard> m_clipboard; // g_clipboard
     QPointer<cEntityListDialog> m_entityList;

@@ -7,6 +7,7 @@
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "support/tMapText.h"
 
 #include <QMenu>
 #include <QMenuBar>
@@ -226,7 +227,7 @@ void cMainWindow::createPluginMenu() {
     QMenu* menu = m_pluginMenu;
     int index = 0;
     for (const auto& record : m_plugins->actions) {
-        const QString next = QString::fromLocal8Bit(record->category);
+        const QString next = fromMapText(record->category);
         if (next != category) {
             category = next;
             menu = category.isEmpty() ? m_pluginMenu : m_pluginMenu->addMenu(category);
@@ -235,11 +236,10 @@ void cMainWindow::createPluginMenu() {
             else
                 m_menus.append(menu);
         }
-        const QString title = QString::fromLocal8Bit(record->title);
-        const QString tip =
-            record->description ? QString::fromLocal8Bit(record->description) : title;
+        const QString title = fromMapText(record->title);
+        const QString tip = record->description ? fromMapText(record->description) : title;
         auto* action = new QCustomAction(title, menu);
-        action->setShortcut(QKeySequence(QString::fromLocal8Bit(record->shortcut)));
+        action->setShortcut(QKeySequence(fromMapText(record->shortcut)));
         action->setToolTip(tooltipWithShortcut(tip, action->shortcut()));
         action->setStatusTip(tip);
         action->toolIndex = index++;

@@ -7,6 +7,7 @@
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
@@ -67,7 +68,7 @@ static void raiseWindows(const cProject* project) {
 
 bool cMainWindow::openFile(const QString& path) {
     if (const cProject* open = findProjectByPath(path)) {
-        Print("%s is already opened", path.toLocal8Bit().constData());
+        Print("%s is already opened", toMapText(path).constData());
         raiseWindows(open);
         addRecentFile(open->path);
         return true;

@@ -4,11 +4,11 @@
 #include "shell/tColorScheme.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "support/tMapText.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
 #include <QCoreApplication>
-#include <QGLWidget>
 #include <QLabel>
 #include <QMenu>
 #include <QSplashScreen>
@@ -22,7 +22,7 @@ static const QColor PROGRESS_COLOR(157, 157, 157, 255);
 // ---- Console
 
 void cMainWindow::consoleMessage(eMessage level, const char* text) {
-    QString line = QString::fromLocal8Bit(text);
+    QString line = fromMapText(text);
     if (level == eMessage::Warning)
         line = QStringLiteral("<font color=\"#FF6000\"><b>Warning:</b></font> ") + line;
     else if (level == eMessage::Error)
@@ -144,7 +144,7 @@ QMenu* cMainWindow::popupMenu(const char* title) const {
     return nullptr;
 }
 
-QGLWidget* cMainWindow::shareWidget() {
+cGLWidget* cMainWindow::shareWidget() {
     return m_shareWidget.get();
 }
 

@@ -9,6 +9,7 @@
 #include "resources/tGameConfigRegistry.h"
 #include "resources/tTextureCatalogue.h"
 #include "shell/tMainWindow.h"
+#include "support/tMapText.h"
 #include "views/tDocumentViews.h"
 
 #include <QAbstractItemView>
@@ -189,12 +190,12 @@ void cMainWindow::fillCategories() {
             m_categories->addItem(tr("(entities)"));
         } else if (m_listedTool == TOOL_BLOCK) {
             for (const cPrimitive& primitive : m_primitives->all()) {
-                const QString category = QString::fromLocal8Bit(primitive.category);
+                const QString category = fromMapText(primitive.category);
                 if (m_categories->findText(category) < 0)
                     m_categories->addItem(category);
             }
             if (const cPrimitive* primitive = currentPrimitive())
-                m_categories->setCurrentText(QString::fromLocal8Bit(primitive->category));
+                m_categories->setCurrentText(fromMapText(primitive->category));
         } else {
             m_categories->addItem(tr("(no category)"));
         }
@@ -224,8 +225,8 @@ void cMainWindow::fillObjects() {
             int number = 0;
             for (const cPrimitive& primitive : m_primitives->all()) {
                 ++number;
-                if (QString::fromLocal8Bit(primitive.category) == m_categories->currentText())
-                    m_objects->addItem(QString::fromLocal8Bit(primitive.name), number);
+                if (fromMapText(primitive.category) == m_categories->currentText())
+                    m_objects->addItem(fromMapText(primitive.name), number);
             }
             m_objects->setCurrentIndex(std::max(0, m_objects->findData(int(m_primitive) + 1)));
         }
@@ -284,7 +285,7 @@ cEntityClass* cMainWindow::currentClass() {
 cTexture* cMainWindow::currentTexture() {
     const char* name = profile().defaultTexture;
     const cTextureCatalogue* catalogue = m_configs->currentCatalogue;
-    return *name && catalogue ? catalogue->find(QString::fromLocal8Bit(name)) : nullptr;
+    return *name && catalogue ? catalogue->find(fromMapText(name)) : nullptr;
 }
 
 bool cMainWindow::randomYaw() const {

@@ -5,6 +5,7 @@
 #include "resources/tGameConfigRegistry.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "support/tMapText.h"
 
 #include <QAction>
 #include <QMessageBox>
@@ -91,7 +92,7 @@ void cMainWindow::confirmTieTo(cMap& map, cEntityData* owner) {
         tr("You have selected an existing entity (a '%1').\n"
            "Would you like to add the selected solids to the existing entity?\n"
            "If you select 'No', a new entity ('%2') will be created.")
-            .arg(QString::fromLocal8Bit(owner->classname), tieClassName),
+            .arg(fromMapText(owner->classname), tieClassName),
         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
     if (answer == QMessageBox::Yes)
         tieSelection(map, map.findEntityById(id));
@@ -103,7 +104,7 @@ void cMainWindow::listTieTargets(const std::vector<cEntityData*>& owners) {
     m_listedProject = activeProject();
     m_entityList = new cEntityListDialog(this);
     for (const cEntityData* owner : owners)
-        m_entityList->addEntity(QString::fromLocal8Bit(owner->classname), owner->id);
+        m_entityList->addEntity(fromMapText(owner->classname), owner->id);
     connect(m_entityList, &QDialog::accepted, this, &cMainWindow::tieToListed);
     connect(m_entityList, &QDialog::rejected, this, &cMainWindow::cancelTie);
     connect(m_entityList, &QDialog::finished, m_entityList, &QObject::deleteLater);
@@ -140,7 +141,7 @@ void cMainWindow::tieToListed() {
 // ---- The operation
 
 void cMainWindow::tieSelection(cMap& map, cEntityData* target) {
-    tieSelectionToEntity(map, tieClassName.toLocal8Bit().constData(), target);
+    tieSelectionToEntity(map, toMapText(tieClassName).constData(), target);
     QWidget* properties = target ? nullptr : propertiesWindow(*this);
     if (properties) // a new entity wants its keys
         properties->show();

@@ -3,11 +3,12 @@
 #include "document/tHistory.h"
 #include "document/tMap.h"
 #include "operations/tClipboard.h"
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 #include "resources/tGameConfigRegistry.h"
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
@@ -143,8 +144,7 @@ void cMainWindow::checkActiveState(bool clearConfig) {
         enterViews(*child);
     QString title;
     if (const cGameConfig* config = m_configs->current)
-        title =
-            QStringLiteral("%1 (%2)").arg(config->title, QString::fromLocal8Bit(profile().name));
+        title = QStringLiteral("%1 (%2)").arg(config->title, fromMapText(profile().name));
     updateEntityMenus(QString(), 6);
     if (child)
         notifyTools();

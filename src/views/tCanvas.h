@@ -8,11 +8,11 @@
 // read from them go by deviceSize() and devicePixel(), widths of lines through GL_LineWidth().
 #pragma once
 
+#include "views/tGLWidget.h"
 #include "views/tViewInfo.h"
 
 #include <QElapsedTimer>
 #include <QFont>
-#include <QGLWidget>
 #include <QPixmap>
 #include <QRect>
 #include <QTimer>
@@ -32,18 +32,16 @@ class cViewHost;
 // Flags of screenToWorld.
 enum { SW_SNAP = 1, SW_DEPTH = 2 };
 
-class cCanvas : public QGLWidget {
+class cCanvas : public cGLWidget {
     Q_OBJECT
 
 public:
     static constexpr int ACTIVE_INTERVAL = 25; // ms between frames of the active camera view
     static constexpr int IDLE_INTERVAL = 40;   // of the others
 
-    cCanvas(const QGLFormat& format, QWidget* parent, cChildWindow* window);
+    cCanvas(QWidget* parent, cChildWindow* window);
     ~cCanvas() override;
 
-    // The format all views of a document are created with, from the settings.
-    static QGLFormat viewFormat();
     // What a cViewHost does in setActiveCanvas: the former one becomes the previous one and is
     // told. canvas may be null.
     static void switchActive(cViewHost& host, cCanvas* canvas);

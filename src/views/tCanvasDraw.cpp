@@ -101,7 +101,7 @@ void cCanvas::resizeGL(int, int) {
 void cCanvas::glDraw() {
     m_paintDropped = cBusy::isBusy();
     if (!m_paintDropped)
-        QGLWidget::glDraw();
+        cGLWidget::glDraw();
 }
 
 void cCanvas::paintDropped() {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "document/tEntityClass.h"
+#include "support/tMapState.h"
 #include "support/tMapTest.h"
 
 #include <cmath>
@@ -105,9 +106,11 @@ TEST_F(History, stepThatWasLeftOpenKeepsNothingFromTheNext) {
 
 TEST_F(History, facesComeAndGoWithTheGeometryOfTheirBrush) {
     cBrushData* brush = cubeAt(0);
+    cBrushData* other = cubeAt(100);
     law([&] {
         const cHistoryStep step(map, "cut");
         step->brushChanged(brush, true);
+        step->brushChanged(other, true); // its record stands behind the one that changes its size
         // A corner is cut off: one face more, three others with another number of vertices.
         cFaceTexture tex = brush->faces->tex;
         tex.uShift = 7;
@@ -122,6 +125,14 @@ TEST_F(History, facesComeAndGoWithTheGeometryOfTheirBrush) {
         updateEntity(world, UM_WINDINGS);
     });
     EXPECT_EQ(countOf(facesOf(brush)), 7);
+    const cMapState cut = stateOf(map);
+    const size_t bytes = history.recordBytes();
+    for (int i = 0; i < 3; ++i) {
+        history.undo();
+        history.redo();
+    }
+    EXPECT_EQ(firstDifference(cut, stateOf(map)).toStdString(), "");
+    EXPECT_EQ(history.recordBytes(), bytes) << "a record takes no more from undo to undo";
 }
 
 TEST_F(History, selectionAtTheTimeOfRecordingComesBackAlone) {

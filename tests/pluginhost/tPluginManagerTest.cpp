@@ -4,6 +4,7 @@
 
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tPrimitiveList.h"
+#include "support/tMapText.h"
 #include "support/tRegistryTest.h"
 
 #include <QDir>
@@ -62,9 +63,9 @@ TEST_F(cPluginManagerTest, refusedLibrariesCostTheirMessageOnly) {
     EXPECT_EQ(m_manager->libraries[0]->fileName(), good);
 
     const QByteArray mapped = readFile(str("/proc/self/maps"));
-    EXPECT_TRUE(mapped.contains(good.toLocal8Bit()));
-    EXPECT_FALSE(mapped.contains(path("tpb.so").toLocal8Bit()));
-    EXPECT_FALSE(mapped.contains(path("tpc.so").toLocal8Bit()));
+    EXPECT_TRUE(mapped.contains(toMapText(good)));
+    EXPECT_FALSE(mapped.contains(toMapText(path("tpb.so"))));
+    EXPECT_FALSE(mapped.contains(toMapText(path("tpc.so"))));
 }
 
 TEST_F(cPluginManagerTest, countsAreTold) {

@@ -5,6 +5,7 @@
 
 #include "document/tMap.h"
 #include "pluginhost/tPluginManager.h"
+#include "support/tMapText.h"
 #include "support/tRegistryTest.h"
 
 class cMapPluginTest : public cRegistryTest {
@@ -27,7 +28,7 @@ protected:
 
     bool importFile(cMap& map, const QString& path) {
         const cMapFormat& f = manager->importFormats.first();
-        const bool read = f.function(f.id, path.toLocal8Bit().constData(), &map.data) != 0;
+        const bool read = f.function(f.id, toMapText(path).constData(), &map.data) != 0;
         if (read)
             map.finishLoad();
         return read;
@@ -41,7 +42,7 @@ protected:
     QString exportFile(cMap& map, const char* description, const char* name = "out.map") {
         const cMapFormat* f = format(manager->exportFormats, description);
         EXPECT_NE(f, nullptr);
-        EXPECT_TRUE(f->function(f->id, path(name).toLocal8Bit().constData(), &map.data));
+        EXPECT_TRUE(f->function(f->id, toMapText(path(name)).constData(), &map.data));
         return path(name);
     }
 

@@ -4,6 +4,7 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tVisGroup.h"
+#include "support/tMapText.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,7 +20,7 @@ template<class Array> static QString listed(const Array& values) {
 static QString textOf(const cVisGroup* visGroup, uint32_t number) {
     return QStringLiteral("visgroup %1 %2 objects %3 visible %4 color%5")
         .arg(number)
-        .arg(QString::fromLocal8Bit(visGroup->name))
+        .arg(fromMapText(visGroup->name))
         .arg(visGroup->objectCount)
         .arg(visGroup->visible)
         .arg(listed(visGroup->color));
@@ -70,17 +71,16 @@ static QString textOf(const cGroupState& group) {
 static QString textOf(const cObjectStates& all, const cEntityState& entity) {
     QString text = QStringLiteral("entity %1 %2 after %3 group %4 flags %5 spawn %6 key %7")
                        .arg(entity.id)
-                       .arg(QString::fromLocal8Bit(entity.classname))
+                       .arg(fromMapText(entity.classname))
                        .arg(entity.previousId)
                        .arg(entity.groupId)
                        .arg(entity.flags)
                        .arg(entity.spawnFlags)
-                       .arg(QString::fromLocal8Bit(entity.flagsKey)) +
+                       .arg(fromMapText(entity.flagsKey)) +
                    listed(entity.origin) + listed(entity.angles) + listed(entity.mins) +
                    listed(entity.maxs) + listed(entity.color);
     for (const auto& [key, value] : entity.pairs)
-        text += QStringLiteral(" %1=%2").arg(QString::fromLocal8Bit(key),
-                                             QString::fromLocal8Bit(value));
+        text += QStringLiteral(" %1=%2").arg(fromMapText(key), fromMapText(value));
     for (uint32_t i = entity.visGroups.first; i < entity.visGroups.end(); ++i)
         text += QStringLiteral(" visgroup %1").arg(all.serials[i]);
     return text + QStringLiteral(" brushes %1").arg(entity.brushes.count);
@@ -93,7 +93,7 @@ static QString textOf(const cObjectStates& all, const cFaceState& face) {
                        .arg(listed(face.normal))
                        .arg(double(face.dist), 0, 'g', 9)
                        .arg(face.planeType)
-                       .arg(QString::fromLocal8Bit(face.tex.name))
+                       .arg(fromMapText(face.tex.name))
                        .arg(listed(face.tex.uAxis) + listed(face.tex.vAxis))
                        .arg(face.tex.contentFlags)
                        .arg(face.tex.surfaceFlags);

@@ -9,6 +9,7 @@
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "document/tVisGroup.h"
+#include "support/tMapText.h"
 #include "support/tMath.h"
 #include "support/tVec.h"
 

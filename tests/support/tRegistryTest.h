@@ -3,8 +3,8 @@
 // folder for the files that they read.
 #pragma once
 
+#include "gamedata/tGameDataRegistry.h"
 #include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
 #include "support/tFiles.h"

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The tokenizer: what a token is, lines, includes, failures, hostile text.
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
 
 #include "support/tFiles.h"
+#include "support/tMapText.h"
 #include "support/tTestHost.h"
 
 #include <QDir>
@@ -32,7 +33,7 @@ protected:
         return writeFile(m_folder.filePath(name), text);
     }
     bool load(const QString& name, const QByteArray& text) {
-        return cParser::loadFile(write(name, text).toLocal8Bit().constData());
+        return cParser::loadFile(toMapText(write(name, text)).constData());
     }
     int errors(const char* text) {
         return m_host.count(eMessage::Error, QString::fromLatin1(text));
@@ -205,7 +206,7 @@ TEST_F(cParserTest, refusesWhatIsNoPlainFile) {
          {m_folder.path(), m_folder.filePath(QStringLiteral("absent")),
           QString(QLatin1Char('/') + QString(300, QLatin1Char('x'))), QStringLiteral("/dev/tty")}) {
         m_host.messages.clear();
-        EXPECT_FALSE(cParser::loadFile(path.toLocal8Bit().constData()));
+        EXPECT_FALSE(cParser::loadFile(toMapText(path).constData()));
         EXPECT_EQ(errors("can't open"), 1) << qPrintable(path);
         EXPECT_FALSE(cParser::getToken(true)) << "nothing is left open";
     }

@@ -3,8 +3,9 @@
 
 #include "resources/tGameConfigRegistry.h"
 
-#include "resources/tGameData.h"
+#include "gamedata/tGameData.h"
 #include "resources/tTextureCatalogue.h"
+#include "support/tMapText.h"
 #include "support/tRegistryTest.h"
 
 #include <gmock/gmock.h>
@@ -62,7 +63,7 @@ TEST_F(cGameConfigTest, fileIsReadUpToTheFirstGap) {
 }
 
 static QStringList sortedLines(const QByteArray& text) {
-    QStringList lines = QString::fromLocal8Bit(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QStringList lines = fromMapText(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     lines.sort();
     return lines;
 }
@@ -81,7 +82,7 @@ TEST_F(cGameConfigTest, everyKeyComesBack) {
     configs.save(out);
     EXPECT_EQ(sortedLines(readFile(out)), sortedLines(text));
 
-    const QString title = QString::fromLocal8Bit("Gr\xF6\xDF, \"x\"");
+    const QString title = fromMapText("Gr\xF6\xDF, \"x\"");
     configs.addConfig(title)->enabled = false;
     configs.save(out);
     cGameConfigRegistry other(gameData, textures, nullptr);
