@@ -263,7 +263,7 @@ void cMapBuffers::putCell(uint32_t row, uint32_t leaf, const cIndexList& indices
 }
 
 void cMapBuffers::renewLeaf(uint32_t number) {
-    if (m_leaves[number].objects.size() > 2 * cLeafTree::LEAF_OBJECTS)
+    if (m_leaves[number].objects.size() > 2 * cLeafTree::leafObjects)
         splitLeaf(number);
     buildLeaf(number);
     for (uint32_t row = 0; row < m_rows.size(); ++row) {

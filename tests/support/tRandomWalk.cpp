@@ -67,6 +67,8 @@ void cRandomWalk::compare(const char* what) {
     QString problem = difference;
     if (problem.isEmpty())
         problem = m_isValid && !isReal ? checkMapWhole(m_map) : checkMapInvariants(m_map);
+    if (problem.isEmpty() && check)
+        problem = check();
     if (!problem.isEmpty())
         m_problem = QStringLiteral("%1 to state %2: %3")
                         .arg(QString::fromLatin1(what))

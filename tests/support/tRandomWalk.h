@@ -26,6 +26,9 @@ public:
     // The map as text; compared at both ends of the way where it is given.
     std::function<std::string()> exportText;
 
+    // Asked after every step; what it finds ends the walk.
+    std::function<QString()> check;
+
     // Faces near the limits of our own rule for flat ones, as real maps have them, may be scaled or
     // stretched past it: brushes are not held to that rule then.
     bool isReal = false;
