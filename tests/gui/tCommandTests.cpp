@@ -147,11 +147,11 @@ TEST_F(CommandTest, withoutDocumentOnlySomeCommandsShow) {
                   QStringList(QStringLiteral("&Options...")));
         EXPECT_TRUE(action("WindowMsg")->isCheckable() && action("WindowMsg")->isEnabled());
         EXPECT_EQ(action("EditUndo")->text(), QStringLiteral("Can't undo"));
-        for (const QCustomAction* a : window->toolActions)
+        for (const QCustomAction* a : window->menus().toolActions)
             EXPECT_FALSE(a->isEnabled()) << a->objectName().toStdString();
         newProject();
         expectShown(true);
-        for (const QCustomAction* a : window->toolActions)
+        for (const QCustomAction* a : window->menus().toolActions)
             EXPECT_EQ(a->isEnabled(), isRich || a->toolIndex != TOOL_DECAL) << a->toolIndex;
         for (const char* id : {"EditCut", "EditCopy", "EditPaste", "EditPaste2", "ToolsGroup"})
             EXPECT_FALSE(action(id)->isEnabled()) << id << ": nothing is selected or copied";
@@ -271,10 +271,9 @@ TEST_F(CommandTest, togglesSetTheirSettingAndEveryCopyAndSaySo) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.id);
         const bool isInverse = !strcmp(c.id, "ToolsVertexRes"); // checked while it is off
-        const auto copies = int(
-            std::count_if(window->actions.begin(), window->actions.end(), [&](const QAction* a) {
-                return a->objectName() == QLatin1String(c.id);
-            }));
+        const auto copies = int(std::count_if(
+            window->menus().actions.begin(), window->menus().actions.end(),
+            [&](const QAction* a) { return a->objectName() == QLatin1String(c.id); }));
         for (int i = 0; i < 2 * copies; ++i) { // by each of its copies, on and off
             const bool after = !(window.get()->*c.setting);
             action(c.id, i % copies)->trigger();
@@ -427,7 +426,7 @@ TEST_F(CommandTest, textsOfMenusAreReadableAndTheirLettersClear) {
         EXPECT_FALSE(letters.contains(letter)) << entry->text().toStdString();
         letters.insert(letter);
     }
-    for (const QAction* a : window->actions) {
+    for (const QAction* a : window->menus().actions) {
         EXPECT_FALSE(a->shortcut().toString().contains(QStringLiteral("Backtab")));
         EXPECT_FALSE(a->statusTip().contains(QStringLiteral("UNsel")));
     }
@@ -459,7 +458,7 @@ TEST_F(CommandTest, whatIsNotBuiltSaysSoByName) {
                                        "still under development.\nPlease visit the official web "
                                        "site for news and updates.");
     trigger("MapCheck");
-    window->consoleText()->clear();
+    window->console().text()->clear();
     trigger("HelpTopics");
     EXPECT_TRUE(console().contains(QStringLiteral("TDKManual.pdf\" doesn't exist!")));
 }

@@ -4,9 +4,16 @@
 // expected fails the test and is dismissed, so that nothing hangs.
 #pragma once
 
+#include "shell/tCommandMenus.h"
+#include "shell/tConsoleDock.h"
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "shell/tRecentFiles.h"
+#include "shell/tServices.h"
+#include "shell/tStatusPanes.h"
+#include "shell/tTieToEntity.h"
+#include "shell/tToolSwitch.h"
 
 #include <QAction>
 #include <QCoreApplication>
