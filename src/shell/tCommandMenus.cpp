@@ -161,16 +161,19 @@ static std::vector<const cCommandRow*> rowsOf(uint32_t bit, int cCommandRow::*or
     return rows;
 }
 
-static void nameBar(QToolBar* bar, const char* title, const QSize& icons) {
+void cCommandMenus::prepareBar(QToolBar* bar, const char* title, const QSize& icons) {
     bar->setObjectName(QString::fromLatin1(title));
     bar->setAccessibleName(bar->objectName());
     bar->setIconSize(icons);
+    QObject::connect(bar, &QToolBar::visibilityChanged, &m_window,
+                     &cMainWindow::updateScreenElements);
+    bars.append(bar);
 }
 
 void cCommandMenus::createBars() {
     for (const cCommandGroup& group : commandBars()) {
         QToolBar* bar = m_window.addToolBar(cMainWindow::tr(group.title));
-        nameBar(bar, group.title, QSize(BAR_ICON_SIZE, BAR_ICON_SIZE));
+        prepareBar(bar, group.title, QSize(BAR_ICON_SIZE, BAR_ICON_SIZE));
         for (const cCommandRow* row : rowsOf(group.bit, &cCommandRow::barOrder)) {
             if (isSeparatorRow(*row)) { // a bar shows each of its separators
                 QCustomSeparator* separator = makeSeparator(*row, bar);
@@ -181,13 +184,12 @@ void cCommandMenus::createBars() {
                 bar->addAction(createEntry(*row, bar));
             }
         }
-        bars.append(bar);
     }
 }
 
 void cCommandMenus::createToolBar(bool smallIcons) {
     auto* bar = new QToolBar(cMainWindow::tr("Map&tools Bar"), &m_window);
-    nameBar(bar, "Maptools Bar", smallIcons ? SMALL_TOOL_ICONS : LARGE_TOOL_ICONS);
+    prepareBar(bar, "Maptools Bar", smallIcons ? SMALL_TOOL_ICONS : LARGE_TOOL_ICONS);
     for (const cToolRow& row : toolTable()) {
         if (isSeparatorRow(row.command)) {
             bar->addSeparator();
@@ -200,7 +202,6 @@ void cCommandMenus::createToolBar(bool smallIcons) {
         toolActions.push_back(action);
     }
     m_window.addToolBar(Qt::LeftToolBarArea, bar);
-    bars.append(bar);
 }
 
 void cCommandMenus::setSmallToolIcons(bool small) {

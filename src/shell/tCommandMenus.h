@@ -14,6 +14,7 @@ class QAction;
 class QCustomAction;
 class QCustomSeparator;
 class QMenu;
+class QSize;
 class QToolBar;
 class cMainWindow;
 
@@ -55,6 +56,7 @@ private:
     void createMenuSeparator(const cCommandRow& row, QMenu* menu);
     void createNamedMenu(const cCommandRow& row, QMenu* menu);
     void createBars();
+    void prepareBar(QToolBar* bar, const char* title, const QSize& icons);
     void createPopups();
     QAction* createEntry(const cCommandRow& row, QObject* parent); // enters it in actions
     QCustomAction* makeAction(const cCommandRow& row, QObject* parent);

@@ -31,7 +31,6 @@
 #include <QMenu>
 #include <QScreen>
 #include <QStatusBar>
-#include <QToolBar>
 #include <utility>
 
 cMainWindow* g_mainWindow = nullptr;
@@ -133,7 +132,6 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     m_storage->load();
     m_menus->createToolBar(SmallToolIcons);
     m_elements->addBar(m_menus->bars.last());
-    watchBar(m_menus->bars.last());
     showProgress(tr("Loading color schemes..."));
     m_storage->loadColors();
     applyPalette();
@@ -256,12 +254,6 @@ void cMainWindow::createMenus() {
                                                        {m_filterDock, tr("&Filter Control")}};
     m_elements = std::make_unique<cScreenElements>(*m_menus->elementsMenu, m_menus->bars, docks,
                                                    statusBar());
-    for (const QToolBar* bar : qAsConst(m_menus->bars))
-        watchBar(bar);
     m_storage = std::make_unique<cSettingsStorage>(*this, *m_recentFiles, m_services->colors);
     m_layout = std::make_unique<cLayoutStorage>(*this);
-}
-
-void cMainWindow::watchBar(const QToolBar* bar) {
-    connect(bar, &QToolBar::visibilityChanged, this, &cMainWindow::updateScreenElements);
 }

@@ -22,7 +22,6 @@ class QApplication;
 class QMdiArea;
 class QMdiSubWindow;
 class QSplashScreen;
-class QToolBar;
 class cChildWindow;
 class cClassMenus;
 class cClipboard;
@@ -249,9 +248,8 @@ private:
     void createDocks();
     void createMdiArea();
     void createMenus();
-    void watchBar(const QToolBar* bar); // shown or hidden
-    void createPluginMenu();            // tMainWindowPlugins.cpp
-    void createWebMenu();               // tMainWindowHelp.cpp
+    void createPluginMenu(); // tMainWindowPlugins.cpp
+    void createWebMenu();    // tMainWindowHelp.cpp
 
     // Documents (tMainWindowDocument.cpp, tMainWindowFile.cpp)
     void activateProject(cProject* project);
@@ -266,6 +264,7 @@ private:
     // Commands
     cCommandState commandState() const;
     void updateSnapPane();
+    void updateBoxPane(); // of the current tool's box in the active document
     void setPendingTool(int id);
     void leaveFaceMode();
     void showTool(); // the current one, in views and commands

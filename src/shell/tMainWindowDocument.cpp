@@ -52,7 +52,7 @@ void cMainWindow::setActiveChildWindow(QWidget* window) {
         m_mdiArea->setActiveSubWindow(subWindow);
 }
 
-// What the current tool's box in that document measures.
+// What the box of that tool in that document measures.
 static QString boxText(const cProject& project, int tool) {
     struct {
         int tool;
@@ -70,11 +70,17 @@ static QString boxText(const cProject& project, int tool) {
     return QString();
 }
 
+void cMainWindow::updateBoxPane() {
+    const cProject* project = activeProject();
+    const cTool* tool = suspendedTool ? suspendedTool : currentTool;
+    setStatusPane(project && tool ? boxText(*project, tool->getId()) : QString(), PANE_BOX);
+}
+
 void cMainWindow::activateProject(cProject* project) {
     m_services->configs.setCurrent(project->game.config);
     setActiveConfig(project->game.config);
     m_objectsDock->classesChanged(); // another game may know another class of that name
-    setStatusPane(boxText(*project, currentToolId()), PANE_BOX);
+    updateBoxPane();
     project->map->describeSelection();
     setStatusPane(project->map->selectionSentence(), PANE_SELECTION);
 }

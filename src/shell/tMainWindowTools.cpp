@@ -17,6 +17,7 @@ void cMainWindow::showTool() {
             for (cCanvas* canvas : window->canvases)
                 canvas->updateCursor();
     redrawAllViews(REDRAW_ALL);
+    updateBoxPane();
     updateCommands();
 }
 

@@ -8,10 +8,8 @@
 // ---- View types
 
 static void setViewType(const cMainWindow& window, int type, int mode) {
-    if (cCanvas* canvas = window.commandCanvas()) {
+    if (cCanvas* canvas = window.commandCanvas())
         canvas->setViewType(type, mode);
-        canvas->requestRedraw(true);
-    }
 }
 
 void cMainWindow::cmdView2DXY() {

@@ -49,6 +49,8 @@ void cReplies::poll() {
     if (modal == m_answered || modal->objectName() == QLatin1String("cWaitDialog"))
         return;
     m_answered = modal;
+    if (m_replies.empty() && m_default)
+        return m_default(modal);
     if (m_replies.empty()) {
         ADD_FAILURE() << "nobody expected the dialog " << modal->windowTitle().toStdString();
         modal->close();

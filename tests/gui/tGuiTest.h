@@ -53,12 +53,15 @@ public:
     }
     void expectFile(const QString& path); // a file dialog takes this name
     void expectCancel();                  // any dialog is rejected
+    // Whatever comes that nothing is expected for gets this answer, and fails no more.
+    void answerAll(std::function<void(QWidget*)> reply) { m_default = std::move(reply); }
     int pending() const { return int(m_replies.size()); }
 
 private:
     void poll();
 
     std::deque<std::function<void(QWidget*)>> m_replies;
+    std::function<void(QWidget*)> m_default;
     QPointer<QWidget> m_answered; // the next one may lie at the same address
     QTimer m_timer;
 };
