@@ -2,6 +2,7 @@
 #include "dialogs/tEditGroupsDialog.h"
 
 #include "document/tMap.h"
+#include "document/tMapWatcher.h"
 #include "document/tVisGroup.h"
 #include "support/tHost.h"
 #include "ui_tEditGroupsDialog.h"
@@ -111,6 +112,7 @@ void cEditGroupsDialog::exec_on_pickVisGroupColor() {
     group->color[1] = uint8_t(color.green());
     group->color[2] = uint8_t(color.blue());
     group->color[3] = 255;
+    noteChange(m_map);
     showColor(group);
     changed();
 }

@@ -7,6 +7,7 @@
 #include "document/tMap.h"
 #include "document/tMapContext.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "support/tColors.h"
 #include "support/tHost.h"
 #include "support/tSystem.h"
@@ -27,6 +28,7 @@ void cBrush::updateDrawColor() {
     blendSchemeColor(baseColor, COLOR_BRUSH_RANDOM_MIN, COLOR_BRUSH_RANDOM_MAX, drawColor);
     for (cFaceData* face : facesOf(data))
         memcpy(face->face->color, drawColor, 4);
+    noteChange(data);
 }
 
 bool isDetail(const cBrushData* brush) {

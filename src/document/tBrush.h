@@ -7,9 +7,6 @@
 #include <QList>
 
 class cVisGroup;
-struct cDrawStats;
-struct cTransformRecord;
-struct cViewInfo;
 
 class cBrush {
 public:
@@ -23,17 +20,13 @@ public:
     void removeFromVisGroup(cVisGroup* visGroup);
     void dropVisGroups();
 
-    // The edges where a transform would put them, into the shared batch; defined in views/. Pass
-    // flags say whether selected and unselected brushes are drawn.
-    void drawTransformed(const cViewInfo& view, cDrawStats& stats, uint32_t passFlags,
-                         const cTransformRecord& record) const;
-
     cBrushData* data;
     int pickId = -1;
     uint8_t baseColor[4] = {0, 0, 0, 255}; // as stored; black asks for a random one
     uint8_t drawColor[4] = {0, 0, 0, 255};
     float center[3] = {0, 0, 0}; // middle of the bounds
     QList<cVisGroup*> visGroups;
+    uint32_t viewSlot = 0; // the map's watcher's, who keeps it; 0 for none
 };
 
 // False with BF_HIDDEN, and for a detail brush while detail is hidden.

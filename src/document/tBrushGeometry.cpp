@@ -8,6 +8,7 @@
 #include "document/tFaceMapping.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "document/tWinding.h"
 #include "support/tVec.h"
 
@@ -162,6 +163,8 @@ bool rebuildFace(cFaceData* face, uint32_t mode) {
     computeTexCoords(face);
     face->face->glMode = modeForCount(face->vertexCount);
     face->flags &= ~uint32_t(FF_DIRTY);
+    if (face->brush)
+        noteChange(face->brush);
     return true;
 }
 
@@ -251,6 +254,7 @@ void rebuildBrush(cBrushData* brush, uint32_t mode) {
     for (int axis = 0; axis < 3; ++axis)
         brush->brush->center[axis] = (brush->mins[axis] + brush->maxs[axis]) * 0.5f;
     brush->flags &= ~uint32_t(BF_DIRTY);
+    noteChange(brush);
     cMap* map = mapOf(brush);
     if (!(mode & UM_NO_SORT)) {
         sortFaces(brush);

@@ -13,8 +13,6 @@
 #include <vector>
 
 class cMap;
-struct cDrawStats;
-struct cViewInfo;
 
 class cCullTree {
 public:
@@ -51,10 +49,6 @@ public:
     cNode& root() { return m_root; }
     const cObject& object(uint32_t index) const;
     const std::vector<uint32_t>& outside() const { return m_outside; }
-
-    // The drawing half, defined in views/.
-    void draw(cViewInfo& view, cDrawStats& stats, uint32_t passFlags);
-    void drawDebug(const cViewInfo& view);
 
 private:
     struct cEntry;

@@ -6,6 +6,7 @@
 #include "document/tEntityClass.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "support/tHost.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
@@ -137,6 +138,7 @@ void setEntityClass(cEntityData* entity, cEntityClass* entityClass) {
     entity->flags |= flagsForClassname(entity->classname);
     if (!entityClass) {
         setDefaults(entity);
+        noteChange(entity);
         return;
     }
     if (entityClass->kind == CK_POINT) {
@@ -146,6 +148,7 @@ void setEntityClass(cEntityData* entity, cEntityClass* entityClass) {
         entity->flags &= ~uint32_t(EF_POINT);
     }
     memcpy(entity->entity->color, entity->flags & EF_WORLD ? WORLD_COLOR : entityClass->color, 4);
+    noteChange(entity);
 }
 
 cEntityClass* findEntityClass(const cEntityData* entity, cMapContext& context) {

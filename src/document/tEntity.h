@@ -9,9 +9,6 @@
 #include <QList>
 
 class cVisGroup;
-struct cDrawStats;
-struct cTransformRecord;
-struct cViewInfo;
 struct cEntityClass;
 
 class cEntity {
@@ -23,15 +20,14 @@ public:
     void removeFromVisGroup(cVisGroup* visGroup);
     void dropVisGroups();
 
-    // A point entity where a transform would put it, as cBrush::drawTransformed.
-    void drawTransformed(cViewInfo& view, cDrawStats& stats, uint32_t passFlags,
-                         const cTransformRecord& record);
-
     cEntityData* data;
     cEntityClass* entityClass = nullptr;
     int pickId = -1;
     uint8_t color[4] = {220, 30, 220, 255};
     QList<cVisGroup*> visGroups;
+    // The map's watcher's, who keeps them.
+    uint32_t viewSlot = 0; // 0 for none
+    uint32_t viewLook = 0; // what of the entity shows on its brushes
 };
 
 // What an entity shows in place of its box, owned by it through cEntityData::attachment.

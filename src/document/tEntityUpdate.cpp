@@ -6,6 +6,7 @@
 #include "document/tEntityClass.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "document/tTexture.h"
 #include "support/tHost.h"
 #include "support/tMath.h"
@@ -325,5 +326,6 @@ void updateEntity(cEntityData* entity, uint32_t mode) {
         return;
     if (map->cullTree)
         map->cullTree->updateEntity(entity);
+    noteChange(entity);
     map->markChanged();
 }

@@ -4,14 +4,9 @@
 
 #include "pluginhost/tPluginInterface.h"
 
-struct cViewInfo;
-
 class cFace {
 public:
     explicit cFace(cFaceData* record) : data(record) {}
-
-    // Whether the view shows this face at all; the drawing half, defined in views/.
-    bool isVisible(const cViewInfo& view) const;
 
     cFaceData* data;
     int pickId = -1;

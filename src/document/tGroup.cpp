@@ -2,6 +2,7 @@
 // Colours and chains of groups.
 #include "document/tGroup.h"
 
+#include "document/tMapWatcher.h"
 #include "support/tColors.h"
 #include "support/tHost.h"
 
@@ -27,7 +28,11 @@ void cGroup::setBaseColor(const uint8_t* rgba) {
 }
 
 void cGroup::updateDrawColor() {
+    uint8_t before[4];
+    memcpy(before, drawColor, sizeof before);
     blendSchemeColor(baseColor, COLOR_GROUP_RANDOM_MIN, COLOR_GROUP_RANDOM_MAX, drawColor);
+    if (data->owner && data->memberCount > 0 && memcmp(before, drawColor, sizeof before) != 0)
+        noteChange(*data->owner->map);
 }
 
 // ---- Chains

@@ -13,6 +13,7 @@
 #include "document/tHistorySteps.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "support/tConsole.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
@@ -496,6 +497,7 @@ void cRestore::keepBox(const cTouched& touched) {
     vecCopy(maxs.data(), entity->maxs);
     if (m_map.cullTree)
         m_map.cullTree->updateEntity(entity);
+    noteChange(entity);
 }
 
 void cRestore::update() {

@@ -12,6 +12,7 @@
 #include "document/tHistory.h"
 #include "document/tMapContext.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "document/tTexture.h"
 #include "document/tVisGroup.h"
 #include "support/tConsole.h"
@@ -66,6 +67,7 @@ void cMap::freeOverlays() {
 void cMap::clearMap() {
     data.flags |= MF_CLEARING;
     cullTree.reset();
+    noteChange(*this);
     for (cGroupData* group : groupsOf(data))
         releaseGroup(group);
     for (cEntityData* entity : entitiesOf(data)) {
@@ -98,6 +100,8 @@ void cMap::releaseFace(cFaceData* face) {
 
 void cMap::releaseBrush(cBrushData* brush) {
     brush->brush->dropVisGroups();
+    if (watcher)
+        watcher->brushGone(brush);
     delete brush->brush;
     Mem_Free(brush);
 }
@@ -108,6 +112,8 @@ void cMap::releaseEntity(cEntityData* entity) {
     freeEpairs(entity->epairs);
     Mem_Free(entity->classname);
     Mem_Free(entity->flagsKey);
+    if (watcher)
+        watcher->entityGone(entity);
     delete entity->entity;
     Mem_Free(entity);
 }
@@ -253,8 +259,10 @@ void cMap::freeFace(cFaceData* face) {
     if (isSelected(face))
         selectedRemove(data.selectedFaces, face);
     picks.give(face->face->pickId);
-    if (face->brush)
+    if (face->brush) {
+        noteChange(face->brush);
         listRemove(face->brush->faces, face->brush->facesTail, face);
+    }
     releaseFace(face);
     markChanged();
 }
@@ -325,6 +333,7 @@ void cMap::moveBrush(cBrushData* brush, cEntityData* entity) {
     // An entity's link follows with its update; once a brush would be once too often.
     if (cullTree && (entity->flags & EF_WORLD))
         cullTree->updateBrush(brush);
+    noteChange(brush);
     markChanged();
 }
 
@@ -351,6 +360,7 @@ void cMap::finishLoad() {
     noteFaceTransparency();
     computeVisGroupVisibility();
     buildCullTree();
+    noteChange(*this);
     markChanged();
 }
 
@@ -376,6 +386,7 @@ void cMap::renewFaces() {
             }
         }
     }
+    noteChange(*this);
     markChanged();
 }
 
@@ -386,5 +397,6 @@ void cMap::recolor() {
         for (cBrushData* brush : brushesOf(entity))
             brush->brush->updateDrawColor();
     }
+    noteChange(*this);
     markChanged();
 }

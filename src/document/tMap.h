@@ -17,11 +17,10 @@
 class cCullTree;
 class cHistory;
 class cMapContext;
+class cMapWatcher;
 class cProject;
 class cVisGroup;
-struct cDrawStats;
 struct cPortal;
-struct cViewInfo;
 
 // One point of a loaded pointfile; the array serves as an interleaved GL array.
 struct cPathPoint {
@@ -206,13 +205,11 @@ public:
     void openChange() { ++m_openChanges; }
     void closeChange(unsigned what);
 
-    // The drawing half, defined in views/.
-    void draw(cViewInfo& view, cDrawStats& stats);
-
     cMapContext& context; // the game whose textures, classes and profile count
     cProject* project;
     std::unique_ptr<cHistory> history;   // never null
     std::unique_ptr<cCullTree> cullTree; // null until built
+    std::unique_ptr<cMapWatcher> watcher; // of the views; null until one has shown the map
     cMapData data;
     cPickPool picks;
     int selectionMode = 1;

@@ -4,6 +4,7 @@
 #include "document/tHistory.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "support/tConsole.h"
 
 // ---- Joining
@@ -56,6 +57,7 @@ template<class T> static eJoined joinGroup(T* object, cGroupData* group) {
     } else {
         object->group = group;
         ++group->memberCount;
+        noteChange(object);
     }
     object->rootGroup = outermostGroup(group);
     return joined;
@@ -128,14 +130,15 @@ static cGroupData* firstKept(cGroupData* group, const cGroupSet& dissolved) {
 }
 
 // A member, object or group, of a dissolved group goes up to the first group that stays.
-static void liftMember(cGroupData*& membership, const cGroupSet& dissolved) {
+static bool liftMember(cGroupData*& membership, const cGroupSet& dissolved) {
     cGroupData* group = membership;
     if (!group || !dissolved.contains(group))
-        return;
+        return false;
     --group->memberCount;
     membership = firstKept(group, dissolved);
     if (membership)
         ++membership->memberCount;
+    return true;
 }
 
 void cMap::dissolveGroup(cGroupData* group, bool select) {
@@ -162,7 +165,8 @@ void cMap::dissolveGroups(const std::vector<cGroupData*>& groups, bool select) {
         setParent(child, parent);
     }
     const auto lift = [&](auto* object) {
-        liftMember(object->group, dissolved);
+        if (liftMember(object->group, dissolved))
+            noteChange(object);
         if (object->rootGroup)
             object->rootGroup = outermostGroup(object->group);
     };
@@ -202,6 +206,7 @@ template<class T> static cGroupData* takeOut(T* object) {
     if (group)
         --group->memberCount;
     object->group = object->rootGroup = nullptr;
+    noteChange(object);
     return group;
 }
 

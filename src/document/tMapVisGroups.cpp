@@ -4,6 +4,7 @@
 #include "document/tEntity.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "document/tVisGroup.h"
 #include "support/tHost.h"
 
@@ -76,6 +77,7 @@ void cMap::freeVisGroups() {
     visGroups.clear();
     m_visGroupsBySerial.clear();
     forgetVisGroupList();
+    noteChange(*this);
     lastVisGroupId = 0;
 }
 
@@ -196,8 +198,13 @@ void cMap::markVisGroup(uint32_t id) {
 
 // ---- Showing and hiding
 
+static void noteChange(const cGroupData*) {} // shows nothing of its own
+
 template<class T> static void setHidden(T* object, bool hide) {
-    object->flags = hide ? object->flags | OF_HIDDEN : object->flags & ~uint32_t(OF_HIDDEN);
+    if (((object->flags & OF_HIDDEN) != 0) == hide)
+        return;
+    object->flags ^= uint32_t(OF_HIDDEN);
+    noteChange(object);
 }
 
 void cMap::setVisGroupVisible(cVisGroup* visGroup) {

@@ -11,6 +11,7 @@
 #include "document/tGroup.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "document/tVisGroup.h"
 #include "support/tConsole.h"
 #include "support/tSystem.h"
@@ -202,6 +203,7 @@ template<class T> static void setGroup(cMap& map, T* object, uint32_t id) {
         if (group)
             ++group->memberCount;
         object->group = group;
+        noteChange(object);
     }
     object->rootGroup = outermostGroup(group);
 }

@@ -4,6 +4,7 @@
 
 #include "document/tBrush.h"
 #include "document/tEntity.h"
+#include "document/tMapWatcher.h"
 #include "support/tColors.h"
 #include "support/tHost.h"
 #include "support/tMath.h"
@@ -64,26 +65,34 @@ static void dropMembers(QList<cVisGroup*>& list) {
 
 void cEntity::addToVisGroup(cVisGroup* visGroup) {
     addMember(visGroups, visGroup);
+    noteChange(data);
 }
 void cEntity::addToVisGroups(const QList<cVisGroup*>& added) {
     addMembers(visGroups, added);
+    noteChange(data);
 }
 void cEntity::removeFromVisGroup(cVisGroup* visGroup) {
     removeMember(visGroups, visGroup);
+    noteChange(data);
 }
 void cEntity::dropVisGroups() {
     dropMembers(visGroups);
+    noteChange(data);
 }
 
 void cBrush::addToVisGroup(cVisGroup* visGroup) {
     addMember(visGroups, visGroup);
+    noteChange(data);
 }
 void cBrush::addToVisGroups(const QList<cVisGroup*>& added) {
     addMembers(visGroups, added);
+    noteChange(data);
 }
 void cBrush::removeFromVisGroup(cVisGroup* visGroup) {
     removeMember(visGroups, visGroup);
+    noteChange(data);
 }
 void cBrush::dropVisGroups() {
     dropMembers(visGroups);
+    noteChange(data);
 }

@@ -4,6 +4,7 @@
 
 #include "document/tGroup.h"
 #include "document/tMap.h"
+#include "document/tMapWatcher.h"
 #include "document/tVisGroup.h"
 #include "support/tHost.h"
 
@@ -76,8 +77,10 @@ static void visGroupSet(cMapData* map, uint32_t id, const char* name, uint32_t n
         return;
     if (name)
         visGroup->setName(name);
-    if (color)
+    if (color) {
         std::copy_n(color, 4, visGroup->color);
+        noteChange(*map->map);
+    }
     if (newId != 0)
         map->map->setVisGroupId(visGroup, newId);
     map->map->changed(MC_VISGROUPS | MC_OBJECTS | MC_EDITED);

@@ -9,6 +9,7 @@
 #include "document/tFaceMapping.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "document/tVisGroup.h"
 #include "pluginhost/tHostServices.h"
 #include "resources/tGameConfig.h"
@@ -75,6 +76,7 @@ static void entitySetColor(cEntityData* entity, const uint8_t* color) {
     if (!entity || !color)
         return;
     std::copy_n(color, 4, entity->entity->color);
+    noteChange(entity);
     if (entity->owner)
         entity->owner->map->markChanged();
 }

@@ -4,6 +4,7 @@
 #include "document/tBrush.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
 #include "views/tCanvas.h"
@@ -253,6 +254,7 @@ static void setMovingFlags(cBrushData* brush, bool moving) {
     setFlag(brush->flags, BF_MOVING, moving);
     for (cFaceData* face : facesOf(brush))
         setFlag(face->flags, FF_MOVING, moving);
+    noteChange(brush);
 }
 
 // The map's picture changes at the start and at the end; the steps between leave it alone.
@@ -265,6 +267,7 @@ void cSelectionDrag::startMoving() {
     const cMap& map = *m_canvas->map();
     for (cEntityData* entity : selectedEntitiesOf(map.data)) {
         setFlag(entity->flags, EF_MOVING, true);
+        noteChange(entity);
         m_movingEntities.push_back(entity->id);
     }
     for (cBrushData* brush : selectedBrushesOf(map.data)) {
@@ -283,8 +286,10 @@ void cSelectionDrag::endMoving() {
     if (!m_moving || !map)
         return;
     for (const uint32_t id : m_movingEntities)
-        if (cEntityData* entity = map->findEntityById(id))
+        if (cEntityData* entity = map->findEntityById(id)) {
             setFlag(entity->flags, EF_MOVING, false);
+            noteChange(entity);
+        }
     for (const uint32_t id : m_movingBrushes)
         if (cBrushData* brush = map->findBrushById(nullptr, id))
             setMovingFlags(brush, false);

@@ -302,7 +302,7 @@ void cCanvas::refreshViewInfo() {
     viewInfo.selectionBulletSize = float(g_host->SelectionBulletSize);
     viewInfo.vertexBulletSize = float(g_host->VertexToolBulletSize);
     viewInfo.frustum = &frustum;
-    viewInfo.painter = nullptr;
+    viewInfo.settings = cDrawSettings::current();
     fillViewVectors();
 }
 

@@ -13,6 +13,7 @@
 #include "views/tChildWindow.h"
 #include "views/tDocumentViews.h"
 #include "views/tGLState.h"
+#include "views/tMapPainter.h"
 #include "views/tModelStream.h"
 #include "views/tTool.h"
 #include "views/tViewHost.h"
@@ -128,7 +129,7 @@ void cCanvas::setup3D() {
     if (viewDirty)
         buildFrustum3D();
     fillViewVectors();
-    if (g_host->ModelRenderDistance == 0)
+    if (viewInfo.settings.modelRenderDistance == 0)
         viewInfo.flags &= ~uint32_t(VF_MODELS);
 }
 
@@ -176,14 +177,14 @@ static void switchGL(GLenum what, bool on) {
 void cCanvas::clearView() {
     static const uint8_t black[4] = {0, 0, 0, 0};
     const uint8_t* color =
-        g_host->schemeColor(isCamera() ? COLOR_3D_BACKGROUND : COLOR_2D_BACKGROUND);
+        viewInfo.settings.color(isCamera() ? COLOR_3D_BACKGROUND : COLOR_2D_BACKGROUND);
     if (viewInfo.isPicking())
         color = black;
     glClearColor(float(color[0]) / 255.0f, float(color[1]) / 255.0f, float(color[2]) / 255.0f,
                  float(color[3]) / 255.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     switchGL(GL_DEPTH_TEST, isCamera());
-    switchGL(GL_MULTISAMPLE, hasMultisample && g_host->Antialiasing && !viewInfo.isPicking());
+    switchGL(GL_MULTISAMPLE, hasMultisample && viewInfo.settings.antialiasing && !viewInfo.isPicking());
 }
 
 // ---- The map's picture
@@ -206,19 +207,9 @@ cPictureKey cCanvas::pictureKey() const {
                            renderMode,
                            int(viewInfo.flags),
                            int(viewInfo.hideMask),
-                           int(viewInfo.detailContentMask),
-                           g_host->gridSize,
-                           g_host->GridHighlightStep,
-                           g_host->BackClip,
-                           g_host->MaxWorldSize,
-                           g_host->ModelRenderDistance,
-                           g_host->TextureFilter};
+                           int(viewInfo.detailContentMask)};
     key.add(numbers);
-    const bool switches[] = {
-        g_host->GridHighlight,       g_host->HideSmallGrid,      g_host->DottedGrid,
-        g_host->EnableGrid2D,        g_host->DrawVertices,       g_host->UseVisgroupColors,
-        g_host->TextureTransparency, g_host->EntityTransparency, g_host->AnisotropicFilter};
-    key.add(switches);
+    key.add(viewInfo.settings);
     if (isCamera()) {
         key.addBytes(modelview, sizeof modelview);
         key.addBytes(projection, sizeof projection);
@@ -226,8 +217,6 @@ cPictureKey cCanvas::pictureKey() const {
         const float place[] = {zoom, offsetX, offsetY};
         key.add(place);
     }
-    for (int i = 0; i < COLOR_COUNT; ++i)
-        key.addBytes(g_host->schemeColor(i), 4);
     return key;
 }
 
@@ -236,7 +225,7 @@ void cCanvas::drawMapPicture() {
     loadMatrices();
     if (!isCamera() && !viewInfo.isPicking())
         drawGrid();
-    map()->draw(viewInfo, stats);
+    drawMap(*map(), viewInfo, stats);
 }
 
 // Draws the picture anew if what it depends on has changed. Call only with a usable picture.
@@ -357,6 +346,10 @@ void cCanvas::drawStatsTexts() {
                          .arg(stats.entities)
                          .arg(stats.brushes)
                          .arg(stats.faces));
+    drawStatsLine(2, QStringLiteral("%1 calls, %2 ranges, %3 bytes sent")
+                         .arg(stats.calls)
+                         .arg(stats.ranges)
+                         .arg(stats.bytes));
     const float yawPitchRoll[3] = {angles[1], angles[0], angles[2]};
     const float* shown = isCamera() ? yawPitchRoll : viewInfo.origin;
     drawStatsLine(1, QStringLiteral("FPS=%1, y=%2, p=%3, r=%4")

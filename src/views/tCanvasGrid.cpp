@@ -3,7 +3,6 @@
 #include "views/tCanvas.h"
 
 #include "support/tColors.h"
-#include "support/tHost.h"
 #include "views/tDrawBatch.h"
 
 #include <cmath>
@@ -25,8 +24,8 @@ static int strideFor(float pixelsPerStep) {
 
 static float shownStep(const cCanvas& canvas) {
     static constexpr float MIN_PIXELS = 4, COARSER = 8;
-    float step = float(g_host->gridSize);
-    if (g_host->HideSmallGrid)
+    float step = float(canvas.viewInfo.settings.gridSize);
+    if (canvas.viewInfo.settings.hideSmallGrid)
         while (step * canvas.zoom <= MIN_PIXELS && step < canvas.halfWorldSize * 0.25f)
             step *= COARSER;
     return step;
@@ -51,13 +50,13 @@ static cGridRange rangeV(const cCanvas& canvas, float step) {
     return visibleRange(canvas, -canvas.offsetY / canvas.zoom, canvas.height(), step);
 }
 
-static bool isMajor(int index) {
-    return g_host->GridHighlight && g_host->GridHighlightStep > 0 &&
-           index % g_host->GridHighlightStep == 0;
+static bool isMajor(const cDrawSettings& settings, int index) {
+    return settings.gridHighlight && settings.gridHighlightStep > 0 &&
+           index % settings.gridHighlightStep == 0;
 }
 
-static const uint8_t* gridColor(bool major) {
-    return g_host->schemeColor(major ? COLOR_2D_GRID_MAJOR : COLOR_2D_GRID_MINOR);
+static const uint8_t* gridColor(const cDrawSettings& settings, bool major) {
+    return settings.color(major ? COLOR_2D_GRID_MAJOR : COLOR_2D_GRID_MINOR);
 }
 
 // The lines that are upright on the screen, or those that lie.
@@ -71,11 +70,12 @@ void cCanvas::drawGridLines(bool vertical, float step) {
     for (int i = range.first; i <= range.last; i += range.stride) {
         a[fixed] = b[fixed] = float(i) * step - halfWorldSize;
         if (a[fixed] != 0)
-            cDrawBatch::shared().line(a, b, gridColor(isMajor(i)));
+            cDrawBatch::shared().line(a, b, gridColor(viewInfo.settings, isMajor(viewInfo.settings, i)));
     }
 }
 
 void cCanvas::drawGridDots(float step) {
+    const cDrawSettings& shown = viewInfo.settings;
     const cGridRange columns = rangeH(*this, step);
     const cGridRange rows = rangeV(*this, step);
     float p[3] = {0, 0, 0};
@@ -86,24 +86,24 @@ void cCanvas::drawGridDots(float step) {
         for (int k = rows.first; k <= rows.last; k += rows.stride) {
             p[axisV] = float(k) * step - halfWorldSize;
             if (p[axisV] != 0)
-                cDrawBatch::shared().point(p, gridColor(isMajor(i) || isMajor(k)));
+                cDrawBatch::shared().point(p, gridColor(shown, isMajor(shown, i) || isMajor(shown, k)));
         }
     }
 }
 
 void cCanvas::drawGrid() {
-    if (!g_host->EnableGrid2D)
+    if (!viewInfo.settings.enableGrid2D)
         return;
     const float step = shownStep(*this);
     cDrawBatch& batch = cDrawBatch::shared();
-    if (g_host->DottedGrid) {
+    if (viewInfo.settings.dottedGrid) {
         drawGridDots(step);
     } else {
         drawGridLines(true, step);
         drawGridLines(false, step);
     }
     batch.flush();
-    const uint8_t* color = g_host->schemeColor(COLOR_2D_GRID_AXIS);
+    const uint8_t* color = viewInfo.settings.color(COLOR_2D_GRID_AXIS);
     for (const int axis : {axisV, axisH}) {
         float a[3] = {0, 0, 0}, b[3] = {0, 0, 0};
         a[axis] = -halfWorldSize;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "views/tDrawBatch.h"
 
-#include "support/tHost.h"
 #include "support/tVec.h"
+#include "views/tDrawRanges.h"
 #include "views/tGLState.h"
 
 #include <cstring>
@@ -194,7 +194,6 @@ static void putTextured(std::vector<cBatchTexVertex>& vertices, const cFaceVerte
 
 void cDrawBatch::texturedFan(const cFaceData* face, const cTextureImage* image,
                              const uint8_t* rgba) {
-    m_lastTexture = image->glName;
     std::vector<cBatchTexVertex>& vertices = m_textured[image->glName];
     const cFaceVertex* v = face->vertices;
     for (int i = 2; i < face->vertexCount; ++i) {
@@ -225,10 +224,16 @@ static void pointTo(const cBatchVertex* vertices) {
     glColorPointer(4, GL_UNSIGNED_BYTE, sizeof(cBatchVertex), vertices->rgba);
 }
 
+static void countSent(size_t bytes) {
+    ++g_drawTraffic.calls;
+    ++g_drawTraffic.ranges;
+    g_drawTraffic.bytes += bytes;
+}
+
 void cDrawBatch::drawVertices(cVertices& vertices, unsigned primitive) {
     if (vertices.empty())
         return;
-    m_sent += int(vertices.size());
+    countSent(vertices.size() * sizeof(cBatchVertex));
     glEnableClientState(GL_VERTEX_ARRAY);
     glEnableClientState(GL_COLOR_ARRAY);
     pointTo(vertices.data());
@@ -274,7 +279,7 @@ void cDrawBatch::drawPoints() {
 void cDrawBatch::drawTextured(uint32_t glName, std::vector<cBatchTexVertex>& vertices) {
     if (vertices.empty())
         return;
-    m_sent += int(vertices.size());
+    countSent(vertices.size() * sizeof(cBatchTexVertex));
     glEnable(GL_TEXTURE_2D);
     glEnableClientState(GL_VERTEX_ARRAY);
     glEnableClientState(GL_COLOR_ARRAY);
@@ -284,7 +289,7 @@ void cDrawBatch::drawTextured(uint32_t glName, std::vector<cBatchTexVertex>& ver
     glTexCoordPointer(2, GL_FLOAT, sizeof *first, first->st);
     glColorPointer(4, GL_UNSIGNED_BYTE, sizeof *first, first->rgba);
     glBindTexture(GL_TEXTURE_2D, glName);
-    applyTextureSampling(g_host->TextureFilter, true, g_host->AnisotropicFilter);
+    applyTextureSampling(textureFilter, true, anisotropy);
     glDrawArrays(GL_TRIANGLES, 0, GLsizei(vertices.size()));
     glDisableClientState(GL_TEXTURE_COORD_ARRAY);
     glDisableClientState(GL_COLOR_ARRAY);
@@ -297,13 +302,12 @@ void cDrawBatch::drawAllTextured() {
         drawTextured(it.key(), it.value());
     if (m_textured.size() > MAX_TEXTURES_KEPT)
         m_textured.clear();
-    m_lastTexture = 0;
 }
 
 void cDrawBatch::drawOutlines() {
     if (m_outlines.empty())
         return;
-    m_sent += int(m_outlines.size());
+    countSent(m_outlines.size() * sizeof(cBatchVertex));
     glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
     if (polygonOffset)
         glEnable(GL_POLYGON_OFFSET_LINE);
@@ -320,13 +324,6 @@ void cDrawBatch::drawOutlines() {
     m_outlines.clear();
     m_outlineFirsts.clear();
     m_outlineCounts.clear();
-}
-
-bool cDrawBatch::keepsOrder(const cTextureImage* image) const {
-    if (!m_outlines.empty() || !m_lines.empty())
-        return false;
-    const uint32_t next = image ? image->glName : 0;
-    return next == m_lastTexture && (next == 0 || m_triangles.empty());
 }
 
 void cDrawBatch::flush() {

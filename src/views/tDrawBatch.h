@@ -52,9 +52,8 @@ public:
     bool polygonOffset = true; // for the outlines
     float pointSize = 1;
     float lineWidth = 1;
-    int vertexCount() const { return m_sent; } // ever drawn
-    // True if a face of that image (null: none) may follow without overtaking what is pending.
-    bool keepsOrder(const cTextureImage* image) const;
+    int textureFilter = 0; // of textured faces, as applyTextureSampling takes them
+    bool anisotropy = false;
 
 private:
     static constexpr size_t LIMIT = 1 << 15; // vertices pending in one array
@@ -95,6 +94,4 @@ private:
     uint32_t m_edgeStamp = 0;
     int m_edgeCount = 0;
     int m_depthAxis = -1;
-    uint32_t m_lastTexture = 0; // of the textured faces pending
-    int m_sent = 0;
 };

@@ -11,7 +11,8 @@
 #include "support/tHost.h"
 #include "support/tVec.h"
 #include "views/tDrawBatch.h"
-#include "views/tMapPainter.h"
+#include "views/tLooseDraw.h"
+#include "views/tViewInfo.h"
 
 #include <QGLContext>
 #include <algorithm>
@@ -79,49 +80,23 @@ static bool keepsDepth(const float* matrix, int axis) {
 
 // ---- Single objects
 
-static bool isInPass(uint32_t flags, uint32_t passFlags) {
-    return (passFlags & ((flags & OF_SELECTED) ? PASS_SELECTED : PASS_UNSELECTED)) != 0;
-}
-
-void cBrush::drawTransformed(const cViewInfo& view, cDrawStats& stats, uint32_t passFlags,
-                             const cTransformRecord& record) const {
-    if (!isInPass(data->flags, passFlags) || (data->flags & (BF_DIRTY | BF_HIDDEN)))
-        return;
-    const float* pivot = record.center ? record.center : center;
-    const uint8_t* color = g_host->schemeColor(COLOR_SELECTED_FILL);
-    cDrawBatch& batch = cDrawBatch::shared();
-    const int depthAxis = keepsDepth(record.matrix, view.axisDepth) ? view.axisDepth : -1;
-    eachEdge(data, depthAxis, [&](const float* a, const float* b) {
-        float ends[2][3];
-        vecCopy(a, ends[0]);
-        vecCopy(b, ends[1]);
-        for (float* end : ends)
-            transformPoint(record, pivot, center, VERTEX_MARGIN, end);
-        batch.line(ends[0], ends[1], color);
-    });
-    ++stats.brushes;
-}
-
-void cEntity::drawTransformed(cViewInfo& view, cDrawStats& stats, uint32_t passFlags,
-                              const cTransformRecord& record) {
-    if (!isInPass(data->flags, passFlags) || (data->flags & (EF_DIRTY | EF_HIDDEN)) ||
-        data->brushes)
-        return;
-    const cEntityData before = *data;
-    const float* pivot = record.center ? record.center : before.origin;
-    float shift[3];
-    transformPoint(record, pivot, pivot, 0, data->origin);
-    vecSubtract(data->origin, before.origin, shift);
-    vecAdd(before.mins, shift, data->mins);
-    vecAdd(before.maxs, shift, data->maxs);
+// A point entity where the transform would put it.
+static void gatherMoved(const cEntityData* entity, const cViewInfo& view,
+                        const cTransformRecord& record) {
+    float origin[3], shift[3], mins[3], maxs[3], angles[3];
+    vecCopy(entity->origin, origin);
+    const float* pivot = record.center ? record.center : entity->origin;
+    transformPoint(record, pivot, pivot, 0, origin);
+    vecSubtract(origin, entity->origin, shift);
+    vecAdd(entity->mins, shift, mins);
+    vecAdd(entity->maxs, shift, maxs);
+    vecCopy(entity->angles, angles);
     if (g_host->TransformAngles)
-        rotateAngles(before.angles, record.matrix, data->angles);
-    data->flags &= ~uint32_t(EF_MOVING);
-    {
-        cMapPainter painter(*data->owner->map, view, stats);
-        painter.drawEntityBox(data);
-    }
-    *data = before;
+        rotateAngles(entity->angles, record.matrix, angles);
+    cDrawBatch& batch = cDrawBatch::shared();
+    gatherFlatBox(batch, view, mins, maxs, view.settings.color(COLOR_SELECTED_LINE), false);
+    if (hasArrow(entity))
+        gatherArrow(batch, mins, maxs, angles);
 }
 
 // ---- The selection
@@ -190,7 +165,8 @@ const std::vector<float>& cMovingPreview::stretched(const cTransformRecord& reco
     return m_stretched;
 }
 
-void cMovingPreview::drawEdges(const cIndices& edges, const cTransformRecord& record) {
+void cMovingPreview::drawEdges(const cIndices& edges, const cViewInfo& view,
+                               const cTransformRecord& record) {
     if (edges.empty())
         return;
     const bool isStretch = record.sideMask != 0;
@@ -198,20 +174,23 @@ void cMovingPreview::drawEdges(const cIndices& edges, const cTransformRecord& re
     glPushMatrix();
     if (!isStretch)
         multMatrix(record);
-    glColor4ubv(g_host->schemeColor(COLOR_SELECTED_FILL));
+    glColor4ubv(view.settings.color(COLOR_SELECTED_FILL));
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, points.data());
     glDrawElements(GL_LINES, GLsizei(edges.size()), GL_UNSIGNED_INT, edges.data());
     glPopMatrix();
 }
 
-void cMovingPreview::draw(cMap& map, cViewInfo& view, cDrawStats& stats,
+void cMovingPreview::draw(const cMap& map, const cViewInfo& view, cDrawStats& stats,
                           const cTransformRecord& record) {
-    static constexpr uint32_t PASS = PASS_UNSELECTED | PASS_SELECTED;
     const bool flat = keepsDepth(record.matrix, view.axisDepth);
-    drawEdges(edgesSeenAlong(flat ? view.axisDepth : -1), record);
+    drawEdges(edgesSeenAlong(flat ? view.axisDepth : -1), view, record);
     stats.brushes += int(m_parts.size());
-    for (cEntityData* entity : selectedEntitiesOf(map.data))
-        entity->entity->drawTransformed(view, stats, PASS, record);
+    for (const cEntityData* entity : selectedEntitiesOf(map.data)) {
+        if ((entity->flags & (EF_DIRTY | EF_HIDDEN)) || entity->brushes)
+            continue;
+        gatherMoved(entity, view, record);
+        ++stats.entities;
+    }
     cDrawBatch::shared().flush();
 }

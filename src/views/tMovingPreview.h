@@ -20,7 +20,8 @@ public:
     void build(const cMap& map);
     void clear();
     // Into a 2D view. The record names its center.
-    void draw(cMap& map, cViewInfo& view, cDrawStats& stats, const cTransformRecord& record);
+    void draw(const cMap& map, const cViewInfo& view, cDrawStats& stats,
+              const cTransformRecord& record);
 
 private:
     // The points of one brush, and the centre by which a stretch keeps some of them.
@@ -34,7 +35,7 @@ private:
     void addBrush(const cBrushData* brush);
     uint32_t pointIndex(const cPart& part, const float* point);
     const std::vector<float>& stretched(const cTransformRecord& record);
-    void drawEdges(const cIndices& edges, const cTransformRecord& record);
+    void drawEdges(const cIndices& edges, const cViewInfo& view, const cTransformRecord& record);
     // -1: all edges, for a transform that turns what is behind to the front.
     cIndices& edgesSeenAlong(int axis) { return m_edges[size_t(axis < 0 ? 3 : axis)]; }
 

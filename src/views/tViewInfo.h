@@ -3,9 +3,9 @@
 // A canvas fills the record before every draw; nobody else writes to it.
 #pragma once
 
+#include "views/tDrawSettings.h"
 #include "views/tFrustum.h"
 
-class cMapPainter;
 struct cTexture;
 
 enum eViewType { VIEW_FRONT = 0, VIEW_SIDE = 1, VIEW_TOP = 2, VIEW_CAMERA = 3 };
@@ -35,19 +35,15 @@ enum eViewFlag : uint32_t {
     VF_NO_POLYGON_OFFSET = 0x1000
 };
 
-// What one walk over the objects draws.
-enum ePassFlag : uint32_t {
-    PASS_UNSELECTED = 1,
-    PASS_SELECTED = 2,
-    PASS_INSIDE = 4, // the parent lies wholly in the frustum
-    PASS_WALKED = 8  // the cull tree was walked in this frame: its marks say what is visible
-};
-
 struct cDrawStats {
     int entities = 0;
     int brushes = 0;
     int faces = 0;
     int culls = 0;
+    // What the map's picture cost, from OpenGL's point of view.
+    int calls = 0;
+    int ranges = 0;
+    int bytes = 0; // sent
 };
 
 struct cViewInfo {
@@ -76,7 +72,7 @@ struct cViewInfo {
     float right[3] = {0, -1, 0};
     float up[3] = {0, 0, 1};
     const cFrustum* frustum = nullptr;
-    cMapPainter* painter = nullptr; // of the map draw in progress
+    cDrawSettings settings;
 
     bool has(eViewFlag flag) const { return (flags & flag) != 0; }
     bool isPicking() const { return pickMode != PICK_NONE; }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the views show and what a click finds, read back from real pictures.
+#include "views/tMapPainter.h"
 #include "views/tViewFixture.h"
 
 #include "document/tBrush.h"
@@ -9,6 +10,7 @@
 #include "document/tFace.h"
 #include "document/tGroup.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "pluginhost/tRenderServices.h"
 #include "support/tColors.h"
 #include "support/tVec.h"
@@ -293,14 +295,14 @@ TEST_F(DrawTest, cameraTwoUnitsBehindAPlaneStillSeesIt) {
     view.renderMode = RM_FILLED;
     view.flags = VF_NODRAW;
     vecSet(view.origin, 0.0f, 0.0f, 62.0f);
-    EXPECT_TRUE(top->face->isVisible(view));
+    EXPECT_TRUE(isFaceVisible(top, view));
     view.origin[2] = 61.9f;
-    EXPECT_FALSE(top->face->isVisible(view));
+    EXPECT_FALSE(isFaceVisible(top, view));
     view.renderMode = RM_WIREFRAME;
-    EXPECT_TRUE(top->face->isVisible(view));
+    EXPECT_TRUE(isFaceVisible(top, view));
     view.is3D = false;
     vecSet(view.forward, -1.0f, 0.0f, 0.0f);
-    EXPECT_FALSE(top->face->isVisible(view)) << "seen edge on";
+    EXPECT_FALSE(isFaceVisible(top, view)) << "seen edge on";
 }
 
 TEST_F(DrawTest, pictureIsKeptUntilSomethingItShowsChanges) {
@@ -486,8 +488,8 @@ TEST_F(DrawTest, gridShowsMinorMajorAndAxisLines) {
 
 TEST_F(DrawTest, stippledAndDarkerWhileMoving) {
     cBrushData* brush = addBox(0, 0, 0, 120, 120, 64);
-    host.setColor(COLOR_BRUSH_DEFAULT, 0, 200, 0);
-    host.UseVisgroupColors = false;
+    host.setColor(COLOR_SELECTED_FILL, 0, 200, 0);
+    document.map.select(brush);
     cCanvas* canvas = openTop();
     // How many of 40 pixels along an edge are lit, and the brightest.
     const auto edge = [&] {
@@ -504,8 +506,8 @@ TEST_F(DrawTest, stippledAndDarkerWhileMoving) {
         return std::make_pair(lit, brightest);
     };
     EXPECT_EQ(edge(), std::make_pair(40, 200));
-    for (cFaceData* face : facesOf(brush))
-        face->flags |= FF_MOVING;
+    brush->flags |= BF_MOVING;
+    noteChange(brush);
     document.map.markChanged();
     const auto moving = edge();
     EXPECT_EQ(moving.second, 150);

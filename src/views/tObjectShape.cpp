@@ -1,0 +1,372 @@
+// SPDX-License-Identifier: MIT
+#include "views/tObjectShape.h"
+
+#include "document/tBrush.h"
+#include "document/tEntity.h"
+#include "document/tEntityClass.h"
+#include "document/tFace.h"
+#include "document/tGroup.h"
+#include "document/tMapLists.h"
+#include "document/tTexture.h"
+#include "document/tVisGroup.h"
+#include "support/tVec.h"
+#include "views/tLooseDraw.h"
+
+#include <algorithm>
+#include <cstring>
+
+static constexpr uint32_t FEW_CORNERS = 64; // the bits of a word
+
+bool cDrawKey::operator==(const cDrawKey& other) const {
+    return texture == other.texture && color == other.color && kind == other.kind &&
+           facing == other.facing && traits == other.traits;
+}
+
+// ---- Colours
+
+const uint8_t* brushColor(const cBrushData* brush) {
+    const cEntityData* owner = brush->owner;
+    if (!brush->brush->visGroups.isEmpty())
+        return brush->brush->visGroups.first()->color;
+    if (brush->group)
+        return brush->group->group->drawColor;
+    if (owner->group)
+        return owner->group->group->drawColor;
+    return owner->flags & EF_WORLD ? brush->brush->drawColor : owner->entity->color;
+}
+
+void entityColor(const cEntityData* entity, uint8_t* rgba) {
+    const cEntityClass* entityClass = entity->entity->entityClass;
+    const uint8_t* own = entity->renderColor;
+    const bool isLight = entityClass && (entityClass->flags & ECF_LIGHT);
+    memcpy(rgba, isLight && (own[0] | own[1] | own[2]) ? own : entity->entity->color, 3);
+    rgba[3] = 255;
+}
+
+void shadeColor(const uint8_t* rgba, float shade, uint8_t* out) {
+    for (int i = 0; i < 3; ++i)
+        out[i] = uint8_t(int(float(rgba[i]) * shade));
+    out[3] = rgba[3];
+}
+
+float transparentAlpha(const cFaceData* face) {
+    static constexpr float MIN_ALPHA = 0.2f;
+    const cEntityData* owner = face->brush->owner;
+    float alpha = face->texture ? face->texture->opacity : 1.0f;
+    if (!(owner->flags & EF_WORLD))
+        alpha *= float(owner->renderColor[3]) / 255.0f;
+    return std::clamp(alpha, MIN_ALPHA, 1.0f);
+}
+
+static uint32_t wordOf(const uint8_t* rgba) {
+    uint32_t word;
+    memcpy(&word, rgba, sizeof word);
+    return word;
+}
+
+// ---- What decides where it is drawn
+
+static uint8_t entityTraits(const cEntityData* entity) {
+    return uint8_t((entity->flags & EF_ITEM ? TRAIT_ITEM : 0) |
+                   (entity->flags & EF_PATH ? TRAIT_PATH : 0));
+}
+
+static uint8_t brushTraits(const cBrushData* brush, uint32_t detailMask) {
+    const cEntityData* owner = brush->owner;
+    uint8_t traits = owner->flags & EF_WORLD ? 0 : entityTraits(owner);
+    if (brush->faces && (brush->faces->tex.contentFlags & detailMask))
+        traits |= TRAIT_DETAIL;
+    if (owner->flags & EF_TRANSPARENT)
+        traits |= TRAIT_TRANSPARENT;
+    return traits;
+}
+
+static bool isBrushShown(const cBrushData* brush) {
+    static constexpr uint32_t UNSEEN = OF_DIRTY | OF_HIDDEN;
+    const uint32_t ownerFlags = brush->owner->flags;
+    return !(brush->flags & UNSEEN) && ((ownerFlags & EF_WORLD) || !(ownerFlags & UNSEEN));
+}
+
+static uint8_t facingOf(const float* normal) {
+    for (uint8_t axis = 0; axis < 3; ++axis)
+        if (std::fabs(normal[axis]) == 1.0f)
+            return uint8_t(axis * 2 + (normal[axis] < 0 ? 1 : 0));
+    return FACING_OTHER;
+}
+
+static uint32_t mixed(uint32_t hash, uint32_t value) {
+    hash = (hash ^ value) * 0x9e3779b1u;
+    return hash ^ hash >> 15;
+}
+
+static uint32_t mixed(uint32_t hash, const cDrawKey& key) {
+    const auto texture = reinterpret_cast<uintptr_t>(key.texture);
+    hash = mixed(mixed(hash, uint32_t(texture)), uint32_t(uint64_t(texture) >> 32));
+    return mixed(mixed(hash, key.color),
+                 uint32_t(key.kind | uint32_t(key.facing) << 8 | uint32_t(key.traits) << 16));
+}
+
+uint32_t cObjectShape::signature() const {
+    uint32_t hash = uint32_t(isShown) | uint32_t(isMoving) << 1 | uint32_t(hasArrow) << 2;
+    for (const cShapeFace& face : faces)
+        hash = mixed(mixed(hash, face.count), face.key);
+    for (const cShapeEdges& list : edges) {
+        hash = mixed(hash, list.key);
+        for (const uint32_t end : list.ends)
+            hash = mixed(hash, end);
+    }
+    return mixed(hash, markKey);
+}
+
+// ---- Making
+
+void cObjectShape::clear() {
+    vertices.clear();
+    filled.clear();
+    lines.clear();
+    marked.clear();
+    faces.clear();
+    for (cShapeEdges& list : edges)
+        list.ends.clear();
+    isTranslucent = hasArrow = false;
+    isQuads = true;
+}
+
+void cObjectShape::addVertex(const float* xyz, const float* st, const uint8_t* textured,
+                             const uint8_t* color, float shade, uint8_t alpha) {
+    cShapeVertex vertex;
+    vecCopy(xyz, vertex.xyz);
+    vertex.st[0] = st[0];
+    vertex.st[1] = st[1];
+    memcpy(vertex.rgba, textured, sizeof vertex.rgba);
+    vertices.push_back(vertex);
+    uint8_t shaded[4];
+    shadeColor(color, shade, shaded);
+    shaded[3] = uint8_t(shaded[3] * alpha / 255);
+    filled.push_back(wordOf(shaded));
+    lines.push_back(wordOf(color));
+    shadeColor(m_markColor, shade, shaded);
+    shaded[3] = uint8_t(shaded[3] * alpha / 255);
+    marked.push_back(wordOf(shaded));
+}
+
+void cObjectShape::addFace(const cBrushData* brush, const cFaceData* face, const uint8_t* color) {
+    static const uint8_t white[4] = {255, 255, 255, 255};
+    cShapeFace made;
+    made.key.texture = static_cast<const cTexture*>(face->texture);
+    made.key.facing = facingOf(face->normal);
+    made.key.traits = traits;
+    made.first = uint32_t(vertices.size());
+    made.count = uint32_t(face->vertexCount);
+    made.face = face;
+    made.isTranslucent = (brush->owner->flags & EF_TRANSPARENT) ||
+                         (made.key.texture && ::isTranslucent(*made.key.texture));
+    const float alpha = made.isTranslucent ? transparentAlpha(face) : 1.0f;
+    uint8_t textured[4];
+    shadeColor(face->texture ? white : color, face->face->shade, textured);
+    textured[3] = uint8_t(float(textured[3]) * alpha);
+    for (int i = 0; i < face->vertexCount; ++i)
+        addVertex(face->vertices[i].xyz, face->vertices[i].st, textured, color, face->face->shade,
+                  uint8_t(255.0f * alpha));
+    isTranslucent |= made.isTranslucent;
+    isQuads &= made.count == 4;
+    faces.push_back(made);
+}
+
+void cObjectShape::make(const cBrushData* brush, uint32_t detailMask, const uint8_t* markColor) {
+    clear();
+    m_markColor = markColor;
+    traits = brushTraits(brush, detailMask);
+    const uint8_t* color = brushColor(brush);
+    const bool ofWorld = (brush->owner->flags & EF_WORLD) != 0;
+    isShown = isBrushShown(brush);
+    isMoving = (brush->flags & BF_MOVING) != 0;
+    vecCopy(brush->brush->center, center);
+    for (const cFaceData* face : facesOf(brush))
+        if (!(face->flags & FF_DIRTY) && face->vertexCount >= 3)
+            addFace(brush, face, color);
+    makeEdges(ofWorld ? 0 : wordOf(brush->owner->entity->color));
+    markKey = {};
+    markKey.kind = KIND_MARKS;
+    markKey.traits = lineTraits();
+}
+
+// Six sides, counter-clockwise seen from outside.
+void cObjectShape::make(const cEntityData* entity, const uint8_t* markColor) {
+    static const float NO_ST[2] = {0, 0};
+    clear();
+    m_markColor = markColor;
+    uint8_t color[4], shaded[4];
+    entityColor(entity, color);
+    traits = entityTraits(entity) | TRAIT_BOX;
+    isShown = !(entity->flags & (EF_DIRTY | EF_HIDDEN));
+    isMoving = (entity->flags & EF_MOVING) != 0;
+    hasArrow = ::hasArrow(entity);
+    for (int axis = 0; axis < 3; ++axis) {
+        center[axis] = (entity->mins[axis] + entity->maxs[axis]) * 0.5f;
+        const int u = (axis + 1) % 3, v = (axis + 2) % 3;
+        for (const bool upper : {true, false}) {
+            float normal[3] = {0, 0, 0};
+            normal[axis] = upper ? 1.0f : -1.0f;
+            const float shade = shadeForNormal(normal);
+            shadeColor(color, shade, shaded);
+            cShapeFace face = {{}, uint32_t(vertices.size()), 4, false, nullptr};
+            face.key.facing = facingOf(normal);
+            face.key.traits = traits;
+            for (int i = 0; i < 4; ++i) {
+                const int turn = upper ? i : 3 - i;
+                float corner[3];
+                corner[axis] = upper ? entity->maxs[axis] : entity->mins[axis];
+                corner[u] = (turn == 1 || turn == 2) ? entity->maxs[u] : entity->mins[u];
+                corner[v] = turn >= 2 ? entity->maxs[v] : entity->mins[v];
+                addVertex(corner, NO_ST, shaded, color, shade, 255);
+            }
+            faces.push_back(face);
+        }
+    }
+    makeEdges(wordOf(color));
+}
+
+// ---- Edges
+
+static bool samePlace(const float* a, const float* b, int exceptAxis = -1) {
+    for (int i = 0; i < 3; ++i)
+        if (i != exceptAxis && a[i] != b[i])
+            return false;
+    return true;
+}
+
+void cObjectShape::findCorners() {
+    m_corners.clear();
+    m_cornerOf.resize(vertices.size());
+    for (uint32_t i = 0; i < vertices.size(); ++i) {
+        uint32_t at = 0;
+        while (at < m_corners.size() &&
+               !samePlace(vertices[m_corners[at].vertex].xyz, vertices[i].xyz))
+            ++at;
+        if (at == m_corners.size()) {
+            if (at == FEW_CORNERS) {
+                findManyCorners();
+                return;
+            }
+            m_corners.push_back({i, {}});
+        }
+        m_cornerOf[i] = at;
+    }
+}
+
+// Too many to be compared with each other: found by sorting them.
+void cObjectShape::findManyCorners() {
+    std::vector<uint32_t> order(vertices.size());
+    for (uint32_t i = 0; i < order.size(); ++i)
+        order[i] = i;
+    std::sort(order.begin(), order.end(), [&](uint32_t a, uint32_t b) {
+        const float *p = vertices[a].xyz, *q = vertices[b].xyz;
+        return std::lexicographical_compare(p, p + 3, q, q + 3);
+    });
+    m_corners.clear();
+    for (const uint32_t i : order) {
+        if (m_corners.empty() || !samePlace(vertices[m_corners.back().vertex].xyz, vertices[i].xyz))
+            m_corners.push_back({i, {}});
+        m_cornerOf[i] = uint32_t(m_corners.size() - 1);
+    }
+}
+
+bool cObjectShape::cPairSet::add(uint32_t a, uint32_t b) {
+    if (has(a, b))
+        return false;
+    rows[a] |= uint64_t(1) << b;
+    rows[b] |= uint64_t(1) << a;
+    return true;
+}
+
+static bool isNodrawFace(const cShapeFace& face) {
+    return face.key.texture && isNodraw(*face.key.texture);
+}
+
+// Each edge runs the way in which it is met first. With many corners some stand twice.
+void cObjectShape::gatherEdges() {
+    const bool few = m_corners.size() <= FEW_CORNERS;
+    cPairSet met = {};
+    m_edges.clear();
+    // Faces that are drawn first, so that an edge of both sorts counts as theirs.
+    for (const bool nodraw : {false, true}) {
+        for (const cShapeFace& face : faces) {
+            if (isNodrawFace(face) != nodraw)
+                continue;
+            uint32_t last = m_cornerOf[face.first + face.count - 1];
+            for (uint32_t i = 0; i < face.count; ++i) {
+                const uint32_t next = m_cornerOf[face.first + i];
+                if (last != next && (!few || met.add(last, next)))
+                    m_edges.push_back({last, next, nodraw, true});
+                last = next;
+            }
+        }
+    }
+}
+
+void cObjectShape::sortEdges() {
+    const auto key = [](const cEdge& edge) {
+        return std::make_tuple(std::min(edge.a, edge.b), std::max(edge.a, edge.b), edge.nodraw);
+    };
+    const auto sameEnds = [](const cEdge& x, const cEdge& y) {
+        return std::min(x.a, x.b) == std::min(y.a, y.b) && std::max(x.a, x.b) == std::max(y.a, y.b);
+    };
+    std::sort(m_edges.begin(), m_edges.end(),
+              [&](const cEdge& x, const cEdge& y) { return key(x) < key(y); });
+    m_edges.erase(std::unique(m_edges.begin(), m_edges.end(), sameEnds), m_edges.end());
+}
+
+// One set of edges serves all three 2D views: what is left out of it is covered, along each axis,
+// by one that is in it. Those that cover most go first: six of the twelve of a box.
+void cObjectShape::chooseFlatEdges() {
+    for (size_t i = 0; i < m_corners.size(); ++i) {
+        const float* xyz = vertices[m_corners[i].vertex].xyz;
+        for (int axis = 0; axis < 3; ++axis) {
+            uint32_t first = 0;
+            while (!samePlace(vertices[m_corners[first].vertex].xyz, xyz, axis))
+                ++first;
+            m_corners[i].flat[axis] = first;
+        }
+    }
+    cPairSet covered[3] = {};
+    for (cEdge& edge : m_edges)
+        edge.flat = false;
+    for (const int wanted : {3, 2, 1}) {
+        for (cEdge& edge : m_edges) {
+            if (edge.flat)
+                continue;
+            const cCorner &a = m_corners[edge.a], &b = m_corners[edge.b];
+            int uncovered = 0;
+            for (int axis = 0; axis < 3; ++axis)
+                uncovered += a.flat[axis] != b.flat[axis] &&
+                             !covered[axis].has(a.flat[axis], b.flat[axis]);
+            if (uncovered < wanted)
+                continue;
+            edge.flat = true;
+            for (int axis = 0; axis < 3; ++axis)
+                covered[axis].add(a.flat[axis], b.flat[axis]);
+        }
+    }
+}
+
+void cObjectShape::makeEdges(uint32_t color) {
+    for (int i = 0; i < 4; ++i) {
+        cDrawKey& key = edges[i].key;
+        key = {};
+        key.color = color;
+        key.kind = i & 1 ? KIND_OTHER_EDGES : KIND_FLAT_EDGES;
+        key.traits = uint8_t(lineTraits() | (i & 2 ? TRAIT_NODRAW : 0));
+    }
+    findCorners();
+    gatherEdges();
+    if (m_corners.size() <= FEW_CORNERS)
+        chooseFlatEdges();
+    else
+        sortEdges();
+    for (const cEdge& edge : m_edges) {
+        std::vector<uint32_t>& ends = edges[(edge.flat ? 0 : 1) + (edge.nodraw ? 2 : 0)].ends;
+        ends.push_back(m_corners[edge.a].vertex);
+        ends.push_back(m_corners[edge.b].vertex);
+    }
+}
