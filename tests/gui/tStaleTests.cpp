@@ -101,6 +101,15 @@ protected:
         settle();
     }
 
+    // Whether the last command has left the document, or undo brought it back, as it was made.
+    bool isUsable(const cMapState& asMade) {
+        if (window->projects.size() != 1 || active()->windows.size() != 1)
+            return false;
+        trigger("EditSelAll");
+        return map().history->canUndo() && map().history->canRedo() &&
+               firstDifference(asMade, stateOf(map())).isEmpty();
+    }
+
     void closeDocument() {
         for (cProject* project : window->projects)
             project->setDirty(false);
@@ -223,14 +232,13 @@ TEST_F(StaleTest, afterAnyCommandAllThatIsShownIsAsMadeAnew) {
     commands.insert(commands.end(), tools.begin(), tools.end());
     EXPECT_GT(commands.size(), 100u);
     const cSettings usual = *window;
-    uint64_t asMade = 0; // the revision of the document before any command
+    cMapState asMade;
     for (QCustomAction* command : commands) {
         SCOPED_TRACE(command->row->id);
-        if (window->projects.size() != 1 || active()->windows.size() != 1 ||
-            map().revision() != asMade) {
+        if (!isUsable(asMade)) {
             closeDocument();
             makeDocument();
-            asMade = map().revision();
+            asMade = stateOf(map());
         }
         EXPECT_TRUE(command->isEnabled() && command->isVisible());
         const uint32_t before = map().history->lastStep();
