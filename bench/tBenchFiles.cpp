@@ -5,8 +5,9 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tProjectFile.h"
-#include "resources/tGameData.h"
-#include "resources/tGameDataRegistry.h"
+#include "gamedata/tGameData.h"
+#include "gamedata/tGameDataRegistry.h"
+#include "support/tMapText.h"
 #include "tBenchCity.h"
 #include "tBenchImport.h"
 
@@ -47,7 +48,7 @@ static void exportCity(benchmark::State& state) {
     bench().import(map, int(state.range(0)));
     const cMapFormat& f = bench().manager->exportFormats.first();
     for (auto _ : state)
-        f.function(f.id, bench().path("out.map").toLocal8Bit().constData(), &map.data);
+        f.function(f.id, toMapText(bench().path("out.map")).constData(), &map.data);
     countPerBrush(state);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tBenchImport.h"
 
+#include "support/tMapText.h"
 #include "tBenchCity.h"
 
 #include <QFile>
@@ -24,7 +25,7 @@ QString cBench::cityFile(int brushes) {
 
 bool cBench::import(cMap& map, int brushes) {
     const cMapFormat& f = manager->importFormats.first();
-    const QByteArray path = cityFile(brushes).toLocal8Bit();
+    const QByteArray path = toMapText(cityFile(brushes));
     const bool read = f.function(f.id, path.constData(), &map.data) != 0;
     map.finishLoad();
     host.messages.clear();

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "document/tMap.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "pluginhost/tPluginManager.h"
 #include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
 #include "support/tTestHost.h"

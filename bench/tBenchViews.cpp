@@ -14,7 +14,6 @@
 #include <QApplication>
 #include <QCursor>
 #include <QElapsedTimer>
-#include <QGLWidget>
 #include <QPixmap>
 #include <benchmark/benchmark.h>
 #include <clocale>
@@ -23,7 +22,7 @@
 
 class cBenchViewHost : public cViewHost {
 public:
-    cBenchViewHost() : m_share(std::make_unique<QGLWidget>(cCanvas::viewFormat())) {
+    cBenchViewHost() : m_share(std::make_unique<cGLWidget>(eGLBuffers::Depth)) {
         g_viewHost = this;
     }
     ~cBenchViewHost() override { g_viewHost = nullptr; }
@@ -31,7 +30,7 @@ public:
     void setActiveCanvas(cCanvas* canvas) override { cCanvas::switchActive(*this, canvas); }
     cTool* cameraTool() const override { return nullptr; }
     QMenu* popupMenu(const char*) const override { return nullptr; }
-    QGLWidget* shareWidget() override { return m_share.get(); }
+    cGLWidget* shareWidget() override { return m_share.get(); }
     void openObjectProperties() override {}
     void updateViewControls() override {}
     bool isActiveWindow(const cChildWindow*) const override { return true; }
@@ -41,7 +40,7 @@ public:
     void toolSelect() override {}
 
 private:
-    std::unique_ptr<QGLWidget> m_share;
+    std::unique_ptr<cGLWidget> m_share;
     QCursor m_cursor;
     QPixmap m_icon;
 };

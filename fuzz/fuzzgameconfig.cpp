@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Settings files: whatever the reader of game configurations makes of one, saving that over it and
 // reading it again gives the same list, and what nobody has changed is written as it was read.
+#include "gamedata/tGameDataRegistry.h"
 #include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tTextureManager.h"
 #include "support/tIniFile.h"
 #include "tFuzzHost.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The game data reader: whole, then headers only; every class must be reachable and consistent.
-#include "resources/tGameData.h"
+#include "gamedata/tGameData.h"
 #include "tFuzzHost.h"
 
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The tokenizer under any order of calls: the first 16 bytes choose them, the rest is the text.
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
 #include "tFuzzHost.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "document/tMapContext.h"
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 #include "support/tHost.h"
 
 class cFuzzHost : public cHost, public cMapContext {

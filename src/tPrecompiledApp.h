@@ -7,7 +7,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
-#include <QGLWidget>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMenu>

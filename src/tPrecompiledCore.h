@@ -16,4 +16,4 @@
 #include <memory>
 #include <vector>
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "dialogs/tDefaultRoomDialog.h"
 
+#include "support/tMapText.h"
 #include "ui_tDefaultRoomDialog.h"
 
 #include <QMessageBox>
@@ -13,9 +14,9 @@ cDefaultRoomDialog::cDefaultRoomDialog(const cRoomShape& shape, bool skipNext, Q
     m_ui->sbX->setValue(shape.x);
     m_ui->sbY->setValue(shape.y);
     m_ui->sbZ->setValue(shape.z);
-    m_ui->txtWall->setText(QString::fromLocal8Bit(shape.wall));
-    m_ui->txtCeil->setText(QString::fromLocal8Bit(shape.ceiling));
-    m_ui->txtFloor->setText(QString::fromLocal8Bit(shape.floor));
+    m_ui->txtWall->setText(fromMapText(shape.wall));
+    m_ui->txtCeil->setText(fromMapText(shape.ceiling));
+    m_ui->txtFloor->setText(fromMapText(shape.floor));
     m_ui->cbNoShow->setChecked(skipNext);
     connect(m_ui->cbNoShow, &QCheckBox::toggled, this, &cDefaultRoomDialog::tellHowToReturn);
     const QPushButton* empty =
@@ -32,9 +33,9 @@ cRoomShape cDefaultRoomDialog::shape() const {
     shape.x = m_ui->sbX->value();
     shape.y = m_ui->sbY->value();
     shape.z = m_ui->sbZ->value();
-    shape.wall = m_ui->txtWall->text().toLocal8Bit();
-    shape.ceiling = m_ui->txtCeil->text().toLocal8Bit();
-    shape.floor = m_ui->txtFloor->text().toLocal8Bit();
+    shape.wall = toMapText(m_ui->txtWall->text());
+    shape.ceiling = toMapText(m_ui->txtCeil->text());
+    shape.floor = toMapText(m_ui->txtFloor->text());
     return shape;
 }
 

@@ -5,6 +5,7 @@
 #include "document/tMapWatcher.h"
 #include "document/tVisGroup.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 #include "ui_tEditGroupsDialog.h"
 
 #include <QColorDialog>
@@ -42,7 +43,7 @@ cEditGroupsDialog::cEditGroupsDialog(cMap& map, uint32_t currentId, QWidget* par
 cEditGroupsDialog::~cEditGroupsDialog() = default;
 
 QListWidgetItem* cEditGroupsDialog::addItem(const cVisGroup& group) {
-    auto* item = new QListWidgetItem(QString::fromLocal8Bit(group.name), m_ui->lstVisGroups);
+    auto* item = new QListWidgetItem(fromMapText(group.name), m_ui->lstVisGroups);
     item->setData(ID_ROLE, group.id);
     return item;
 }
@@ -66,7 +67,7 @@ void cEditGroupsDialog::showColor(const cVisGroup* group) {
 
 void cEditGroupsDialog::exec_on_selectVisGroup(QListWidgetItem* item) {
     const cVisGroup* group = groupOf(item);
-    m_ui->txtName->setText(group ? QString::fromLocal8Bit(group->name) : QString());
+    m_ui->txtName->setText(group ? fromMapText(group->name) : QString());
     showColor(group);
     for (QWidget* widget :
          {static_cast<QWidget*>(m_ui->txtName), static_cast<QWidget*>(m_ui->btnColor),
@@ -91,7 +92,7 @@ void cEditGroupsDialog::exec_on_removeVisGroup() {
     if (group->objectCount > 0) {
         const QString question =
             tr("Are you sure to remove visgroup \"%1\" containing %2 objects?")
-                .arg(QString::fromLocal8Bit(group->name), QString::number(group->objectCount));
+                .arg(fromMapText(group->name), QString::number(group->objectCount));
         if (QMessageBox::question(this, QStringLiteral("Karvex"), question,
                                   QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
             return;
@@ -124,6 +125,6 @@ void cEditGroupsDialog::exec_on_changeVisGroupName() {
         return;
     const QString text = m_ui->txtName->text();
     item->setText(text);
-    group->setName(text.toLocal8Bit().constData());
+    group->setName(toMapText(text).constData());
     changed();
 }

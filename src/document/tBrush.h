@@ -2,7 +2,7 @@
 // The run-time half of a brush. Created and freed by newBrush and cMap::freeBrush.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QList>
 

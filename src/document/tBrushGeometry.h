@@ -3,7 +3,7 @@
 // splitting. Touches no history. What is captured for undo is the caller's business.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
 

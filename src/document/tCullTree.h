@@ -5,7 +5,7 @@
 // the root box stand in a list of their own that every walk visits.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QHash>
 #include <array>

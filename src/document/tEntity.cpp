@@ -8,6 +8,7 @@
 #include "document/tMapLists.h"
 #include "document/tMapWatcher.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
 #include "support/tVec.h"
@@ -169,7 +170,7 @@ void deriveFlagsKey(cEntityData* entity) {
     for (const cEntityVariable& variable : entityClass->variables) {
         if (variable.type != VT_FLAGS)
             continue;
-        setText(entity->flagsKey, variable.name.toLocal8Bit().constData());
+        setText(entity->flagsKey, toMapText(variable.name).constData());
         return;
     }
     setText(entity->flagsKey, "spawnflags");
@@ -180,8 +181,8 @@ static void prependDefault(cEntityData* fresh, const cEntityData* entity,
                            const cEntityVariable& variable) {
     if (variable.defaultValue.isEmpty())
         return;
-    const QByteArray name = variable.name.toLocal8Bit();
-    const QByteArray byDefault = variable.defaultValue.toLocal8Bit();
+    const QByteArray name = toMapText(variable.name);
+    const QByteArray byDefault = toMapText(variable.defaultValue);
     const char* present = getEpairValue(entity, name.constData());
     const char* value = present ? present : byDefault.constData();
     addEpairFirst(fresh, name.constData(), value);
@@ -207,7 +208,7 @@ void resetEntityFromClass(cEntityData* entity) {
     fresh.spawnFlags = entity->spawnFlags;
     for (const cEntityVariable& variable : entityClass->variables) {
         if (variable.type == VT_FLAGS && !entity->flagsKey)
-            setText(entity->flagsKey, variable.name.toLocal8Bit().constData());
+            setText(entity->flagsKey, toMapText(variable.name).constData());
         prependDefault(&fresh, entity, variable);
     }
     carryOver(&fresh, entity, "model");

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "document/tMapContext.h"
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QList>
 

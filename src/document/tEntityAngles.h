@@ -2,7 +2,7 @@
 // The one way to turn an entity: the field and its "angles" or "angle" key together.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 // Pitch, yaw, roll in degrees. An existing "angle" or "angles" key, the first of them, takes the
 // value in its own form (-1 up, -2 down or the yaw for "angle"); with neither, "angles" is added.

@@ -9,6 +9,7 @@
 #include "document/tMapWatcher.h"
 #include "document/tTexture.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
 #include "support/tVec.h"
@@ -195,7 +196,7 @@ static cWantedResource wantedResource(const cEntityData* entity) {
     const cEntityClass& c = *entity->entity->entityClass;
     const auto named = [entity](eAttachKind kind, const QString& own, const char* key) {
         return cWantedResource{kind, own.isEmpty() ? QByteArray(getEpairValue(entity, key))
-                                                   : own.toLocal8Bit()};
+                                                   : toMapText(own)};
     };
     if (c.flags & ECF_DECAL)
         return named(AK_DECAL, c.decal, "texture");
@@ -204,7 +205,7 @@ static cWantedResource wantedResource(const cEntityData* entity) {
     if (c.flags & ECF_STUDIO)
         return named(AK_MODEL, c.studio, "model");
     if (!c.iconSprite.isEmpty())
-        return {AK_SPRITE, c.iconSprite.toLocal8Bit()};
+        return {AK_SPRITE, toMapText(c.iconSprite)};
     return {AK_NONE, QByteArray()};
 }
 

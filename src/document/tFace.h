@@ -2,7 +2,7 @@
 // The run-time half of a face. Created and freed by newFace and cMap::freeFace.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 class cFace {
 public:

@@ -3,7 +3,7 @@
 // Operations on one face capture nothing for undo; the callers do.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 class cMapContext;
 

@@ -2,7 +2,7 @@
 // The run-time half of a group. Created and freed by cMap.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 class cGroup {
 public:

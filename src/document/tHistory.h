@@ -7,7 +7,7 @@
 // An operation uses cHistoryStep, which closes on every way out.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <functional>
 #include <memory>

@@ -23,7 +23,7 @@ cObjectStates* cHistory::listFor(eRecordList list, eKind kind, uint32_t id) {
                 : kind == KIND_ENTITY ? known.entities
                 : kind == KIND_BRUSH  ? known.brushes
                                       : known.faces;
-    if (!ids.insert(id).second)
+    if (!ids.insert(id))
         return nullptr;
     return &statesOf(list);
 }

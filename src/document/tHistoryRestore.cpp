@@ -68,14 +68,15 @@ public:
     void takeLive(const cObjectStates& recorded); // into the states that the other way needs
     void putFaces(const cObjectStates& recorded);
     void putEntities(const cObjectStates& recorded);
-    void putBrushes(const cObjectStates& recorded);
+    void putBrushes(cObjectStates& recorded);
     void putGroups(const cObjectStates& recorded);
     void place(); // what was made or moved, in its lists
     void remove(cObjectStates& states);
     void finish();
     void update();
 
-    cObjectStates live;
+    void keepLive(cObjectStates& recorded); // at the end of a step
+
     cRemade remade;
 
 private:
@@ -92,6 +93,7 @@ private:
     void remakeEntity(const cObjectStates& states, const cEntityState& state);
     void remakeBrush(const cObjectStates& states, const cBrushState& state);
     void putEntityOf(const cEntityState& state);
+    void takeFaces(const cBrushData* brush, const cBrushState& recorded);
     void putBrushOf(const cObjectStates& states, const cBrushState& state);
     void putGroupOf(const cGroupState& state);
     void settle(cBrushData* brush);
@@ -103,6 +105,8 @@ private:
 
     cMap& m_map;
     cMapData& m_data;
+    cObjectStates m_live;           // what the other way needs; brushes without their faces
+    cObjectStates m_taken;          // the brush that is put, before
     cEntityData* m_owner = nullptr; // found last; states of one entity's brushes stand together
     struct cTouched {
         cEntityData* entity = nullptr;
@@ -210,36 +214,37 @@ void keepSelected(uint32_t& flags, uint32_t recorded) {
     flags = (flags & ~TRANSIENT_FLAGS) | (recorded & OF_SELECTED);
 }
 
-// Objects that are missing keep what was recorded of them.
+// Objects that are missing keep what was recorded of them. Faces of brushes change places with the
+// recorded ones when these are put, so that a large step takes no memory anew.
 void cRestore::takeLive(const cObjectStates& recorded) {
-    live.reserve({recorded.brushes.size(), recorded.faces.size(), recorded.points.size()});
+    m_live.reserve({recorded.brushes.size(), 0, 0});
     for (const cGroupState& state : recorded.groups) {
         if (const cGroupData* group = m_map.findGroupById(state.id))
-            live.take(group);
+            m_live.take(group);
         else
-            live.groups.push_back(state);
-        keepSelected(live.groups.back().flags, state.flags);
+            m_live.groups.push_back(state);
+        keepSelected(m_live.groups.back().flags, state.flags);
     }
     for (const cEntityState& state : recorded.entities) {
         if (const cEntityData* entity = m_map.findEntityById(state.id))
-            live.take(entity, TAKE_FIELDS);
+            m_live.take(entity, TAKE_FIELDS);
         else
-            live.entities.push_back(state);
-        keepSelected(live.entities.back().flags, state.flags);
+            m_live.entities.push_back(state);
+        keepSelected(m_live.entities.back().flags, state.flags);
     }
     for (const cBrushState& state : recorded.brushes) {
         if (const cBrushData* brush = m_map.findBrushById(nullptr, state.id))
-            live.take(brush, state.withGeometry ? TAKE_GEOMETRY : TAKE_FIELDS);
+            m_live.takeHead(brush);
         else
-            live.copy(state, recorded);
-        keepSelected(live.brushes.back().flags, state.flags);
+            m_live.brushes.push_back(state);
+        keepSelected(m_live.brushes.back().flags, state.flags);
     }
     for (const cLoneFaceState& state : recorded.loneFaces) {
         if (const cFaceData* face = loneFace(state))
-            live.takeLone(face);
+            m_live.takeLone(face);
         else
-            live.loneFaces.push_back(state);
-        keepSelected(live.loneFaces.back().face.flags, state.face.flags);
+            m_live.loneFaces.push_back(state);
+        keepSelected(m_live.loneFaces.back().face.flags, state.face.flags);
     }
 }
 
@@ -332,8 +337,34 @@ void cRestore::putBrushOf(const cObjectStates& states, const cBrushState& state)
     }
 }
 
-void cRestore::putBrushes(const cObjectStates& recorded) {
-    backward(recorded.brushes, [&](const cBrushState& state) { putBrushOf(recorded, state); });
+void cRestore::takeFaces(const cBrushData* brush, const cBrushState& recorded) {
+    m_taken.clear();
+    m_taken.take(brush, recorded.withGeometry ? TAKE_GEOMETRY : TAKE_FIELDS);
+    for (cFaceState& face : m_taken.faces)
+        face.flags &= ~OF_SELECTED;
+}
+
+void cRestore::putBrushes(cObjectStates& recorded) {
+    backward(recorded.brushes, [&](cBrushState& state) {
+        const cBrushData* brush = m_map.findBrushById(nullptr, state.id);
+        if (brush)
+            takeFaces(brush, state);
+        putBrushOf(recorded, state);
+        if (brush)
+            recorded.replaceFaces(state, m_taken.brushes.back(), m_taken);
+        cBrushState& live = m_live.brushes[size_t(&state - recorded.brushes.data())];
+        live.faces = state.faces;
+        live.withGeometry = state.withGeometry;
+    });
+}
+
+// What was taken becomes the record, for the other way.
+void cRestore::keepLive(cObjectStates& recorded) {
+    recorded.groups = std::move(m_live.groups);
+    recorded.entities = std::move(m_live.entities);
+    recorded.brushes = std::move(m_live.brushes);
+    recorded.loneFaces = std::move(m_live.loneFaces);
+    recorded.pack();
 }
 
 void cRestore::setParent(cGroupData* group, cGroupData* parent) {
@@ -530,7 +561,7 @@ void undoStep(cMap& map, cUndoStep& step) {
     restore.place();
     restore.remove(step.created);
     restore.finish();
-    step.changed = std::move(restore.live);
+    restore.keepLive(step.changed);
 }
 
 void redoStep(cMap& map, cUndoStep& step) {
@@ -546,7 +577,7 @@ void redoStep(cMap& map, cUndoStep& step) {
     restore.place();
     restore.remove(step.deleted);
     restore.finish();
-    step.changed = std::move(restore.live);
+    restore.keepLive(step.changed);
 }
 
 cRemade remakeObjects(cMap& map, const cObjectStates& states) {

@@ -3,7 +3,7 @@
 // they hold what the redo needs.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <vector>
 

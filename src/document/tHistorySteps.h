@@ -4,9 +4,10 @@
 
 #include "document/tObjectState.h"
 
+#include <bitset>
 #include <deque>
 #include <memory>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 struct cUndoStep {
@@ -20,9 +21,25 @@ struct cUndoStep {
     size_t bytes() const { return changed.bytes() + created.bytes() + deleted.bytes(); }
 };
 
+// A set of ids, which are dense: a bit each, in pages.
+class cIdSet {
+public:
+    // False when the id was there.
+    bool insert(uint32_t id) {
+        auto bit = m_pages[id / PAGE][id % PAGE];
+        const bool isNew = !bit;
+        bit = true;
+        return isNew;
+    }
+
+private:
+    static constexpr uint32_t PAGE = 4096;
+    std::unordered_map<uint32_t, std::bitset<PAGE>> m_pages;
+};
+
 // Ids that one list of states holds already.
 struct cCapturedIds {
-    std::unordered_set<uint32_t> groups, entities, brushes, faces;
+    cIdSet groups, entities, brushes, faces;
 };
 
 struct cHistorySteps {

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "document/tPickPool.h"
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QHash>
 #include <QMap>

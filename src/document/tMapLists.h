@@ -3,7 +3,7 @@
 // Nothing else opens these links by hand.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 // ---- Lists with a tail: entities of a map, brushes of an entity, faces of a brush
 

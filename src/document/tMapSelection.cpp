@@ -6,6 +6,7 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 
 // The tool whose picks are faces.
 static constexpr int TEXTURE_TOOL = 5;
@@ -296,11 +297,11 @@ int cMap::countSelectedSolids() const {
 
 QString cMap::entitySentence() const {
     const cEntityData* entity = data.selectedEntities;
-    const QString classname = QString::fromLocal8Bit(entity->classname);
+    const QString classname = fromMapText(entity->classname);
     const char* target = getEpairValue(entity, "targetname");
     if (!target || !*target)
         return classname;
-    return QStringLiteral("%1 - %2").arg(classname, QString::fromLocal8Bit(target));
+    return QStringLiteral("%1 - %2").arg(classname, fromMapText(target));
 }
 
 static int faceCount(const cBrushData* brush) {

@@ -34,7 +34,7 @@ template<size_t N, class T> static std::array<T, N> arrayOf(const T* values) {
 
 void cObjectStates::take(const cGroupData* group) {
     groups.push_back({group->id, idOf(group->prev), idOf(group->parent), group->flags,
-                      arrayOf<4>(group->group->baseColor)});
+                      group->memberCount, arrayOf<4>(group->group->baseColor)});
 }
 
 static cStateRange append(std::vector<uint32_t>& serials, const QList<cVisGroup*>& visGroups) {
@@ -57,11 +57,11 @@ cFaceState cObjectStates::takeFace(const cFaceData* face, bool withGeometry) {
     state.id = face->id;
     state.flags = face->flags;
     state.tex = face->tex;
-    if (!withGeometry)
-        return state;
     vecCopy(face->normal, state.normal);
     state.dist = face->dist;
     state.planeType = face->planeType;
+    if (!withGeometry)
+        return state;
     state.points = {uint32_t(points.size()), uint32_t(face->vertexCount)};
     for (int i = 0; i < face->vertexCount; ++i)
         points.push_back(arrayOf<3>(face->vertices[i].xyz));
@@ -72,15 +72,22 @@ void cObjectStates::takeLone(const cFaceData* face) {
     loneFaces.push_back({face->brush->id, face->brush->owner->id, takeFace(face, false)});
 }
 
-void cObjectStates::take(const cBrushData* brush, unsigned what) {
+void cObjectStates::takeHead(const cBrushData* brush) {
     cBrushState state = {};
     state.id = brush->id;
     state.previousId = idOf(brush->prev);
     state.entityId = brush->owner->id;
     state.groupId = idOf(brush->group);
+    state.rootGroupId = idOf(brush->rootGroup);
     state.flags = brush->flags;
     state.reserved = brush->reserved;
     state.color = arrayOf<4>(brush->brush->baseColor);
+    brushes.push_back(state);
+}
+
+void cObjectStates::take(const cBrushData* brush, unsigned what) {
+    takeHead(brush);
+    cBrushState& state = brushes.back();
     state.withGeometry = (what & TAKE_GEOMETRY) != 0;
     state.faces.first = uint32_t(faces.size());
     for (const cFaceData* face : facesOf(brush))
@@ -88,7 +95,6 @@ void cObjectStates::take(const cBrushData* brush, unsigned what) {
     state.faces.count = uint32_t(faces.size()) - state.faces.first;
     if (what & TAKE_VISGROUPS)
         state.visGroups = takeVisGroups(brush);
-    brushes.push_back(state);
 }
 
 void cObjectStates::take(const cEntityData* entity, unsigned what) {
@@ -96,6 +102,7 @@ void cObjectStates::take(const cEntityData* entity, unsigned what) {
     state.id = entity->id;
     state.previousId = idOf(entity->prev);
     state.groupId = idOf(entity->group);
+    state.rootGroupId = idOf(entity->rootGroup);
     state.flags = entity->flags;
     state.spawnFlags = entity->spawnFlags;
     state.classname = entity->classname; // null stays null
@@ -134,13 +141,52 @@ static cStateRange append(std::vector<T>& list, const std::vector<T>& from, cSta
     return placed;
 }
 
-void cObjectStates::copy(const cBrushState& brush, const cObjectStates& from) {
-    cBrushState state = brush;
-    state.faces = append(faces, from.faces, brush.faces);
-    for (uint32_t i = state.faces.first; i < state.faces.end(); ++i)
+bool cObjectStates::isSameShape(cStateRange own, cStateRange other,
+                                const cObjectStates& from) const {
+    if (own.count != other.count)
+        return false;
+    for (uint32_t i = 0; i < own.count; ++i) {
+        if (faces[own.first + i].points.count != from.faces[other.first + i].points.count)
+            return false;
+    }
+    return true;
+}
+
+// Of from, with their points, behind all that are there.
+cStateRange cObjectStates::appendFaces(const cObjectStates& from, cStateRange range) {
+    const cStateRange placed = append(faces, from.faces, range);
+    for (uint32_t i = placed.first; i < placed.end(); ++i)
         faces[i].points = append(points, from.points, faces[i].points);
-    state.visGroups = append(serials, from.serials, brush.visGroups);
-    brushes.push_back(state);
+    return placed;
+}
+
+void cObjectStates::replaceFaces(cBrushState& state, const cBrushState& by,
+                                 const cObjectStates& from) {
+    if (!isSameShape(state.faces, by.faces, from)) {
+        state.faces = appendFaces(from, by.faces);
+        return;
+    }
+    for (uint32_t i = 0; i < by.faces.count; ++i) {
+        cFaceState& face = faces[state.faces.first + i];
+        const cStateRange own = face.points;
+        face = from.faces[by.faces.first + i];
+        std::copy_n(from.points.begin() + face.points.first, own.count, points.begin() + own.first);
+        face.points = own;
+    }
+}
+
+void cObjectStates::pack() {
+    size_t used = 0;
+    for (const cBrushState& brush : brushes)
+        used += brush.faces.count;
+    if (used == faces.size())
+        return;
+    cObjectStates packed;
+    for (cBrushState& brush : brushes)
+        brush.faces = packed.appendFaces(*this, brush.faces);
+    packed.shrink();
+    faces = std::move(packed.faces);
+    points = std::move(packed.points);
 }
 
 // ---- Sizes
@@ -166,6 +212,16 @@ void cObjectStates::reserve(const cBrushCounts& counts) {
 
 bool cObjectStates::isEmpty() const {
     return groups.empty() && entities.empty() && brushes.empty() && loneFaces.empty();
+}
+
+void cObjectStates::clear() {
+    groups.clear();
+    entities.clear();
+    brushes.clear();
+    loneFaces.clear();
+    faces.clear();
+    points.clear();
+    serials.clear();
 }
 
 template<class T> static size_t bytesOf(const std::vector<T>& list) {
@@ -375,18 +431,9 @@ static const char* textOf(const QByteArray& text) {
     return text.isNull() ? nullptr : text.constData();
 }
 
-void putEntity(cEntityData* entity, const cEntityState& state) {
-    if (state.classname != entity->classname) {
-        entity->flags = (entity->flags & ~uint32_t(EF_POINT)) | (state.flags & EF_POINT);
-        setText(entity->classname, textOf(state.classname));
-        setEntityClass(entity, findEntityClass(entity, contextOf(entity)));
-    }
-    putFlags(entity->flags, state.flags, EF_DIRTY);
+void putKeys(cEntityData* entity, const cEntityState& state) {
     entity->spawnFlags = state.spawnFlags;
-    vecCopy(state.origin.data(), entity->origin);
     vecCopy(state.angles.data(), entity->angles);
-    vecCopy(state.mins.data(), entity->mins);
-    vecCopy(state.maxs.data(), entity->maxs);
     std::copy(state.color.begin(), state.color.end(), entity->entity->color);
     entity->renderFlags = state.renderFlags;
     std::copy(state.renderColor.begin(), state.renderColor.end(), entity->renderColor);
@@ -399,6 +446,19 @@ void putEntity(cEntityData* entity, const cEntityState& state) {
     entity->scale = state.scale;
     putPairs(entity, state);
     setText(entity->flagsKey, textOf(state.flagsKey));
+}
+
+void putEntity(cEntityData* entity, const cEntityState& state) {
+    if (state.classname != entity->classname) {
+        entity->flags = (entity->flags & ~uint32_t(EF_POINT)) | (state.flags & EF_POINT);
+        setText(entity->classname, textOf(state.classname));
+        setEntityClass(entity, findEntityClass(entity, contextOf(entity)));
+    }
+    putFlags(entity->flags, state.flags, EF_DIRTY);
+    vecCopy(state.origin.data(), entity->origin);
+    vecCopy(state.mins.data(), entity->mins);
+    vecCopy(state.maxs.data(), entity->maxs);
+    putKeys(entity, state);
     followClass(entity);
 }
 

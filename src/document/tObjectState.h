@@ -2,10 +2,11 @@
 // What an object of a map is, beside its links: plain values that refer to other objects by id.
 // The history keeps them, the clipboard carries them, clones are made of them, tests compare them.
 // Derived values (bounds of brushes, texture coordinates, shades) follow when an object is rebuilt;
-// planes and corners do not: they come back to the last bit.
+// planes and corners do not: they come back to the last bit. tStateFields.h tells the fields as
+// bytes; the project file is written and read by it.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QByteArray>
 #include <QPair>
@@ -33,6 +34,7 @@ struct cGroupState {
     uint32_t previousId;
     uint32_t parentId; // 0 without one
     uint32_t flags;
+    int32_t memberCount; // derived, for the project file
     std::array<uint8_t, 4> color;
 };
 
@@ -40,11 +42,10 @@ struct cFaceState {
     uint32_t id;
     uint32_t flags;
     cFaceTexture tex;
-    // Of faces of brushes with geometry:
     float normal[3];
     float dist;
     int32_t planeType;
-    cStateRange points;
+    cStateRange points; // of faces of brushes with geometry
 };
 
 // A face without its brush: flags and texture block alone.
@@ -58,7 +59,8 @@ struct cBrushState {
     uint32_t id;
     uint32_t previousId;
     uint32_t entityId;
-    uint32_t groupId; // 0 without one; the outermost group follows from it
+    uint32_t groupId;     // 0 without one
+    uint32_t rootGroupId; // derived, for the project file
     uint32_t flags;
     uint32_t reserved;
     std::array<uint8_t, 4> color;
@@ -71,6 +73,7 @@ struct cEntityState {
     uint32_t id;
     uint32_t previousId;
     uint32_t groupId;
+    uint32_t rootGroupId; // derived, for the project file
     uint32_t flags;
     uint32_t spawnFlags;
     QByteArray classname;
@@ -82,14 +85,14 @@ struct cEntityState {
     std::array<uint8_t, 4> color;
     // What was made of the keys when they were read last.
     uint32_t renderFlags;
-    std::array<uint8_t, 4> renderColor;
+    std::array<uint8_t, 4> renderColor = {0, 0, 0, 255};
     int32_t renderMode;
     int32_t renderFx;
     uint16_t body;
     uint16_t skin;
     int32_t sequence;
-    float frameRate;
-    float scale;
+    float frameRate = 10;
+    float scale = 1;
     std::vector<QPair<QByteArray, QByteArray>> pairs;
     cStateRange brushes; // where they were taken along
     cStateRange visGroups;
@@ -110,8 +113,13 @@ public:
     void take(const cBrushData* brush, unsigned what);
     void take(const cEntityData* entity, unsigned what);
     void takeLone(const cFaceData* face);
-    // A state of another bag with all it refers to.
-    void copy(const cBrushState& brush, const cObjectStates& from);
+    // The fields of a brush alone, its faces to come.
+    void takeHead(const cBrushData* brush);
+    // The faces of a brush of this bag become those of a brush of another one: in their places if
+    // they are as many with as many points, else behind all others. pack() then gives back the
+    // places they have left.
+    void replaceFaces(cBrushState& state, const cBrushState& by, const cObjectStates& from);
+    void pack();
 
     // Room for so many brushes more, at once: growing by halves copies all of a large step.
     struct cBrushCounts {
@@ -121,6 +129,7 @@ public:
     void reserve(const cBrushCounts& counts);
 
     bool isEmpty() const;
+    void clear();         // and keeps the memory
     size_t bytes() const; // of memory, for measurements
     void shrink();        // gives back what growing took too much
 
@@ -136,6 +145,8 @@ public:
     cStateRange takeVisGroups(const cEntityData* entity);
 
 private:
+    bool isSameShape(cStateRange own, cStateRange other, const cObjectStates& from) const;
+    cStateRange appendFaces(const cObjectStates& from, cStateRange range);
     cFaceState takeFace(const cFaceData* face, bool withGeometry);
 };
 
@@ -151,6 +162,8 @@ cBrushData* makeBrush(cMap& map, const cObjectStates& states, const cBrushState&
                       cEntityData* owner, bool keepIds);
 
 // Into an object that lives; whether it is selected stays as it is.
+// What does not follow from class, flags and place: keys, angles, colour, render and model block.
+void putKeys(cEntityData* entity, const cEntityState& state);
 void putEntity(cEntityData* entity, const cEntityState& state);
 // Flags, colour and faces. With geometry faces that the state lacks go, those that it has more are
 // made; without it they only take flags and texture blocks. In both cases they stand in the

@@ -3,7 +3,7 @@
 // object each stands for. In the picking pass the number is the object's colour.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <cstdint>
 #include <vector>

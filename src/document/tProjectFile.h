@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The project file (.kvx): magic "KVXP", int32 version, groups, visgroups, cordon, the number of
 // entities, entities to the end of the file. Little-endian, no padding; a string is an int32 length
-// (-1: null) and its bytes. One description of each record serves reader and writer. Counts and
-// lengths are checked against what is left of the file before memory is taken.
+// (-1: null) and its bytes. The fields of each object are those of its state (tStateFields.h), for
+// reader and writer.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "document/tObjectState.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -13,6 +13,7 @@
 #include <cstdio>
 
 class cMap;
+class cProjectStream;
 class cVisGroup;
 
 class cProjectFile {
@@ -35,35 +36,31 @@ public:
     bool isDamaged() const { return m_damaged; }
 
 private:
-    class cStream;
-    struct cGroupRecord;
+    bool header(cProjectStream& stream);
+    static void reportFailure(const char* action, const QByteArray& path, const char* why);
 
-    bool header(cStream& stream);
-    bool group(cStream& stream, cGroupRecord& record);
-    bool entity(cStream& stream, cEntityData* entity);
-    bool face(cStream& stream, cFaceData* face);
-
-    bool readMap(cStream& stream);
-    bool readGroups(cStream& stream);
-    bool readVisGroups(cStream& stream);
-    bool readEntity(cStream& stream);
-    bool readEpairs(cStream& stream, cEntityData* entity);
-    bool readBrushes(cStream& stream, cEntityData* entity);
-    bool readBrush(cStream& stream, cEntityData* entity);
-    bool readFace(cStream& stream, cBrushData* brush);
-    template<class T> bool readMemberships(cStream& stream, T* object);
+    bool readMap(cProjectStream& stream);
+    bool readGroups(cProjectStream& stream);
+    bool readVisGroups(cProjectStream& stream);
+    bool readEntity(cProjectStream& stream);
+    bool readPairs(cProjectStream& stream, cEntityState& state);
+    bool readBrushes(cProjectStream& stream, cEntityData* entity);
+    bool readBrush(cProjectStream& stream, cEntityData* entity);
+    bool readFace(cProjectStream& stream, cBrushData* brush);
+    template<class T> bool readMemberships(cProjectStream& stream, T* object);
+    cEntityData* insertEntity(const cEntityState& state);
     void setGroup(cGroupData*& group, cGroupData*& rootGroup, uint32_t id);
     void finishEntity(cEntityData* entity, uint32_t groupId);
     void finishMap();
     void reportDamage(int entities) const;
 
     bool saveTo(FILE* file); // and closes it
-    bool writeMap(cStream& stream);
-    bool writeGroup(cStream& stream, cGroupData* group);
-    bool writeVisGroups(cStream& stream);
-    bool writeEntity(cStream& stream, cEntityData* entity);
-    bool writeBrush(cStream& stream, cBrushData* brush);
-    bool writeMemberships(cStream& stream, const QList<cVisGroup*>& visGroups);
+    bool writeMap(cProjectStream& stream);
+    bool writeGroup(cProjectStream& stream, cGroupData* group);
+    bool writeVisGroups(cProjectStream& stream);
+    bool writeEntity(cProjectStream& stream, cEntityData* entity);
+    bool writeBrush(cProjectStream& stream, const cBrushData* brush);
+    bool writeMemberships(cProjectStream& stream, const QList<cVisGroup*>& visGroups);
     void clearWritten();
 
     cMap& m_map;
@@ -73,4 +70,5 @@ private:
     int m_entitiesRead = 0; // the one that the file cuts short among them
     bool m_damaged = false;
     QHash<const cVisGroup*, uint32_t> m_visGroupNumbers; // as written
+    cObjectStates m_states;                              // of the object that is written
 };

@@ -3,7 +3,7 @@
 // reference through refCount and useCount.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 class QIcon;
 

@@ -3,7 +3,7 @@
 // configuration: its contents may be pasted into any document, any number of times.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QtGlobal>
 #include <functional>

@@ -11,6 +11,7 @@
 #include "document/tMapLists.h"
 #include "support/tConsole.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
 #include "support/tVec.h"
@@ -122,7 +123,7 @@ cEntityData* createEntity(cMap& map, const cEntityClass* entityClass, const floa
                           bool randomYaw) {
     if (!entityClass)
         return nullptr;
-    const QByteArray name = entityClass->name.toLocal8Bit();
+    const QByteArray name = toMapText(entityClass->name);
     Print("New entity: %s", name.constData());
     float origin[3];
     vecAdd(point, entityClass->offset, origin);

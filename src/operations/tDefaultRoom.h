@@ -2,7 +2,7 @@
 // The closed room that a new map may begin with, and the entities placed one by one.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QByteArray>
 

@@ -3,7 +3,7 @@
 // one step.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <array>
 #include <vector>

@@ -4,7 +4,7 @@
 // no world or the box gives no solid.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 // What the arch dialog asks for; it is kept from one arch to the next.
 struct cArchShape {

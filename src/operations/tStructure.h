@@ -3,7 +3,7 @@
 // Each opens its own history step and leaves selection and lists consistent.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <vector>
 

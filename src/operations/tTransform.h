@@ -4,7 +4,7 @@
 // rebuilt and the document dirty; refreshing tools and views is the caller's business.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <vector>
 

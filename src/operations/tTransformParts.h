@@ -2,7 +2,7 @@
 // What the transforms share: the objects they work on, and the rebuild after their vertices moved.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <vector>
 

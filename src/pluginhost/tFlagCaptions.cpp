@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "pluginhost/tFlagCaptions.h"
 
+#include "support/tMapText.h"
+
 template<class Row> static void setCaption(Row& row, const char* caption, int index) {
-    row[size_t(index)] = QString::fromLocal8Bit(caption);
+    row[size_t(index)] = fromMapText(caption);
 }
 
 void cFlagCaptions::setSurface(const char* profileName, const char* caption, int index) {
     if (profileName && index >= 0 && index < SURFACE_COUNT)
-        setCaption(m_tables[QString::fromLocal8Bit(profileName)].surface, caption, index);
+        setCaption(m_tables[fromMapText(profileName)].surface, caption, index);
 }
 
 void cFlagCaptions::setContent(const char* profileName, const char* caption, int index) {
     if (profileName && index >= 0 && index < CONTENT_COUNT)
-        setCaption(m_tables[QString::fromLocal8Bit(profileName)].content, caption, index);
+        setCaption(m_tables[fromMapText(profileName)].content, caption, index);
 }
 
 const cFlagCaptions::cTable& cFlagCaptions::of(const QString& profileName) const {

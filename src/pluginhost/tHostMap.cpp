@@ -15,6 +15,7 @@
 #include "resources/tGameConfig.h"
 #include "resources/tTextureManager.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 
 #include <QFileInfo>
@@ -52,7 +53,7 @@ static int32_t mapGetPackagePaths(cMapData* map, char** out, char separator) {
             paths.append(path);
     }
     Mem_Free(*out);
-    *out = Mem_StrDup(paths.join(QLatin1Char(separator)).toLocal8Bit().constData());
+    *out = Mem_StrDup(toMapText(paths.join(QLatin1Char(separator))).constData());
     return *out != nullptr;
 }
 

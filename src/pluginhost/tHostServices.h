@@ -3,7 +3,7 @@
 // tHostMap.cpp, tHostGroups.cpp, tHostHistory.cpp, tHostDialog.cpp and tHostRender.cpp.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <functional>
 

@@ -2,7 +2,7 @@
 // Services 1 to 28: console, memory, time, files and the shared tokenizer.
 #include "pluginhost/tHostTable.h"
 
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
 #include "support/tBuildNumber.h"
 #include "support/tConsole.h"
 #include "support/tSystem.h"

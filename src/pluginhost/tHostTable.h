@@ -2,7 +2,7 @@
 // One function per subject that enters its services in the table.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 void fillSystemServices(cHostServices& table);  // 1 to 13
 void fillParserServices(cHostServices& table);  // 14 to 28

@@ -8,6 +8,7 @@
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 
 static cPluginContext* contextOf(void* context) {
     return static_cast<cPluginContext*>(context);
@@ -28,12 +29,12 @@ struct cOffer {
         if (!function)
             Warning("Plugin \"%s\" defines %s format \"%s\" (%s), but doesn't export \"%s\" "
                     "function!",
-                    plugin->library->fileName().toLocal8Bit().constData(), kind, extension,
+                    toMapText(plugin->library->fileName()).constData(), kind, extension,
                     description, symbol);
         return function;
     }
-    QString extensionText() const { return QString::fromLocal8Bit(extension); }
-    QString descriptionText() const { return QString::fromLocal8Bit(description); }
+    QString extensionText() const { return fromMapText(extension); }
+    QString descriptionText() const { return fromMapText(description); }
     bool isComplete() const { return extension && description && plugin; }
 };
 

@@ -3,7 +3,7 @@
 // word that the plug-in passes through is a cPluginContext.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 class QLibrary;
 class cPluginManager;

@@ -6,6 +6,7 @@
 #include "resources/tGameConfigRegistry.h"
 #include "support/tConsole.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 
 #include <QDir>
@@ -42,7 +43,7 @@ bool cPluginManager::load(const QString& path) {
         library->unload();
         return false;
     }
-    Print("Adding: \"%s\"", path.toLocal8Bit().constData());
+    Print("Adding: \"%s\"", toMapText(path).constData());
     m_contexts.push_back(std::make_unique<cPluginContext>(
         cPluginContext{this, library.get(), uint32_t(libraries.size() + 1)}));
     enumerate(*m_contexts.back());
@@ -51,7 +52,7 @@ bool cPluginManager::load(const QString& path) {
 }
 
 bool cPluginManager::start(QLibrary& library) {
-    const QByteArray path = library.fileName().toLocal8Bit();
+    const QByteArray path = toMapText(library.fileName());
     if (!library.load()) {
         Error("Couldn't load \"%s\"", path.constData());
         return false;

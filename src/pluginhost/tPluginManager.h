@@ -4,7 +4,7 @@
 // process, because the registries hold function pointers into them.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QLibrary>
 #include <QList>

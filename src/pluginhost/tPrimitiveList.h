@@ -2,7 +2,7 @@
 // The primitives that a block may become: the built-in ones first, then those of the plug-ins.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <vector>
 

@@ -3,7 +3,7 @@
 // nothing. Meaningful only inside tpRenderModel.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 struct cRenderServices {
     void (*pointSize)(float size);

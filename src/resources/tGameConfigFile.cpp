@@ -6,6 +6,7 @@
 #include "support/tConsole.h"
 #include "support/tHost.h"
 #include "support/tIniFile.h"
+#include "support/tMapText.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -161,5 +162,5 @@ void cGameConfigRegistry::save(const QString& path) const {
     for (int i = 0; i < configs.size(); ++i)
         writeConfig(file, groupOf(i), *configs[i]);
     if (!file.save())
-        Error("can't write \"%s\"", path.toLocal8Bit().constData());
+        Error("can't write \"%s\"", toMapText(path).constData());
 }

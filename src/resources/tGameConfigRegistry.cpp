@@ -2,14 +2,15 @@
 // The list of configurations and what goes with each: profile, catalogue, classes, precaching.
 #include "resources/tGameConfigRegistry.h"
 
+#include "gamedata/tGameData.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "resources/tEntityClassTree.h"
-#include "resources/tGameData.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureCatalogue.h"
 #include "resources/tTextureManager.h"
 #include "support/tConsole.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 
 static const cMapProfile NO_PROFILE = {};
 
@@ -33,7 +34,7 @@ void cGameConfigRegistry::registerProfile(uint32_t library, const cMapProfile* r
         Warning("empty profile name!");
         return;
     }
-    const QString name = QString::fromLocal8Bit(copy.name);
+    const QString name = fromMapText(copy.name);
     if (profiles.contains(name)) {
         Warning("profile \"%s\" is already registered!", copy.name);
         return;
@@ -95,7 +96,7 @@ void cGameConfigRegistry::releaseResources(cGameConfig& config) {
 cGameConfig* cGameConfigRegistry::known(const QString& title) const {
     cGameConfig* config = find(title);
     if (!config)
-        Warning("no such config: %s", title.toLocal8Bit().constData());
+        Warning("no such config: %s", toMapText(title).constData());
     return config;
 }
 
@@ -145,7 +146,7 @@ void cGameConfigRegistry::removeConfig(const QString& title) {
     if (!config)
         return;
     if (config->useCount > 0) {
-        Warning("tried to remove in-use config: %s", title.toLocal8Bit().constData());
+        Warning("tried to remove in-use config: %s", toMapText(title).constData());
         return;
     }
     releaseResources(*config);
@@ -187,7 +188,7 @@ void cGameConfigRegistry::assign(const cGameConfigRegistry& other, bool precache
     const QString activeTitle = titleOfActive();
     clear();
     for (const cMapProfile* profile : other.profiles)
-        profiles.insert(QString::fromLocal8Bit(profile->name), new cMapProfile(*profile));
+        profiles.insert(fromMapText(profile->name), new cMapProfile(*profile));
     for (const cGameConfig* source : other.configs) {
         cGameConfig* config = new cGameConfig(*source);
         config->solidClassTree = config->pointClassTree = cEntityClassNode();

@@ -6,7 +6,7 @@
 
 #include "document/tEntityClass.h"
 #include "document/tMapContext.h"
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 #include "resources/tGameConfig.h"
 
 #include <QHash>

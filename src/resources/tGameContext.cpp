@@ -4,6 +4,7 @@
 #include "resources/tGameConfigRegistry.h"
 #include "resources/tTextureCatalogue.h"
 #include "resources/tTextureManager.h"
+#include "support/tMapText.h"
 
 cTextureCatalogue* cGameContext::catalogue() const {
     return config ? m_configs.catalogues.value(config->title) : nullptr;
@@ -11,11 +12,11 @@ cTextureCatalogue* cGameContext::catalogue() const {
 
 cTexture* cGameContext::findTexture(const char* name) {
     const cTextureCatalogue* known = catalogue();
-    return known ? known->find(QString::fromLocal8Bit(name)) : nullptr;
+    return known ? known->find(fromMapText(name)) : nullptr;
 }
 
 cTexture* cGameContext::addMissingTexture(const char* name) {
-    const QString text = QString::fromLocal8Bit(name);
+    const QString text = fromMapText(name);
     if (cTextureCatalogue* known = catalogue())
         return known->addMissing(text);
     cTexture* placeholder = m_textures.findPlaceholder(text);
@@ -27,7 +28,7 @@ void cGameContext::releaseTexture(cTexture* texture) {
 }
 
 cEntityClass* cGameContext::findClass(const char* name, eClassFilter filter) {
-    return m_configs.findClass(config, QString::fromLocal8Bit(name), filter);
+    return m_configs.findClass(config, fromMapText(name), filter);
 }
 
 const cMapProfile& cGameContext::profile() const {

@@ -3,7 +3,7 @@
 // relative to. One per program.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QList>
 #include <QString>

@@ -3,6 +3,7 @@
 
 #include "resources/tGameConfig.h"
 #include "resources/tTextureManager.h"
+#include "support/tMapText.h"
 
 QString cTextureCatalogue::allTextures() {
     return QStringLiteral("(All Textures)");
@@ -38,7 +39,7 @@ void cTextureCatalogue::rebuild(const cGameConfig& config) {
         groups.insert(allTextures(), package);
         groups.insert(group, package);
         for (cTexture* texture : package->textures)
-            addEntry(QString::fromLocal8Bit(texture->name), {group, package, texture});
+            addEntry(fromMapText(texture->name), {group, package, texture});
     }
     buildGroupList();
 }

@@ -4,6 +4,7 @@
 
 #include "support/tConsole.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 
 #include <QCoreApplication>
@@ -72,7 +73,7 @@ cTexture* cTextureManager::addPlaceholder(const QString& name) {
     texture->height = m_default.height;
     texture->icon = m_default.icon;
     texture->image = m_default.image;
-    setName(texture, name.toLocal8Bit().constData());
+    setName(texture, toMapText(name).constData());
     return texture;
 }
 
@@ -147,7 +148,7 @@ void cTextureManager::addTexture(const char* sourceId, const char* name, uint32_
         return;
     cTexturePackage* package = static_cast<cTexturePackage*>(context);
     cTextureManager& manager = *package->manager;
-    const QString id = QString::fromLocal8Bit(sourceId ? sourceId : name);
+    const QString id = fromMapText(sourceId ? sourceId : name);
     const cTextureImage record = {1, width,  height, dataSize, glFormat, compressedFormat,
                                   0, nullptr};
     if (flags & TT_IMAGE_ONLY) {
@@ -157,7 +158,7 @@ void cTextureManager::addTexture(const char* sourceId, const char* name, uint32_
     }
     QIcon* icon = nullptr;
     cTextureImage* image = manager.addImage(id, record, pixels, &icon);
-    cTexture* texture = manager.obtainTexture(id, QString::fromLocal8Bit(name), 0);
+    cTexture* texture = manager.obtainTexture(id, fromMapText(name), 0);
     texture->width = width;
     texture->height = height;
     texture->image = image;

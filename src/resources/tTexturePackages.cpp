@@ -4,6 +4,7 @@
 
 #include "support/tConsole.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 
 #include <QDir>
@@ -21,7 +22,7 @@ bool cTextureManager::isPackageExtension(const QString& extension) const {
 
 bool cTextureManager::acceptsName(const QString& path) const {
     const QString extension = extensionOf(path);
-    const QByteArray name = path.toLocal8Bit();
+    const QByteArray name = toMapText(path);
     return std::none_of(textureFormats.begin(), textureFormats.end(), [&](const cTextureFormat& f) {
         return f.extension == extension && f.filterName && !f.filterName(f.id, name.constData());
     });
@@ -89,7 +90,7 @@ cTexturePackage* cTextureManager::packageInfo(cTexturePackage* package) const {
 
 int cTextureManager::packageCount(const cTexturePackage& package) const {
     const QString extension = extensionOf(package.path);
-    const QByteArray path = package.path.toLocal8Bit();
+    const QByteArray path = toMapText(package.path);
     for (const cPackageFormat& format : packageFormats) {
         tpPackageInfo info = {};
         if (format.extension == extension && format.getInfo(format.id, path.constData(), &info))
@@ -119,7 +120,7 @@ bool cTextureManager::loadPackage(cTexturePackage* package, const QString& base,
     const uint8_t* palette = paletteFile.isEmpty() ? nullptr : findPalette(paletteFile);
     if (m_uploader)
         m_uploader->makeContextCurrent();
-    Print("Loading textures from \"%s\"...", package->path.toLocal8Bit().constData());
+    Print("Loading textures from \"%s\"...", toMapText(package->path).constData());
     if (package->kind == PK_DIRECTORY)
         return package->loaded = loadDirectory(package, base, palette);
     showLoading(base, package->path);
@@ -135,7 +136,7 @@ bool cTextureManager::loadPackageFile(cTexturePackage* package, const uint8_t* p
     // The count is the plug-in's word; a texture takes at least a byte of its file.
     package->textures.reserve(size_t(std::min(qint64(package->count), package->size)));
     const QString extension = extensionOf(package->path);
-    const QByteArray path = package->path.toLocal8Bit();
+    const QByteArray path = toMapText(package->path);
     for (cPackageFormat& format : packageFormats) {
         if (format.extension != extension)
             continue;
@@ -173,7 +174,7 @@ bool cTextureManager::loadFile(cTexturePackage* package, const QString& path,
     const auto reads = [&](const cTextureFormat& f) { return f.extension == extension; };
     if (std::none_of(textureFormats.begin(), textureFormats.end(), reads))
         return false;
-    const QByteArray name = path.toLocal8Bit();
+    const QByteArray name = toMapText(path);
     int size = 0;
     void* data = File_Load(name.constData(), &size);
     bool loaded = false;

@@ -3,6 +3,7 @@
 // order matters; each step says why where it is not plain.
 #include "shell/tMainWindow.h"
 #include "shell/tStartup.h"
+#include "support/tMapText.h"
 #include "support/tMath.h"
 #include "support/tSystem.h"
 
@@ -30,7 +31,7 @@ int main(int argc, char** argv) {
     {
         cMainWindow window;
         finishSplash(&window);
-        window.openArgument(QString::fromLocal8Bit(fileArgument));
+        window.openArgument(fromMapText(fileArgument));
         result = QApplication::exec();
     }
     delete g_application;

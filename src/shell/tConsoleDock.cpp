@@ -2,6 +2,7 @@
 #include "shell/tConsoleDock.h"
 
 #include "shell/tMainWindow.h"
+#include "support/tMapText.h"
 
 #include <QApplication>
 #include <QTextDocument>
@@ -34,7 +35,7 @@ void cConsoleDock::lookLikePanel() {
 }
 
 void cConsoleDock::message(eMessage level, const char* text) {
-    QString line = QString::fromLocal8Bit(text);
+    QString line = fromMapText(text);
     if (level == eMessage::Warning)
         line = QStringLiteral("<font color=\"#FF6000\"><b>Warning:</b></font> ") + line;
     else if (level == eMessage::Error)

@@ -22,10 +22,11 @@
 #include "shell/tToolSwitch.h"
 #include "shell/tWindowList.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
+#include "views/tGLWidget.h"
 
 #include <QApplication>
-#include <QGLWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -45,18 +46,6 @@ static void resizeToScreen(QWidget& window) {
     QRect place(QPoint(), available.size() * SCREEN_SHARE);
     place.moveCenter(available.center());
     window.setGeometry(place);
-}
-
-// Views that need depth ask for it themselves.
-static void setDefaultGLFormat() {
-    QGLFormat format;
-    format.setRgba(true);
-    format.setDirectRendering(true);
-    format.setDoubleBuffer(true);
-    format.setDepth(false);
-    format.setStencil(false);
-    format.setSwapInterval(0);
-    QGLFormat::setDefaultFormat(format);
 }
 
 static QPixmap cursorPixmap(const char* name) {
@@ -106,14 +95,15 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     setWindowTitle(tr("Karvex"));
     setWindowIcon(QIcon(QStringLiteral(":/qrc/karvex16.png")));
     resizeToScreen(*this);
-    setDefaultGLFormat();
+    cGLWidget::setDefaultFormat(); // views that need depth ask for it themselves
     m_console = new cConsoleDock(this);
-    Print("%s", qPrintable(tr("%1 initialized (ELF build %2 %3)")
-                               .arg(QStringLiteral("Karvex"), QStringLiteral(__DATE__),
-                                    QStringLiteral(__TIME__))));
+    Print("%s", toMapText(tr("%1 initialized (ELF build %2 %3)")
+                              .arg(QStringLiteral("Karvex"), QStringLiteral(__DATE__),
+                                   QStringLiteral(__TIME__)))
+                    .constData());
     m_services = std::make_unique<cServices>();
     connectConfigs();
-    m_shareWidget = std::make_unique<QGLWidget>();
+    m_shareWidget = std::make_unique<cGLWidget>(eGLBuffers::Color);
     createDocks();
     createMdiArea();
     m_panes = std::make_unique<cStatusPanes>(*statusBar(), helpTip());

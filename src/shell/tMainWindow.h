@@ -100,7 +100,7 @@ public:
     cCanvas* flatCanvas() const;
     cTool* cameraTool() const override;
     QMenu* popupMenu(const char* title) const override;
-    QGLWidget* shareWidget() override;
+    cGLWidget* shareWidget() override;
     void openObjectProperties() override; // as by its command, where that is enabled
     void updateViewControls() override { updateCommands(); }
     bool isActiveWindow(const cChildWindow* window) const override;
@@ -279,7 +279,7 @@ private:
 
     std::unique_ptr<cClipboard> m_clipboard; // g_clipboard
     std::unique_ptr<cServices> m_services;
-    std::unique_ptr<QGLWidget> m_shareWidget;
+    std::unique_ptr<cGLWidget> m_shareWidget;
     std::unique_ptr<cWaitDialog> m_waitDialog;
     cConsoleDock* m_console = nullptr;
     cObjectsDock* m_objectsDock = nullptr;

@@ -11,6 +11,7 @@
 #include "shell/tStatusPanes.h"
 #include "shell/tTieToEntity.h"
 #include "shell/tToolSwitch.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
@@ -123,8 +124,7 @@ void cMainWindow::checkActiveState(bool clearConfig) {
         enterViews(*this, *child);
     QString title;
     if (const cGameConfig* config = configs.current)
-        title =
-            QStringLiteral("%1 (%2)").arg(config->title, QString::fromLocal8Bit(profile().name));
+        title = QStringLiteral("%1 (%2)").arg(config->title, fromMapText(profile().name));
     updateEntityMenus(QString(), cClassMenus::POINT | cClassMenus::SOLID);
     if (child)
         notifyTools();

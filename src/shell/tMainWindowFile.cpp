@@ -9,6 +9,7 @@
 #include "shell/tServices.h"
 #include "shell/tTieToEntity.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
@@ -66,7 +67,7 @@ static void raiseWindows(const cProject* project) {
 
 bool cMainWindow::openFile(const QString& path) {
     if (const cProject* open = findProjectByPath(path)) {
-        Print("%s is already opened", path.toLocal8Bit().constData());
+        Print("%s is already opened", toMapText(path).constData());
         raiseWindows(open);
         m_recentFiles->add(open->path);
         return true;

@@ -5,6 +5,7 @@
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 
 #include <QDesktopServices>
@@ -30,7 +31,7 @@ static const struct {
 };
 
 static void openAddress(const QUrl& url) {
-    Print("openUrl: \"%s\"", url.toString().toLocal8Bit().constData());
+    Print("openUrl: \"%s\"", toMapText(url.toString()).constData());
     QDesktopServices::openUrl(url);
 }
 
@@ -54,7 +55,7 @@ void cMainWindow::cmdHelpTopics() {
     if (QFileInfo::exists(path))
         openAddress(QUrl::fromLocalFile(path));
     else
-        Error("help file \"%s\" doesn't exist!", path.toLocal8Bit().constData());
+        Error("help file \"%s\" doesn't exist!", toMapText(path).constData());
 }
 
 void cMainWindow::cmdHelpCmdList() {

@@ -10,11 +10,11 @@
 #include "shell/tServices.h"
 #include "shell/tStatusPanes.h"
 #include "shell/tToolSwitch.h"
+#include "support/tMapText.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
 #include <QCoreApplication>
-#include <QGLWidget>
 #include <QSplashScreen>
 
 static const QColor PROGRESS_COLOR(157, 157, 157, 255);
@@ -105,7 +105,7 @@ QMenu* cMainWindow::popupMenu(const char* title) const {
     return m_menus->popup(title);
 }
 
-QGLWidget* cMainWindow::shareWidget() {
+cGLWidget* cMainWindow::shareWidget() {
     return m_shareWidget.get();
 }
 
@@ -126,7 +126,7 @@ cEntityClass* cMainWindow::currentClass() {
 cTexture* cMainWindow::currentTexture() {
     const char* name = profile().defaultTexture;
     const cTextureCatalogue* catalogue = m_services->configs.currentCatalogue;
-    return *name && catalogue ? catalogue->find(QString::fromLocal8Bit(name)) : nullptr;
+    return *name && catalogue ? catalogue->find(fromMapText(name)) : nullptr;
 }
 
 bool cMainWindow::randomYaw() const {

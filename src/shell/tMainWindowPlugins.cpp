@@ -7,6 +7,7 @@
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
 #include "shell/tServices.h"
+#include "support/tMapText.h"
 
 #include <QMenu>
 
@@ -14,18 +15,17 @@
 void cMainWindow::createPluginMenu() {
     int index = 0;
     for (const auto& record : m_services->plugins.actions) {
-        const QString title = QString::fromLocal8Bit(record->title);
-        const QString tip =
-            record->description ? QString::fromLocal8Bit(record->description) : title;
+        const QString title = fromMapText(record->title);
+        const QString tip = record->description ? fromMapText(record->description) : title;
         auto* action = new QCustomAction(title, m_menus->pluginMenu());
-        action->setShortcut(QKeySequence(QString::fromLocal8Bit(record->shortcut)));
+        action->setShortcut(QKeySequence(fromMapText(record->shortcut)));
         action->setToolTip(tooltipWithShortcut(tip, action->shortcut()));
         action->setStatusTip(tip);
         action->toolIndex = index++;
         action->hideWithoutDocument = record->flags & AF_HIDE_WITHOUT_PROJECT;
         action->disableWithoutDocument = record->flags & AF_DISABLE_WITHOUT_PROJECT;
         connect(action, &QAction::triggered, this, &cMainWindow::runPluginAction);
-        m_menus->addPluginAction(action, QString::fromLocal8Bit(record->category));
+        m_menus->addPluginAction(action, fromMapText(record->category));
     }
 }
 

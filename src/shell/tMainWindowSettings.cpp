@@ -60,6 +60,12 @@ static void updateCursors(cProject& project) {
             canvas->updateCursor();
 }
 
+// Those that may run are started again for all documents at once.
+static void stopTimers(cProject& project) {
+    for (cChildWindow* window : project.windows)
+        window->setTimersRunning(false);
+}
+
 static const struct {
     unsigned effect;
     void (*apply)(cProject& project);
@@ -72,9 +78,12 @@ static const struct {
     {SE_HIDDEN, dropHidden},
     {SE_MEASURES, measureViews},
     {SE_CURSORS, updateCursors},
+    {SE_TIMERS, stopTimers},
 };
 
 // ---- Changes
+
+static_assert(int(SE_2D) == int(REDRAW_2D) && int(SE_3D) == int(REDRAW_3D));
 
 unsigned cMainWindow::applySettings(const cSettings& after) {
     const unsigned effects = effectsOf(*this, after);

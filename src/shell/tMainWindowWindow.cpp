@@ -7,6 +7,7 @@
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
@@ -150,7 +151,7 @@ void cMainWindow::cmdWindowExportMessages() {
     QFile file(name);
     const auto writeText = [&] {
         return file.open(QIODevice::WriteOnly | QIODevice::Text) &&
-               file.write(text.toLocal8Bit()) >= 0 && file.flush();
+               file.write(toMapText(text)) >= 0 && file.flush();
     };
     if (!writeText()) {
         QMessageBox::warning(this, QStringLiteral("Karvex"),

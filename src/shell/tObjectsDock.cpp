@@ -6,6 +6,7 @@
 #include "resources/tGameConfigRegistry.h"
 #include "shell/tCommandState.h"
 #include "shell/tMainWindow.h"
+#include "support/tMapText.h"
 #include "views/tTool.h"
 
 #include <QAbstractItemView>
@@ -161,7 +162,7 @@ void cObjectsDock::follow(const cCommandState& state) {
 }
 
 static QString textOf(const char* text) {
-    return QString::fromLocal8Bit(text);
+    return fromMapText(text);
 }
 
 void cObjectsDock::fillCategories() {

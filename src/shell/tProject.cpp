@@ -11,6 +11,7 @@
 #include "shell/tServices.h"
 #include "shell/tStatusPanes.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
@@ -145,7 +146,7 @@ bool cProject::newProject() {
         createDefaultRoom(*map, *room);
     map->buildCullTree();
     Print("Created new project with game configuration \"%s\"",
-          gameConfigName.toLocal8Bit().constData());
+          toMapText(gameConfigName).constData());
     return true;
 }
 
@@ -153,7 +154,7 @@ void cProject::createWorldspawn() {
     static const float origin[3] = {0, 0, 0};
     const cEntityClass* worldClass = g_mainWindow->services().configs.findWorldspawn(game.config);
     const QByteArray name =
-        worldClass ? worldClass->name.toLocal8Bit() : QByteArrayLiteral("worldspawn");
+        worldClass ? toMapText(worldClass->name) : QByteArrayLiteral("worldspawn");
     cEntityData* world = map->addEntity(name.constData(), origin, EF_WORLD);
     resetEntityFromClass(world);
     updateEntity(world, 0);

@@ -6,6 +6,7 @@
 #include "shell/tProject.h"
 #include "shell/tServices.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 
 #include <QApplication>
@@ -45,7 +46,7 @@ static QList<const cMapFormat*> fittingFormats(const QList<cMapFormat>& formats,
 
 bool cProject::runFormats(const QList<const cMapFormat*>& formats, const QString& file) {
     const cActiveConfigScope scope(game.config);
-    const QByteArray name = file.toLocal8Bit();
+    const QByteArray name = toMapText(file);
     return std::all_of(formats.begin(), formats.end(), [&](const cMapFormat* format) {
         return format->function(format->id, name.constData(), &map->data) != 0;
     });
@@ -77,8 +78,7 @@ bool cProject::loadProject(const QString& file) {
         becomeRecovered(file);
     else
         becomeFile(file);
-    Print("Loaded project with game configuration \"%s\"",
-          gameConfigName.toLocal8Bit().constData());
+    Print("Loaded project with game configuration \"%s\"", toMapText(gameConfigName).constData());
     return true;
 }
 

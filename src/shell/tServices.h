@@ -3,11 +3,11 @@
 // one, so the plug-ins' libraries leave before what they have filled.
 #pragma once
 
+#include "gamedata/tGameDataRegistry.h"
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tPluginManager.h"
 #include "pluginhost/tPrimitiveList.h"
 #include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
 #include "shell/tColorScheme.h"

@@ -3,12 +3,12 @@
 #include "shell/tStartup.h"
 
 #include "shell/tMainWindow.h"
+#include "support/tMapText.h"
 
 #include <QApplication>
 #include <QLocale>
 #include <QPixmap>
 #include <QSplashScreen>
-#include <QTextCodec>
 #include <clocale>
 
 QApplication* g_application = nullptr;
@@ -19,7 +19,7 @@ static const QColor SPLASH_TEXT(157, 157, 157, 255);
 void prepareLocale() {
     resetNumberLocale();
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("Windows-1251"));
+    setMapCodec();
 }
 
 void resetNumberLocale() {

@@ -6,6 +6,7 @@
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
 #include "shell/tServices.h"
+#include "support/tMapText.h"
 
 #include <QMessageBox>
 
@@ -98,7 +99,7 @@ void cTieToEntity::confirmTarget(cMap& map, cEntityData* owner) {
         cMainWindow::tr("You have selected an existing entity (a '%1').\n"
                         "Would you like to add the selected solids to the existing entity?\n"
                         "If you select 'No', a new entity ('%2') will be created.")
-            .arg(QString::fromLocal8Bit(owner->classname), m_className),
+            .arg(fromMapText(owner->classname), m_className),
         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
     if (answer == QMessageBox::Yes)
         tie(map, map.findEntityById(id));
@@ -110,7 +111,7 @@ void cTieToEntity::listTargets(const std::vector<cEntityData*>& owners) {
     m_project = m_window.activeProject();
     m_list = new cEntityListDialog(&m_window);
     for (const cEntityData* owner : owners)
-        m_list->addEntity(QString::fromLocal8Bit(owner->classname), owner->id);
+        m_list->addEntity(fromMapText(owner->classname), owner->id);
     connect(m_list, &QDialog::accepted, this, &cTieToEntity::tieToListed);
     connect(m_list, &QDialog::rejected, this, &cTieToEntity::cancel);
     connect(m_list, &QDialog::finished, m_list, &QObject::deleteLater);
@@ -147,7 +148,7 @@ void cTieToEntity::tieToListed() {
 // ---- The operation
 
 void cTieToEntity::tie(cMap& map, cEntityData* target) {
-    tieSelectionToEntity(map, m_className.toLocal8Bit().constData(), target);
+    tieSelectionToEntity(map, toMapText(m_className).constData(), target);
     QWidget* properties = target ? nullptr : propertiesWindow();
     if (properties) // a new entity wants its keys
         properties->show();

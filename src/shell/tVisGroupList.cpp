@@ -3,6 +3,7 @@
 
 #include "document/tMap.h"
 #include "document/tVisGroup.h"
+#include "support/tMapText.h"
 
 #include <QDropEvent>
 #include <QIcon>
@@ -22,7 +23,7 @@ QVisGroupList::QVisGroupList(QWidget* parent) : QListWidget(parent) {
 // ---- Items
 
 static QString itemText(const cVisGroup& group) {
-    const QString name = QString::fromLocal8Bit(group.name);
+    const QString name = fromMapText(group.name);
     if (group.objectCount > 1)
         return QVisGroupList::tr("%1 (%2 objects)").arg(name).arg(group.objectCount);
     return group.objectCount == 1 ? QVisGroupList::tr("%1 (1 object)").arg(name) : name;

@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "support/tIniFile.h"
 
+#include "support/tMapText.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QTextCodec>
 #include <cctype>
 #include <cstring>
 
 cIniFile::cIniFile(const QString& path) : m_path(path) {
     QFile file(path);
     if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly))
-        parse(QString::fromLocal8Bit(file.readAll()));
+        parse(fromMapText(file.readAll()));
 }
 
 // ---- Entries
@@ -119,7 +120,7 @@ bool cIniFile::save() const {
     }
     QSaveFile file(m_path);
     file.setDirectWriteFallback(true); // where the folder takes no new file
-    const QByteArray bytes = text.toLocal8Bit();
+    const QByteArray bytes = toMapText(text);
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
 }
 
@@ -257,14 +258,13 @@ QString cIniFile::decodedValue(const QString& raw) {
 QString cIniFile::encodedValue(const QString& text) {
     static const QString MARKS = QStringLiteral("\"\\\n\r\t");
     static const char NAMES[] = "\"\\nrt";
-    const QTextCodec* codec = QTextCodec::codecForLocale();
     QString raw = text.startsWith(QLatin1Char('@')) ? QStringLiteral("@") : QStringLiteral("");
     bool number = false;
     for (const QChar c : text) {
         const int mark = MARKS.indexOf(c);
         const bool digit = c.unicode() < 0x80 && isxdigit(c.unicode());
         const bool byNumber =
-            mark < 0 && (c.unicode() < ' ' || !codec->canEncode(c) || (number && digit));
+            mark < 0 && (c.unicode() < ' ' || !hasMapText(c) || (number && digit));
         if (mark >= 0)
             (raw += QLatin1Char('\\')) += QLatin1Char(NAMES[mark]);
         else if (byNumber)

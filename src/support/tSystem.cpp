@@ -3,6 +3,7 @@
 #include "support/tSystem.h"
 
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "support/tMath.h"
 
 #include <QDir>
@@ -39,7 +40,7 @@ char* Mem_StrDup(const char* text) {
 }
 
 char* Mem_StrDupQ(const QString& text) {
-    return text.isEmpty() ? nullptr : Mem_StrDup(text.toLocal8Bit().constData());
+    return text.isEmpty() ? nullptr : Mem_StrDup(toMapText(text).constData());
 }
 
 struct cTempBuffer {
@@ -193,15 +194,14 @@ static bool copyCanonical(const QString& path, char* out, int outSize) {
     const QFileInfo info(path);
     if (!info.exists())
         return false;
-    T_Sprintf(out, size_t(outSize), "%s", info.canonicalFilePath().toLocal8Bit().constData());
+    T_Sprintf(out, size_t(outSize), "%s", toMapText(info.canonicalFilePath()).constData());
     return true;
 }
 
 bool File_Find(const char* name, char* out, int outSize) {
     if (!name || !out || outSize <= 0)
         return false;
-    const QString wanted =
-        QString::fromLocal8Bit(name).replace(QLatin1Char('\\'), QLatin1Char('/'));
+    const QString wanted = fromMapText(name).replace(QLatin1Char('\\'), QLatin1Char('/'));
     if (!wanted.isEmpty() && copyCanonical(wanted, out, outSize))
         return true;
     QStringList folders;

@@ -17,26 +17,9 @@
 #include <QGridLayout>
 #include <QScrollBar>
 
-static constexpr int SAMPLES = 4;
-static constexpr int DEPTH_BITS = 24;
-static constexpr int STENCIL_BITS = 8;
-
-QGLFormat cCanvas::viewFormat() {
-    // Depth with a stencil, as the kept pictures have: depth is copied between equal formats only.
-    QGLFormat format(QGL::Rgba | QGL::DirectRendering | QGL::DoubleBuffer | QGL::DepthBuffer |
-                     QGL::StencilBuffer);
-    format.setDepthBufferSize(DEPTH_BITS);
-    format.setStencilBufferSize(STENCIL_BITS);
-    format.setSwapInterval(0);
-    if (g_host->Antialiasing) {
-        format.setSampleBuffers(true);
-        format.setSamples(SAMPLES);
-    }
-    return format;
-}
-
-cCanvas::cCanvas(const QGLFormat& format, QWidget* parent, cChildWindow* window)
-    : QGLWidget(format, parent, g_viewHost->shareWidget()),
+cCanvas::cCanvas(QWidget* parent, cChildWindow* window)
+    : cGLWidget(g_host->Antialiasing ? eGLBuffers::Multisampled : eGLBuffers::Depth, parent,
+                g_viewHost->shareWidget()),
       childWindow(window),
       captionFont(QStringLiteral("MS Sans Serif"), 10, 50),
       hoverFont(QStringLiteral("MS Sans Serif"), 10, 75),
@@ -48,7 +31,7 @@ cCanvas::cCanvas(const QGLFormat& format, QWidget* parent, cChildWindow* window)
     setFocusPolicy(Qt::StrongFocus);
     for (int i = 0; i < 16; ++i)
         projection[i] = modelview[i] = (i % 5 == 0) ? 1.0f : 0.0f;
-    hasMultisample = this->format().sampleBuffers();
+    hasMultisample = isMultisampled();
     connect(&m_timer, &QTimer::timeout, this, &cCanvas::runFrame);
     m_lastFrameTime.start();
 }
@@ -186,7 +169,7 @@ void cCanvas::setTimerRunning(bool running) {
 // Views are native windows: under load the X server's report of the size they were created with
 // may come after the layout has given them their cell, and would undo it.
 void cCanvas::resizeEvent(QResizeEvent* event) {
-    QGLWidget::resizeEvent(event);
+    cGLWidget::resizeEvent(event);
     QTimer::singleShot(0, this, &cCanvas::fillCell);
 }
 

@@ -8,11 +8,11 @@
 // read from them go by deviceSize() and devicePixel(), widths of lines through GL_LineWidth().
 #pragma once
 
+#include "views/tGLWidget.h"
 #include "views/tViewInfo.h"
 
 #include <QElapsedTimer>
 #include <QFont>
-#include <QGLWidget>
 #include <QPixmap>
 #include <QRect>
 #include <QTimer>
@@ -37,18 +37,16 @@ enum eTextAlign { TEXT_LEFT, TEXT_CENTER, TEXT_RIGHT };
 // What a bullet stands for; decides its colour.
 enum eBulletKind { BULLET_VERTEX, BULLET_EDGE, BULLET_CLIP, BULLET_CORDON, BULLET_SELECTED };
 
-class cCanvas : public QGLWidget {
+class cCanvas : public cGLWidget {
     Q_OBJECT
 
 public:
     static constexpr int ACTIVE_INTERVAL = 25; // ms between frames of the active camera view
     static constexpr int IDLE_INTERVAL = 40;   // of the others
 
-    cCanvas(const QGLFormat& format, QWidget* parent, cChildWindow* window);
+    cCanvas(QWidget* parent, cChildWindow* window);
     ~cCanvas() override;
 
-    // The format all views of a document are created with, from the settings.
-    static QGLFormat viewFormat();
     // What a cViewHost does in setActiveCanvas: the former one becomes the previous one and is
     // told. canvas may be null.
     static void switchActive(cViewHost& host, cCanvas* canvas);

@@ -100,7 +100,7 @@ void cCanvas::resizeGL(int, int) {
 void cCanvas::glDraw() {
     m_paintDropped = cBusy::isBusy();
     if (!m_paintDropped)
-        QGLWidget::glDraw();
+        cGLWidget::glDraw();
 }
 
 void cCanvas::paintDropped() {
@@ -184,7 +184,8 @@ void cCanvas::clearView() {
                  float(color[3]) / 255.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     switchGL(GL_DEPTH_TEST, isCamera());
-    switchGL(GL_MULTISAMPLE, hasMultisample && viewInfo.settings.antialiasing && !viewInfo.isPicking());
+    switchGL(GL_MULTISAMPLE,
+             hasMultisample && viewInfo.settings.antialiasing && !viewInfo.isPicking());
 }
 
 // ---- The map's picture

@@ -70,7 +70,8 @@ void cCanvas::drawGridLines(bool vertical, float step) {
     for (int i = range.first; i <= range.last; i += range.stride) {
         a[fixed] = b[fixed] = float(i) * step - halfWorldSize;
         if (a[fixed] != 0)
-            cDrawBatch::shared().line(a, b, gridColor(viewInfo.settings, isMajor(viewInfo.settings, i)));
+            cDrawBatch::shared().line(a, b,
+                                      gridColor(viewInfo.settings, isMajor(viewInfo.settings, i)));
     }
 }
 
@@ -86,7 +87,8 @@ void cCanvas::drawGridDots(float step) {
         for (int k = rows.first; k <= rows.last; k += rows.stride) {
             p[axisV] = float(k) * step - halfWorldSize;
             if (p[axisV] != 0)
-                cDrawBatch::shared().point(p, gridColor(shown, isMajor(shown, i) || isMajor(shown, k)));
+                cDrawBatch::shared().point(
+                    p, gridColor(shown, isMajor(shown, i) || isMajor(shown, k)));
         }
     }
 }

@@ -78,7 +78,7 @@ void cCanvas::noteUse(const QEvent& event) {
 
 bool cCanvas::event(QEvent* event) {
     noteUse(*event);
-    return QGLWidget::event(event);
+    return cGLWidget::event(event);
 }
 
 // ---- Mouse buttons
@@ -378,7 +378,7 @@ void cCanvas::showZoom() {
 }
 
 void cCanvas::enterEvent(QEvent* event) {
-    QGLWidget::enterEvent(event);
+    cGLWidget::enterEvent(event);
     if (g_viewHost->isActiveWindow(childWindow))
         becomeActive();
     showZoom();
@@ -390,7 +390,7 @@ static bool isLeft(const cCanvas* active, const cChildWindow* window) {
 }
 
 void cCanvas::focusInEvent(QFocusEvent* event) {
-    QGLWidget::focusInEvent(event);
+    cGLWidget::focusInEvent(event);
     if (!isActive() && g_viewHost->isActiveWindow(childWindow) &&
         !isLeft(g_viewHost->activeCanvas, childWindow))
         becomeActive();
@@ -399,7 +399,7 @@ void cCanvas::focusInEvent(QFocusEvent* event) {
 
 // The release of the space bar will not be seen.
 void cCanvas::focusOutEvent(QFocusEvent* event) {
-    QGLWidget::focusOutEvent(event);
+    cGLWidget::focusOutEvent(event);
     if (!spaceLook)
         return;
     spaceLook = false;
@@ -408,7 +408,7 @@ void cCanvas::focusOutEvent(QFocusEvent* event) {
 }
 
 void cCanvas::leaveEvent(QEvent* event) {
-    QGLWidget::leaveEvent(event);
+    cGLWidget::leaveEvent(event);
     const QMenu* menu = g_viewHost->popupMenu("Canvas");
     if (menu && menu->isVisible())
         return;

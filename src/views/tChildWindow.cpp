@@ -60,12 +60,12 @@ static QScrollBar* createScrollBar(Qt::Orientation orientation, QWidget* cell) {
     return bar;
 }
 
-QWidget* cChildWindow::createCell(const QGLFormat& format, int type, QWidget* parent) {
+QWidget* cChildWindow::createCell(int type, QWidget* parent) {
     auto* cell = new QWidget(parent);
     auto* grid = new QGridLayout(cell);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(0);
-    auto* canvas = new cCanvas(format, cell, this);
+    auto* canvas = new cCanvas(cell, this);
     QScrollBar* horizontal = createScrollBar(Qt::Horizontal, cell);
     QScrollBar* vertical = createScrollBar(Qt::Vertical, cell);
     grid->addWidget(canvas, 0, 0);
@@ -77,33 +77,31 @@ QWidget* cChildWindow::createCell(const QGLFormat& format, int type, QWidget* pa
     return cell;
 }
 
-QSplitter* cChildWindow::createRow(const QGLFormat& format, int leftType, int rightType,
-                                   const char* name) {
+QSplitter* cChildWindow::createRow(int leftType, int rightType, const char* name) {
     auto* row = new QSplitter(Qt::Horizontal, splitterVertical);
     row->setObjectName(QString::fromLatin1(name));
     row->setChildrenCollapsible(true);
-    row->addWidget(createCell(format, leftType, row));
-    row->addWidget(createCell(format, rightType, row));
+    row->addWidget(createCell(leftType, row));
+    row->addWidget(createCell(rightType, row));
     connect(row, &QSplitter::splitterMoved, this, &cChildWindow::splitterMovedH);
     splitterVertical->addWidget(row);
     return row;
 }
 
-void cChildWindow::createFourViews(const QGLFormat& format) {
+void cChildWindow::createFourViews() {
     splitterVertical = new QSplitter(Qt::Vertical, this);
     splitterVertical->setChildrenCollapsible(true);
     layout()->addWidget(splitterVertical);
-    splitterTop = createRow(format, VIEW_CAMERA, VIEW_TOP, TOP_SPLITTER);
-    splitterBottom = createRow(format, VIEW_SIDE, VIEW_FRONT, BOTTOM_SPLITTER);
+    splitterTop = createRow(VIEW_CAMERA, VIEW_TOP, TOP_SPLITTER);
+    splitterBottom = createRow(VIEW_SIDE, VIEW_FRONT, BOTTOM_SPLITTER);
     connect(splitterVertical, &QSplitter::splitterMoved, this, &cChildWindow::splitterMovedV);
 }
 
 void cChildWindow::createViews(int type) {
-    const QGLFormat format = cCanvas::viewFormat();
     if (type >= 0)
-        layout()->addWidget(createCell(format, type, this));
+        layout()->addWidget(createCell(type, this));
     else
-        createFourViews(format);
+        createFourViews();
     applyScrollbarSetting();
     autosize();
 }

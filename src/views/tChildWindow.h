@@ -6,7 +6,6 @@
 #include <QWidget>
 #include <vector>
 
-class QGLFormat;
 class QScrollBar;
 class QSplitter;
 class cCanvas;
@@ -69,9 +68,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QWidget* createCell(const QGLFormat& format, int type, QWidget* parent);
-    QSplitter* createRow(const QGLFormat& format, int leftType, int rightType, const char* name);
-    void createFourViews(const QGLFormat& format);
+    QWidget* createCell(int type, QWidget* parent);
+    QSplitter* createRow(int leftType, int rightType, const char* name);
+    void createFourViews();
     void layOutCells();
 
     cCanvas* m_active = nullptr;

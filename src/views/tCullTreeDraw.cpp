@@ -17,7 +17,7 @@ void drawCullTree(cCullTree& tree, const cViewInfo& view) {
     cDrawStats stats;
     const auto visit = [](const cCullTree::cObject&, bool) {};
     cCullTreeWalk<decltype(visit)>(tree, view, stats, visit).run(); // marks the nodes
-    GL_State(0); // no depth writes
+    GL_State(0);                                                    // no depth writes
     cDrawBatch& batch = cDrawBatch::shared();
     gatherNode(tree.root(), view.frame, batch);
     batch.flush();

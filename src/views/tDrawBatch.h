@@ -4,7 +4,7 @@
 // depth state; line width, stipple and texturing are put back after each use.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QHash>
 #include <vector>

@@ -11,9 +11,9 @@ struct cMapPainter::cScratch {
     cDrawRanges ranges;
     std::vector<int32_t> firsts; // vertices of outlines
     std::vector<int32_t> counts;
-    std::vector<uint64_t> distances;                   // far first, and of them what was met last
-    std::vector<const cTranslucentFace*> translucent;  // as they were met
-    std::vector<uint32_t> indices;                     // of the faces in the order drawn
+    std::vector<uint64_t> distances;                  // far first, and of them what was met last
+    std::vector<const cTranslucentFace*> translucent; // as they were met
+    std::vector<uint32_t> indices;                    // of the faces in the order drawn
     cGLBuffer indexBuffer{cGLBuffer::INDICES};
 };
 
@@ -26,7 +26,8 @@ template<class Take> void cMapPainter::eachRow(eDrawKind kind, Take take) {
     }
 }
 
-// draw(key, cell) for the selected objects of leaves that hold others too, with their indices bound.
+// draw(key, cell) for the selected objects of leaves that hold others too, with their indices
+// bound.
 template<class Draw> void cMapPainter::eachSelectedCell(Draw draw) {
     if (m_buffers.selectedCells().empty())
         return;

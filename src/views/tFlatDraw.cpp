@@ -10,8 +10,8 @@
 #include <QGLContext>
 #include <algorithm>
 
-static constexpr float VERTEX_SIZE = 3.0f;   // pixels
-static constexpr float MARK_HALF = 3.5f;     // pixels
+static constexpr float VERTEX_SIZE = 3.0f; // pixels
+static constexpr float MARK_HALF = 3.5f;   // pixels
 
 void cMapPainter::drawFlat() {
     for (const eWhich which : {UNSELECTED, SELECTED}) {
@@ -116,14 +116,11 @@ void cMapPainter::drawVertices(eWhich which) {
     pointAtVertices();
     glColor4ubv(m_view.settings.color(which == SELECTED ? COLOR_SELECTED_FILL : COLOR_2D_VERTEX));
     GL_PointSize(VERTEX_SIZE);
-    eachRow(KIND_FACES, [&](uint32_t number, const cDrawKey& key) {
-        if (!(key.traits & TRAIT_BOX))
-            addRow(number, which);
-    });
+    eachRow(KIND_CORNERS, [&](uint32_t number, const cDrawKey&) { addRow(number, which); });
     drawRanges(GL_POINTS);
     if (which == SELECTED) {
         eachSelectedCell([&](const cDrawKey& key, const cSelectedCell& cell) {
-            if (key.kind != KIND_FACES || (key.traits & TRAIT_BOX))
+            if (key.kind != KIND_CORNERS)
                 return;
             m_ranges.add(cell.first, cell.count);
             drawRanges(GL_POINTS);

@@ -86,8 +86,7 @@ void cMapPainter::drawArrows(eWhich which) {
         for (const uint32_t number : m_buffers.leaves()[leaf].arrows) {
             const cDrawSlot& slot = m_buffers.slot(number);
             const cEntityData* entity = slot.entity();
-            if (slot.is(SLOT_SELECTED) != (which == SELECTED) ||
-                isHiddenByTraits(slot.traits))
+            if (slot.is(SLOT_SELECTED) != (which == SELECTED) || isHiddenByTraits(slot.traits))
                 continue;
             gatherArrow(m_batch, entity->mins, entity->maxs, entity->angles);
         }
@@ -152,7 +151,8 @@ void cMapPainter::drawFaceGrids() {
     cGLBuffer::unbind();
     for (uint32_t number = 0; number < m_masks.size(); ++number) {
         const cDrawLeaf& leaf = m_buffers.leaves()[number];
-        if (!isLeafVisible(number) || !isNear(m_view.origin, leaf.mins, leaf.maxs, m_view.gridDepth))
+        if (!isLeafVisible(number) ||
+            !isNear(m_view.origin, leaf.mins, leaf.maxs, m_view.gridDepth))
             continue;
         for (const uint32_t slotNumber : leaf.objects) {
             const cDrawSlot& slot = m_buffers.slot(slotNumber);

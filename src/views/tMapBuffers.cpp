@@ -115,7 +115,8 @@ void cMapBuffers::entityChanged(cEntityData* entity) {
 // ---- Renewal
 
 void cMapBuffers::update(uint32_t detailMask, const uint8_t* markColor) {
-    if (detailMask != m_detailMask || !std::equal(m_markColor.begin(), m_markColor.end(), markColor))
+    if (detailMask != m_detailMask ||
+        !std::equal(m_markColor.begin(), m_markColor.end(), markColor))
         m_allOld = true;
     const bool reselected = m_allOld || m_map.revision() != m_seenRevision;
     if (!m_allOld && !reselected && m_oldSlots.empty())

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The geometry of a map in buffer objects, for all views of it: corners in slots by object, indices
-// in rows by what is drawn together and in cells by leaf, so that a frame sends nothing and a change
-// only what became old. Objects are heard of as the map's watcher, the selection is compared by its
-// lists. Nothing of it stands in main memory beside the records, but for the numbers of slots.
+// in rows by what is drawn together and in cells by leaf, so that a frame sends nothing and a
+// change only what became old. Objects are heard of as the map's watcher, the selection is compared
+// by its lists. Nothing of it stands in main memory beside the records, but for the numbers of
+// slots.
 #pragma once
 
 #include "document/tMapWatcher.h"
@@ -58,7 +59,7 @@ struct cTranslucentFace {
 };
 
 struct cDrawLeaf {
-    std::vector<uint32_t> objects; // slots
+    std::vector<uint32_t> objects;     // slots
     std::vector<cOutlineRun> outlines; // of what is selected
     std::vector<cTranslucentFace> translucent;
     std::vector<uint32_t> arrows; // slots of entities that show the way they look
@@ -68,7 +69,7 @@ struct cDrawLeaf {
     int entities = 0;
     int faces = 0;
     int selected = 0;
-    bool isOld = true;       // its cells
+    bool isOld = true;        // its cells
     bool isReselected = true; // its count of selected objects and its outlines
     bool isWhollySelected() const { return selected > 0 && selected == brushes + entities; }
 };
@@ -94,7 +95,9 @@ struct cDrawSlot {
     uint16_t flags = 0;
     uint8_t traits = 0; // of all that is drawn of it
     bool is(eSlotFlag flag) const { return (flags & flag) != 0; }
-    cBrushData* brush() const { return is(SLOT_BRUSH) ? static_cast<cBrushData*>(record) : nullptr; }
+    cBrushData* brush() const {
+        return is(SLOT_BRUSH) ? static_cast<cBrushData*>(record) : nullptr;
+    }
     cEntityData* entity() const {
         return is(SLOT_BRUSH) ? nullptr : static_cast<cEntityData*>(record);
     }
@@ -210,14 +213,13 @@ private:
     std::array<cGLBuffer, LOOK_COUNT> m_looks{cGLBuffer{cGLBuffer::VERTICES},
                                               cGLBuffer{cGLBuffer::VERTICES},
                                               cGLBuffer{cGLBuffer::VERTICES}};
-    std::array<cGLBuffer, 3> m_marks{cGLBuffer{cGLBuffer::VERTICES},
-                                     cGLBuffer{cGLBuffer::VERTICES},
+    std::array<cGLBuffer, 3> m_marks{cGLBuffer{cGLBuffer::VERTICES}, cGLBuffer{cGLBuffer::VERTICES},
                                      cGLBuffer{cGLBuffer::VERTICES}};
     cGLBuffer m_indices{cGLBuffer::INDICES};
     cGLBuffer m_selectedIndices{cGLBuffer::INDICES};
     uint32_t m_vertexEnd = 0; // of what was ever taken
     uint32_t m_indexEnd = 0;
-    uint32_t m_lostIndices = 0; // rooms that cells have left
+    uint32_t m_lostIndices = 0;                            // rooms that cells have left
     std::map<uint32_t, std::vector<uint32_t>> m_freeRooms; // first vertices by count
     std::vector<cShapeVertex> m_stagedVertices;
     std::array<std::vector<uint32_t>, LOOK_COUNT> m_stagedLooks;

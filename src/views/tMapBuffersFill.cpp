@@ -191,6 +191,9 @@ void cMapBuffers::addIndices(uint32_t number) {
     }
     if (!slot.is(SLOT_BRUSH))
         return;
+    cIndexList& corners = listOf(m_shape.cornerKey);
+    for (const uint32_t corner : m_shape.flatCorners)
+        corners.push_back(slot.first + corner);
     cIndexList& marks = listOf(m_shape.markKey);
     marks.insert(marks.end(), {number * 2, number * 2 + 1});
 }
@@ -265,8 +268,9 @@ void cMapBuffers::renewLeaf(uint32_t number) {
     buildLeaf(number);
     for (uint32_t row = 0; row < m_rows.size(); ++row) {
         std::vector<cDrawCell>& cells = m_rows[row].cells;
-        const auto cell = std::lower_bound(cells.begin(), cells.end(), number,
-                                           [](const cDrawCell& a, uint32_t b) { return a.leaf < b; });
+        const auto cell =
+            std::lower_bound(cells.begin(), cells.end(), number,
+                             [](const cDrawCell& a, uint32_t b) { return a.leaf < b; });
         if (!m_lists[row].empty())
             putCell(row, number, m_lists[row]);
         else if (cell != cells.end() && cell->leaf == number)

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// One draw of a map into one view, from the map's buffers: all objects, the selected ones over them,
-// what is seen through after them, then the lines over all. Lives as long as the draw and writes to
-// no record.
+// One draw of a map into one view, from the map's buffers: all objects, the selected ones over
+// them, what is seen through after them, then the lines over all. Lives as long as the draw and
+// writes to no record.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 #include "views/tDrawBatch.h"
 #include "views/tDrawRanges.h"
 #include "views/tMapBuffers.h"

@@ -3,7 +3,7 @@
 // is full or when a state changes. The services Render_* of the plug-in border call the members.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 struct cViewInfo;
 

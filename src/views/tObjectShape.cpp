@@ -115,6 +115,8 @@ uint32_t cObjectShape::signature() const {
         for (const uint32_t end : list.ends)
             hash = mixed(hash, end);
     }
+    for (const uint32_t corner : flatCorners)
+        hash = mixed(hash, corner);
     return mixed(hash, markKey);
 }
 
@@ -128,6 +130,7 @@ void cObjectShape::clear() {
     faces.clear();
     for (cShapeEdges& list : edges)
         list.ends.clear();
+    flatCorners.clear();
     isTranslucent = hasArrow = false;
     isQuads = true;
 }
@@ -186,7 +189,9 @@ void cObjectShape::make(const cBrushData* brush, uint32_t detailMask, const uint
         if (!(face->flags & FF_DIRTY) && face->vertexCount >= 3)
             addFace(brush, face, color);
     makeEdges(ofWorld ? 0 : wordOf(brush->owner->entity->color));
-    markKey = {};
+    cornerKey = markKey = {};
+    cornerKey.kind = KIND_CORNERS;
+    cornerKey.traits = traits;
     markKey.kind = KIND_MARKS;
     markKey.traits = lineTraits();
 }
@@ -317,9 +322,7 @@ void cObjectShape::sortEdges() {
     m_edges.erase(std::unique(m_edges.begin(), m_edges.end(), sameEnds), m_edges.end());
 }
 
-// One set of edges serves all three 2D views: what is left out of it is covered, along each axis,
-// by one that is in it. Those that cover most go first: six of the twelve of a box.
-void cObjectShape::chooseFlatEdges() {
+void cObjectShape::findFlat() {
     for (size_t i = 0; i < m_corners.size(); ++i) {
         const float* xyz = vertices[m_corners[i].vertex].xyz;
         for (int axis = 0; axis < 3; ++axis) {
@@ -329,6 +332,11 @@ void cObjectShape::chooseFlatEdges() {
             m_corners[i].flat[axis] = first;
         }
     }
+}
+
+// One set of edges serves all three 2D views: what is left out of it is covered, along each axis,
+// by one that is in it. Those that cover most go first: six of the twelve of a box.
+void cObjectShape::chooseFlatEdges() {
     cPairSet covered[3] = {};
     for (cEdge& edge : m_edges)
         edge.flat = false;
@@ -339,13 +347,32 @@ void cObjectShape::chooseFlatEdges() {
             const cCorner &a = m_corners[edge.a], &b = m_corners[edge.b];
             int uncovered = 0;
             for (int axis = 0; axis < 3; ++axis)
-                uncovered += a.flat[axis] != b.flat[axis] &&
-                             !covered[axis].has(a.flat[axis], b.flat[axis]);
+                uncovered +=
+                    a.flat[axis] != b.flat[axis] && !covered[axis].has(a.flat[axis], b.flat[axis]);
             if (uncovered < wanted)
                 continue;
             edge.flat = true;
             for (int axis = 0; axis < 3; ++axis)
                 covered[axis].add(a.flat[axis], b.flat[axis]);
+        }
+    }
+}
+
+// The same for corners: four of the eight of a box.
+void cObjectShape::chooseFlatCorners() {
+    uint64_t covered[3] = {0, 0, 0};
+    uint64_t taken = 0;
+    for (const int wanted : {3, 2, 1}) {
+        for (uint32_t i = 0; i < m_corners.size(); ++i) {
+            int uncovered = 0;
+            for (int axis = 0; axis < 3; ++axis)
+                uncovered += (covered[axis] >> m_corners[i].flat[axis] & 1) == 0;
+            if ((taken >> i & 1) || uncovered < wanted)
+                continue;
+            taken |= uint64_t(1) << i;
+            flatCorners.push_back(m_corners[i].vertex);
+            for (int axis = 0; axis < 3; ++axis)
+                covered[axis] |= uint64_t(1) << m_corners[i].flat[axis];
         }
     }
 }
@@ -360,10 +387,15 @@ void cObjectShape::makeEdges(uint32_t color) {
     }
     findCorners();
     gatherEdges();
-    if (m_corners.size() <= FEW_CORNERS)
+    if (m_corners.size() <= FEW_CORNERS) {
+        findFlat();
         chooseFlatEdges();
-    else
+        chooseFlatCorners();
+    } else {
         sortEdges();
+        for (const cCorner& corner : m_corners)
+            flatCorners.push_back(corner.vertex);
+    }
     for (const cEdge& edge : m_edges) {
         std::vector<uint32_t>& ends = edges[(edge.flat ? 0 : 1) + (edge.nodraw ? 2 : 0)].ends;
         ends.push_back(m_corners[edge.a].vertex);

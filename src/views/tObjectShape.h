@@ -3,7 +3,7 @@
 // corners face by face, their colours in each look, its edges, and what decides where it is drawn.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <vector>
 
@@ -14,6 +14,7 @@ enum eDrawKind : uint8_t {
     KIND_FACES,       // triangles
     KIND_FLAT_EDGES,  // those that can be seen along one of the axes
     KIND_OTHER_EDGES, // the rest of them
+    KIND_CORNERS,     // of brushes, as points: those that can be seen along one of the axes
     KIND_MARKS        // the crosses of brushes: two points each of the marks
 };
 
@@ -51,8 +52,8 @@ struct cShapeFace {
     cDrawKey key;
     uint32_t first; // vertex
     uint32_t count;
-    bool isTranslucent;       // by its texture or its entity
-    const cFaceData* face;    // null in a box
+    bool isTranslucent;    // by its texture or its entity
+    const cFaceData* face; // null in a box
 };
 
 // Pairs of vertices.
@@ -74,10 +75,12 @@ public:
     std::vector<uint32_t> marked; // selected, shaded
     std::vector<cShapeFace> faces;
     cShapeEdges edges[4]; // flat, other; then the same of nodraw faces alone
+    cDrawKey cornerKey;
+    std::vector<uint32_t> flatCorners; // vertices
     cDrawKey markKey;
     float center[3];
-    uint8_t traits;     // of all keys
-    bool isShown;       // by its own flags and its entity's
+    uint8_t traits; // of all keys
+    bool isShown;   // by its own flags and its entity's
     bool isMoving;
     bool isQuads;       // all faces have four corners
     bool isTranslucent; // a face is
@@ -100,15 +103,17 @@ private:
 
     void clear();
     void addFace(const cBrushData* brush, const cFaceData* face, const uint8_t* color);
-    void addVertex(const float* xyz, const float* st, const uint8_t* textured,
-                   const uint8_t* color, float shade, uint8_t alpha);
+    void addVertex(const float* xyz, const float* st, const uint8_t* textured, const uint8_t* color,
+                   float shade, uint8_t alpha);
     uint8_t lineTraits() const { return uint8_t(traits | (isMoving ? TRAIT_MOVING : 0)); }
     void makeEdges(uint32_t color);
     void findCorners();
     void findManyCorners();
     void gatherEdges();
     void sortEdges();
+    void findFlat();
     void chooseFlatEdges();
+    void chooseFlatCorners();
 
     const uint8_t* m_markColor = nullptr;
     std::vector<cCorner> m_corners;

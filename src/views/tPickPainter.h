@@ -3,7 +3,7 @@
 // Gathered anew each time, as there is little of it. Lives as long as the draw.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 #include "views/tDrawBatch.h"
 #include "views/tViewInfo.h"
 

@@ -2,16 +2,16 @@
 // What the views ask of the main window beyond cHost. cMainWindow implements it.
 #pragma once
 
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <QString>
 #include <cstdint>
 
 class QCursor;
-class QGLWidget;
 class QMenu;
 class QPixmap;
 class cCanvas;
+class cGLWidget;
 class cTool;
 struct cEntityClass;
 
@@ -38,7 +38,7 @@ public:
     virtual void setActiveCanvas(cCanvas* canvas) = 0;
     virtual cTool* cameraTool() const = 0;
     virtual QMenu* popupMenu(const char* title) const = 0; // a pop-up of the command table
-    virtual QGLWidget* shareWidget() = 0; // the hidden widget all views share their context with
+    virtual cGLWidget* shareWidget() = 0; // the hidden widget all views share their context with
     virtual void openObjectProperties() = 0;
     virtual void updateViewControls() = 0; // check marks of the view commands
     virtual bool isActiveWindow(const class cChildWindow* window) const = 0;

@@ -4,6 +4,7 @@
 #include "document/tEntityClass.h"
 #include "document/tGroup.h"
 #include "document/tVisGroup.h"
+#include "support/tMapState.h"
 #include "support/tMapTest.h"
 
 #include <cmath>
@@ -109,9 +110,11 @@ TEST_F(History, stepThatWasLeftOpenKeepsNothingFromTheNext) {
 
 TEST_F(History, facesComeAndGoWithTheGeometryOfTheirBrush) {
     cBrushData* brush = cubeAt(0);
+    cBrushData* other = cubeAt(100);
     law([&] {
         const cHistoryStep step(map, "cut");
         step->brushChanged(brush, true);
+        step->brushChanged(other, true); // its record stands behind the one that changes its size
         // A corner is cut off: one face more, three others with another number of vertices.
         cFaceTexture tex = brush->faces->tex;
         tex.uShift = 7;
@@ -126,6 +129,14 @@ TEST_F(History, facesComeAndGoWithTheGeometryOfTheirBrush) {
         updateEntity(world, UM_WINDINGS);
     });
     EXPECT_EQ(countOf(facesOf(brush)), 7);
+    const cMapState cut = stateOf(map);
+    const size_t bytes = history.recordBytes();
+    for (int i = 0; i < 3; ++i) {
+        history.undo();
+        history.redo();
+    }
+    EXPECT_EQ(firstDifference(cut, stateOf(map)).toStdString(), "");
+    EXPECT_EQ(history.recordBytes(), bytes) << "a record takes no more from undo to undo";
 }
 
 TEST_F(History, deletedObjectsComeBackUnderTheirIdsForEarlierSteps) {

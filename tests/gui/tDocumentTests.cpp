@@ -5,10 +5,11 @@
 #include "document/tHistory.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "gui/tGuiTest.h"
 #include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tTextureManager.h"
+#include "support/tMapText.h"
 #include "support/tMapTools.h"
 #include "support/tSystem.h"
 #include "views/tCanvas.h"
@@ -444,8 +445,8 @@ TEST_F(DocumentTest, documentsOfTwoGamesKeepTheirTexturesClassesAndDetail) {
     const auto config = [&](const char* number, const char* profile, const char* sets) {
         return QByteArray("[Config") + number + "]\nTitle=Game " + number +
                "\nEnabled=true\nMapProfile=" + profile +
-               "\nGameData0=" + file(*number == '0' ? "test.fgd" : "other.fgd").toLocal8Bit() +
-               "\n" + QByteArray(sets).replace("@", file("").toLocal8Bit()) + "\n";
+               "\nGameData0=" + toMapText(file(*number == '0' ? "test.fgd" : "other.fgd")) + "\n" +
+               QByteArray(sets).replace("@", toMapText(file(""))) + "\n";
     };
     write("TDKGameCfg.ini",
           config("0", "test", "Parcel0=@/small.size::") +
@@ -602,15 +603,15 @@ TEST_F(DocumentTest, commandLineFileWantsAPointAndMayHaveAnyName) {
     const QByteArray cyrillic = "\xd0\x98\xd1\x80\xd0\xb0.map"; // UTF-8, as the disk has it
     QDir::setCurrent(file(""));
     for (const QByteArray& name : {QByteArray("nopoint"), QByteArray("in.map"), cyrillic}) {
-        FILE* out = fopen((file("").toLocal8Bit() + '/' + name).constData(), "w");
+        FILE* out = fopen((toMapText(file("")) + '/' + name).constData(), "w");
         ASSERT_NE(out, nullptr);
         fputs("1 2\n", out);
         fclose(out);
-        window->openArgument(QString::fromLocal8Bit(name));
+        window->openArgument(fromMapText(name));
         settle();
         ASSERT_EQ(window->projects.size(), name.contains('.') ? 1 : 0) << name.constData();
         if (active()) {
-            EXPECT_EQ(active()->path, file(QString::fromLocal8Bit(name)));
+            EXPECT_EQ(active()->path, file(fromMapText(name)));
             trigger("FileClose");
             settle();
         }

@@ -2,6 +2,7 @@
 // Replies by a polling timer; a folder with one plug-in, one game data file, one configuration.
 #include "gui/tGuiTest.h"
 
+#include "support/tMapText.h"
 #include "support/tPatience.h"
 #include "support/tSystem.h"
 #include "views/tCanvas.h"
@@ -158,9 +159,9 @@ void cGuiTest::writeConfigs(int enabled, int disabled, const char* profile) cons
         const QByteArray number = QByteArray::number(i);
         text += "[Config" + number + "]\nTitle=Game " + number +
                 "\nEnabled=" + (i < enabled ? "true" : "false") + "\nMapProfile=" + profile +
-                "\nGameData0=" + file("test.fgd").toLocal8Bit() +
-                "\nGameBasedir=" + m_folder.path().toLocal8Bit() +
-                "\nMapSourceFileDirectory=" + m_folder.path().toLocal8Bit() + "\n";
+                "\nGameData0=" + toMapText(file("test.fgd")) +
+                "\nGameBasedir=" + toMapText(m_folder.path()) +
+                "\nMapSourceFileDirectory=" + toMapText(m_folder.path()) + "\n";
     }
     write("TDKGameCfg.ini", text);
 }

@@ -5,6 +5,7 @@
 #include "gui/tGuiTest.h"
 #include "shell/tColorScheme.h"
 #include "support/tConsole.h"
+#include "support/tMapText.h"
 #include "support/tMapTools.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
@@ -353,7 +354,7 @@ TEST_F(ShellTest, recentFilesAreEightAndExist) {
         if (i != 4)
             write(name, "x");
         ini += "RecentFile" + QByteArray::number(i) + "=" +
-               (i == 2 ? QByteArray() : file(name).toLocal8Bit()) + "\n";
+               (i == 2 ? QByteArray() : toMapText(file(name))) + "\n";
     }
     write("TDKSettings.ini", ini);
     start();

@@ -318,6 +318,11 @@ TEST_F(StaleTest, settingsReachWhatLastsBeyondAPicture) {
     EXPECT_FALSE(map().hasSelection());
     EXPECT_EQ(map().selectionMode, int(MODE_SINGLE));
 
+    const cCanvas* camera = active()->findCanvas(-1);
+    for (const bool saves : {false, true}) {
+        change(&cSettings::EnergySavingMode, saves);
+        EXPECT_EQ(camera->timerInterval() > 0, !saves);
+    }
     EXPECT_FALSE(change(&cSettings::Mouselook, false) & SE_RESTART);
     EXPECT_TRUE(change(&cSettings::TextureQuality, 2) & SE_RESTART);
     EXPECT_TRUE(change(&cSettings::Antialiasing, true) & SE_RESTART);

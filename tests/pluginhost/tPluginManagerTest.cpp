@@ -2,12 +2,13 @@
 // The loader, on plug-ins loaded from disk: order, messages, what each offer leads to.
 #include "pluginhost/tPluginManager.h"
 
+#include "gamedata/tGameDataRegistry.h"
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tPrimitiveList.h"
 #include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
+#include "support/tMapText.h"
 #include "support/tTestHost.h"
 
 #include <QDir>
@@ -86,9 +87,9 @@ TEST_F(cPluginManagerTest, refusedLibrariesCostTheirMessageOnly) {
     QFile maps(str("/proc/self/maps"));
     ASSERT_TRUE(maps.open(QIODevice::ReadOnly));
     const QByteArray mapped = maps.readAll();
-    EXPECT_TRUE(mapped.contains(good.toLocal8Bit()));
-    EXPECT_FALSE(mapped.contains((folder + str("tpb.so")).toLocal8Bit()));
-    EXPECT_FALSE(mapped.contains((folder + str("tpc.so")).toLocal8Bit()));
+    EXPECT_TRUE(mapped.contains(toMapText(good)));
+    EXPECT_FALSE(mapped.contains(toMapText(folder + str("tpb.so"))));
+    EXPECT_FALSE(mapped.contains(toMapText(folder + str("tpc.so"))));
 }
 
 TEST_F(cPluginManagerTest, countsAreTold) {

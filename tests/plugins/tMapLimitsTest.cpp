@@ -10,6 +10,7 @@
 #include "plugins/tMapPluginTest.h"
 #include "support/tFileSizeLimit.h"
 #include "support/tLaw.h"
+#include "support/tMapText.h"
 #include "support/tMapTextReader.h"
 #include "support/tMapTools.h"
 
@@ -277,7 +278,7 @@ TEST_F(MapLimits, anExportThatFailsLeavesTheOldFile) {
 
     const cMapFormat* f = format(manager->exportFormats, "Axial Maps");
     const auto exportTo = [&](const char* name) {
-        return f->function(f->id, path(name).toLocal8Bit().constData(), &map.data) != 0;
+        return f->function(f->id, toMapText(path(name)).constData(), &map.data) != 0;
     };
     {
         const cFileSizeLimit limit;

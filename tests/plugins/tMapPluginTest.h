@@ -4,11 +4,12 @@
 #pragma once
 
 #include "document/tMap.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "pluginhost/tPluginManager.h"
 #include "resources/tGameConfigRegistry.h"
-#include "resources/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureManager.h"
+#include "support/tMapText.h"
 #include "support/tTestHost.h"
 
 #include <QFile>
@@ -39,7 +40,7 @@ protected:
 
     bool importFile(cMap& map, const QString& path) {
         const cMapFormat& f = manager->importFormats.first();
-        const bool read = f.function(f.id, path.toLocal8Bit().constData(), &map.data) != 0;
+        const bool read = f.function(f.id, toMapText(path).constData(), &map.data) != 0;
         if (read)
             map.finishLoad();
         return read;
@@ -57,7 +58,7 @@ protected:
     QString exportFile(cMap& map, const char* description, const char* name = "out.map") {
         const cMapFormat* f = format(manager->exportFormats, description);
         EXPECT_NE(f, nullptr);
-        EXPECT_TRUE(f->function(f->id, path(name).toLocal8Bit().constData(), &map.data));
+        EXPECT_TRUE(f->function(f->id, toMapText(path(name)).constData(), &map.data));
         return path(name);
     }
 

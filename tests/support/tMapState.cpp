@@ -4,6 +4,7 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tVisGroup.h"
+#include "support/tMapText.h"
 
 #include <cstring>
 
@@ -23,7 +24,7 @@ cMapState stateOf(const cMap& map, bool withSelection) {
     for (const cVisGroup* visGroup : map.visGroups)
         state.visGroups << QStringLiteral("visgroup %1 %2 objects %3 visible %4 color%5")
                                .arg(visGroup->serial)
-                               .arg(QString::fromLocal8Bit(visGroup->name))
+                               .arg(fromMapText(visGroup->name))
                                .arg(visGroup->objectCount)
                                .arg(visGroup->visible)
                                .arg(listed(visGroup->color));
@@ -64,17 +65,16 @@ static QString textOf(const cGroupState& group) {
 static QString textOf(const cObjectStates& all, const cEntityState& entity) {
     QString text = QStringLiteral("entity %1 %2 after %3 group %4 flags %5 spawn %6 key %7")
                        .arg(entity.id)
-                       .arg(QString::fromLocal8Bit(entity.classname))
+                       .arg(fromMapText(entity.classname))
                        .arg(entity.previousId)
                        .arg(entity.groupId)
                        .arg(entity.flags)
                        .arg(entity.spawnFlags)
-                       .arg(QString::fromLocal8Bit(entity.flagsKey)) +
+                       .arg(fromMapText(entity.flagsKey)) +
                    listed(entity.origin) + listed(entity.angles) + listed(entity.mins) +
                    listed(entity.maxs) + listed(entity.color);
     for (const auto& [key, value] : entity.pairs)
-        text += QStringLiteral(" %1=%2").arg(QString::fromLocal8Bit(key),
-                                             QString::fromLocal8Bit(value));
+        text += QStringLiteral(" %1=%2").arg(fromMapText(key), fromMapText(value));
     for (uint32_t i = entity.visGroups.first; i < entity.visGroups.end(); ++i)
         text += QStringLiteral(" visgroup %1").arg(all.serials[i]);
     return text + QStringLiteral(" brushes %1").arg(entity.brushes.count);
@@ -87,7 +87,7 @@ static QString textOf(const cObjectStates& all, const cFaceState& face) {
                        .arg(listed(face.normal))
                        .arg(double(face.dist), 0, 'g', 9)
                        .arg(face.planeType)
-                       .arg(QString::fromLocal8Bit(face.tex.name))
+                       .arg(fromMapText(face.tex.name))
                        .arg(listed(face.tex.uAxis) + listed(face.tex.vAxis))
                        .arg(face.tex.contentFlags)
                        .arg(face.tex.surfaceFlags);

@@ -9,6 +9,7 @@
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "document/tVisGroup.h"
+#include "support/tMapText.h"
 #include "support/tMath.h"
 
 #include <QSet>
@@ -54,7 +55,7 @@ static QString dumpFace(const cFaceData* face) {
                        .arg(floats(tex.uAxis, 11))
                        .arg(tex.contentFlags)
                        .arg(tex.surfaceFlags)
-                       .arg(QString::fromLocal8Bit(tex.name));
+                       .arg(fromMapText(tex.name));
     for (int i = 0; i < face->vertexCount; ++i)
         text += QStringLiteral(" v ") + floats(face->vertices[i].xyz, 3);
     return text;
@@ -72,7 +73,7 @@ public:
         m_lines.sort();
         for (const cVisGroup* visGroup : map.visGroups)
             m_lines << QStringLiteral("v %1 objects %2 visible %3")
-                           .arg(QString::fromLocal8Bit(visGroup->name))
+                           .arg(fromMapText(visGroup->name))
                            .arg(visGroup->objectCount)
                            .arg(visGroup->visible);
         m_lines << floats(map.data.cordonMins, 3) + floats(map.data.cordonMaxs, 3);
@@ -114,15 +115,14 @@ private:
     }
 
     void addEntity(const cEntityData* entity) {
-        QString text = QStringLiteral("e %1 %2 key %3 spawn %4 place %5")
-                           .arg(QString::fromLocal8Bit(entity->classname),
-                                common(entity, 0, entity->entity->visGroups),
-                                QString::fromLocal8Bit(entity->flagsKey))
-                           .arg(entity->spawnFlags)
-                           .arg(floats(entity->origin, 3) + floats(entity->angles, 3));
+        QString text =
+            QStringLiteral("e %1 %2 key %3 spawn %4 place %5")
+                .arg(fromMapText(entity->classname), common(entity, 0, entity->entity->visGroups),
+                     fromMapText(entity->flagsKey))
+                .arg(entity->spawnFlags)
+                .arg(floats(entity->origin, 3) + floats(entity->angles, 3));
         for (const cEpair* pair : epairsOf(entity))
-            text += QStringLiteral(" %1=%2").arg(QString::fromLocal8Bit(pair->key),
-                                                 QString::fromLocal8Bit(pair->value));
+            text += QStringLiteral(" %1=%2").arg(fromMapText(pair->key), fromMapText(pair->value));
         m_lines << text;
         for (const cBrushData* brush : brushesOf(entity))
             addBrush(brush);

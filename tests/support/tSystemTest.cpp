@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "support/tSystem.h"
 
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
 #include "support/tIniFile.h"
+#include "support/tMapText.h"
 #include "support/tMath.h"
 #include "support/tTestHost.h"
 #include "support/tVec.h"
@@ -55,7 +56,7 @@ TEST(System, filesAreFoundInTheModBeforeTheBaseAndTheProgramsFolder) {
     setAppBaseDir(root + QStringLiteral("/app"));
     char out[1024];
     const auto found = [&out](const char* name) {
-        return File_Find(name, out, sizeof out) ? QString::fromLocal8Bit(out) : QString();
+        return File_Find(name, out, sizeof out) ? fromMapText(out) : QString();
     };
     {
         const cActiveConfigScope scope(&folders);
@@ -73,8 +74,7 @@ TEST(System, emptyFileLoadsAsOneZeroByte) {
     QTemporaryDir folder;
     writeFile(folder.filePath(QStringLiteral("empty")), "");
     int size = -1;
-    void* data =
-        File_Load(folder.filePath(QStringLiteral("empty")).toLocal8Bit().constData(), &size);
+    void* data = File_Load(toMapText(folder.filePath(QStringLiteral("empty"))).constData(), &size);
     ASSERT_NE(data, nullptr);
     EXPECT_EQ(size, 0);
     EXPECT_EQ(*static_cast<char*>(data), 0);
@@ -86,18 +86,17 @@ TEST(System, emptyFileLoadsAsOneZeroByte) {
 TEST(System, whatIsNoPlainFileIsRefusedAtOnceAndSaysWhy) {
     cTestHost host;
     QTemporaryDir folder;
-    const QByteArray pipe = folder.filePath(QStringLiteral("pipe")).toLocal8Bit();
+    const QByteArray pipe = toMapText(folder.filePath(QStringLiteral("pipe")));
     ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);
     errno = ENOSPC; // of something before
-    for (const QByteArray& path : {folder.path().toLocal8Bit(), pipe, QByteArray("/dev/zero")}) {
+    for (const QByteArray& path : {toMapText(folder.path()), pipe, QByteArray("/dev/zero")}) {
         host.messages.clear();
         EXPECT_EQ(File_Load(path.constData(), nullptr), nullptr);
         const int error = path.startsWith(pipe) || path.startsWith("/dev") ? EINVAL : EISDIR;
-        const QString text =
-            QStringLiteral("can't open \"%1\" (%2)")
-                .arg(QString::fromLocal8Bit(path), QString::fromLocal8Bit(strerror(error)));
+        const QString text = QStringLiteral("can't open \"%1\" (%2)")
+                                 .arg(fromMapText(path), fromMapText(strerror(error)));
         EXPECT_EQ(host.count(eMessage::Error, text), 1) << path.constData();
-        EXPECT_FALSE(cIniFile(QString::fromLocal8Bit(path)).contains(QString(), QString()));
+        EXPECT_FALSE(cIniFile(fromMapText(path)).contains(QString(), QString()));
         EXPECT_FALSE(cParser::loadFile(path.constData()));
     }
 }

@@ -3,6 +3,7 @@
 
 #include "document/tMap.h"
 #include "support/tColors.h"
+#include "support/tMapText.h"
 
 #include <algorithm>
 #include <array>
@@ -25,7 +26,7 @@ cTestHost::~cTestHost() {
 }
 
 void cTestHost::consoleMessage(eMessage level, const char* text) {
-    messages.push_back({level, QString::fromLocal8Bit(text)});
+    messages.push_back({level, fromMapText(text)});
 }
 
 void cTestHost::mapChanged(cMap& map, unsigned what) {
@@ -88,7 +89,7 @@ cEntityClass* cTestGame::findClass(const char* name, eClassFilter filter) {
         const bool fits = filter == CF_ANY || (filter == CF_POINT && c->kind == CK_POINT) ||
                           (filter == CF_WORLD && c->kind == CK_WORLD) ||
                           (filter == CF_SOLID && (c->kind == CK_SOLID || c->kind == CK_WORLD));
-        if (fits && c->name == QString::fromLocal8Bit(name))
+        if (fits && c->name == fromMapText(name))
             return c.get();
     }
     return nullptr;

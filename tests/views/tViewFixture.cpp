@@ -22,7 +22,7 @@ void cColorHost::setColor(int index, uint8_t r, uint8_t g, uint8_t b) {
     m_colors[index] = {r, g, b, 255};
 }
 
-cFakeViewHost::cFakeViewHost() : m_share(std::make_unique<QGLWidget>(cCanvas::viewFormat())) {
+cFakeViewHost::cFakeViewHost() : m_share(std::make_unique<cGLWidget>(eGLBuffers::Depth)) {
     g_viewHost = this;
 }
 

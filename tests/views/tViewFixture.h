@@ -13,7 +13,6 @@
 #include "views/tViewHost.h"
 
 #include <QCursor>
-#include <QGLWidget>
 #include <QImage>
 #include <QMenu>
 #include <QPixmap>
@@ -40,7 +39,7 @@ public:
     void setActiveCanvas(cCanvas* canvas) override { cCanvas::switchActive(*this, canvas); }
     cTool* cameraTool() const override { return nullptr; }
     QMenu* popupMenu(const char*) const override { return nullptr; }
-    QGLWidget* shareWidget() override { return m_share.get(); }
+    cGLWidget* shareWidget() override { return m_share.get(); }
     void openObjectProperties() override { ++propertiesCount; }
     void updateViewControls() override {}
     bool isActiveWindow(const cChildWindow*) const override { return windowIsActive; }
@@ -56,7 +55,7 @@ public:
     bool windowIsActive = true;
 
 private:
-    std::unique_ptr<QGLWidget> m_share;
+    std::unique_ptr<cGLWidget> m_share;
 };
 
 class cFakeDocument : public cDocumentViews {

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: MIT */
 /* A plug-in for the program's tests: profile "test", map files that hold nothing but the number
  * of their entities, texture files that hold name and size, and an action that says it ran. */
-#include "pluginhost/tPluginInterface.h"
+#include "plugininterface/tPluginInterface.h"
 
 #include <stdio.h>
 #include <string.h>

@@ -2,11 +2,12 @@
 // Game configurations: the ini file, the list, class lookups and trees, precaching, assign.
 #include "resources/tGameConfigRegistry.h"
 
-#include "resources/tGameData.h"
-#include "resources/tGameDataRegistry.h"
+#include "gamedata/tGameData.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "resources/tModelManager.h"
 #include "resources/tTextureCatalogue.h"
 #include "resources/tTextureManager.h"
+#include "support/tMapText.h"
 #include "support/tTestHost.h"
 
 #include <QFile>
@@ -87,7 +88,7 @@ TEST_F(cGameConfigTest, fileIsReadUpToTheFirstGap) {
 }
 
 static QStringList sortedLines(const QByteArray& text) {
-    QStringList lines = QString::fromLocal8Bit(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QStringList lines = fromMapText(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     lines.sort();
     return lines;
 }
@@ -106,7 +107,7 @@ TEST_F(cGameConfigTest, everyKeyComesBack) {
     m_registry.save(path);
     EXPECT_EQ(sortedLines(read(path)), sortedLines(text));
 
-    const QString title = QString::fromLocal8Bit("Gr\xF6\xDF, \"x\"");
+    const QString title = fromMapText("Gr\xF6\xDF, \"x\"");
     m_registry.addConfig(title)->enabled = false;
     m_registry.save(path);
     cGameConfigRegistry other(m_gameData, m_textures, nullptr);

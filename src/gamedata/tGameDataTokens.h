@@ -2,13 +2,14 @@
 // Small questions to the shared tokenizer, for the files of the game data reader.
 #pragma once
 
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
+#include "support/tMapText.h"
 
 #include <QString>
 #include <cstring>
 
 inline QString tokenText() {
-    return QString::fromLocal8Bit(cParser::token());
+    return fromMapText(cParser::token());
 }
 
 inline bool tokenIs(const char* text) {

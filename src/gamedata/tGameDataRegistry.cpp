@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Counts the holders of each game data file.
-#include "resources/tGameDataRegistry.h"
+#include "gamedata/tGameDataRegistry.h"
 
-#include "resources/tGameData.h"
+#include "gamedata/tGameData.h"
 
 cGameDataRegistry::~cGameDataRegistry() {
     qDeleteAll(m_files);

@@ -4,7 +4,7 @@
 // the next "@".
 #pragma once
 
-#include "resources/tGameData.h"
+#include "gamedata/tGameData.h"
 
 #include <QHash>
 

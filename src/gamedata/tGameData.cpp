@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // A game data file's life: reading on demand, the class tables, automatic grouping, precaching.
-#include "resources/tGameData.h"
+#include "gamedata/tGameData.h"
 
-#include "resources/tGameDataReader.h"
-#include "resources/tGameDataRegistry.h"
-#include "resources/tParser.h"
+#include "gamedata/tGameDataReader.h"
+#include "gamedata/tGameDataRegistry.h"
+#include "gamedata/tParser.h"
 #include "support/tHost.h"
+#include "support/tMapText.h"
 #include "support/tSystem.h"
 
 #include <QFileInfo>
@@ -19,7 +20,7 @@ cGameData::~cGameData() {
 
 // A path that is not absolute lies in one of the game's folders or beside the program.
 static QByteArray resolved(const QString& path) {
-    const QByteArray name = path.toLocal8Bit();
+    const QByteArray name = toMapText(path);
     if (!QFileInfo(path).isRelative())
         return name;
     char found[4096];

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Sections and their header items.
-#include "resources/tGameDataReader.h"
+#include "gamedata/tGameDataReader.h"
 
-#include "resources/tGameDataTokens.h"
+#include "gamedata/tGameDataTokens.h"
+#include "support/tMapText.h"
 
 #include <QByteArray>
 #include <climits>
@@ -234,7 +235,7 @@ bool cGameDataReader::readFlags(int) {
 // ---- Inheritance
 
 bool cGameDataReader::inherit(const QByteArray& baseName) {
-    cEntityClass* base = m_data.findNewest(QString::fromLocal8Bit(baseName));
+    cEntityClass* base = m_data.findNewest(fromMapText(baseName));
     if (!base) {
         cParser::warn("undefined base class `%s'", baseName.constData());
         return true;
@@ -313,7 +314,7 @@ bool cGameDataReader::readDescription() {
 }
 
 void cGameDataReader::finishClass() {
-    const QByteArray name = m_class->name.toLocal8Bit();
+    const QByteArray name = toMapText(m_class->name);
     if (!m_data.addClass(std::move(m_class)))
         cParser::warn("class already defined: `%s'", name.constData());
 }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The variables of a class: what stands between its brackets, and how a redeclared key is stored.
-#include "resources/tGameDataReader.h"
+#include "gamedata/tGameDataReader.h"
 
-#include "resources/tGameDataTokens.h"
+#include "gamedata/tGameDataTokens.h"
+#include "support/tMapText.h"
 
 #include <cstdlib>
 
@@ -44,8 +45,7 @@ bool cGameDataReader::skipVariables() {
         if (tokenIs("]"))
             return true;
         if (!warned)
-            cParser::warn("variables in group class: `%s'",
-                          m_class->name.toLocal8Bit().constData());
+            cParser::warn("variables in group class: `%s'", toMapText(m_class->name).constData());
         warned = true;
     }
     return false;

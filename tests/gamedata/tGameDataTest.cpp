@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Game data: the grammar, inheritance, redeclared keys, errors, grouping, sharing, precaching.
-#include "resources/tGameData.h"
+#include "gamedata/tGameData.h"
 
-#include "resources/tGameDataRegistry.h"
+#include "gamedata/tGameDataRegistry.h"
 #include "support/tTestHost.h"
 
 #include <QFile>

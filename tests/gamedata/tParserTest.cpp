@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The tokenizer: what a token is, lines, includes, failures, hostile text.
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
 
+#include "support/tMapText.h"
 #include "support/tTestHost.h"
 
 #include <QDir>
@@ -34,7 +35,7 @@ protected:
         return file.fileName();
     }
     bool load(const QString& name, const QByteArray& text) {
-        return cParser::loadFile(write(name, text).toLocal8Bit().constData());
+        return cParser::loadFile(toMapText(write(name, text)).constData());
     }
     int errors(const char* text) {
         return m_host.count(eMessage::Error, QString::fromLatin1(text));
@@ -207,7 +208,7 @@ TEST_F(cParserTest, refusesWhatIsNoPlainFile) {
          {m_folder.path(), m_folder.filePath(QStringLiteral("absent")),
           QString(QLatin1Char('/') + QString(300, QLatin1Char('x'))), QStringLiteral("/dev/tty")}) {
         m_host.messages.clear();
-        EXPECT_FALSE(cParser::loadFile(path.toLocal8Bit().constData()));
+        EXPECT_FALSE(cParser::loadFile(toMapText(path).constData()));
         EXPECT_EQ(errors("can't open"), 1) << qPrintable(path);
         EXPECT_FALSE(cParser::getToken(true)) << "nothing is left open";
     }

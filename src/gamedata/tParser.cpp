@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The state of the tokenizer, its stack of open scripts and the scanner.
-#include "resources/tParser.h"
+#include "gamedata/tParser.h"
 
 #include "support/tConsole.h"
 #include "support/tMath.h"
