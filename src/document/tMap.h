@@ -207,8 +207,8 @@ public:
 
     cMapContext& context; // the game whose textures, classes and profile count
     cProject* project;
-    std::unique_ptr<cHistory> history;   // never null
-    std::unique_ptr<cCullTree> cullTree; // null until built
+    std::unique_ptr<cHistory> history;    // never null
+    std::unique_ptr<cCullTree> cullTree;  // null until built
     std::unique_ptr<cMapWatcher> watcher; // of the views; null until one has shown the map
     cMapData data;
     cPickPool picks;
