@@ -188,7 +188,8 @@ public:
     void buildCullTree();
     // Textures have come or gone: faces and decals take what their names mean in this game now.
     void renewFaces();
-    void recolor(); // after a change of the colour scheme
+    void recolor();              // after a change of the colour scheme
+    void noteFaceTransparency(); // after a change of the setting TextureTransparency
 
     // Grows with every change that a view could show.
     uint64_t revision() const { return m_revision; }

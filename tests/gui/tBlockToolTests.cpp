@@ -57,7 +57,8 @@ TEST_F(BlockToolTest, aPressAsksAnewWhatIsUnderAMouseAtRest) {
     moveTo(top, at + QPoint(33, 0));
     EXPECT_FLOAT_EQ(block().mins[0], 0);
     window->setTool(TOOL_CAMERA); // in the midst of it
-    EXPECT_FALSE(static_cast<cToolBlock*>(window->tools[TOOL_BLOCK].get())->dragging());
+    EXPECT_FALSE(
+        static_cast<cToolBlock*>(window->toolSwitch().tools[TOOL_BLOCK].get())->dragging());
     moveTo(top, at + QPoint(97, 0));
     window->setTool(TOOL_BLOCK);
     moveTo(top, at + QPoint(65, 0)); // still held

@@ -101,7 +101,7 @@ TEST_F(DocumentTest, savedUnderTheNameOfTheDialogAndOpenedAgain) {
     settle();
     EXPECT_EQ(window->projects.size(), 2);
     EXPECT_EQ(active()->title, QStringLiteral("room.kvx"));
-    EXPECT_EQ(window->recentFiles, QStringList({file("room.kvx"), file("BIG.KVX")}));
+    EXPECT_EQ(window->recentFiles().paths(), QStringList({file("room.kvx"), file("BIG.KVX")}));
     EXPECT_TRUE(console().contains(QStringLiteral("is already opened")));
 }
 
@@ -148,7 +148,7 @@ TEST_F(DocumentTest, everyWayToCloseAsksAndObeys) {
         EXPECT_TRUE(window->projects.isEmpty());
         EXPECT_EQ(windowCount(), 0);
         EXPECT_TRUE(QFile::exists(name));
-        EXPECT_EQ(window->recentFiles.first(), name);
+        EXPECT_EQ(window->recentFiles().paths().first(), name);
         if (!window->isVisible())
             break; // the last way ended the program
 
@@ -371,10 +371,10 @@ TEST_F(DocumentTest, failedLoadLeavesNothingBehind) {
         settle();
         EXPECT_TRUE(window->projects.isEmpty()) << name;
         EXPECT_EQ(windowCount(), 0) << name;
-        EXPECT_EQ(window->configs().configs[0]->useCount, 0) << name;
+        EXPECT_EQ(window->services().configs.configs[0]->useCount, 0) << name;
     }
     EXPECT_TRUE(console().contains(QStringLiteral("map format is not supported")));
-    EXPECT_TRUE(window->recentFiles.isEmpty());
+    EXPECT_TRUE(window->recentFiles().paths().isEmpty());
     EXPECT_FALSE(cBusy::isBusy());
 }
 
@@ -396,7 +396,7 @@ TEST_F(DocumentTest, failedOrCancelledProjectLeavesTheActiveOneInCharge) {
     EXPECT_FALSE(sentence.isEmpty());
     replies.expect(chooseConfig(1));
     EXPECT_FALSE(window->openFile(file("absent.kvx")));
-    EXPECT_EQ(window->configs().current, project->game.config);
+    EXPECT_EQ(window->services().configs.current, project->game.config);
     EXPECT_EQ(activeConfig(), project->game.config);
     EXPECT_EQ(pane(2), sentence);
     replies.expectCancel();
@@ -446,7 +446,7 @@ TEST_F(DocumentTest, documentsOfTwoGamesKeepTheirTexturesClassesAndDetail) {
     for (cProject* active : projects) {
         window->setActiveChildWindow(active->windows[0]->parentWidget());
         settle();
-        EXPECT_EQ(window->configs().current, active->game.config);
+        EXPECT_EQ(window->services().configs.current, active->game.config);
         for (cProject* project : projects) {
             const bool first = project == projects[0];
             cMap& map = *project->map;
@@ -545,19 +545,19 @@ TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
     face->texture->width = face->texture->height = 128; // as a late file of that name would
     face->texture->flags |= TF_REPLACED;
 
-    cGameConfigRegistry edited(window->gameData(), window->textures(), nullptr);
-    edited.assign(window->configs(), false);
+    cGameConfigRegistry edited(window->services().gameData, window->services().textures, nullptr);
+    edited.assign(window->services().configs, false);
     edited.setCurrentByTitle(QStringLiteral("Game 0"));
     write("more.fgd", "@PointClass = lamp : \"Lamp\" []");
     edited.current->gameData << file("more.fgd");
-    window->gameData().acquire(edited.current->gameData.last());
+    window->services().gameData.acquire(edited.current->gameData.last());
     cWaitWatch watch;
     qApp->installEventFilter(&watch);
-    window->configs().assign(edited, true);
+    window->services().configs.assign(edited, true);
     EXPECT_TRUE(watch.seen) << "the new file had to be read";
     EXPECT_EQ(g_waitDialog, nullptr);
-    EXPECT_EQ(project->game.config, window->configs().find(QStringLiteral("Game 0")));
-    EXPECT_EQ(window->configs().current, project->game.config);
+    EXPECT_EQ(project->game.config, window->services().configs.find(QStringLiteral("Game 0")));
+    EXPECT_EQ(window->services().configs.current, project->game.config);
     EXPECT_EQ(project->game.config->useCount, 1);
     EXPECT_NE(project->game.findClass("lamp", CF_POINT), nullptr);
     EXPECT_FLOAT_EQ(face->vertices[1].st[0], 0.5f) << "64 of 128 texels";

@@ -44,6 +44,8 @@ void cReplies::poll() {
     if (modal == m_answered || modal->objectName() == QLatin1String("cWaitDialog"))
         return;
     m_answered = modal;
+    if (m_replies.empty() && m_default)
+        return m_default(modal);
     if (m_replies.empty()) {
         ADD_FAILURE() << "nobody expected the dialog " << modal->windowTitle().toStdString();
         modal->close();
@@ -157,7 +159,7 @@ void cGuiTest::writeConfigs(int enabled, int disabled, const char* profile) cons
 }
 
 QAction* cGuiTest::action(const char* id, int copy) const {
-    for (QAction* a : window->actions)
+    for (QAction* a : window->menus().actions)
         if (a->objectName() == QLatin1String(id) && copy-- == 0)
             return a;
     ADD_FAILURE() << "no action " << id;
@@ -165,7 +167,7 @@ QAction* cGuiTest::action(const char* id, int copy) const {
 }
 
 QCustomAction* cGuiTest::toolAction(int toolIndex) const {
-    for (QCustomAction* a : window->toolActions)
+    for (QCustomAction* a : window->menus().toolActions)
         if (a->toolIndex == toolIndex)
             return a;
     ADD_FAILURE() << "no tool " << toolIndex;
@@ -221,11 +223,11 @@ int cGuiTest::windowCount() const {
 
 QString cGuiTest::pane(int index) const {
     letShow();
-    return window->statusPane(index)->text();
+    return window->panes().label(index)->text();
 }
 
 QString cGuiTest::console() const {
-    return window->consoleText()->toPlainText();
+    return window->console().text()->toPlainText();
 }
 
 void cGuiTest::settle() const {

@@ -29,9 +29,9 @@ protected:
             auto spy = std::make_unique<cSpyTool>();
             spy->setId(id);
             spies[id] = spy.get();
-            window->tools[size_t(id)] = std::move(spy);
+            window->toolSwitch().tools[size_t(id)] = std::move(spy);
         }
-        window->currentTool = window->tools[TOOL_SELECT].get();
+        window->currentTool = window->toolSwitch().tools[TOOL_SELECT].get();
         newProject();
     }
 
@@ -49,7 +49,7 @@ protected:
     // The tools whose buttons are checked.
     QString checkedTools() const {
         QString text;
-        for (const QCustomAction* a : window->toolActions)
+        for (const QCustomAction* a : window->menus().toolActions)
             if (a->isChecked())
                 text += QStringLiteral(" %1").arg(a->toolIndex);
         return text.trimmed();
