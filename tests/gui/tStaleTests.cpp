@@ -206,7 +206,8 @@ protected:
         const cShown now = look();
         makeAllAnew();
         const cShown anew = look();
-        EXPECT_EQ(firstDifference(anew.texts, now.texts), QString());
+        EXPECT_EQ(anew.texts.join(QLatin1Char('\n')).toStdString(),
+                  now.texts.join(QLatin1Char('\n')).toStdString());
         ASSERT_EQ(now.pictures.size(), anew.pictures.size());
         for (int i = 0; i < now.pictures.size(); ++i)
             EXPECT_TRUE(now.pictures[i] == anew.pictures[i]) << "view " << i;
