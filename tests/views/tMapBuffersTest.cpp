@@ -6,9 +6,11 @@
 #include "support/tRandomWalk.h"
 #include "support/tWalkedBoxes.h"
 
+#include <QElapsedTimer>
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <iostream>
 #include <map>
 
 namespace {
@@ -117,29 +119,58 @@ private:
 
     cMapBuffers* m_buffers = nullptr;
 };
+
+using cContents = std::map<std::string, cPrimitives>;
+
+// Empty, or a list in which the two differ: kind, texture, colour, facing, traits.
+QString differenceOf(const cContents& kept, const cContents& anew) {
+    cContents both = kept;
+    both.insert(anew.begin(), anew.end());
+    for (const auto& [key, unused] : both) {
+        const auto a = kept.find(key), b = anew.find(key);
+        if (a == kept.end() || b == anew.end() || a->second != b->second)
+            return QStringLiteral("%1: kept %2, anew %3")
+                .arg(QString::fromStdString(key))
+                .arg(a == kept.end() ? 0 : a->second.size())
+                .arg(b == anew.end() ? 0 : b->second.size());
+    }
+    return {};
+}
 } // namespace
 
-TEST(MapBuffers, holdAfterAnyChangeWhatTheyWouldHoldIfMadeAnew) {
+static void walkBy(unsigned seed) {
     constexpr int SEGMENTS = 4, OPERATIONS = 40, STEPS = 3;
-    const size_t leafObjects = std::exchange(cLeafTree::leafObjects, 4); // so that they part
-    for (unsigned seed = 1; seed <= 4; ++seed) {
-        cWalkedBoxes boxes(seed);
-        cDrawn drawn;
-        cRandomWalk walk(boxes.host, boxes.map, seed);
-        int steps = 0;
-        walk.check = [&] {
-            const auto kept = drawn.read(boxes.map);
-            if (++steps % STEPS != 0)
-                return QString();
-            noteChange(boxes.map);
-            const auto anew = drawn.read(boxes.map);
-            return kept == anew ? QString() : QStringLiteral("the buffers hold something old");
-        };
-        for (int i = 0; i < SEGMENTS; ++i) {
-            const QString problem = walk.runSegment(OPERATIONS);
-            ASSERT_TRUE(problem.isEmpty()) << "seed " << seed << "\n" << qPrintable(problem);
-            walk.changeWithoutHistory();
-        }
+    cWalkedBoxes boxes(seed);
+    cDrawn drawn;
+    cRandomWalk walk(boxes.host, boxes.map, seed);
+    int steps = 0;
+    walk.check = [&] {
+        const auto kept = drawn.read(boxes.map);
+        if (++steps % STEPS != 0)
+            return QString();
+        noteChange(boxes.map);
+        return differenceOf(kept, drawn.read(boxes.map));
+    };
+    for (int i = 0; i < SEGMENTS; ++i) {
+        const QString problem = walk.runSegment(OPERATIONS);
+        ASSERT_TRUE(problem.isEmpty()) << "seed " << seed << "\n" << qPrintable(problem);
+        walk.changeWithoutHistory();
     }
+}
+
+// By hand, as the random walk of operations: KARVEX_WALK_SECONDS, KARVEX_WALK_SEED.
+TEST(MapBuffers, holdAfterAnyChangeWhatTheyWouldHoldIfMadeAnew) {
+    const size_t leafObjects = std::exchange(cLeafTree::leafObjects, 4); // so that they part
+    bool isGiven = false;
+    unsigned seed = qEnvironmentVariable("KARVEX_WALK_SEED").toUInt(&isGiven);
+    if (!isGiven)
+        seed = std::random_device()();
+    std::cout << "seeds 3, " << seed << " and on\n";
+    walkBy(3);
+    QElapsedTimer timer;
+    timer.start();
+    const qint64 limit = qEnvironmentVariableIntValue("KARVEX_WALK_SECONDS") * qint64(1000);
+    for (int i = 0; !HasFatalFailure() && (i < 2 || timer.elapsed() < limit); ++i)
+        walkBy(seed++);
     cLeafTree::leafObjects = leafObjects;
 }
