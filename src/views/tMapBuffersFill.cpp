@@ -17,7 +17,7 @@ static constexpr uint32_t BOX_VERTICES = 24; // what most objects have
 
 // What a buffer gets that is to grow by and by.
 static size_t withSlack(size_t count) {
-    return count + count / 16 + 1024;
+    return count + count / 32 + 1024;
 }
 
 // ---- Rows
