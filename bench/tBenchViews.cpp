@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: MIT
 // A frame of the four views of a generated city, a pick, and a step of a drag, on a real display.
 // Run under tools/run-under-x.sh; the camera flies low over one end of the city and looks along it.
+#include "document/tBrush.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
+#include "document/tTexture.h"
+#include "operations/tTransform.h"
 #include "support/tSystem.h"
+#include "tBenchCity.h"
 #include "tBenchImport.h"
 #include "tools/tToolSelect.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 #include "views/tDocumentViews.h"
+#include "views/tDrawRanges.h"
+#include "views/tGLState.h"
 #include "views/tViewHost.h"
 
 #include <QApplication>
@@ -60,6 +67,8 @@ class cShownCity {
 public:
     explicit cShownCity(int brushes);
     void frame();
+    void wear(int textures); // by districts, eight of them in each
+    cMap& map() { return m_document.map; }
     cCanvas* camera() const { return m_window->canvases[0]; }
     cCanvas* top() const { return m_window->canvases[1]; }
     bool isShown() const;
@@ -70,7 +79,41 @@ private:
 
     cBenchDocument m_document;
     std::unique_ptr<cChildWindow> m_window;
+    std::vector<cTexture> m_textures;
+    std::vector<cTextureImage> m_images;
 };
+
+void cShownCity::wear(int textures) {
+    static constexpr int SIZE = 64, IN_DISTRICT = 8;
+    static constexpr float DISTRICT = 1000; // units
+    std::vector<uint32_t> texels(SIZE * SIZE);
+    m_textures.assign(size_t(textures), {});
+    m_images.assign(size_t(textures), {});
+    camera()->makeCurrent();
+    for (size_t i = 0; i < m_textures.size(); ++i) {
+        for (size_t texel = 0; texel < texels.size(); ++texel)
+            texels[texel] = 0xff000000u | uint32_t((texel * 2654435761u + i * 40503u) & 0xffffff);
+        cTextureImage& image = m_images[i];
+        image.width = image.height = SIZE;
+        glGenTextures(1, &image.glName);
+        glBindTexture(GL_TEXTURE_2D, image.glName);
+        glTexParameteri(GL_TEXTURE_2D, 0x8191 /* GL_GENERATE_MIPMAP */, 1);
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, SIZE, SIZE, 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                     texels.data());
+        m_textures[i].width = m_textures[i].height = SIZE;
+        m_textures[i].image = &image;
+        m_textures[i].opacity = 1;
+    }
+    int place = 0;
+    for (cBrushData* brush : brushesOf(map().world())) {
+        const int district =
+            int((brush->mins[0] + 4000) / DISTRICT) * 8 + int((brush->mins[1] + 4000) / DISTRICT);
+        for (cFaceData* face : facesOf(brush))
+            face->texture =
+                &m_textures[size_t((district * IN_DISTRICT + place++ % IN_DISTRICT) % textures)];
+    }
+    noteChange(map());
+}
 
 cShownCity::cShownCity(int brushes) {
     static constexpr int SETTLE_TIME = 20000; // ms
@@ -210,6 +253,153 @@ static void dragStep(benchmark::State& state, eHandleMode mode, int handle) {
         state.SkipWithError("no drag over the kept picture");
     g_viewHost->currentTool = nullptr;
 }
+
+// ---- What is kept. Under GALLIUM_NOOP=1 GALLIUM_THREAD=0 nothing is drawn: the time is our own
+// and that of the calls.
+
+static constexpr int TEXTURES = 50;
+
+static void countTraffic(benchmark::State& state, const cCanvas* canvas) {
+    state.counters["calls"] = canvas->stats.calls;
+    state.counters["ranges"] = canvas->stats.ranges;
+    state.counters["bytes"] = canvas->stats.bytes;
+}
+
+static void drawNow(cCanvas* canvas) {
+    canvas->requestRedraw(true);
+    canvas->makeCurrent();
+    glFinish();
+}
+
+static void flight(benchmark::State& state) {
+    cShownCity city(int(state.range(0)));
+    city.wear(TEXTURES);
+    cCanvas* camera = city.camera();
+    camera->setViewType(VIEW_CAMERA, RM_TEXTURED);
+    drawNow(camera);
+    float step = 4;
+    for (auto _ : state) {
+        camera->moveForward(step);
+        step = -step;
+        drawNow(camera);
+    }
+    countTraffic(state, camera);
+}
+
+static void zoomed2D(benchmark::State& state) {
+    bench().host.EnableGrid2D = false;
+    cShownCity city(int(state.range(0)));
+    cCanvas* top = city.top();
+    drawNow(top);
+    bool nearer = false;
+    for (auto _ : state) {
+        nearer = !nearer;
+        top->setZoom(nearer ? 0.07f : 0.0625f);
+        drawNow(top);
+    }
+    countTraffic(state, top);
+    bench().host.EnableGrid2D = true;
+}
+
+static void oneMoved(benchmark::State& state) {
+    static const float MOVE[16] = {1, 0, 0, 8, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    static const float BACK[16] = {1, 0, 0, -8, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    bench().host.EnableGrid2D = false;
+    cShownCity city(int(state.range(0)));
+    city.wear(TEXTURES);
+    city.camera()->setViewType(VIEW_CAMERA, RM_TEXTURED);
+    city.select(1);
+    city.frame();
+    bool there = false;
+    uint64_t sent = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        cTransformRecord record;
+        record.matrix = there ? BACK : MOVE;
+        there = !there;
+        transformSelection(city.map(), record);
+        const uint64_t before = g_drawTraffic.bytes;
+        state.ResumeTiming();
+        city.frame();
+        sent += g_drawTraffic.bytes - before;
+    }
+    state.counters["bytes"] = benchmark::Counter(double(sent), benchmark::Counter::kAvgIterations);
+    bench().host.EnableGrid2D = true;
+}
+
+static void allSelected(benchmark::State& state) {
+    bench().host.EnableGrid2D = false;
+    cShownCity city(int(state.range(0)));
+    city.wear(TEXTURES);
+    city.camera()->setViewType(VIEW_CAMERA, RM_TEXTURED);
+    city.frame();
+    for (auto _ : state) {
+        state.PauseTiming();
+        city.map().clearSelection();
+        city.frame();
+        city.map().selectAll();
+        state.ResumeTiming();
+        city.frame();
+    }
+    bench().host.EnableGrid2D = true;
+}
+
+// 2,000 boxes of glass, with one texture or three.
+static void seenThrough(benchmark::State& state) {
+    static constexpr int BOXES = 2000;
+    bench().host.Transparency = bench().host.TextureTransparency = true;
+    bench().host.TransparentSort = true;
+    cShownCity city(BOXES);
+    city.wear(int(state.range(0)));
+    for (cBrushData* brush : brushesOf(city.map().world()))
+        for (cFaceData* face : facesOf(brush))
+            static_cast<cTexture*>(face->texture)->renderState = GLS_BLEND_ALPHA;
+    noteChange(city.map());
+    cCanvas* camera = city.camera();
+    camera->setViewType(VIEW_CAMERA, RM_TEXTURED);
+    drawNow(camera);
+    float step = 4;
+    for (auto _ : state) {
+        camera->moveForward(step);
+        step = -step;
+        drawNow(camera);
+    }
+    state.counters["faces"] = camera->stats.faces;
+    countTraffic(state, camera);
+    bench().host.Transparency = false;
+}
+
+static void firstPicture(benchmark::State& state) {
+    cShownCity city(int(state.range(0)));
+    city.wear(TEXTURES);
+    city.camera()->setViewType(VIEW_CAMERA, RM_TEXTURED);
+    for (auto _ : state) {
+        city.map().watcher.reset();
+        cCanvas::invalidatePictures();
+        city.frame();
+    }
+}
+
+// Resident kilobytes of the whole process, with the map and all that its views hold.
+static void memory(benchmark::State& state) {
+    const long before = residentKilobytes();
+    cShownCity city(int(state.range(0)));
+    city.wear(TEXTURES);
+    city.camera()->setViewType(VIEW_CAMERA, RM_TEXTURED);
+    for (auto _ : state)
+        city.frame();
+    state.counters["kB/brush"] = double(residentKilobytes() - before) / double(state.range(0));
+}
+
+#define KVX_KEPT_SIZES                                                                             \
+    ArgName("brushes")->Arg(25000)->Arg(50000)->Arg(100000)->Unit(benchmark::kMillisecond)
+BENCHMARK(memory)->ArgName("brushes")->Arg(100000)->Iterations(2);
+BENCHMARK(flight)->KVX_KEPT_SIZES;
+BENCHMARK(zoomed2D)->KVX_KEPT_SIZES;
+BENCHMARK(oneMoved)->KVX_KEPT_SIZES;
+BENCHMARK(allSelected)->KVX_KEPT_SIZES;
+BENCHMARK(firstPicture)->KVX_KEPT_SIZES;
+BENCHMARK(seenThrough)->ArgName("textures")->Arg(1)->Arg(3)->Unit(benchmark::kMillisecond);
 
 #define KVX_VIEW_SIZES                                                                             \
     ArgNames({"brushes", "tree"})                                                                  \

@@ -41,6 +41,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
         demand(QStringLiteral("what is saved is not read"));
     again.finishLoad();
     if (!hasEmptyGroups(map))
-        demand(firstDifference(dumpMap(map), dumpMap(again)));
+        demand(firstDifference(storedStateOf(map), storedStateOf(again)));
     return 0;
 }

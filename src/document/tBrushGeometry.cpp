@@ -163,8 +163,6 @@ bool rebuildFace(cFaceData* face, uint32_t mode) {
     computeTexCoords(face);
     face->face->glMode = modeForCount(face->vertexCount);
     face->flags &= ~uint32_t(FF_DIRTY);
-    if (face->brush)
-        noteChange(face->brush);
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include "document/tMap.h"
 #include "document/tMapContext.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "document/tTexture.h"
 #include "support/tHost.h"
 #include "support/tMath.h"
@@ -89,6 +90,7 @@ void applyTextureBlock(cFaceData* face, const cFaceTexture& block) {
     cFaceTexture copy = block;
     copy.name[sizeof copy.name - 1] = 0;
     cMapContext& context = contextOf(face);
+    noteChange(face->brush);
     cTexture* found = context.findTexture(copy.name);
     if (found && found == face->texture) {
         face->tex = copy;
@@ -102,6 +104,7 @@ void applyTextureBlock(cFaceData* face, const cFaceTexture& block) {
 
 void setTextureName(cFaceData* face, const char* name) {
     cMapContext& context = contextOf(face);
+    noteChange(face->brush);
     cTexture* found = context.findTexture(name);
     if (found && found == face->texture)
         return;
@@ -244,6 +247,8 @@ void computeTexCoords(cFaceData* face) {
         vertex.st[0] = (vecDot(vertex.xyz, tex.uAxis) / tex.uScale + tex.uShift) / width;
         vertex.st[1] = (vecDot(vertex.xyz, tex.vAxis) / tex.vScale + tex.vShift) / height;
     }
+    if (face->brush)
+        noteChange(face->brush);
 }
 
 void wrapShifts(cFaceData* face) {

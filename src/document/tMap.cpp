@@ -347,14 +347,17 @@ void cMap::buildCullTree() {
         cullTree = std::make_unique<cCullTree>(*this, worldSize);
 }
 
-void cMap::finishLoad() {
-    for (cEntityData* entity : entitiesOf(data)) {
-        noteTransparency(entity);
-        for (cBrushData* brush : brushesOf(entity)) {
+void cMap::noteFaceTransparency() {
+    for (cEntityData* entity : entitiesOf(data))
+        for (cBrushData* brush : brushesOf(entity))
             for (cFaceData* face : facesOf(brush))
                 updateFaceTransparency(face);
-        }
-    }
+}
+
+void cMap::finishLoad() {
+    for (cEntityData* entity : entitiesOf(data))
+        noteTransparency(entity);
+    noteFaceTransparency();
     computeVisGroupVisibility();
     buildCullTree();
     noteChange(*this);

@@ -188,7 +188,8 @@ public:
     void buildCullTree();
     // Textures have come or gone: faces and decals take what their names mean in this game now.
     void renewFaces();
-    void recolor(); // after a change of the colour scheme
+    void recolor();              // after a change of the colour scheme
+    void noteFaceTransparency(); // after a change of the setting TextureTransparency
 
     // Grows with every change that a view could show.
     uint64_t revision() const { return m_revision; }
@@ -206,8 +207,8 @@ public:
 
     cMapContext& context; // the game whose textures, classes and profile count
     cProject* project;
-    std::unique_ptr<cHistory> history;   // never null
-    std::unique_ptr<cCullTree> cullTree; // null until built
+    std::unique_ptr<cHistory> history;    // never null
+    std::unique_ptr<cCullTree> cullTree;  // null until built
     std::unique_ptr<cMapWatcher> watcher; // of the views; null until one has shown the map
     cMapData data;
     cPickPool picks;

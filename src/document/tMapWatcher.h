@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Who keeps something made of a map's objects (the views their geometry in buffers) hears here which
-// of it is out of date. What is selected, nobody tells: compare the map's lists when its revision
-// has grown.
+// Who keeps something made of a map's objects (the views their geometry in buffers) hears here
+// which of it is out of date. What is selected, nobody tells: compare the map's lists when its
+// revision has grown.
 #pragma once
 
 #include "document/tMap.h"

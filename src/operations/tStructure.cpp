@@ -8,6 +8,7 @@
 #include "document/tMap.h"
 #include "document/tMapContext.h"
 #include "document/tMapLists.h"
+#include "document/tMapWatcher.h"
 #include "support/tHost.h"
 
 #include <map>
@@ -275,6 +276,7 @@ bool setSelectionDetail(cMap& map, bool detail) {
             const uint32_t bits = face->tex.contentFlags;
             face->tex.contentFlags = detail ? bits | mask : bits & ~mask;
         }
+        noteChange(brush);
     }
     return true;
 }

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The one table of commands: every entry of the menus, bars and pop-up menus is a row of it. The
-// rows are data; cMainWindow makes the actions in one loop.
+// rows are data; cCommandMenus makes the actions of them in one loop and brings them up to date in
+// another.
 #pragma once
+
+#include "shell/tCommandState.h"
 
 #include <QKeySequence>
 #include <cstdint>
@@ -32,6 +35,29 @@ enum eCommandFlag : uint32_t {
 };
 
 using cCommandSlot = void (cMainWindow::*)();
+using cCommandTest = bool (*)(const cCommandState&);
+
+// The setting that a check mark shows, and that its command turns: a flag, or a bit of HideMask.
+struct cSettingCheck {
+    bool cSettings::*flag;
+    int hideBit;
+    bool isOpposite;  // checked while the flag is off
+    const char* said; // in the status bar, with " on" or " off"; or null
+
+    explicit operator bool() const { return flag || hideBit; }
+    bool isOn(const cSettings& settings) const;
+    bool isChecked(const cSettings& settings) const { return isOn(settings) != isOpposite; }
+    void check(cSettings& settings, bool checked) const;
+};
+
+// How a command follows the state of the program, beside what its flags and its tool mask say.
+struct cCommandRules {
+    cCommandTest enabled;         // null: always
+    cCommandTest shown;           // null: always
+    cCommandTest checked;         // of a check mark that shows no setting
+    cSettingCheck setting;        // of one that does
+    QString cCommandState::*text; // null: the row's own text stays
+};
 
 // A row with neither id nor text is a separator wherever it is used. Empty texts are null.
 struct cCommandRow {
@@ -48,6 +74,7 @@ struct cCommandRow {
     uint32_t toolMask;
     int barOrder;   // sort key in a toolbar
     int popupOrder; // sort key in a pop-up menu
+    cCommandRules rules = {};
 };
 
 // A toolbar or pop-up menu, made of the rows that have its bit.

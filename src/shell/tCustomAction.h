@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
 // Actions and separators that know how they behave without a document and under which tools.
-// Made from the rows of the command table; the update loops of cMainWindow read these fields.
+// Made from the rows of the command table, or for the entries of plug-ins; cCommandMenus brings
+// them up to date by these fields.
 #pragma once
 
 #include <QAction>
 
+struct cCommandRow;
+
 struct cActionRules {
     bool hideWithoutDocument = false;
     bool disableWithoutDocument = false;
-    uint32_t toolMask = 0; // bit n: disabled while tool n is current
+    uint32_t toolMask = 0;            // bit n: disabled while tool n is current
+    const cCommandRow* row = nullptr; // null: of a plug-in
 };
 
 class QCustomAction : public QAction, public cActionRules {

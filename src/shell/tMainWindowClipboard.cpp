@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Cut, Copy, Paste and Paste Special: what the clipboard's operations are given, and what is
-// refreshed after them.
+// Cut, Copy, Paste and Paste Special: what the clipboard's operations are given.
 #include "dialogs/tPasteSpecialDialog.h"
 #include "dialogs/tWaitDialog.h"
 #include "operations/tClipboard.h"
@@ -16,11 +15,6 @@ static constexpr int QUIET_TIME = 1000;
 // How often the display changes, in ms.
 static constexpr int PROGRESS_INTERVAL = 100;
 
-void cMainWindow::createClipboard() {
-    m_clipboard = std::make_unique<cClipboard>();
-    g_clipboard = m_clipboard.get();
-}
-
 // ---- Cut and copy
 
 void cMainWindow::cmdEditCut() {
@@ -35,22 +29,24 @@ void cMainWindow::cmdEditCopy() {
     if (!project || !cClipboard::canCopy(*project->map))
         return;
     g_clipboard->copySelection(*project->map, RestoreCutObjects);
-    updateActionStates(AS_CLIPBOARD); // the map may be as it was
+    updateCommands(); // the map may be as it was
 }
 
 // ---- Paste
 
 // Where the mouse was last in the view used last, if it has not left it, else in the 2D view used
 // last; the world's origin where it met nothing.
-void cMainWindow::pasteTarget(float target[3]) {
+static void pasteTarget(const cMainWindow& window, float target[3]) {
     std::fill_n(target, 3, 0.0f);
     float point[3];
-    cCanvas* canvas = activeCanvas && activeCanvas == commandCanvas() ? activeCanvas : flatCanvas();
+    cCanvas* active = window.activeCanvas;
+    cCanvas* canvas = active && active == window.commandCanvas() ? active : window.flatCanvas();
     if (canvas && canvas->screenToWorld(canvas->mouseX, canvas->mouseY, SW_SNAP | SW_DEPTH, point))
         std::copy_n(point, 3, target);
 }
 
-void cMainWindow::pasteObjects(cMap& map, const cPasteOptions& options, const char* stepName) {
+static void pasteObjects(cMainWindow& window, cMap& map, const cPasteOptions& options,
+                         const char* stepName) {
     cPasteOptions shown = options;
     QElapsedTimer total, shownLast;
     total.start();
@@ -58,14 +54,14 @@ void cMainWindow::pasteObjects(cMap& map, const cPasteOptions& options, const ch
     shown.progress = [&](qint64 done, qint64 all) {
         if (total.elapsed() < QUIET_TIME || shownLast.elapsed() < PROGRESS_INTERVAL)
             return;
-        showWaitDialog(tr("Pasting objects..."));
-        showProgress(tr("%1 of %2 objects").arg(done).arg(all));
+        window.showWaitDialog(cMainWindow::tr("Pasting objects..."));
+        window.showProgress(cMainWindow::tr("%1 of %2 objects").arg(done).arg(all));
         shownLast.start();
     };
     g_clipboard->paste(map, shown, stepName);
     if (g_waitDialog) // what was typed and clicked meanwhile meets the modal window, not the map
         QCoreApplication::processEvents();
-    hideWaitDialog();
+    window.hideWaitDialog();
 }
 
 void cMainWindow::cmdEditPaste() {
@@ -73,11 +69,11 @@ void cMainWindow::cmdEditPaste() {
     if (!project || !g_clipboard->canPaste(project->map.get()))
         return;
     float target[3];
-    pasteTarget(target);
+    pasteTarget(*this, target);
     cPasteOptions options;
     options.target = target;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    pasteObjects(*project->map, options, "Paste");
+    pasteObjects(*this, *project->map, options, "Paste");
     QApplication::restoreOverrideCursor();
 }
 
@@ -95,7 +91,7 @@ void cMainWindow::cmdEditPasteSpecial() {
     if (!project || !g_clipboard->canPaste(project->map.get()))
         return;
     float target[3];
-    pasteTarget(target);
+    pasteTarget(*this, target);
     cPasteSpecialDialog dialog(g_clipboard->mins(), g_clipboard->maxs(), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
@@ -107,5 +103,5 @@ void cMainWindow::cmdEditPasteSpecial() {
     options.rotation = dialog.rotation(rotation) ? rotation : nullptr;
     options.groupCopies = dialog.groupsCopies();
     paintUncovered();
-    pasteObjects(*project->map, options, "Paste Special");
+    pasteObjects(*this, *project->map, options, "Paste Special");
 }

@@ -2,31 +2,30 @@
 // The commands of the Edit menu: history, deletion, what is selected.
 #include "document/tHistory.h"
 #include "operations/tStructure.h"
+#include "shell/tCommandMenus.h"
 #include "shell/tMainWindow.h"
+#include "shell/tObjectsDock.h"
 #include "shell/tProject.h"
+#include "shell/tToolSwitch.h"
+#include "views/tTool.h"
 
 #include <QAction>
-#include <QComboBox>
 #include <QMessageBox>
 
 // ---- History
 
 bool cMainWindow::confirmLeaveMorph(const QString& question) {
-    const bool morphs =
-        currentToolId() == TOOL_VERTEX || (suspendedTool && suspendedTool->getId() == TOOL_VERTEX);
-    if (!morphs)
+    if (!m_tools->isInUse(TOOL_VERTEX))
         return true;
-    const auto answer = QMessageBox::warning(this, QStringLiteral("Karvex"), question,
-                                             QMessageBox::Yes | QMessageBox::No);
+    const QString usual = tr("You must exit morph mode to perform this operation.\n"
+                             "Do you want to do this now?");
+    const auto answer =
+        QMessageBox::warning(this, QStringLiteral("Karvex"), question.isEmpty() ? usual : question,
+                             QMessageBox::Yes | QMessageBox::No);
     if (answer != QMessageBox::Yes)
         return false;
     toolSelect();
     return true;
-}
-
-bool cMainWindow::confirmLeaveMorph() {
-    return confirmLeaveMorph(tr("You must exit morph mode to perform this operation.\n"
-                                "Do you want to do this now?"));
 }
 
 void cMainWindow::cmdEditUndo() {
@@ -55,7 +54,7 @@ void cMainWindow::cmdEditToggleUndoRedo() {
     const bool wasEnabled = projects.first()->map->history->isEnabled();
     for (cProject* project : projects)
         project->map->history->setEnabled(!wasEnabled);
-    updateActionStates(AS_UNDO);
+    updateCommands();
 }
 
 // ---- Selection
@@ -77,14 +76,6 @@ void cMainWindow::cmdEditSelectAll() {
         project->map->selectAll();
 }
 
-void cMainWindow::cmdEditSelectByHandles() {
-    toggle(SelectByHandles);
-}
-
-void cMainWindow::cmdEditSelectAuto() {
-    toggle(SelectAuto);
-}
-
 // ---- Objects
 
 void cMainWindow::cmdEditCreateObject() {
@@ -96,11 +87,7 @@ void cMainWindow::cmdEditCreateObjectEx() {
     const auto* action = qobject_cast<const QAction*>(sender());
     if (!action || !activeChild() || !currentTool)
         return;
-    const int listed = m_listedTool == TOOL_ENTITY ? m_objects->findText(action->text()) : -1;
-    if (listed >= 0)
-        m_objects->setCurrentIndex(listed);
-    currentClassName = action->text();
-    currentClassStale = true;
+    m_objectsDock->chooseClass(action->text());
     cmdEditCreateObject();
 }
 
@@ -110,7 +97,7 @@ void cMainWindow::cmdEditProperties() {
 }
 
 void cMainWindow::openObjectProperties() {
-    for (QAction* action : actions) {
+    for (QAction* action : m_menus->actions) {
         if (action->objectName() == QLatin1String("EditProps")) {
             action->trigger();
             return;

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Held keys and grid keys of the whole application, the shortcuts that must win against
 // mnemonics, and the close sequence.
-#include "resources/tGameConfigRegistry.h"
+#include "shell/tLayoutStorage.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
-#include "views/tDocumentViews.h"
+#include "shell/tServices.h"
+#include "shell/tSettingsStorage.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -47,15 +48,61 @@ static bool isTextEntry(const QWidget* widget) {
 
 // One key event is shown to the window, the widget and each of its ancestors; only one of these
 // calls may act.
-bool cMainWindow::takesKeys(QObject* watched) const {
+static bool takesKeys(QObject* watched) {
     const QObject* focus = QApplication::focusWidget();
     return watched == (focus ? focus : QApplication::activeWindow());
 }
 
+static bool changeGridByKey(cMainWindow& window, int key) {
+    if (BIGGER_GRID.is(key))
+        window.setGridSize(window.gridSize * 2);
+    else if (SMALLER_GRID.is(key) || key == SMALLER_GRID_ALSO)
+        window.setGridSize(window.gridSize / 2);
+    else
+        return false;
+    return true;
+}
+
+static void keyDown(cMainWindow& window, int key) {
+    if (QApplication::activeModalWidget() || isTextEntry(QApplication::focusWidget()))
+        return;
+    if (changeGridByKey(window, key))
+        return;
+    for (const auto& held : g_heldKeys)
+        if (held.keys.is(key))
+            window.heldKeys |= 1u << held.bit;
+}
+
+static void keyUp(cMainWindow& window, int key) {
+    for (const auto& held : g_heldKeys)
+        if (held.keys.is(key))
+            window.heldKeys &= ~(1u << held.bit);
+}
+
+// ---- Alt+E, which a menu's mnemonic would take
+
+static bool isKeptShortcut(const QKeyEvent& key) {
+    return !QApplication::activeModalWidget() && key.key() == Qt::Key_E &&
+           key.modifiers() == Qt::AltModifier;
+}
+
+static void keepShortcut(QKeyEvent& key) {
+    if (isKeptShortcut(key))
+        key.accept();
+}
+
+static void runKeptShortcut(cMainWindow& window, const QKeyEvent& key) {
+    if (isKeptShortcut(key))
+        QMetaObject::invokeMethod(&window, &cMainWindow::cmdWindowExportMessages,
+                                  Qt::QueuedConnection);
+}
+
+// ---- Events
+
 bool cMainWindow::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::ShortcutOverride:
-        keepShortcut(event);
+        keepShortcut(*static_cast<QKeyEvent*>(event));
         break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -69,14 +116,14 @@ bool cMainWindow::eventFilter(QObject* watched, QEvent* event) {
         showChanges();
         if (takesKeys(watched)) {
             auto* key = static_cast<QKeyEvent*>(event);
-            runKeptShortcut(key->key(), key->modifiers());
-            keyDown(key->key());
+            runKeptShortcut(*this, *key);
+            keyDown(*this, key->key());
         }
         break;
     case QEvent::KeyRelease:
         // Whoever gets it: a menu may have come up since the press.
         if (!static_cast<QKeyEvent*>(event)->isAutoRepeat())
-            keyUp(static_cast<QKeyEvent*>(event)->key());
+            keyUp(*this, static_cast<QKeyEvent*>(event)->key());
         break;
     case QEvent::ApplicationDeactivate:
         heldKeys = 0; // the releases will not be seen
@@ -89,56 +136,6 @@ bool cMainWindow::eventFilter(QObject* watched, QEvent* event) {
         break;
     }
     return false;
-}
-
-void cMainWindow::keyDown(int key) {
-    if (QApplication::activeModalWidget() || isTextEntry(QApplication::focusWidget()))
-        return;
-    if (changeGridByKey(key))
-        return;
-    for (const auto& held : g_heldKeys)
-        if (held.keys.is(key))
-            heldKeys |= 1u << held.bit;
-}
-
-void cMainWindow::keyUp(int key) {
-    for (const auto& held : g_heldKeys)
-        if (held.keys.is(key))
-            heldKeys &= ~(1u << held.bit);
-}
-
-bool cMainWindow::changeGridByKey(int key) {
-    if (BIGGER_GRID.is(key))
-        setGridSize(gridSize * 2);
-    else if (SMALLER_GRID.is(key) || key == SMALLER_GRID_ALSO)
-        setGridSize(gridSize / 2);
-    else
-        return false;
-    return true;
-}
-
-void cMainWindow::setGridSize(int size) {
-    gridSize = qBound(MIN_GRID, size, MAX_GRID);
-    updateSnapPane();
-    redrawAllViews(REDRAW_2D);
-}
-
-// ---- Alt+E, which a menu's mnemonic would take
-
-static bool isExportMessages(int key, Qt::KeyboardModifiers modifiers) {
-    return key == Qt::Key_E && modifiers == Qt::AltModifier;
-}
-
-void cMainWindow::keepShortcut(QEvent* event) {
-    const auto* key = static_cast<QKeyEvent*>(event);
-    if (!QApplication::activeModalWidget() && isExportMessages(key->key(), key->modifiers()))
-        event->accept();
-}
-
-void cMainWindow::runKeptShortcut(int key, Qt::KeyboardModifiers modifiers) {
-    if (!QApplication::activeModalWidget() && isExportMessages(key, modifiers))
-        QMetaObject::invokeMethod(this, &cMainWindow::cmdWindowExportMessages,
-                                  Qt::QueuedConnection);
 }
 
 void cMainWindow::keyPressEvent(QKeyEvent* event) {
@@ -170,7 +167,8 @@ void cMainWindow::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    saveSettings();
-    saveLayout();
+    if (m_storage->save())
+        m_services->configs.save();
+    m_layout->save();
     event->accept();
 }

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The commands of the File menu and the list of open documents.
-#include "dialogs/tEntityListDialog.h"
+#include "dialogs/tDefaultRoomDialog.h"
 #include "operations/tClipboard.h"
-#include "pluginhost/tPluginManager.h"
-#include "resources/tGameConfigRegistry.h"
+#include "shell/tFileDialogs.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "shell/tRecentFiles.h"
+#include "shell/tServices.h"
+#include "shell/tTieToEntity.h"
 #include "support/tConsole.h"
 #include "support/tMapText.h"
 #include "views/tCanvas.h"
@@ -21,7 +23,6 @@
 #include <QStatusBar>
 
 static const QString PROJECT_FILTER = QStringLiteral("Karvex Projects (*.kvx)");
-static const QString FILTER_SEPARATOR = QStringLiteral(";;");
 
 // ---- Open documents
 
@@ -42,11 +43,9 @@ void cMainWindow::removeProject(cProject* project) {
         return;
     if (g_clipboard->refersTo(*project->map))
         g_clipboard->forgetSource();
-    if (project == m_listedProject) {
-        delete m_entityList;
-        tieClassName.clear();
-    }
-    if (projectOf(activeCanvas) == project || !activeChild())
+    m_tieToEntity->forget(*project);
+    const bool showsIt = activeCanvas && activeCanvas->project() == project;
+    if (showsIt || !activeChild())
         setActiveCanvas(nullptr);
     projects.removeOne(project);
     delete project;
@@ -70,7 +69,7 @@ bool cMainWindow::openFile(const QString& path) {
     if (const cProject* open = findProjectByPath(path)) {
         Print("%s is already opened", toMapText(path).constData());
         raiseWindows(open);
-        addRecentFile(open->path);
+        m_recentFiles->add(open->path);
         return true;
     }
     auto project = std::make_unique<cProject>();
@@ -83,20 +82,12 @@ bool cMainWindow::openFile(const QString& path) {
     cProject* opened = project.release();
     projects.append(opened);
     createProjectWindows(opened);
-    addRecentFile(path);
+    m_recentFiles->add(path);
     if (cCanvas* canvas = opened->firstCanvas())
         setActiveCanvas(canvas);
     notifyTools();
     statusBar()->showMessage(tr("File loaded"), MESSAGE_TIME);
     return true;
-}
-
-// A project that came to nothing has taken over configuration and status panes.
-void cMainWindow::returnToActiveProject() {
-    cProject* project = activeProject();
-    if (project)
-        activateProject(project);
-    checkActiveState(!project);
 }
 
 void cMainWindow::openArgument(const QString& path) {
@@ -105,6 +96,30 @@ void cMainWindow::openArgument(const QString& path) {
 }
 
 // ---- New, open, close
+
+static void takeTextures(const cMapProfile& profile, cRoomShape& room) {
+    room.wall = profile.roomWallTexture;
+    room.ceiling = profile.roomCeilingTexture;
+    room.floor = profile.roomFloorTexture;
+}
+
+bool cMainWindow::askDefaultRoom(bool forced, const cRoomShape** room) {
+    *room = nullptr;
+    if (SkipDefaultRoomDialog && !forced)
+        return true;
+    if (m_roomProfile != profile().name) { // another game has other textures
+        m_roomProfile = profile().name;
+        takeTextures(profile(), m_room);
+    }
+    cDefaultRoomDialog dialog(m_room, SkipDefaultRoomDialog, this);
+    const int answer = dialog.exec();
+    SkipDefaultRoomDialog = dialog.skipNext();
+    if (answer == QDialog::Accepted) {
+        m_room = dialog.shape();
+        *room = &m_room;
+    }
+    return answer != QDialog::Rejected;
+}
 
 void cMainWindow::cmdFileNew() {
     auto project = std::make_unique<cProject>();
@@ -118,27 +133,29 @@ void cMainWindow::cmdFileNew() {
     createProjectWindows(made);
 }
 
-QString cMainWindow::openFilters() const {
-    QString filters;
+static QString openFilters(const cPluginManager& plugins) {
+    QStringList filters;
     QString all = QStringLiteral("*.kvx");
-    for (const cMapFormat& format : m_plugins->importFormats) {
-        filters +=
-            FILTER_SEPARATOR + QStringLiteral("%1 (*%2)").arg(format.description, format.extension);
+    for (const cMapFormat& format : plugins.importFormats) {
+        filters += QStringLiteral("%1 (*%2)").arg(format.description, format.extension);
         if (!all.contains(format.extension))
             all += QStringLiteral(" *%1").arg(format.extension);
     }
-    return QStringLiteral("All supported formats (%1)").arg(all) + FILTER_SEPARATOR +
-           PROJECT_FILTER + filters;
+    filters.prepend(PROJECT_FILTER);
+    filters.prepend(QStringLiteral("All supported formats (%1)").arg(all));
+    return joinFilters(filters);
 }
 
-QString cMainWindow::startDirectory() const {
-    const cGameConfig* config = m_configs->current;
+static QString startDirectory(const cGameConfig* config) {
     return config ? config->mapSourceFileDirectory : QString();
 }
 
 void cMainWindow::cmdFileOpen() {
-    const QString directory = RecentMapDirectory.isEmpty() ? startDirectory() : RecentMapDirectory;
-    const QString name = QFileDialog::getOpenFileName(this, QString(), directory, openFilters());
+    const QString directory = RecentMapDirectory.isEmpty()
+                                  ? startDirectory(m_services->configs.current)
+                                  : RecentMapDirectory;
+    const QString name =
+        QFileDialog::getOpenFileName(this, QString(), directory, openFilters(m_services->plugins));
     if (name.isEmpty())
         return;
     RecentMapDirectory = QFileInfo(name).canonicalPath();
@@ -160,47 +177,12 @@ void cMainWindow::cmdFileCloseAll() {
 
 // ---- Save and export
 
-// The extension is added inside the dialog, so that it asks before the real name is overwritten.
-QString cMainWindow::askSaveName(const QString& directory, const QList<cSaveFilter>& filters,
-                                 const QString& proposal) {
-    QStringList texts;
-    for (const cSaveFilter& filter : filters)
-        texts.append(filter.filter);
-    QFileDialog dialog(this, QString(), directory, texts.join(FILTER_SEPARATOR));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.selectFile(proposal);
-    const auto followFilter = [&](const QString& chosen) {
-        dialog.setDefaultSuffix(filters[qMax(0, texts.indexOf(chosen))].extension.mid(1));
-    };
-    followFilter(texts.first());
-    connect(&dialog, &QFileDialog::filterSelected, &dialog, followFilter);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return QString();
-    const QString name = dialog.selectedFiles().first();
-    for (const cSaveFilter& filter : filters)
-        if (name.endsWith(filter.extension, Qt::CaseInsensitive))
-            return name;
-    return withSuffix(name, dialog.defaultSuffix());
-}
-
-// The dialog adds none to a name that holds a point, and has asked of another file than this one.
-QString cMainWindow::withSuffix(const QString& name, const QString& suffix) {
-    const QString whole = name + QLatin1Char('.') + suffix;
-    const QString question =
-        tr("%1 already exists.\nDo you want to replace it?").arg(QFileInfo(whole).fileName());
-    if (QFileInfo::exists(whole) &&
-        QMessageBox::warning(this, QStringLiteral("Karvex"), question,
-                             QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
-        return QString();
-    return whole;
-}
-
 // The export formats of the current profile: those for ".map", or all others.
-QList<cMainWindow::cSaveFilter> cMainWindow::exportFilters(bool mapOnly) const {
+static QList<cSaveFilter> exportFilters(const cMainWindow& window, bool mapOnly) {
     QList<cSaveFilter> filters;
-    for (const cMapFormat& format : m_plugins->exportFormats) {
+    for (const cMapFormat& format : window.services().plugins.exportFormats) {
         const bool isMap = !format.extension.compare(QLatin1String(".map"), Qt::CaseInsensitive);
-        if (format.library == profile().library && isMap == mapOnly)
+        if (format.library == window.profile().library && isMap == mapOnly)
             filters.append({QStringLiteral("%1 (*%2)").arg(format.description, format.extension),
                             format.extension});
     }
@@ -225,24 +207,33 @@ void cMainWindow::cmdFileSaveAs() {
     cProject* project = activeProject();
     if (!project)
         return;
-    QList<cSaveFilter> filters = exportFilters(false);
+    QList<cSaveFilter> filters = exportFilters(*this, false);
     filters.prepend({PROJECT_FILTER, QStringLiteral(".kvx")});
-    const QString name = askSaveName(startDirectory(), filters, project->baseName());
+    const QString name = askSaveName(this, startDirectory(m_services->configs.current), filters,
+                                     project->baseName());
     if (name.isEmpty())
         return;
     if (!project->saveProject(name)) {
         QApplication::beep();
         return;
     }
-    addRecentFile(name);
+    m_recentFiles->add(name);
     statusBar()->showMessage(tr("File saved"), MESSAGE_TIME);
+}
+
+static void exportOrBeep(cMainWindow& window, cProject& project) {
+    if (project.exportProject(project.exportPath))
+        window.statusBar()->showMessage(cMainWindow::tr("File exported"),
+                                        cMainWindow::MESSAGE_TIME);
+    else
+        QApplication::beep();
 }
 
 void cMainWindow::cmdFileExport() {
     cProject* project = activeProject();
     if (!project)
         return;
-    const QList<cSaveFilter> filters = exportFilters(true);
+    const QList<cSaveFilter> filters = exportFilters(*this, true);
     if (filters.isEmpty()) {
         QMessageBox::warning(this, QStringLiteral("Karvex"),
                              tr("Cannot export MAP: no export formats available!"));
@@ -250,18 +241,12 @@ void cMainWindow::cmdFileExport() {
     }
     const cGameConfig* config = project->game.config;
     const QString base = config ? config->gameBasedir : QString();
-    const QString name = askSaveName(base + QStringLiteral("/maps"), filters, project->baseName());
+    const QString name =
+        askSaveName(this, base + QStringLiteral("/maps"), filters, project->baseName());
     if (name.isEmpty())
         return;
     project->exportPath = name;
-    exportOrBeep(*project);
-}
-
-void cMainWindow::exportOrBeep(cProject& project) {
-    if (project.exportProject(project.exportPath))
-        statusBar()->showMessage(tr("File exported"), MESSAGE_TIME);
-    else
-        QApplication::beep();
+    exportOrBeep(*this, *project);
 }
 
 void cMainWindow::cmdFileExportAgain() {
@@ -271,7 +256,7 @@ void cMainWindow::cmdFileExportAgain() {
     if (project->exportPath.isEmpty())
         cmdFileExport();
     else
-        exportOrBeep(*project);
+        exportOrBeep(*this, *project);
 }
 
 // ---- What is not built yet

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The Help menu.
 #include "dialogs/tMessageDialog.h"
+#include "shell/tCommandMenus.h"
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
 #include "support/tConsole.h"
@@ -29,7 +30,13 @@ static const struct {
     {"&Level Design", "https://en.wikipedia.org/wiki/Level_design"},
 };
 
-void cMainWindow::createWebMenu(QMenu* menu) {
+static void openAddress(const QUrl& url) {
+    Print("openUrl: \"%s\"", toMapText(url.toString()).constData());
+    QDesktopServices::openUrl(url);
+}
+
+void cMainWindow::createWebMenu() {
+    QMenu* menu = m_menus->webMenu;
     for (const auto& link : g_webLinks) {
         if (!link.text) {
             menu->addSeparator();
@@ -38,19 +45,9 @@ void cMainWindow::createWebMenu(QMenu* menu) {
         auto* action = new QCustomAction(tr(link.text), menu);
         action->value = QString::fromLatin1(link.link);
         action->setStatusTip(action->value);
-        connect(action, &QAction::triggered, this, &cMainWindow::cmdHelpOnWeb);
+        connect(action, &QAction::triggered, this, [action] { openAddress(QUrl(action->value)); });
         menu->addAction(action);
     }
-}
-
-static void openAddress(const QUrl& url) {
-    Print("openUrl: \"%s\"", toMapText(url.toString()).constData());
-    QDesktopServices::openUrl(url);
-}
-
-void cMainWindow::cmdHelpOnWeb() {
-    if (const auto* action = dynamic_cast<const QCustomAction*>(sender()))
-        openAddress(QUrl(action->value));
 }
 
 void cMainWindow::cmdHelpTopics() {
@@ -65,8 +62,8 @@ void cMainWindow::cmdHelpCmdList() {
     const QString format = QStringLiteral("%1: %2");
     QStringList lines;
     QList<const QAction*> all;
-    std::copy(actions.begin(), actions.end(), std::back_inserter(all));
-    std::copy(toolActions.begin(), toolActions.end(), std::back_inserter(all));
+    std::copy(m_menus->actions.begin(), m_menus->actions.end(), std::back_inserter(all));
+    std::copy(m_menus->toolActions.begin(), m_menus->toolActions.end(), std::back_inserter(all));
     for (const QAction* action : qAsConst(all)) {
         const QString tip = action->statusTip();
         const QString text = tip.isEmpty() ? action->text().remove(QLatin1Char('&')) : tip;

@@ -1,63 +1,31 @@
 // SPDX-License-Identifier: MIT
-// What the core and the views ask of the main window, and the message console.
+// What the core and the views ask of the main window.
 #include "dialogs/tWaitDialog.h"
-#include "shell/tColorScheme.h"
+#include "resources/tTextureCatalogue.h"
+#include "shell/tCommandMenus.h"
+#include "shell/tConsoleDock.h"
 #include "shell/tMainWindow.h"
+#include "shell/tObjectsDock.h"
 #include "shell/tProject.h"
+#include "shell/tServices.h"
+#include "shell/tStatusPanes.h"
+#include "shell/tToolSwitch.h"
 #include "support/tMapText.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
 #include <QCoreApplication>
-#include <QLabel>
-#include <QMenu>
 #include <QSplashScreen>
-#include <QTextEdit>
-
-// How often a run of messages lets the window repaint, in ms.
-static constexpr int CONSOLE_EVENT_INTERVAL = 50;
 
 static const QColor PROGRESS_COLOR(157, 157, 157, 255);
 
-// ---- Console
-
-void cMainWindow::consoleMessage(eMessage level, const char* text) {
-    QString line = fromMapText(text);
-    if (level == eMessage::Warning)
-        line = QStringLiteral("<font color=\"#FF6000\"><b>Warning:</b></font> ") + line;
-    else if (level == eMessage::Error)
-        line = QStringLiteral("<font color=\"red\"><b>Error:</b></font> ") + line;
-    appendConsole(line, true, false);
-}
-
-void cMainWindow::appendConsole(const QString& text, bool isHtml, bool bold) {
-    if (!m_consoleText)
-        return;
-    QString line = text;
-    if (!isHtml)
-        line.replace(QLatin1Char('<'), QLatin1String("&lt;"));
-    if (bold)
-        line = QStringLiteral("<b>%1</b>").arg(line);
-    // The element makes the text edit take even a plain line as HTML.
-    m_consoleText->append(QStringLiteral("<span>%1</span>").arg(line));
-    m_consoleText->moveCursor(QTextCursor::End);
-    if (!g_closing && m_consoleEvents.elapsed() >= CONSOLE_EVENT_INTERVAL) {
-        m_consoleEvents.start();
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    }
-}
-
-void cMainWindow::appendConsoleColored(const QString& text, bool isHtml, bool bold,
-                                       const QColor& color) {
-    QString line = text;
-    if (!isHtml)
-        line.replace(QLatin1Char('<'), QLatin1String("&lt;"));
-    line = QStringLiteral("<font color=\"%1\">%2</font>").arg(color.name(), line);
-    appendConsole(line, true, bold);
-}
-
 bool cMainWindow::isPrecaching() const {
     return g_splash || g_waitDialog;
+}
+
+void cMainWindow::consoleMessage(eMessage level, const char* text) {
+    if (m_console)
+        m_console->message(level, text);
 }
 
 void cMainWindow::showProgress(const QString& text) {
@@ -90,11 +58,8 @@ void cMainWindow::hideWaitDialog() {
 }
 
 void cMainWindow::setStatusPane(const QString& text, int pane) {
-    if (pane < 0 || pane >= STATUS_PANES || !m_statusPanes[size_t(pane)])
-        return;
-    QLabel* label = m_statusPanes[size_t(pane)];
-    label->setText(text);
-    label->repaint();
+    if (m_panes)
+        m_panes->setText(text, pane);
 }
 
 // ---- Documents
@@ -105,12 +70,12 @@ void cMainWindow::busyEnded() {
 }
 
 int cMainWindow::currentToolId() const {
-    return currentTool ? currentTool->getId() : -1;
+    return m_tools ? m_tools->currentId() : -1;
 }
 
 const uint8_t* cMainWindow::schemeColor(int index) const {
     static const uint8_t none[4] = {0, 0, 0, 255};
-    return m_colors ? m_colors->bytes(index) : none;
+    return m_services ? m_services->colors.bytes(index) : none;
 }
 
 // ---- Views
@@ -133,15 +98,11 @@ cCanvas* cMainWindow::flatCanvas() const {
 }
 
 cTool* cMainWindow::cameraTool() const {
-    return tools[TOOL_CAMERA].get();
+    return m_tools->tools[TOOL_CAMERA].get();
 }
 
 QMenu* cMainWindow::popupMenu(const char* title) const {
-    const QString name = QString::fromLatin1(title);
-    for (QMenu* menu : m_popups)
-        if (menu->accessibleName() == name)
-            return menu;
-    return nullptr;
+    return m_menus->popup(title);
 }
 
 cGLWidget* cMainWindow::shareWidget() {
@@ -150,4 +111,24 @@ cGLWidget* cMainWindow::shareWidget() {
 
 bool cMainWindow::isActiveWindow(const cChildWindow* window) const {
     return window && window == activeChild();
+}
+
+// ---- What is created next
+
+const cPrimitive* cMainWindow::currentPrimitive() const {
+    return m_objectsDock->currentPrimitive();
+}
+
+cEntityClass* cMainWindow::currentClass() {
+    return m_objectsDock->currentClass();
+}
+
+cTexture* cMainWindow::currentTexture() {
+    const char* name = profile().defaultTexture;
+    const cTextureCatalogue* catalogue = m_services->configs.currentCatalogue;
+    return *name && catalogue ? catalogue->find(fromMapText(name)) : nullptr;
+}
+
+bool cMainWindow::randomYaw() const {
+    return m_objectsDock->randomYaw();
 }

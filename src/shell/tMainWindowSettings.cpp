@@ -1,77 +1,151 @@
 // SPDX-License-Identifier: MIT
-// TDKSettings.ini: settings, recent files and colours; read at start, written at an orderly end.
-#include "resources/tGameConfigRegistry.h"
-#include "shell/tColorScheme.h"
+// How settings change while the program runs: by the effects that their rows carry.
+#include "document/tHistory.h"
+#include "document/tMap.h"
+#include "shell/tCommandMenus.h"
+#include "shell/tConsoleDock.h"
+#include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
+#include "shell/tProject.h"
+#include "shell/tServices.h"
+#include "shell/tSettingsStorage.h"
 #include "shell/tSettingsTable.h"
-#include "support/tConsole.h"
-#include "support/tIniFile.h"
-#include "support/tSystem.h"
+#include "shell/tStatusPanes.h"
+#include "views/tCanvas.h"
+#include "views/tChildWindow.h"
 
-#include <QAction>
 #include <QApplication>
-#include <QDir>
-#include <QFileInfo>
+#include <QStatusBar>
 
-static const QString RECENT_GROUP = QStringLiteral("RecentFiles");
-static const QString CUSTOM_GROUP = QStringLiteral("ColorSchemeCustom");
-static const QString TITLE_KEY = QStringLiteral("Title");
+// ---- Effects on documents
 
-static QString settingsPath() {
-    return QDir(appBaseDir()).filePath(QStringLiteral("TDKSettings.ini"));
+static void recolor(cProject& project) {
+    project.map->recolor();
 }
 
-static QString recentKey(int index) {
-    return QStringLiteral("RecentFile%1").arg(index + 1);
+static void takeHistoryLevels(cProject& project) {
+    project.map->history->applyLevels();
 }
 
-void cMainWindow::loadSettings() {
-    const cIniFile file(settingsPath());
-    readSettings(file, *this);
-    for (int i = 0; i < RECENT_FILES; ++i) {
-        const QString path = file.value(RECENT_GROUP, recentKey(i));
-        if (!path.isEmpty())
-            recentFiles.append(path);
+static void noteTransparency(cProject& project) {
+    project.map->noteFaceTransparency();
+}
+
+static void rebuildCullTree(cProject& project) {
+    project.map->buildCullTree();
+}
+
+static void dropSelection(cProject& project) {
+    project.map->updateSelectionMode();
+    project.map->clearSelectionFull();
+}
+
+static void dropHidden(cProject& project) {
+    project.map->dropHidden();
+}
+
+static void measureViews(cProject& project) {
+    project.applyScrollbarSetting();
+    for (const cChildWindow* window : project.windows) {
+        for (cCanvas* canvas : window->canvases) {
+            canvas->setZoom(canvas->zoom);
+            canvas->setOffset(canvas->offsetX, canvas->offsetY);
+        }
     }
-    refreshRecentFiles();
-    updateSettingChecks();
-    const uint32_t memory = Sys_PhysicalMemory();
-    if (clampSettings(*this, memory) && memory)
-        Print("Physical RAM: %u Mb", memory);
-    TempBuffer_FreeAll();
 }
 
-void cMainWindow::saveSettings() {
-    cIniFile file(settingsPath());
-    writeSettings(file, *this);
-    for (int i = 0; i < RECENT_FILES; ++i) {
-        if (i < recentFiles.size())
-            file.setValue(RECENT_GROUP, recentKey(i), recentFiles[i]);
-        else
-            file.remove(RECENT_GROUP, recentKey(i));
+static void updateCursors(cProject& project) {
+    for (const cChildWindow* window : project.windows)
+        for (cCanvas* canvas : window->canvases)
+            canvas->updateCursor();
+}
+
+// Those that may run are started again for all documents at once.
+static void stopTimers(cProject& project) {
+    for (cChildWindow* window : project.windows)
+        window->setTimersRunning(false);
+}
+
+static const struct {
+    unsigned effect;
+    void (*apply)(cProject& project);
+} g_documentEffects[] = {
+    {SE_COLORS, recolor},
+    {SE_HISTORY, takeHistoryLevels},
+    {SE_TRANSPARENCY, noteTransparency},
+    {SE_WORLD, rebuildCullTree},
+    {SE_GROUPS, dropSelection},
+    {SE_HIDDEN, dropHidden},
+    {SE_MEASURES, measureViews},
+    {SE_CURSORS, updateCursors},
+    {SE_TIMERS, stopTimers},
+};
+
+// ---- Changes
+
+static_assert(int(SE_2D) == int(REDRAW_2D) && int(SE_3D) == int(REDRAW_3D));
+
+unsigned cMainWindow::applySettings(const cSettings& after) {
+    const unsigned effects = effectsOf(*this, after);
+    static_cast<cSettings&>(*this) = after;
+    if (effects & SE_COLORS) {
+        m_storage->readColorScheme();
+        applyPalette();
     }
-    m_colors->writeCustom(file, CUSTOM_GROUP);
-    if (file.save())
-        m_configs->save();
+    if (effects & SE_TOOL_BAR)
+        m_menus->setSmallToolIcons(SmallToolIcons);
+    for (cProject* project : qAsConst(projects))
+        for (const auto& row : g_documentEffects)
+            if (effects & row.effect)
+                row.apply(*project);
+    if (effects & SE_TIMERS)
+        updateTimers();
+    updateSnapPane();
+    redrawAllViews(int(effects & SE_VIEWS));
+    updateCommands();
+    return effects;
+}
+
+void cMainWindow::toggleSetting() {
+    const auto* action = dynamic_cast<const QCustomAction*>(sender());
+    if (!action || !action->row)
+        return;
+    const cSettingCheck& setting = action->row->rules.setting;
+    cSettings after = *this;
+    setting.check(after, action->isChecked());
+    applySettings(after);
+    if (setting.said)
+        statusBar()->showMessage(
+            (setting.isOn(*this) ? tr("%1 on") : tr("%1 off")).arg(tr(setting.said)), MESSAGE_TIME);
+}
+
+// ---- Grid
+
+void cMainWindow::setGridSize(int size) {
+    constexpr int MIN_GRID = 1, MAX_GRID = 512;
+    cSettings after = *this;
+    after.gridSize = qBound(MIN_GRID, size, MAX_GRID);
+    applySettings(after);
+}
+
+void cMainWindow::cmdMapSmallerGrid() {
+    setGridSize(gridSize / 2);
+}
+
+void cMainWindow::cmdMapBiggerGrid() {
+    setGridSize(gridSize * 2);
+}
+
+void cMainWindow::updateSnapPane() {
+    setStatusPane(tr("Snap: %1 Grid: %2").arg(SnapToGrid ? tr("On") : tr("Off")).arg(gridSize),
+                  PANE_SNAP);
 }
 
 // ---- Colours
 
-void cMainWindow::loadColorSchemes() {
-    const cIniFile file(settingsPath());
-    if (file.contains(CUSTOM_GROUP, TITLE_KEY))
-        m_colors->readCustom(file, CUSTOM_GROUP);
-    const QString group = QStringLiteral("ColorScheme%1").arg(CurrentColorScheme);
-    if (CurrentColorScheme == -1)
-        m_colors->useCustom();
-    else if (file.contains(group, TITLE_KEY))
-        m_colors->readScheme(file, group);
-    applyPalette();
-}
-
 // Black leaves the application its own look.
 void cMainWindow::applyPalette() {
-    const QColor& color = m_colors->color(COLOR_APPLICATION);
+    const QColor& color = m_services->colors.color(COLOR_APPLICATION);
     if (color.red() || color.green() || color.blue()) {
         QApplication::setPalette(QPalette(color));
         m_paletteChanged = true;
@@ -79,39 +153,5 @@ void cMainWindow::applyPalette() {
         QApplication::setPalette(m_startPalette);
         m_paletteChanged = false;
     }
-    makeConsoleLookLikePanel();
-}
-
-// ---- Recent files
-
-void cMainWindow::addRecentFile(const QString& path) {
-    recentFiles.removeAll(path);
-    recentFiles.prepend(path);
-    refreshRecentFiles();
-}
-
-void cMainWindow::refreshRecentFiles() {
-    for (int i = recentFiles.size() - 1; i >= 0; --i)
-        if (!QFileInfo::exists(recentFiles[i]))
-            recentFiles.removeAt(i);
-    for (int i = 0; i < RECENT_FILES; ++i) {
-        QAction* action = m_recentActions[i];
-        action->setVisible(i < recentFiles.size());
-        if (i >= recentFiles.size())
-            continue;
-        const QFileInfo info(recentFiles[i]);
-        const QString name = info.fileName().replace(QLatin1Char('&'), QLatin1String("&&"));
-        action->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(name));
-        action->setStatusTip(info.canonicalFilePath());
-        action->setData(info.canonicalFilePath());
-    }
-    m_recentSeparator->setVisible(!recentFiles.isEmpty());
-}
-
-void cMainWindow::openRecentFile() {
-    const auto* action = qobject_cast<const QAction*>(sender());
-    if (!action)
-        return;
-    openFile(action->data().toString());
-    checkActiveState(false);
+    m_console->lookLikePanel();
 }

@@ -1,49 +1,28 @@
 // SPDX-License-Identifier: MIT
-// The current tool: how one takes another's place, temporary tools that let another go on
-// drawing, and the commands of the Tools menu that only set how tools work.
+// The commands that choose a tool, and what leaving the face mode means.
 #include "shell/tMainWindow.h"
+#include "shell/tObjectsDock.h"
 #include "shell/tProject.h"
+#include "shell/tToolSwitch.h"
 #include "views/tCanvas.h"
 #include "views/tChildWindow.h"
 
-#include <QAction>
 #include <QMessageBox>
-#include <QStatusBar>
-
-// What happens when the button of the current tool is pressed again.
-static bool reselects(int id) {
-    return id == TOOL_CLIP || id == TOOL_VERTEX;
-}
 
 // ---- Switching
 
-void cMainWindow::refreshToolViews() {
+void cMainWindow::showTool() {
     for (cProject* project : projects)
         for (const cChildWindow* window : project->windows)
             for (cCanvas* canvas : window->canvases)
                 canvas->updateCursor();
     redrawAllViews(REDRAW_ALL);
-    updateToolActions();
-}
-
-void cMainWindow::endSuspendedTool(int next) {
-    if (suspendedTool && suspendedTool->getId() != next)
-        suspendedTool->deactivate();
-    suspendedTool = nullptr;
-}
-
-// The tool that loses its place finishes its work.
-void cMainWindow::makeCurrent(int id) {
-    cTool* tool = tools[size_t(id)].get();
-    if (tool == currentTool)
-        return;
-    if (currentTool)
-        currentTool->deactivate();
-    currentTool = tool;
+    updateBoxPane();
+    updateCommands();
 }
 
 void cMainWindow::setTool(int id) {
-    static const cCommandSlot commands[TOOL_COUNT] = {
+    static void (cMainWindow::*const commands[TOOL_COUNT])() = {
         &cMainWindow::toolSelect,
         &cMainWindow::toolMagnify,
         &cMainWindow::toolCamera,
@@ -60,63 +39,42 @@ void cMainWindow::setTool(int id) {
         (this->*commands[id])();
 }
 
-void cMainWindow::switchTool(int id) {
-    leaveFaceMode();
-    endSuspendedTool(id);
-    if (currentToolId() == id) {
-        if (reselects(id))
-            currentTool->reselect();
-    } else {
-        makeCurrent(id);
-    }
-    refreshToolViews();
-}
-
-void cMainWindow::setTemporaryTool(int id) {
-    const int current = currentToolId();
-    if (current != TOOL_SELECT && current != TOOL_MAGNIFY && current != TOOL_CAMERA)
-        suspendedTool = currentTool;
-    if (currentTool)
-        currentTool->breakOff();
-    currentTool = tools[size_t(id)].get();
-    refreshToolViews();
-}
-
 void cMainWindow::toolSelect() {
     if (currentToolId() == TOOL_TEXTURE)
         leaveFaceMode();
-    endSuspendedTool(TOOL_SELECT);
-    makeCurrent(TOOL_SELECT);
-    refreshToolViews();
+    m_tools->switchTo(TOOL_SELECT);
 }
 
 void cMainWindow::toolMagnify() {
-    setTemporaryTool(TOOL_MAGNIFY);
+    m_tools->switchForAWhile(TOOL_MAGNIFY);
 }
 
 void cMainWindow::toolCamera() {
-    setTemporaryTool(TOOL_CAMERA);
-}
-
-// A tool that is not built yet takes its place all the same, and says so.
-void cMainWindow::setPendingTool(int id) {
-    switchTool(id);
-    msgFeatureUnderDevelopment();
+    m_tools->switchForAWhile(TOOL_CAMERA);
 }
 
 void cMainWindow::toolEntity() {
-    if (activeChild() && pointClassNames().isEmpty()) {
+    if (activeChild() && m_objectsDock->pointClassNames().isEmpty()) {
         QMessageBox::warning(this, QStringLiteral("Karvex"),
                              tr("There are no point entities in current game data!\n"
                                 "Entity Tool is not available."));
         toolBrush();
         return;
     }
-    switchTool(TOOL_ENTITY);
+    leaveFaceMode();
+    m_tools->switchTo(TOOL_ENTITY);
 }
 
 void cMainWindow::toolBrush() {
-    switchTool(TOOL_BLOCK);
+    leaveFaceMode();
+    m_tools->switchTo(TOOL_BLOCK);
+}
+
+// A tool that is not built yet takes its place all the same, and says so.
+void cMainWindow::setPendingTool(int id) {
+    leaveFaceMode();
+    m_tools->switchTo(id);
+    msgFeatureUnderDevelopment();
 }
 
 void cMainWindow::toolApplyDecals() {
@@ -144,64 +102,23 @@ void cMainWindow::toolPath() {
 void cMainWindow::toolTextureApplication() {
     if (currentToolId() == TOOL_TEXTURE) {
         leaveFaceMode();
-        refreshToolViews();
         return;
     }
-    endSuspendedTool(TOOL_TEXTURE);
-    makeCurrent(TOOL_TEXTURE);
+    m_tools->switchTo(TOOL_TEXTURE);
     if (cProject* project = activeProject())
         project->map->clearSelection();
-    refreshToolViews();
     msgFeatureUnderDevelopment();
 }
 
 void cMainWindow::leaveFaceMode() {
-    if (!KeepHideMask)
-        HideMask &= ~HM_FACE_MASK;
+    if (!KeepHideMask) {
+        cSettings after = *this;
+        after.HideMask &= ~HM_FACE_MASK;
+        applySettings(after);
+    }
     if (currentToolId() != TOOL_TEXTURE)
         return;
-    makeCurrent(TOOL_SELECT);
-    for (cProject* project : projects)
+    m_tools->switchTo(TOOL_SELECT);
+    for (cProject* project : qAsConst(projects))
         project->map->clearSelection();
-}
-
-// ---- How tools work
-
-void cMainWindow::cmdToolsTextureLock() {
-    toggleAndRedraw(TextureLock, 0, "Texture locking on", "Texture locking off");
-}
-
-void cMainWindow::cmdToolsTextureLockScale() {
-    toggleAndRedraw(TextureLockScale, 0, "Texture locking (scale) on",
-                    "Texture locking (scale) off");
-}
-
-void cMainWindow::cmdToolsTextureAlignment() {
-    toggle(TextureFaceAlign);
-}
-
-// Checked means that nothing restricts the tool.
-void cMainWindow::cmdToolsToggleVertexRes() {
-    const auto* action = qobject_cast<const QAction*>(sender());
-    if (!action)
-        return;
-    VertexToolRestrict = !action->isChecked();
-    updateSettingChecks();
-    statusBar()->showMessage(VertexToolRestrict ? tr("Vertex manipulation restrictions on")
-                                                : tr("Vertex manipulation restrictions off"),
-                             MESSAGE_TIME);
-}
-
-void cMainWindow::cmdToolsCordon() {
-    toggleAndRedraw(EnableCordon, REDRAW_ALL, nullptr, nullptr);
-}
-
-void cMainWindow::cmdToolsIgnoreGroups() {
-    if (!toggle(IgnoreGroups))
-        return;
-    for (cProject* project : projects) {
-        project->map->updateSelectionMode();
-        project->map->clearSelectionFull();
-    }
-    updateActionStates(AS_GROUP);
 }

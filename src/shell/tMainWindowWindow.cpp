@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Document windows: which ones a project gets, the list of them in the Window menu, and that
-// menu's commands with those of the message console.
+// Document windows: which ones a project gets; the commands of the Window menu, with those of the
+// message console.
+#include "shell/tConsoleDock.h"
+#include "shell/tFileDialogs.h"
+#include "shell/tLayoutStorage.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
 #include "support/tConsole.h"
@@ -9,13 +12,11 @@
 #include "views/tChildWindow.h"
 
 #include <QAction>
-#include <QDockWidget>
 #include <QFile>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMessageBox>
-#include <QSignalMapper>
 #include <QTextEdit>
 
 // ---- Making windows
@@ -89,31 +90,6 @@ void cMainWindow::createProjectWindows(cProject* project) {
 
 // ---- The Window menu
 
-void cMainWindow::updateWindowList() {
-    for (QAction* action : m_windowActions) {
-        m_windowMenu->removeAction(action);
-        action->deleteLater(); // it may be the one that was just triggered
-    }
-    m_windowActions.clear();
-    const QList<QMdiSubWindow*> windows = m_mdiArea->subWindowList();
-    m_windowSeparator->setVisible(!windows.isEmpty());
-    int number = 0;
-    for (QMdiSubWindow* window : windows) {
-        const auto* child = qobject_cast<cChildWindow*>(window->widget());
-        if (!child)
-            continue;
-        const QString format = ++number < 10 ? QStringLiteral("&%1 %2") : QStringLiteral("%1 %2");
-        QString title = child->windowTitle();
-        title.replace(QLatin1Char('&'), QLatin1String("&&"));
-        QAction* action = m_windowMenu->addAction(format.arg(number).arg(title));
-        action->setCheckable(true);
-        action->setChecked(child == activeChild());
-        connect(action, &QAction::triggered, m_windowMapper, QOverload<>::of(&QSignalMapper::map));
-        m_windowMapper->setMapping(action, window);
-        m_windowActions.append(action);
-    }
-}
-
 void cMainWindow::cmdWindowNew() {
     cProject* project = activeProject();
     if (!project)
@@ -141,19 +117,35 @@ void cMainWindow::cmdWindowPrev() {
     m_mdiArea->activatePreviousSubWindow();
 }
 
+// ---- The stored window
+
+static QMdiSubWindow* frameOf(const cChildWindow* child) {
+    return child ? qobject_cast<QMdiSubWindow*>(child->parentWidget()) : nullptr;
+}
+
+void cMainWindow::cmdMapSaveWindowState() {
+    if (const QMdiSubWindow* frame = frameOf(activeChild()))
+        m_layout->takeChild(*frame);
+}
+
+void cMainWindow::cmdMapLoadWindowState() {
+    if (QMdiSubWindow* frame = frameOf(activeChild()))
+        m_layout->placeChild(*frame);
+}
+
 // ---- The console
 
 void cMainWindow::cmdWindowMessages() {
     if (const auto* action = qobject_cast<const QAction*>(sender()))
-        m_consoleDock->setVisible(action->isChecked());
+        m_console->setVisible(action->isChecked());
 }
 
 void cMainWindow::cmdWindowExportMessages() {
-    const QString text = m_consoleText->toPlainText();
+    const QString text = m_console->text()->toPlainText();
     if (text.isEmpty())
         return;
     const QString name =
-        askSaveName(RecentMapDirectory, {{tr("Text files (*.txt)"), QStringLiteral(".txt")}});
+        askSaveName(this, RecentMapDirectory, {{tr("Text files (*.txt)"), QStringLiteral(".txt")}});
     if (name.isEmpty())
         return;
     QFile file(name);
@@ -166,5 +158,5 @@ void cMainWindow::cmdWindowExportMessages() {
                              tr("Failed to write: %1\n%2").arg(name, file.errorString()));
         return;
     }
-    appendConsole(tr("Messages exported to \"%1\"").arg(name), false, true);
+    m_console->append(tr("Messages exported to \"%1\"").arg(name), false, true);
 }

@@ -5,8 +5,11 @@
 #include "dialogs/tSelectGameCfgDialog.h"
 #include "document/tEntity.h"
 #include "document/tHistory.h"
-#include "resources/tGameConfigRegistry.h"
+#include "shell/tFileDialogs.h"
 #include "shell/tMainWindow.h"
+#include "shell/tRecentFiles.h"
+#include "shell/tServices.h"
+#include "shell/tStatusPanes.h"
 #include "support/tConsole.h"
 #include "support/tMapText.h"
 #include "support/tSystem.h"
@@ -22,7 +25,7 @@
 static const QString PROGRAM_NAME = QStringLiteral("Karvex");
 
 cProject::cProject()
-    : game(g_mainWindow->configs(), g_mainWindow->textures()),
+    : game(g_mainWindow->services().configs, g_mainWindow->services().textures),
       map(std::make_unique<cMap>(game, this)) {}
 
 cProject::~cProject() {
@@ -31,8 +34,8 @@ cProject::~cProject() {
     detachWindows();
     map.reset();
     if (g_mainWindow) {
-        g_mainWindow->setStatusPane(QString(), 2);
-        g_mainWindow->setStatusPane(QString(), 4);
+        g_mainWindow->setStatusPane(QString(), PANE_SELECTION);
+        g_mainWindow->setStatusPane(QString(), PANE_BOX);
     }
 }
 
@@ -51,7 +54,7 @@ cConfigFolders* cProject::viewConfig() {
 // ---- The game configuration
 
 bool cProject::selectGameConfig() {
-    const cGameConfigRegistry& registry = g_mainWindow->configs();
+    const cGameConfigRegistry& registry = g_mainWindow->services().configs;
     if (registry.configs.isEmpty()) {
         refuseWithoutConfig(QCoreApplication::translate(
             "cProject",
@@ -100,7 +103,7 @@ void cProject::takeConfig(cGameConfig* config) {
 }
 
 void cProject::precacheConfig() {
-    cGameConfigRegistry& registry = g_mainWindow->configs();
+    cGameConfigRegistry& registry = g_mainWindow->services().configs;
     if (registry.needsPrecache(game.config)) {
         const cBusy busy;
         g_mainWindow->showWaitDialog(
@@ -112,12 +115,12 @@ void cProject::precacheConfig() {
 }
 
 void cProject::activateConfig() {
-    g_mainWindow->configs().setCurrent(game.config);
+    g_mainWindow->services().configs.setCurrent(game.config);
     setActiveConfig(game.config);
 }
 
 void cProject::reconfigure() {
-    game.config = g_mainWindow->configs().find(gameConfigName);
+    game.config = g_mainWindow->services().configs.find(gameConfigName);
     applyScrollbarSetting();
     redrawViews(REDRAW_ALL);
 }
@@ -149,7 +152,7 @@ bool cProject::newProject() {
 
 void cProject::createWorldspawn() {
     static const float origin[3] = {0, 0, 0};
-    const cEntityClass* worldClass = g_mainWindow->configs().findWorldspawn(game.config);
+    const cEntityClass* worldClass = g_mainWindow->services().configs.findWorldspawn(game.config);
     const QByteArray name =
         worldClass ? toMapText(worldClass->name) : QByteArrayLiteral("worldspawn");
     cEntityData* world = map->addEntity(name.constData(), origin, EF_WORLD);
@@ -183,13 +186,14 @@ bool cProject::saveOrBeep(const QString& file) {
 
 bool cProject::saveAsNewFile() {
     const QString directory = game.config ? game.config->mapSourceFileDirectory : QString();
-    const QString name = g_mainWindow->askSaveName(
-        directory, {{QStringLiteral("Map Projects (*.kvx)"), QStringLiteral(".kvx")}}, baseName());
+    const QString name =
+        askSaveName(g_mainWindow, directory,
+                    {{QStringLiteral("Map Projects (*.kvx)"), QStringLiteral(".kvx")}}, baseName());
     if (name.isEmpty())
         return false;
     if (!saveOrBeep(name))
         return false;
-    g_mainWindow->addRecentFile(name);
+    g_mainWindow->recentFiles().add(name);
     return true;
 }
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // How a project reaches the disk and comes back: its own format, and the formats of the plug-ins.
 #include "document/tProjectFile.h"
-#include "pluginhost/tPluginManager.h"
-#include "resources/tGameConfigRegistry.h"
 #include "resources/tTextureCatalogue.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "shell/tServices.h"
 #include "support/tConsole.h"
 #include "support/tMapText.h"
 #include "support/tSystem.h"
@@ -96,7 +95,7 @@ bool cProject::importMap(const QString& file) {
     const cMapProfile& own = game.profile();
     if (!own.library)
         return false;
-    const QList<cMapFormat>& formats = g_mainWindow->plugins().importFormats;
+    const QList<cMapFormat>& formats = g_mainWindow->services().plugins.importFormats;
     const QString extension = extensionOf(file);
     QList<const cMapFormat*> fitting = fittingFormats(formats, own.library, extension);
     if (fitting.isEmpty()) {
@@ -124,8 +123,8 @@ bool cProject::saveProject(const QString& file) {
     const cMapProfile& own = game.profile();
     QList<const cMapFormat*> fitting;
     if (own.library)
-        fitting =
-            fittingFormats(g_mainWindow->plugins().exportFormats, own.library, extensionOf(file));
+        fitting = fittingFormats(g_mainWindow->services().plugins.exportFormats, own.library,
+                                 extensionOf(file));
     if (fitting.isEmpty()) {
         Error("map format is not supported (please save the project as either KVX or any format "
               "supported by %s plugin)",
@@ -158,8 +157,8 @@ bool cProject::exportProject(const QString& file) {
     if (!own.library)
         return false;
     const cBusy busy;
-    const QList<const cMapFormat*> fitting =
-        fittingFormats(g_mainWindow->plugins().exportFormats, own.library, QStringLiteral(".map"));
+    const QList<const cMapFormat*> fitting = fittingFormats(
+        g_mainWindow->services().plugins.exportFormats, own.library, QStringLiteral(".map"));
     if (fitting.isEmpty()) {
         Error("map format is not supported");
         return false;

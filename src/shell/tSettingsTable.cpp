@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The settings in the order of the file, and their limits.
+// The settings in the order of the file, what follows from a change of each, and their limits.
 #include "shell/tSettingsTable.h"
 
 #include "support/tIniFile.h"
@@ -11,78 +11,78 @@ static const cSettingRow g_rows[] = {
     {nullptr, "IndependentWindows", &cSettings::IndependentWindows},
     {nullptr, "CreateDefaultWindows", &cSettings::CreateDefaultWindows},
     {nullptr, "NoPrecache", &cSettings::NoPrecache},
-    {nullptr, "UseCullTree", &cSettings::UseCullTree},
-    {nullptr, "DrawCullTree", &cSettings::DrawCullTree},
+    {nullptr, "UseCullTree", &cSettings::UseCullTree, SE_VIEWS},
+    {nullptr, "DrawCullTree", &cSettings::DrawCullTree, SE_VIEWS},
     {nullptr, "TransformAngles", &cSettings::TransformAngles},
     {nullptr, "DontSnapPrimitivePoints", &cSettings::DontSnapPrimitivePoints},
     {nullptr, "StretchArches", &cSettings::StretchArches},
     {nullptr, "RestoreCutObjects", &cSettings::RestoreCutObjects},
     {nullptr, "PreciseModelSelection", &cSettings::PreciseModelSelection},
     {nullptr, "ModelAltScale", &cSettings::ModelAltScale},
-    {nullptr, "SmallToolIcons", &cSettings::SmallToolIcons},
+    {nullptr, "SmallToolIcons", &cSettings::SmallToolIcons, SE_TOOL_BAR},
     {nullptr, "SkipFitDialog", &cSettings::SkipFitDialog},
     {nullptr, "SkipDefaultRoomDialog", &cSettings::SkipDefaultRoomDialog},
     {nullptr, "HalfSizeTextures", &cSettings::HalfSizeTextures},
     {nullptr, "MinHalfSizeTextureDims", &cSettings::MinHalfSizeTextureDims},
     {nullptr, "TextureCompression", &cSettings::TextureCompression},
     {nullptr, "AutoMipmaps", &cSettings::AutoMipmaps},
-    {nullptr, "AnisotropicFilter", &cSettings::AnisotropicFilter},
-    {nullptr, "NoPolyOffset", &cSettings::NoPolyOffset},
-    {nullptr, "TextureQuality", &cSettings::TextureQuality},
+    {nullptr, "AnisotropicFilter", &cSettings::AnisotropicFilter, SE_3D},
+    {nullptr, "NoPolyOffset", &cSettings::NoPolyOffset, SE_VIEWS},
+    {nullptr, "TextureQuality", &cSettings::TextureQuality, SE_RESTART},
     {nullptr, "UndoEnabled", &cSettings::UndoEnabled},
-    {nullptr, "UndoLevels", &cSettings::UndoLevels},
-    {nullptr, "MaxWorldSize", &cSettings::MaxWorldSize},
-    {nullptr, "SelectionBulletSize", &cSettings::SelectionBulletSize},
-    {nullptr, "VertexToolBulletSize", &cSettings::VertexToolBulletSize},
+    {nullptr, "UndoLevels", &cSettings::UndoLevels, SE_HISTORY},
+    {nullptr, "MaxWorldSize", &cSettings::MaxWorldSize, SE_VIEWS | SE_MEASURES | SE_WORLD},
+    {nullptr, "SelectionBulletSize", &cSettings::SelectionBulletSize, SE_VIEWS},
+    {nullptr, "VertexToolBulletSize", &cSettings::VertexToolBulletSize, SE_VIEWS},
     {nullptr, "DefaultTextureScale", &cSettings::DefaultTextureScale},
-    {nullptr, "CurrentColorScheme", &cSettings::CurrentColorScheme},
+    {nullptr, "CurrentColorScheme", &cSettings::CurrentColorScheme, SE_VIEWS | SE_COLORS},
     {"RecentFiles", "RecentMapDirectory", &cSettings::RecentMapDirectory},
-    {"View2D", "CrosshairCursor", &cSettings::CrosshairCursor},
+    {"View2D", "CrosshairCursor", &cSettings::CrosshairCursor, SE_2D | SE_CURSORS},
     {"View2D", "Default15DegreeRotation", &cSettings::Default15DegreeRotation},
-    {"View2D", "EnableScrollbars", &cSettings::EnableScrollbars},
-    {"View2D", "DrawVertices", &cSettings::DrawVertices},
-    {"View2D", "DrawModels", &cSettings::DrawModels},
-    {"View2D", "DrawCamera", &cSettings::DrawCamera},
-    {"View2D", "FastCamera", &cSettings::FastCamera},
-    {"View2D", "DrawSizingInfo", &cSettings::DrawSizingInfo},
+    {"View2D", "EnableScrollbars", &cSettings::EnableScrollbars, SE_2D | SE_MEASURES},
+    {"View2D", "DrawVertices", &cSettings::DrawVertices, SE_2D},
+    {"View2D", "DrawModels", &cSettings::DrawModels, SE_2D},
+    {"View2D", "DrawCamera", &cSettings::DrawCamera, SE_2D},
+    {"View2D", "FastCamera", &cSettings::FastCamera, SE_2D},
+    {"View2D", "DrawSizingInfo", &cSettings::DrawSizingInfo, SE_2D},
     {"View2D", "CenterOnCamera", &cSettings::CenterOnCamera},
-    {"View2D", "UseVisgroupColors", &cSettings::UseVisgroupColors},
+    {"View2D", "UseVisgroupColors", &cSettings::UseVisgroupColors, SE_2D},
     {"View2D", "ReorientPrimitives", &cSettings::ReorientPrimitives},
     {"View2D", "SelectAuto", &cSettings::SelectAuto},
-    {"View2D", "SelectByHandles", &cSettings::SelectByHandles},
+    {"View2D", "SelectByHandles", &cSettings::SelectByHandles, SE_VIEWS},
     {"View2D", "KeepCloneVisGroup", &cSettings::KeepCloneVisGroup},
     {"View2D", "GridDefaultSize", &cSettings::GridDefaultSize},
-    {"View2D", "GridHighlightStep", &cSettings::GridHighlightStep},
-    {"View2D", "GridHighlight", &cSettings::GridHighlight},
-    {"View2D", "HideSmallGrid", &cSettings::HideSmallGrid},
-    {"View2D", "DottedGrid", &cSettings::DottedGrid},
-    {"View3D", "BackClip", &cSettings::BackClip},
+    {"View2D", "GridHighlightStep", &cSettings::GridHighlightStep, SE_VIEWS},
+    {"View2D", "GridHighlight", &cSettings::GridHighlight, SE_VIEWS},
+    {"View2D", "HideSmallGrid", &cSettings::HideSmallGrid, SE_VIEWS},
+    {"View2D", "DottedGrid", &cSettings::DottedGrid, SE_VIEWS},
+    {"View3D", "BackClip", &cSettings::BackClip, SE_3D | SE_MEASURES},
     {"View3D", "Sensitivity", &cSettings::Sensitivity},
-    {"View3D", "TextureFilter", &cSettings::TextureFilter},
-    {"View3D", "Antialiasing", &cSettings::Antialiasing},
-    {"View3D", "Transparency", &cSettings::Transparency},
-    {"View3D", "TransparentSort", &cSettings::TransparentSort},
-    {"View3D", "AnimateModels", &cSettings::AnimateModels},
-    {"View3D", "ModelRenderDistance", &cSettings::ModelRenderDistance},
-    {"View3D", "EnergySavingMode", &cSettings::EnergySavingMode},
+    {"View3D", "TextureFilter", &cSettings::TextureFilter, SE_3D},
+    {"View3D", "Antialiasing", &cSettings::Antialiasing, SE_VIEWS | SE_RESTART_ON},
+    {"View3D", "Transparency", &cSettings::Transparency, SE_3D},
+    {"View3D", "TransparentSort", &cSettings::TransparentSort, SE_3D},
+    {"View3D", "AnimateModels", &cSettings::AnimateModels, SE_3D},
+    {"View3D", "ModelRenderDistance", &cSettings::ModelRenderDistance, SE_3D},
+    {"View3D", "EnergySavingMode", &cSettings::EnergySavingMode, SE_TIMERS},
     {"View3D", "Mouselook", &cSettings::Mouselook},
     {"View3D", "MouseReverseY", &cSettings::MouseReverseY},
     {"View3D", "ForwardSpeed", &cSettings::ForwardSpeed},
     {"View3D", "TimeToTopSpeed", &cSettings::TimeToTopSpeed},
-    {"Map", "EnableGrid2D", &cSettings::EnableGrid2D},
-    {"Map", "EnableGrid3D", &cSettings::EnableGrid3D},
+    {"Map", "EnableGrid2D", &cSettings::EnableGrid2D, SE_2D},
+    {"Map", "EnableGrid3D", &cSettings::EnableGrid3D, SE_3D},
     {"Map", "SnapToGrid", &cSettings::SnapToGrid},
-    {"View", "ShowConnections", &cSettings::ShowConnections},
-    {"View", "DrawNoDraw", &cSettings::DrawNoDraw},
-    {"View", "TextureTransparency", &cSettings::TextureTransparency},
-    {"View", "EntityTransparency", &cSettings::EntityTransparency},
-    {"View", "HideMask", &cSettings::HideMask},
+    {"View", "ShowConnections", &cSettings::ShowConnections, SE_VIEWS},
+    {"View", "DrawNoDraw", &cSettings::DrawNoDraw, SE_3D},
+    {"View", "TextureTransparency", &cSettings::TextureTransparency, SE_3D | SE_TRANSPARENCY},
+    {"View", "EntityTransparency", &cSettings::EntityTransparency, SE_3D},
+    {"View", "HideMask", &cSettings::HideMask, SE_VIEWS | SE_HIDDEN},
     {"Compiler", "ExpertMode", &cSettings::ExpertMode},
-    {"Compiler", "EnableCordon", &cSettings::EnableCordon},
+    {"Compiler", "EnableCordon", &cSettings::EnableCordon, SE_VIEWS},
     {"Tools", "TextureLock", &cSettings::TextureLock},
     {"Tools", "TextureLockScale", &cSettings::TextureLockScale},
     {"Tools", "TextureFaceAlign", &cSettings::TextureFaceAlign},
-    {"Tools", "IgnoreGroups", &cSettings::IgnoreGroups},
+    {"Tools", "IgnoreGroups", &cSettings::IgnoreGroups, SE_GROUPS},
     {"Tools", "VertexToolRestrict", &cSettings::VertexToolRestrict},
     {"Tools", "ClearSelectionOnEscape", &cSettings::ClearSelectionOnEscape},
     {"Tools", "KeepHideMask", &cSettings::KeepHideMask},
@@ -93,6 +93,28 @@ static const cSettingRow g_rows[] = {
 cSettingRows settingsTable() {
     return {g_rows, int(std::size(g_rows))};
 }
+
+// ---- Effects
+
+static unsigned effectOf(const cSettingRow& row, const cSettings& after) {
+    if (!(row.effects & SE_RESTART_ON))
+        return row.effects;
+    const auto* flag = std::get_if<bool cSettings::*>(&row.member);
+    const bool on = flag && after.*(*flag);
+    return (row.effects & ~unsigned(SE_RESTART_ON)) | (on ? unsigned(SE_RESTART) : 0u);
+}
+
+unsigned effectsOf(const cSettings& before, const cSettings& after) {
+    unsigned effects = before.gridSize != after.gridSize ? unsigned(SE_VIEWS) : 0u;
+    for (const cSettingRow& row : settingsTable()) {
+        const auto differs = [&](auto member) { return before.*member != after.*member; };
+        if (std::visit(differs, row.member))
+            effects |= effectOf(row, after);
+    }
+    return effects;
+}
+
+// ---- The file
 
 // Keys without a group stand under "General" in the file.
 static QString groupOf(const cSettingRow& row) {

@@ -9,6 +9,7 @@
 #include "support/tVec.h"
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
+#include "views/tOverlay.h"
 
 #include <algorithm>
 
@@ -299,12 +300,13 @@ void cSelectionDrag::endMoving() {
 
 // ---- Drawing
 
-void cSelectionDrag::drawOutline(cCanvas& canvas) const {
+void cSelectionDrag::drawOutline(cOverlay& overlay, const uint8_t* rgba) const {
+    const cSelectionBox& b = box();
     if (m_rotAxis >= 0 && m_shearAxis >= 0)
-        canvas.drawBoxLinesTransformed(box().mins, box().maxs, m_rotAxis, m_shearAxis,
-                                       box().rotation, box().shear);
+        overlay.boxTransformed(b.mins, b.maxs, m_rotAxis, m_shearAxis, b.rotation, b.shear,
+                               stippled(rgba));
     else
-        canvas.drawBoxLines(box().mins, box().maxs);
+        overlay.box(b.mins, b.maxs, stippled(rgba));
 }
 
 static bool isOnePointEntity(const cMapData& data) {
@@ -312,7 +314,7 @@ static bool isOnePointEntity(const cMapData& data) {
     return entity && !entity->nextSelected && (entity->flags & EF_POINT) && !data.selectedBrushes;
 }
 
-void cSelectionDrag::drawReference(cCanvas& canvas) const {
+void cSelectionDrag::drawReference(cCanvas& canvas, cOverlay& overlay, const uint8_t* rgba) const {
     if (m_kind != DRAG_BOX)
         return;
     float point[3];
@@ -320,10 +322,12 @@ void cSelectionDrag::drawReference(cCanvas& canvas) const {
         box().handlePoint(canvas.axisH, canvas.axisV, BH_NONE, point);
     else
         box().nearestCorner(canvas.axisH, canvas.axisV, m_point, point);
-    canvas.drawSquareLines(point, MARK_SIZE);
+    overlay.square(point, MARK_SIZE, rgba);
 }
 
-void cSelectionDrag::drawPreview(cCanvas& canvas, cDrawStats& stats) {
-    if (m_moving)
-        m_preview.draw(*canvas.map(), canvas.viewInfo, stats, record(m_modifiers));
+void cSelectionDrag::drawPreview(cCanvas& canvas, cOverlay& overlay) {
+    if (!m_moving)
+        return;
+    overlay.flush();
+    m_preview.draw(*canvas.map(), canvas.viewInfo, canvas.stats, record(m_modifiers));
 }

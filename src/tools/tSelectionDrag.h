@@ -12,8 +12,8 @@
 
 class cCanvas;
 class cMap;
+class cOverlay;
 class cSelectionBox;
-struct cDrawStats;
 struct cSelectionFrame;
 
 // What the handles do; a click inside the box goes on to the next.
@@ -38,10 +38,10 @@ public:
     bool changesNothing() const; // it has come back to where it began
     bool isIn(const cMap& map) const;
     cTransformRecord record(Qt::KeyboardModifiers modifiers) const;
-    void drawOutline(cCanvas& canvas) const; // the box as the drag shapes it
+    void drawOutline(cOverlay& overlay, const uint8_t* rgba) const; // as the drag shapes the box
     // In another view of the document, too: the square at the point to line up with others.
-    void drawReference(cCanvas& canvas) const;
-    void drawPreview(cCanvas& canvas, cDrawStats& stats);
+    void drawReference(cCanvas& canvas, cOverlay& overlay, const uint8_t* rgba) const;
+    void drawPreview(cCanvas& canvas, cOverlay& overlay); // over what the overlay holds
 
 private:
     // What a drag began on.

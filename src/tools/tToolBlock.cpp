@@ -10,6 +10,7 @@
 #include "support/tVec.h"
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
+#include "views/tOverlay.h"
 #include "views/tViewHost.h"
 
 #include <QCursor>
@@ -191,57 +192,49 @@ const unsigned char* cToolBlock::color() const {
     return g_host->schemeColor(dragging() ? COLOR_ACTIVE_SELECTION : COLOR_BRUSH_CREATION);
 }
 
-void cToolBlock::drawHandles(cCanvas* canvas, const cViewInfo& view) const {
+void cToolBlock::drawHandles(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) const {
     for (int handle = BH_TOP_LEFT; handle <= BH_BOTTOM; ++handle) {
         float point[3];
         boxOf(*canvas).handlePoint(view.axisH, view.axisV, handle, point);
         const cHandleShift shift = handleShift(handle);
-        canvas->drawBullet(point, view.selectionBulletSize, shift.x, shift.y, BULLET_VERTEX);
+        overlay.bullet(point, view.selectionBulletSize, shift.x, shift.y, BULLET_VERTEX);
     }
 }
 
-void cToolBlock::draw(cCanvas* canvas, const cViewInfo& view, cDrawStats&) {
+void cToolBlock::draw(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) {
     const cSelectionBox& box = boxOf(*canvas);
     if (!box.active)
         return;
     if (view.is3D) {
-        glColor4ubv(g_host->schemeColor(COLOR_BRUSH_CREATION));
-        canvas->drawBoxLines(box.mins, box.maxs);
+        overlay.box(box.mins, box.maxs, g_host->schemeColor(COLOR_BRUSH_CREATION));
         return;
     }
-    glColor4ubv(color());
-    glEnable(GL_LINE_STIPPLE);
-    canvas->drawBoxLines(box.mins, box.maxs);
-    glDisable(GL_LINE_STIPPLE);
+    overlay.box(box.mins, box.maxs, stippled(color()));
     if (!dragging()) {
-        drawHandles(canvas, view);
+        drawHandles(canvas, view, overlay);
     } else if (overBox()) {
         float corner[3];
         box.nearestCorner(view.axisH, view.axisV, m_refPoint, corner);
-        canvas->drawSquareLines(corner, MARK_SIZE);
+        overlay.square(corner, MARK_SIZE, color());
     }
 }
 
 // ---- Sizes beside the box
 
-static void drawBracket(const int points[4][2]) {
-    glBegin(GL_LINE_STRIP);
-    for (int i = 0; i < 4; ++i)
-        glVertex2f(float(points[i][0]) + 0.5f, float(points[i][1]) + 0.5f);
-    glEnd();
-}
-
-static void setShadow(const unsigned char* rgba) {
+// Through the middles of pixels.
+static void drawBracket(cOverlay& overlay, const int (&corners)[4][2], const uint8_t* rgba) {
     static constexpr float SHADOW = 0.45f;
-    glColor4f(float(rgba[0]) / 255 * SHADOW, float(rgba[1]) / 255 * SHADOW,
-              float(rgba[2]) / 255 * SHADOW, float(rgba[3]) / 255);
+    float points[4][3];
+    for (int i = 0; i < 4; ++i)
+        vecSet(points[i], float(corners[i][0]) + 0.5f, float(corners[i][1]) + 0.5f, 0.0f);
+    overlay.polyline(points, 4, darker(rgba, SHADOW).data());
 }
 
 static QString axisLabel(int axis, float value) {
     return QStringLiteral("%1 %2").arg(QLatin1Char("xyz"[axis])).arg(int(value));
 }
 
-void cToolBlock::drawOverlay(cCanvas* canvas, const cViewInfo& view) {
+void cToolBlock::drawOverlay(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) {
     if (view.is3D || !g_host->DrawSizingInfo || !canvas->map() || !boxOf(*canvas).active)
         return;
     const cSelectionBox& box = boxOf(*canvas);
@@ -251,26 +244,23 @@ void cToolBlock::drawOverlay(cCanvas* canvas, const cViewInfo& view) {
     canvas->projectToScreen(box.maxs, b);
     const int left = int(std::min(a[0], b[0])), right = int(std::max(a[0], b[0]));
     const int top = int(std::min(a[1], b[1])), bottom = int(std::max(a[1], b[1]));
-    glColor4ubv(color());
-    canvas->drawScreenText(
+    overlay.text(
         left, top - 8, 0, TEXT_LEFT,
-        QStringLiteral("(%1 %2)").arg(axisLabel(h, box.mins[h]), axisLabel(v, box.maxs[v])));
+        QStringLiteral("(%1 %2)").arg(axisLabel(h, box.mins[h]), axisLabel(v, box.maxs[v])),
+        color());
     if (right - left >= 1) {
-        const int bracket[4][2] = {
-            {left, bottom + 3}, {left, bottom + 6}, {right, bottom + 6}, {right, bottom + 3}};
-        setShadow(color());
-        drawBracket(bracket);
-        glColor4ubv(color());
-        canvas->drawScreenText(left, bottom + 20, right - left, TEXT_CENTER,
-                               axisLabel(h, box.maxs[h] - box.mins[h]));
+        drawBracket(
+            overlay,
+            {{left, bottom + 3}, {left, bottom + 6}, {right, bottom + 6}, {right, bottom + 3}},
+            color());
+        overlay.text(left, bottom + 20, right - left, TEXT_CENTER,
+                     axisLabel(h, box.maxs[h] - box.mins[h]), color());
     }
     if (bottom - top >= 1) {
-        const int bracket[4][2] = {
-            {right + 3, top}, {right + 6, top}, {right + 6, bottom}, {right + 3, bottom}};
-        setShadow(color());
-        drawBracket(bracket);
-        glColor4ubv(color());
-        canvas->drawScreenText(right + 15, (top + bottom) / 2 + 5, 0, TEXT_LEFT,
-                               axisLabel(v, box.maxs[v] - box.mins[v]));
+        drawBracket(overlay,
+                    {{right + 3, top}, {right + 6, top}, {right + 6, bottom}, {right + 3, bottom}},
+                    color());
+        overlay.text(right + 15, (top + bottom) / 2 + 5, 0, TEXT_LEFT,
+                     axisLabel(v, box.maxs[v] - box.mins[v]), color());
     }
 }

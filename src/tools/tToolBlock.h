@@ -14,8 +14,8 @@ public:
     bool setCursor(cCanvas* canvas) override;
     bool contextMenu(cCanvas* canvas, int x, int y, const QPoint& globalPos) override;
     bool keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modifiers) override;
-    void draw(cCanvas* canvas, const cViewInfo& view, cDrawStats& stats) override;
-    void drawOverlay(cCanvas* canvas, const cViewInfo& view) override;
+    void draw(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) override;
+    void drawOverlay(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) override;
     void apply(cCanvas* canvas) override; // the box is spent, whether or not it made anything
 
 protected:
@@ -28,7 +28,7 @@ private:
     bool escape(cCanvas* canvas);
     const unsigned char* color() const;
     void create(cCanvas& canvas) const;
-    void drawHandles(cCanvas* canvas, const cViewInfo& view) const;
+    void drawHandles(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) const;
 
     float m_refPoint[3] = {}; // where the drag began; follows the mouse
 };

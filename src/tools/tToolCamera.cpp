@@ -3,7 +3,7 @@
 
 #include "support/tHost.h"
 #include "views/tCanvas.h"
-#include "views/tGLState.h"
+#include "views/tOverlay.h"
 #include "views/tViewHost.h"
 
 static constexpr int UNITS_PER_PIXEL = 2;
@@ -21,9 +21,9 @@ bool cToolCamera::setCursor(cCanvas* canvas) {
     return true;
 }
 
-void cToolCamera::drawOverlay(cCanvas* canvas, const cViewInfo&) {
+void cToolCamera::drawOverlay(cCanvas* canvas, const cViewInfo&, cOverlay& overlay) {
     if (holdsCursor(*canvas))
-        canvas->drawCenterIcon(g_viewHost->cameraIcon(), GLS_DEFAULT | GLS_ALPHA_TEST);
+        overlay.centerIcon(g_viewHost->cameraIcon(), ICON_CUT_OUT);
 }
 
 // True if a button has gone down since the last move, whose drag begins.

@@ -11,5 +11,5 @@ public:
     bool setCursor(cCanvas* canvas) override;
     bool mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons buttons,
                    Qt::KeyboardModifiers modifiers) override;
-    void drawOverlay(cCanvas* canvas, const cViewInfo& view) override;
+    void drawOverlay(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) override;
 };

@@ -9,7 +9,7 @@
 #include "support/tVec.h"
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
-#include "views/tGLState.h"
+#include "views/tOverlay.h"
 #include "views/tViewHost.h"
 
 #include <QCursor>
@@ -170,55 +170,43 @@ void cToolEntity::apply(cCanvas* canvas) {
 
 // ---- Drawing
 
-static void drawMark(cCanvas* canvas, const float* center) {
-    static constexpr float DIMMED = 0.0023529413f; // 60 per cent of a byte's full range
+static void drawMark(cOverlay& overlay, const float* center) {
+    static constexpr float DIMMED = 0.6f;
     const uint8_t* rgba = g_host->schemeColor(COLOR_ENTITY_CREATION);
-    glColor4f(float(rgba[0]) * DIMMED, float(rgba[1]) * DIMMED, float(rgba[2]) * DIMMED,
-              float(rgba[3]) / 255);
-    canvas->drawCrossLines(center);
-    glColor4ubv(rgba);
-    canvas->drawSquareLines(center, MARK_SIZE);
+    overlay.cross(center, darker(rgba, DIMMED).data());
+    overlay.square(center, MARK_SIZE, rgba);
 }
 
 // Each axis fades from its own colour, unseen at the ends, to the tool's at the point.
-static void drawAxes(const float* center) {
+static void drawAxes(cOverlay& overlay, const float* center) {
     static constexpr float LONGEST = 512; // units
     static const uint8_t ends[3][4] = {{255, 0, 0, 0}, {0, 255, 0, 0}, {0, 0, 255, 0}};
     const float reach = std::min(float(g_host->MaxWorldSize) * 0.5f, LONGEST);
     const uint8_t* rgba = g_host->schemeColor(COLOR_ENTITY_CREATION);
-    const uint32_t before = GL_CurrentState();
-    GL_State(GLS_BLEND_ALPHA);
-    glBegin(GL_LINES);
     for (int axis = 0; axis < 3; ++axis) {
         for (const float side : {-reach, reach}) {
             float end[3];
             vecCopy(center, end);
             end[axis] += side;
-            glColor4ubv(ends[axis]);
-            glVertex3fv(end);
-            glColor4ubv(rgba);
-            glVertex3fv(center);
+            overlay.fadingLine(end, ends[axis], center, rgba);
         }
     }
-    glEnd();
-    GL_State(before);
 }
 
-void cToolEntity::draw(cCanvas* canvas, const cViewInfo& view, cDrawStats&) {
+void cToolEntity::draw(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) {
     const cSelectionBox& box = boxOf(*canvas);
     if (!box.active || isOnSurface(*canvas))
         return;
     if (!view.is3D) {
-        drawMark(canvas, box.mins);
+        drawMark(overlay, box.mins);
         return;
     }
-    drawAxes(box.mins);
+    drawAxes(overlay, box.mins);
     const cEntityClass* chosen = g_viewHost->currentClass();
     const cEntityClass fallback;
     const cEntityClass& shape = chosen ? *chosen : fallback;
     float mins[3], maxs[3];
     vecAdd(box.mins, shape.mins, mins);
     vecAdd(box.mins, shape.maxs, maxs);
-    glColor4ubv(chosen ? chosen->color : g_host->schemeColor(COLOR_ENTITY_CREATION));
-    canvas->drawBoxLines(mins, maxs);
+    overlay.box(mins, maxs, chosen ? chosen->color : g_host->schemeColor(COLOR_ENTITY_CREATION));
 }

@@ -18,7 +18,7 @@ public:
                       Qt::KeyboardModifiers modifiers) override;
     bool mouseMove(cCanvas* canvas, int x, int y, Qt::MouseButtons buttons,
                    Qt::KeyboardModifiers modifiers) override;
-    void draw(cCanvas* canvas, const cViewInfo& view, cDrawStats& stats) override;
+    void draw(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) override;
     void apply(cCanvas* canvas) override; // the point is spent, with a class or without
 
     bool hover = false;     // the mouse is near the point in a 2D view, or drags it

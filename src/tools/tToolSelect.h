@@ -20,7 +20,7 @@ public:
                     Qt::KeyboardModifiers modifiers) override;
     bool mouseDoubleClick(cCanvas* canvas, int x, int y, int button,
                           Qt::KeyboardModifiers modifiers) override;
-    void draw(cCanvas* canvas, const cViewInfo& view, cDrawStats& stats) override;
+    void draw(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) override;
     void setCanvas(cCanvas* canvas) override;
 
 protected:
@@ -39,9 +39,8 @@ private:
     void measure(const cCanvas& canvas);
     // tToolSelectDraw.cpp
     const cSelectionDrag* dragIn(const cMap& map) const;
-    void drawOutline(cCanvas* canvas) const;
-    void drawOrigins(cCanvas* canvas, const cMap& map) const;
-    void drawHandles(cCanvas* canvas, const cViewInfo& view) const;
+    const uint8_t* outlineColor(const cCanvas& canvas) const;
+    void drawHandles(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) const;
 
     std::unique_ptr<cSelectionDrag> m_drag; // while one is under way
 };

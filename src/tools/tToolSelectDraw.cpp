@@ -7,6 +7,7 @@
 #include "tools/tToolSelect.h"
 #include "views/tCanvas.h"
 #include "views/tDocumentViews.h"
+#include "views/tOverlay.h"
 
 static constexpr float MARK_SIZE = 16.0f; // pixels
 
@@ -14,31 +15,21 @@ const cSelectionDrag* cToolSelect::dragIn(const cMap& map) const {
     return dragging() && m_drag && m_drag->isIn(map) ? m_drag.get() : nullptr;
 }
 
-void cToolSelect::drawOutline(cCanvas* canvas) const {
-    const cSelectionBox& box = boxOf(*canvas);
-    const cSelectionDrag* drag = dragIn(*canvas->map());
+const uint8_t* cToolSelect::outlineColor(const cCanvas& canvas) const {
     int color = COLOR_SELECTED_FILL;
-    if (canvas->isCamera())
+    if (canvas.isCamera())
         color = COLOR_3D_SELECTION;
-    else if (drag)
+    else if (dragIn(*canvas.map()))
         color = COLOR_ACTIVE_SELECTION;
-    else if (canvas->project()->selection.rubberBand)
+    else if (canvas.project()->selection.rubberBand)
         color = COLOR_2D_SELECTION;
-    glColor4ubv(g_host->schemeColor(color));
-    if (!canvas->isCamera())
-        glEnable(GL_LINE_STIPPLE);
-    if (drag)
-        drag->drawOutline(*canvas);
-    else
-        canvas->drawBoxLines(box.mins, box.maxs);
-    glDisable(GL_LINE_STIPPLE);
+    return g_host->schemeColor(color);
 }
 
-void cToolSelect::drawOrigins(cCanvas* canvas, const cMap& map) const {
-    glColor4ubv(g_host->schemeColor(COLOR_SELECTED_FILL));
+static void drawOrigins(cOverlay& overlay, const cMap& map) {
     for (const cEntityData* entity : selectedEntitiesOf(map.data))
         if (entity->flags & EF_POINT)
-            canvas->drawSquareLines(entity->origin, MARK_SIZE);
+            overlay.square(entity->origin, MARK_SIZE, g_host->schemeColor(COLOR_SELECTED_FILL));
 }
 
 // ---- Handles
@@ -46,20 +37,19 @@ void cToolSelect::drawOrigins(cCanvas* canvas, const cMap& map) const {
 struct cHandleLook {
     bool corners;
     bool edges;
-    void (cCanvas::*corner)(const float*, float, float, float, int);
-    int edgeKind;
+    eBulletShape corner;
+    eBulletKind edgeKind;
 };
 
 static const cHandleLook s_looks[HANDLES_MODES] = {
-    {true, true, &cCanvas::drawBullet, BULLET_VERTEX},
-    {true, false, &cCanvas::drawRoundBullet, BULLET_VERTEX},
-    {false, true, &cCanvas::drawBullet, BULLET_VERTEX},
-    {true, true, &cCanvas::drawDiamondBullet, BULLET_EDGE},
+    {true, true, BULLET_SQUARE, BULLET_VERTEX},
+    {true, false, BULLET_ROUND, BULLET_VERTEX},
+    {false, true, BULLET_SQUARE, BULLET_VERTEX},
+    {true, true, BULLET_DIAMOND, BULLET_EDGE},
 };
 
-void cToolSelect::drawHandles(cCanvas* canvas, const cViewInfo& view) const {
+void cToolSelect::drawHandles(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) const {
     const cHandleLook& look = s_looks[activeMode(canvas->project()->selection)];
-    const float size = view.selectionBulletSize;
     for (int handle = BH_TOP_LEFT; handle <= BH_BOTTOM; ++handle) {
         const bool corner = handle <= BH_BOTTOM_RIGHT;
         if (corner ? !look.corners : !look.edges)
@@ -67,26 +57,30 @@ void cToolSelect::drawHandles(cCanvas* canvas, const cViewInfo& view) const {
         float point[3];
         boxOf(*canvas).handlePoint(view.axisH, view.axisV, handle, point);
         const cHandleShift shift = handleShift(handle);
-        if (corner)
-            (canvas->*look.corner)(point, size, shift.x, shift.y, BULLET_VERTEX);
-        else
-            canvas->drawBullet(point, size, shift.x, shift.y, look.edgeKind);
+        overlay.bullet(point, view.selectionBulletSize, shift.x, shift.y,
+                       corner ? BULLET_VERTEX : look.edgeKind,
+                       corner ? look.corner : BULLET_SQUARE);
     }
 }
 
-void cToolSelect::draw(cCanvas* canvas, const cViewInfo& view, cDrawStats& stats) {
-    cMap& map = *canvas->map();
-    if (!boxOf(*canvas).active || (canvas->isCamera() && !canvas->project()->selection.rubberBand))
+void cToolSelect::draw(cCanvas* canvas, const cViewInfo& view, cOverlay& overlay) {
+    const cMap& map = *canvas->map();
+    const cSelectionBox& box = boxOf(*canvas);
+    const uint8_t* color = outlineColor(*canvas);
+    if (!box.active || (canvas->isCamera() && !canvas->project()->selection.rubberBand))
         return;
-    drawOutline(canvas);
-    if (canvas->isCamera())
+    if (canvas->isCamera()) {
+        overlay.box(box.mins, box.maxs, color);
         return;
-    const bool drags = dragIn(map) != nullptr;
-    if (drags)
-        m_drag->drawReference(*canvas);
-    drawOrigins(canvas, map);
-    if (drags)
-        m_drag->drawPreview(*canvas, stats);
-    else
-        drawHandles(canvas, view);
+    }
+    if (const cSelectionDrag* drag = dragIn(map)) {
+        drag->drawOutline(overlay, color);
+        drag->drawReference(*canvas, overlay, color);
+        drawOrigins(overlay, map);
+        m_drag->drawPreview(*canvas, overlay);
+        return;
+    }
+    overlay.box(box.mins, box.maxs, stippled(color));
+    drawOrigins(overlay, map);
+    drawHandles(canvas, view, overlay);
 }

@@ -132,6 +132,9 @@ void cCanvas::setViewType(int type, int mode) {
         childWindow->applyScrollbarSetting();
     g_viewHost->updateViewControls();
     updateCursor();
+    if (cDocumentViews* document =
+            project()) // others show its camera, and which one commands go to
+        document->redrawViews(REDRAW_ALL);
 }
 
 void cCanvas::measureCaption() {

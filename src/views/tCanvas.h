@@ -25,17 +25,12 @@ class cPictureKey;
 class cChildWindow;
 class cDocumentViews;
 class cMap;
+class cOverlay;
 class cTool;
 class cViewHost;
 
 // Flags of screenToWorld.
 enum { SW_SNAP = 1, SW_DEPTH = 2 };
-
-// Alignment of drawScreenText within its width.
-enum eTextAlign { TEXT_LEFT, TEXT_CENTER, TEXT_RIGHT };
-
-// What a bullet stands for; decides its colour.
-enum eBulletKind { BULLET_VERTEX, BULLET_EDGE, BULLET_CLIP, BULLET_CORDON, BULLET_SELECTED };
 
 class cCanvas : public cGLWidget {
     Q_OBJECT
@@ -120,26 +115,6 @@ public:
     QPoint movedSinceWarp() const { return m_mouseGlobal - m_warpedTo; }
     int pictureCount() const; // how often the map's picture was drawn anew and kept
     void refreshViewInfo();   // from the settings; before every draw
-
-    // ---- Draw helpers for tools, in world space with the colour set by the caller
-
-    void drawBoxFill(const float* mins, const float* maxs);
-    void drawBoxLines(const float* mins, const float* maxs);
-    // Turned about rotAxis by angle (radians), from the lower to the higher of the other axes; and
-    // sheared along rotAxis by an amount that grows from 0 at the lower side of shearAxis to shear
-    // at its upper side.
-    void drawBoxLinesTransformed(const float* mins, const float* maxs, int rotAxis, int shearAxis,
-                                 float angle, float shear);
-    void drawSquare(const float* center, float sizePixels);
-    void drawSquareLines(const float* center, float sizePixels);
-    // In the colours of their kind, with a frame. dx, dy: pixels aside of the point, dy downwards.
-    void drawBullet(const float* center, float sizePixels, float dx, float dy, int kind);
-    void drawDiamondBullet(const float* center, float sizePixels, float dx, float dy, int kind);
-    void drawRoundBullet(const float* center, float sizePixels, float dx, float dy, int kind);
-    void drawCrossLines(const float* point);                  // through the whole view
-    void drawCenterIcon(const QPixmap& icon, uint32_t state); // pixel space, GLS_ bits
-    // Pixel space; x, y is the left end of the baseline of a field of that width.
-    void drawScreenText(int x, int y, int width, int align, const QString& text);
 
     int viewType = -1;
     int renderMode = -1; // negative: unset
@@ -276,11 +251,6 @@ private:
     void normalizeCamera();
     void processCameraMoved();
     void cameraChanged();
-    // tCanvasHelpers.cpp
-    float unitsPerPixel(const float* point) const;
-    void drawDisc(const float* center, int corners, float turn, float radiusPixels, bool filled);
-    void drawFramed(const float* center, int corners, float turn, float radiusPixels, float dx,
-                    float dy, int kind);
     // tCanvasGrid.cpp
     void drawGrid();
     void drawGridLines(bool vertical, float step);
@@ -299,14 +269,13 @@ private:
     bool keepsPicture();
     void beginOutsidePaint();
     void drawWorldOverlays();
-    void drawCordon();
-    void drawCameraMarker();
-    void drawAxisMarker();
+    void drawCordon(cOverlay& overlay);
+    void drawCameraMarker(cOverlay& overlay);
     void drawPixelOverlays();
-    void drawStatsTexts();
-    void drawStatsLine(int line, const QString& text);
+    void drawStatsTexts(cOverlay& overlay);
+    void drawStatsLine(cOverlay& overlay, int line, const QString& text);
     void drawCaption();
-    void drawMoveIcon();
+    void drawMoveIcon(cOverlay& overlay);
     bool bindPickBuffer();
     void drawPick(int x, int y, int pickFlags, int pickMode);
 

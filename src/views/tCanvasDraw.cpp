@@ -15,6 +15,7 @@
 #include "views/tGLState.h"
 #include "views/tMapPainter.h"
 #include "views/tModelStream.h"
+#include "views/tOverlay.h"
 #include "views/tTool.h"
 #include "views/tViewHost.h"
 
@@ -320,44 +321,49 @@ void cCanvas::drawPixelOverlays() {
     glOrtho(0, width(), height(), 0, -1, 1);
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
+    cOverlay overlay(*this);
     cTool* const tools[] = {isFreeLook() ? g_viewHost->cameraTool() : nullptr,
                             g_viewHost->suspendedTool, g_viewHost->currentTool};
     for (cTool* tool : tools)
         if (tool)
-            tool->drawOverlay(this, viewInfo);
+            tool->drawOverlay(this, viewInfo, overlay);
     if (showStats)
-        drawStatsTexts();
+        drawStatsTexts(overlay);
+    overlay.flush();
     drawCaption();
-    drawMoveIcon();
+    drawMoveIcon(overlay);
+    overlay.flush();
     glEnable(GL_CULL_FACE);
     glEnable(GL_DEPTH_TEST);
 }
 
-void cCanvas::drawStatsLine(int line, const QString& text) {
+void cCanvas::drawStatsLine(cOverlay& overlay, int line, const QString& text) {
     static constexpr int MARGIN = 4, BASELINE = 5; // pixels
     const int y = captionRect.y() + captionRect.height() - BASELINE +
                   line * QFontMetrics(captionFont).lineSpacing();
-    glColor4ubv(g_host->schemeColor(COLOR_TEXT));
-    drawScreenText(0, y, width() - MARGIN, TEXT_RIGHT, text);
+    overlay.text(0, y, width() - MARGIN, TEXT_RIGHT, text, g_host->schemeColor(COLOR_TEXT));
 }
 
-void cCanvas::drawStatsTexts() {
-    drawStatsLine(0, QStringLiteral("%1 culls, %2 entities, %3 brushes, %4 faces")
-                         .arg(stats.culls)
-                         .arg(stats.entities)
-                         .arg(stats.brushes)
-                         .arg(stats.faces));
-    drawStatsLine(2, QStringLiteral("%1 calls, %2 ranges, %3 bytes sent")
-                         .arg(stats.calls)
-                         .arg(stats.ranges)
-                         .arg(stats.bytes));
+void cCanvas::drawStatsTexts(cOverlay& overlay) {
+    drawStatsLine(overlay, 0,
+                  QStringLiteral("%1 culls, %2 entities, %3 brushes, %4 faces")
+                      .arg(stats.culls)
+                      .arg(stats.entities)
+                      .arg(stats.brushes)
+                      .arg(stats.faces));
+    drawStatsLine(overlay, 2,
+                  QStringLiteral("%1 calls, %2 ranges, %3 bytes sent")
+                      .arg(stats.calls)
+                      .arg(stats.ranges)
+                      .arg(stats.bytes));
     const float yawPitchRoll[3] = {angles[1], angles[0], angles[2]};
     const float* shown = isCamera() ? yawPitchRoll : viewInfo.origin;
-    drawStatsLine(1, QStringLiteral("FPS=%1, y=%2, p=%3, r=%4")
-                         .arg(double(fps), 0, 'f', 2)
-                         .arg(double(shown[0]), 0, 'f', 2)
-                         .arg(double(shown[1]), 0, 'f', 2)
-                         .arg(double(shown[2]), 0, 'f', 2));
+    drawStatsLine(overlay, 1,
+                  QStringLiteral("FPS=%1, y=%2, p=%3, r=%4")
+                      .arg(double(fps), 0, 'f', 2)
+                      .arg(double(shown[0]), 0, 'f', 2)
+                      .arg(double(shown[1]), 0, 'f', 2)
+                      .arg(double(shown[2]), 0, 'f', 2));
 }
 
 static uint8_t dimmed(uint8_t channel) {
@@ -393,12 +399,12 @@ void cCanvas::drawCaption() {
     renderText(r.x() + 2, r.y() + r.height() - 5, caption, captionHover ? hoverFont : captionFont);
 }
 
-void cCanvas::drawMoveIcon() {
+void cCanvas::drawMoveIcon(cOverlay& overlay) {
     if (!middleDown)
         return;
     if (m_moveIcon.isNull())
         m_moveIcon.load(QStringLiteral(":/qrc/c_move.png"));
-    drawCenterIcon(m_moveIcon, GLS_DEFAULT | GLS_BLEND_ALPHA);
+    overlay.centerIcon(m_moveIcon, ICON_BLENDED);
 }
 
 // ---- Picking

@@ -16,8 +16,7 @@ static QOpenGLExtraFunctions& gl() {
 }
 
 static bool hasBuffers() {
-    return !s_toMemory && QOpenGLContext::currentContext() &&
-           gl().hasOpenGLFeature(QOpenGLFunctions::Buffers);
+    return QOpenGLContext::currentContext() && gl().hasOpenGLFeature(QOpenGLFunctions::Buffers);
 }
 
 static bool canCopy() {
@@ -54,7 +53,7 @@ void cGLBuffer::create(size_t bytes, const void* data) {
 
 void cGLBuffer::allocate(size_t bytes) {
     release();
-    if (hasBuffers()) {
+    if (hasBuffers() && !s_toMemory) {
         create(bytes, nullptr);
         return;
     }
@@ -100,7 +99,7 @@ void cGLBuffer::write(size_t offset, const void* data, size_t bytes) {
 }
 
 void cGLBuffer::replace(const void* data, size_t bytes) {
-    if (!m_name)
+    if (!m_name && m_size < bytes)
         allocate(bytes);
     if (!m_name) {
         write(0, data, bytes);
@@ -113,13 +112,13 @@ void cGLBuffer::replace(const void* data, size_t bytes) {
 }
 
 const uint8_t* cGLBuffer::bind() const {
-    if (QOpenGLContext::currentContext()->functions()->hasOpenGLFeature(QOpenGLFunctions::Buffers))
+    if (hasBuffers())
         gl().glBindBuffer(target(), m_name); // 0 for main memory
     return m_name ? nullptr : m_memory.data();
 }
 
 void cGLBuffer::unbind() {
-    if (!gl().hasOpenGLFeature(QOpenGLFunctions::Buffers))
+    if (!hasBuffers())
         return;
     gl().glBindBuffer(GL_ARRAY_BUFFER, 0);
     gl().glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);

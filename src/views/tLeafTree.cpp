@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+size_t cLeafTree::leafObjects = 256;
+
 int widestAxis(const float* mins, const float* maxs, float* middle) {
     int axis = 0;
     for (int i = 1; i < 3; ++i)
@@ -31,7 +33,7 @@ void cLeafTree::build(uint32_t node, cPlacedObject* first, cPlacedObject* last) 
     T_ClearBounds(mins, maxs);
     for (const cPlacedObject* object = first; object != last; ++object)
         T_AddPointToBounds(object->center, mins, maxs);
-    const int axis = size_t(last - first) > LEAF_OBJECTS ? widestAxis(mins, maxs, &value) : -1;
+    const int axis = size_t(last - first) > leafObjects ? widestAxis(mins, maxs, &value) : -1;
     if (axis < 0) {
         m_nodes[node].child = uint32_t(m_ends->size());
         m_ends->push_back(uint32_t(last - m_begin));

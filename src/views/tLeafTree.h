@@ -14,7 +14,7 @@ struct cPlacedObject {
 
 class cLeafTree {
 public:
-    static constexpr size_t LEAF_OBJECTS = 256;
+    static size_t leafObjects; // at most, of a leaf that is made; half of them at least
 
     // Puts the objects into the order of the leaves; ends holds where each leaf ends.
     void build(std::vector<cPlacedObject>& objects, std::vector<uint32_t>& ends);

@@ -170,7 +170,7 @@ static bool hasStrayed(const cDrawLeaf& leaf, const float* center) {
 }
 
 void cMapBuffers::renewSlot(uint32_t number) {
-    makeShape(number);
+    makeShape(number, keptLooks());
     cDrawSlot& slot = m_slots[number];
     const uint32_t signature = m_shape.signature();
     const auto count = uint32_t(m_shape.vertices.size());
@@ -201,8 +201,7 @@ void cMapBuffers::renewSlot(uint32_t number) {
         m_moving.push_back(number);
     takeShape(slot);
     cDrawLeaf& leaf = m_leaves[slot.leaf];
-    for (const cShapeVertex& vertex : m_shape.vertices)
-        T_AddPointToBounds(vertex.xyz, leaf.mins, leaf.maxs);
+    addBounds(slot, leaf);
     writeSlot(number);
 }
 

@@ -15,9 +15,6 @@
 #include <map>
 #include <unordered_map>
 
-// Colours by vertex, beside the textured ones that stand with the corners.
-enum eLook { LOOK_FILLED, LOOK_LINES, LOOK_MARKED, LOOK_COUNT };
-
 // A run of indices of one row in one leaf.
 struct cDrawCell {
     uint32_t leaf;
@@ -103,6 +100,8 @@ struct cDrawSlot {
     }
 };
 
+// The leaf covers the object as well.
+void addBounds(const cDrawSlot& slot, cDrawLeaf& leaf);
 // What of an entity decides how its brushes look, as one number.
 uint32_t lookOnBrushes(const cEntityData* entity);
 
@@ -163,7 +162,8 @@ private:
     void buildLeaf(uint32_t leaf);
     void renewLeaf(uint32_t leaf);
     void splitLeaf(uint32_t leaf);
-    void makeShape(uint32_t number);
+    void makeShape(uint32_t number, uint32_t looks = 0);
+    uint32_t keptLooks() const;
     void takeShape(cDrawSlot& slot);
     void listObject(uint32_t number);
     void listTranslucent(cDrawLeaf& leaf, uint32_t number);
@@ -203,7 +203,7 @@ private:
 
     std::vector<cDrawRow> m_rows;
     std::unordered_map<cDrawKey, uint32_t, cKeyHash> m_rowOf;
-    std::array<std::pair<cDrawKey, uint32_t>, 8> m_lastRows; // by facing
+    std::array<std::pair<cDrawKey, uint32_t>, 64> m_lastRows; // by kind and facing
     std::vector<uint32_t> m_order;
     std::vector<cIndexList> m_lists; // by row, of the leaf or the selection in work
     std::vector<uint32_t> m_listed;  // rows with a list that is not empty

@@ -17,7 +17,7 @@ static constexpr uint32_t BOX_VERTICES = 24; // what most objects have
 
 // What a buffer gets that is to grow by and by.
 static size_t withSlack(size_t count) {
-    return count + count / 16 + 1024;
+    return count + count / 32 + 1024;
 }
 
 // ---- Rows
@@ -31,7 +31,7 @@ size_t cMapBuffers::cKeyHash::operator()(const cDrawKey& key) const {
 }
 
 uint32_t cMapBuffers::rowOf(const cDrawKey& key) {
-    std::pair<cDrawKey, uint32_t>& last = m_lastRows[key.facing];
+    std::pair<cDrawKey, uint32_t>& last = m_lastRows[size_t(key.kind * 8 + key.facing)];
     if (last.second < m_rows.size() && last.first == key)
         return last.second;
     const auto [found, isNew] = m_rowOf.emplace(key, uint32_t(m_rows.size()));
@@ -64,12 +64,20 @@ void cMapBuffers::sortRows() {
 
 // ---- Slots
 
-void cMapBuffers::makeShape(uint32_t number) {
+void cMapBuffers::makeShape(uint32_t number, uint32_t looks) {
     const cDrawSlot& slot = m_slots[number];
+    const cShapeWish wish = {m_detailMask, m_markColor.data(), looks};
     if (slot.is(SLOT_BRUSH))
-        m_shape.make(slot.brush(), m_detailMask, m_markColor.data());
+        m_shape.make(slot.brush(), wish);
     else
-        m_shape.make(slot.entity(), m_markColor.data());
+        m_shape.make(slot.entity(), wish);
+}
+
+uint32_t cMapBuffers::keptLooks() const {
+    uint32_t looks = 0;
+    for (size_t i = 0; i < LOOK_COUNT; ++i)
+        looks |= m_looks[i].isEmpty() ? 0 : 1u << i;
+    return looks;
 }
 
 void cMapBuffers::freeRoom(uint32_t first, uint32_t count) {
@@ -100,11 +108,10 @@ void cMapBuffers::growVertices(uint32_t count) {
 }
 
 void cMapBuffers::stage(const cObjectShape& shape) {
-    const std::vector<uint32_t>* looks[LOOK_COUNT] = {&shape.filled, &shape.lines, &shape.marked};
     m_stagedVertices.insert(m_stagedVertices.end(), shape.vertices.begin(), shape.vertices.end());
     for (size_t i = 0; i < LOOK_COUNT; ++i)
-        if (!m_looks[i].isEmpty())
-            m_stagedLooks[i].insert(m_stagedLooks[i].end(), looks[i]->begin(), looks[i]->end());
+        m_stagedLooks[i].insert(m_stagedLooks[i].end(), shape.looks[i].begin(),
+                                shape.looks[i].end());
 }
 
 void cMapBuffers::writeStaged(uint32_t first) {
@@ -156,10 +163,8 @@ void cMapBuffers::makeLook(eLook look) {
     for (uint32_t number = 1; number < m_slots.size(); ++number) {
         if (!m_slots[number].record)
             continue;
-        makeShape(number);
-        const std::vector<uint32_t>& made = look == LOOK_FILLED  ? m_shape.filled
-                                            : look == LOOK_LINES ? m_shape.lines
-                                                                 : m_shape.marked;
+        makeShape(number, 1u << look);
+        const std::vector<uint32_t>& made = m_shape.looks[look];
         std::copy(made.begin(), made.end(), colors.begin() + m_slots[number].first);
     }
     m_looks[look].allocate(colors.size() * sizeof(uint32_t));
@@ -198,13 +203,22 @@ void cMapBuffers::addIndices(uint32_t number) {
     marks.insert(marks.end(), {number * 2, number * 2 + 1});
 }
 
+void addBounds(const cDrawSlot& slot, cDrawLeaf& leaf) {
+    const cEntityData* entity = slot.entity();
+    const float* mins = entity ? entity->mins : slot.brush()->mins;
+    const float* maxs = entity ? entity->maxs : slot.brush()->maxs;
+    for (int i = 0; i < 3; ++i) {
+        leaf.mins[i] = std::min(leaf.mins[i], mins[i]);
+        leaf.maxs[i] = std::max(leaf.maxs[i], maxs[i]);
+    }
+}
+
 // Takes the object in m_shape into the counts and lists of its leaf, and its indices into those of
 // the rows.
 void cMapBuffers::listObject(uint32_t number) {
     const cDrawSlot& slot = m_slots[number];
     cDrawLeaf& leaf = m_leaves[slot.leaf];
-    for (const cShapeVertex& vertex : m_shape.vertices)
-        T_AddPointToBounds(vertex.xyz, leaf.mins, leaf.maxs);
+    addBounds(slot, leaf);
     if (!m_shape.isShown)
         return;
     (slot.is(SLOT_BRUSH) ? leaf.brushes : leaf.entities) += 1;
@@ -263,7 +277,7 @@ void cMapBuffers::putCell(uint32_t row, uint32_t leaf, const cIndexList& indices
 }
 
 void cMapBuffers::renewLeaf(uint32_t number) {
-    if (m_leaves[number].objects.size() > 2 * cLeafTree::LEAF_OBJECTS)
+    if (m_leaves[number].objects.size() > 2 * cLeafTree::leafObjects)
         splitLeaf(number);
     buildLeaf(number);
     for (uint32_t row = 0; row < m_rows.size(); ++row) {
@@ -362,7 +376,7 @@ void cMapBuffers::fillSlot(const cPlacedObject& object, uint32_t leaf) {
     const uint32_t number = takeSlot(object.record, object.isBrush);
     (object.isBrush ? static_cast<cBrushData*>(object.record)->brush->viewSlot
                     : static_cast<cEntityData*>(object.record)->entity->viewSlot) = number;
-    makeShape(number);
+    makeShape(number, keptLooks());
     cDrawSlot& slot = m_slots[number];
     slot.leaf = leaf;
     slot.count = uint32_t(m_shape.vertices.size());

@@ -124,9 +124,8 @@ uint32_t cObjectShape::signature() const {
 
 void cObjectShape::clear() {
     vertices.clear();
-    filled.clear();
-    lines.clear();
-    marked.clear();
+    for (std::vector<uint32_t>& look : looks)
+        look.clear();
     faces.clear();
     for (cShapeEdges& list : edges)
         list.ends.clear();
@@ -135,22 +134,18 @@ void cObjectShape::clear() {
     isQuads = true;
 }
 
-void cObjectShape::addVertex(const float* xyz, const float* st, const uint8_t* textured,
-                             const uint8_t* color, float shade, uint8_t alpha) {
-    cShapeVertex vertex;
-    vecCopy(xyz, vertex.xyz);
-    vertex.st[0] = st[0];
-    vertex.st[1] = st[1];
-    memcpy(vertex.rgba, textured, sizeof vertex.rgba);
-    vertices.push_back(vertex);
-    uint8_t shaded[4];
-    shadeColor(color, shade, shaded);
-    shaded[3] = uint8_t(shaded[3] * alpha / 255);
-    filled.push_back(wordOf(shaded));
-    lines.push_back(wordOf(color));
-    shadeColor(m_markColor, shade, shaded);
-    shaded[3] = uint8_t(shaded[3] * alpha / 255);
-    marked.push_back(wordOf(shaded));
+// The colours of the last face's corners; alpha is that of a face that is seen through.
+void cObjectShape::addColors(const uint8_t* color, float shade, float alpha) {
+    const auto shaded = [&](const uint8_t* rgba) {
+        uint8_t out[4];
+        shadeColor(rgba, shade, out);
+        out[3] = uint8_t(float(out[3]) * alpha);
+        return wordOf(out);
+    };
+    const uint32_t words[LOOK_COUNT] = {shaded(color), wordOf(color), shaded(m_markColor)};
+    for (int look = 0; look < LOOK_COUNT; ++look)
+        if (m_looks & 1u << look)
+            looks[look].insert(looks[look].end(), faces.back().count, words[look]);
 }
 
 void cObjectShape::addFace(const cBrushData* brush, const cFaceData* face, const uint8_t* color) {
@@ -165,29 +160,46 @@ void cObjectShape::addFace(const cBrushData* brush, const cFaceData* face, const
     made.isTranslucent = (brush->owner->flags & EF_TRANSPARENT) ||
                          (made.key.texture && ::isTranslucent(*made.key.texture));
     const float alpha = made.isTranslucent ? transparentAlpha(face) : 1.0f;
-    uint8_t textured[4];
-    shadeColor(face->texture ? white : color, face->face->shade, textured);
-    textured[3] = uint8_t(float(textured[3]) * alpha);
-    for (int i = 0; i < face->vertexCount; ++i)
-        addVertex(face->vertices[i].xyz, face->vertices[i].st, textured, color, face->face->shade,
-                  uint8_t(255.0f * alpha));
+    cShapeVertex vertex;
+    shadeColor(face->texture ? white : color, face->face->shade, vertex.rgba);
+    vertex.rgba[3] = uint8_t(float(vertex.rgba[3]) * alpha);
+    for (const cFaceVertex* from = face->vertices; from != face->vertices + made.count; ++from) {
+        vecCopy(from->xyz, vertex.xyz);
+        vertex.st[0] = from->st[0];
+        vertex.st[1] = from->st[1];
+        vertices.push_back(vertex);
+    }
     isTranslucent |= made.isTranslucent;
     isQuads &= made.count == 4;
     faces.push_back(made);
+    addColors(color, face->face->shade, alpha);
 }
 
-void cObjectShape::make(const cBrushData* brush, uint32_t detailMask, const uint8_t* markColor) {
+// Their order in the brush turns with every sort; here it is by their numbers.
+void cObjectShape::addFaces(const cBrushData* brush, const uint8_t* color) {
+    m_inOrder.clear();
+    for (const cFaceData* face : facesOf(brush)) {
+        if ((face->flags & FF_DIRTY) || face->vertexCount < 3)
+            continue;
+        m_inOrder.push_back(face);
+        for (size_t i = m_inOrder.size() - 1; i > 0 && m_inOrder[i - 1]->id > face->id; --i)
+            std::swap(m_inOrder[i - 1], m_inOrder[i]);
+    }
+    for (const cFaceData* face : m_inOrder)
+        addFace(brush, face, color);
+}
+
+void cObjectShape::make(const cBrushData* brush, const cShapeWish& wish) {
     clear();
-    m_markColor = markColor;
-    traits = brushTraits(brush, detailMask);
+    m_markColor = wish.markColor;
+    m_looks = wish.looks;
+    traits = brushTraits(brush, wish.detailMask);
     const uint8_t* color = brushColor(brush);
     const bool ofWorld = (brush->owner->flags & EF_WORLD) != 0;
     isShown = isBrushShown(brush);
     isMoving = (brush->flags & BF_MOVING) != 0;
     vecCopy(brush->brush->center, center);
-    for (const cFaceData* face : facesOf(brush))
-        if (!(face->flags & FF_DIRTY) && face->vertexCount >= 3)
-            addFace(brush, face, color);
+    addFaces(brush, color);
     makeEdges(ofWorld ? 0 : wordOf(brush->owner->entity->color));
     cornerKey = markKey = {};
     cornerKey.kind = KIND_CORNERS;
@@ -197,11 +209,11 @@ void cObjectShape::make(const cBrushData* brush, uint32_t detailMask, const uint
 }
 
 // Six sides, counter-clockwise seen from outside.
-void cObjectShape::make(const cEntityData* entity, const uint8_t* markColor) {
-    static const float NO_ST[2] = {0, 0};
+void cObjectShape::make(const cEntityData* entity, const cShapeWish& wish) {
     clear();
-    m_markColor = markColor;
-    uint8_t color[4], shaded[4];
+    m_markColor = wish.markColor;
+    m_looks = wish.looks;
+    uint8_t color[4];
     entityColor(entity, color);
     traits = entityTraits(entity) | TRAIT_BOX;
     isShown = !(entity->flags & (EF_DIRTY | EF_HIDDEN));
@@ -214,19 +226,21 @@ void cObjectShape::make(const cEntityData* entity, const uint8_t* markColor) {
             float normal[3] = {0, 0, 0};
             normal[axis] = upper ? 1.0f : -1.0f;
             const float shade = shadeForNormal(normal);
-            shadeColor(color, shade, shaded);
+            cShapeVertex vertex = {};
+            shadeColor(color, shade, vertex.rgba);
             cShapeFace face = {{}, uint32_t(vertices.size()), 4, false, nullptr};
             face.key.facing = facingOf(normal);
             face.key.traits = traits;
             for (int i = 0; i < 4; ++i) {
                 const int turn = upper ? i : 3 - i;
-                float corner[3];
+                float* corner = vertex.xyz;
                 corner[axis] = upper ? entity->maxs[axis] : entity->mins[axis];
                 corner[u] = (turn == 1 || turn == 2) ? entity->maxs[u] : entity->mins[u];
                 corner[v] = turn >= 2 ? entity->maxs[v] : entity->mins[v];
-                addVertex(corner, NO_ST, shaded, color, shade, 255);
+                vertices.push_back(vertex);
             }
             faces.push_back(face);
+            addColors(color, shade, 1);
         }
     }
     makeEdges(wordOf(color));
@@ -277,6 +291,10 @@ void cObjectShape::findManyCorners() {
     }
 }
 
+void cObjectShape::cPairSet::clear(size_t corners) {
+    std::fill_n(rows, std::min<size_t>(corners, FEW_CORNERS), 0);
+}
+
 bool cObjectShape::cPairSet::add(uint32_t a, uint32_t b) {
     if (has(a, b))
         return false;
@@ -292,7 +310,8 @@ static bool isNodrawFace(const cShapeFace& face) {
 // Each edge runs the way in which it is met first. With many corners some stand twice.
 void cObjectShape::gatherEdges() {
     const bool few = m_corners.size() <= FEW_CORNERS;
-    cPairSet met = {};
+    cPairSet met;
+    met.clear(m_corners.size());
     m_edges.clear();
     // Faces that are drawn first, so that an edge of both sorts counts as theirs.
     for (const bool nodraw : {false, true}) {
@@ -337,7 +356,9 @@ void cObjectShape::findFlat() {
 // One set of edges serves all three 2D views: what is left out of it is covered, along each axis,
 // by one that is in it. Those that cover most go first: six of the twelve of a box.
 void cObjectShape::chooseFlatEdges() {
-    cPairSet covered[3] = {};
+    cPairSet covered[3];
+    for (cPairSet& set : covered)
+        set.clear(m_corners.size());
     for (cEdge& edge : m_edges)
         edge.flat = false;
     for (const int wanted : {3, 2, 1}) {

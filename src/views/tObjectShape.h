@@ -62,17 +62,30 @@ struct cShapeEdges {
     std::vector<uint32_t> ends;
 };
 
+// Colours by vertex, beside those of textured views.
+enum eLook {
+    LOOK_FILLED, // shaded
+    LOOK_LINES,  // unshaded
+    LOOK_MARKED, // selected, shaded
+    LOOK_COUNT
+};
+
+// What a shape is made for.
+struct cShapeWish {
+    uint32_t detailMask;      // content flags of detail brushes
+    const uint8_t* markColor; // of selected faces, RGBA
+    uint32_t looks;           // bit n: look n
+};
+
 class cObjectShape {
 public:
-    // Of the object's record; what was made before is lost. markColor is that of selected faces.
-    void make(const cBrushData* brush, uint32_t detailMask, const uint8_t* markColor);
-    void make(const cEntityData* entity, const uint8_t* markColor);
+    // Of the object's record; what was made before is lost.
+    void make(const cBrushData* brush, const cShapeWish& wish);
+    void make(const cEntityData* entity, const cShapeWish& wish);
 
     std::vector<cShapeVertex> vertices;
-    // Of each vertex; the colours of a word stand in memory as R, G, B, A.
-    std::vector<uint32_t> filled; // shaded
-    std::vector<uint32_t> lines;  // unshaded
-    std::vector<uint32_t> marked; // selected, shaded
+    // Of each vertex in the looks wished for; a word holds R, G, B, A in memory's order.
+    std::vector<uint32_t> looks[LOOK_COUNT];
     std::vector<cShapeFace> faces;
     cShapeEdges edges[4]; // flat, other; then the same of nodraw faces alone
     cDrawKey cornerKey;
@@ -97,14 +110,15 @@ private:
     // Which pairs of the first 64 corners were met.
     struct cPairSet {
         uint64_t rows[64];
+        void clear(size_t corners); // no more will be used
         bool add(uint32_t a, uint32_t b);
         bool has(uint32_t a, uint32_t b) const { return (rows[a] >> b & 1) != 0; }
     };
 
     void clear();
+    void addFaces(const cBrushData* brush, const uint8_t* color);
     void addFace(const cBrushData* brush, const cFaceData* face, const uint8_t* color);
-    void addVertex(const float* xyz, const float* st, const uint8_t* textured, const uint8_t* color,
-                   float shade, uint8_t alpha);
+    void addColors(const uint8_t* color, float shade, float alpha);
     uint8_t lineTraits() const { return uint8_t(traits | (isMoving ? TRAIT_MOVING : 0)); }
     void makeEdges(uint32_t color);
     void findCorners();
@@ -116,6 +130,8 @@ private:
     void chooseFlatCorners();
 
     const uint8_t* m_markColor = nullptr;
+    uint32_t m_looks = 0;
+    std::vector<const cFaceData*> m_inOrder;
     std::vector<cCorner> m_corners;
     std::vector<uint32_t> m_cornerOf; // of each vertex
     // Each edge once, in the order met; its ends are corners.

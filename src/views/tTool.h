@@ -8,7 +8,7 @@
 #include <Qt>
 
 class cCanvas;
-struct cDrawStats;
+class cOverlay;
 struct cViewInfo;
 
 // Numbers of the tools, which are also their places in cMainWindow::tools.
@@ -57,9 +57,9 @@ public:
     virtual bool mouseMove(cCanvas*, int, int, Qt::MouseButtons, Qt::KeyboardModifiers) {
         return false;
     }
-    virtual void draw(cCanvas*, const cViewInfo&, cDrawStats&) {} // world space, after the map
-    virtual void drawOverlay(cCanvas*, const cViewInfo&) {}       // pixel space, after that
-    virtual void apply(cCanvas*) {}                               // carry out what is prepared
+    virtual void draw(cCanvas*, const cViewInfo&, cOverlay&) {}        // world units
+    virtual void drawOverlay(cCanvas*, const cViewInfo&, cOverlay&) {} // pixels, after that
+    virtual void apply(cCanvas*) {}                                    // carry out what is prepared
     virtual void setCanvas(cCanvas*) {} // the canvas or the selection changed
     virtual void reselect() {}          // its button was pressed again while it was current
     virtual void deactivate() {}        // it stops being current

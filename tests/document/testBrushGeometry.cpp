@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
 #include "document/tWinding.h"
 #include "support/tMapTest.h"
-#include "support/tVec.h"
 
 static constexpr float MINS[3] = {-32, -16, 0};
 static constexpr float MAXS[3] = {32, 48, 64};
@@ -50,28 +47,6 @@ protected:
 
 static int faceCount(const cBrushData* brush) {
     return countOf(facesOf(brush));
-}
-
-// Closed: every edge of one face is an edge of another, the other way round.
-static bool isClosed(const cBrushData* brush, float tolerance) {
-    for (const cFaceData* face : facesOf(brush)) {
-        for (int i = 0; i < face->vertexCount; ++i) {
-            const float* a = face->vertices[i].xyz;
-            const float* b = face->vertices[(i + 1) % face->vertexCount].xyz;
-            bool met = false;
-            for (const cFaceData* other : facesOf(brush)) {
-                for (int j = 0; other != face && j < other->vertexCount; ++j) {
-                    float d1[3], d2[3];
-                    vecSubtract(a, other->vertices[(j + 1) % other->vertexCount].xyz, d1);
-                    vecSubtract(b, other->vertices[j].xyz, d2);
-                    met |= vecLength(d1) < tolerance && vecLength(d2) < tolerance;
-                }
-            }
-            if (!met)
-                return false;
-        }
-    }
-    return true;
 }
 
 // Corners near an integer move onto it, by a hundredth at the most; that tilts a tiny face.

@@ -2,8 +2,6 @@
 #include "document/tEntityAngles.h"
 
 #include "support/tMapTest.h"
-#include "support/tMath.h"
-#include "support/tVec.h"
 
 using EntityAngles = cMapTest;
 

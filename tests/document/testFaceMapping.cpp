@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "document/tBrushGeometry.h"
 #include "document/tFaceMapping.h"
 #include "document/tTexture.h"
 #include "support/tMapTest.h"
-#include "support/tVec.h"
 
 static constexpr float MINS[3] = {-64, -64, -64};
 static constexpr float MAXS[3] = {64, 64, 64};

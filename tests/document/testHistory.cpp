@@ -1,9 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
 #include "document/tEntityClass.h"
-#include "document/tGroup.h"
-#include "document/tVisGroup.h"
 #include "support/tMapState.h"
 #include "support/tMapTest.h"
 
@@ -137,30 +133,6 @@ TEST_F(History, facesComeAndGoWithTheGeometryOfTheirBrush) {
     }
     EXPECT_EQ(firstDifference(cut, stateOf(map)).toStdString(), "");
     EXPECT_EQ(history.recordBytes(), bytes) << "a record takes no more from undo to undo";
-}
-
-TEST_F(History, deletedObjectsComeBackUnderTheirIdsForEarlierSteps) {
-    cEntityData* door = addDoor();
-    addEpairLast(door, "speed", "100");
-    cBrushData* brush = cubeIn(door, 0);
-    const uint32_t brushId = brush->id, doorId = door->id;
-    raiseStep(brush, "raise");
-    select({brush});
-    selectedPush(map.data.selectedEntities, door);
-    law([&] {
-        const cHistoryStep step(map, "delete");
-        step->entitiesDeleted();
-        step->brushesDeleted();
-        map.freeEntity(door);
-    });
-    for (int i = 0; i < 3; ++i)
-        history.undo(); // the deletion, the marker of the law, the raising
-    door = map.findEntityById(doorId);
-    ASSERT_NE(door, nullptr);
-    EXPECT_STREQ(getEpairValue(door, "speed"), "100");
-    EXPECT_EQ(map.findBrushById(door, brushId)->mins[2], 0.0f);
-    EXPECT_EQ(door->mins[2], 0.0f);
-    EXPECT_TRUE(isWhole());
 }
 
 TEST_F(History, selectionAtTheTimeOfRecordingComesBackAlone) {

@@ -1,9 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
 #include "document/tCullTree.h"
-#include "document/tGroup.h"
-#include "document/tVisGroup.h"
 #include "support/tMapTest.h"
 
 #include <set>

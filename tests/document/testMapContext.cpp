@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Maps of two games open at once: each finds its own textures, classes and detail, whatever is
 // done to the other in between.
-#include "document/tBrush.h"
 #include "document/tEntityClass.h"
 #include "document/tFaceMapping.h"
 #include "document/tTexture.h"
 #include "operations/tClipboard.h"
 #include "operations/tStructure.h"
 #include "support/tMapTest.h"
-#include "support/tVec.h"
 
 class MapContext : public cMapTest {
 protected:

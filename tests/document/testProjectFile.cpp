@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
 #include "document/tProjectFile.h"
-#include "document/tVisGroup.h"
 #include "support/tFileSizeLimit.h"
+#include "support/tFiles.h"
 #include "support/tMapTest.h"
 
 #include <QDir>
@@ -54,9 +52,7 @@ protected:
 
     QByteArray savedBytes(cMap& source, const char* name = "map.kvx") {
         EXPECT_TRUE(cProjectFile(source, path(name)).save());
-        QFile file(path(name));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
+        return readFile(path(name));
     }
 
     bool loadInto(cMap& loaded, const QByteArray& bytes) {
@@ -70,7 +66,7 @@ protected:
 };
 
 TEST_F(ProjectFile, loadGivesBackWhatWasSavedButForSelectedFacesAndEmptyGroups) {
-    const QStringList withFace = dumpMap(map);
+    const cMapState withFace = storedStateOf(map);
     savedBytes(map);
     cMap loaded(host);
     ASSERT_TRUE(cProjectFile(loaded, path("map.kvx")).load());
@@ -79,15 +75,15 @@ TEST_F(ProjectFile, loadGivesBackWhatWasSavedButForSelectedFacesAndEmptyGroups) 
     loaded.finishLoad();
     EXPECT_EQ(checkMapInvariants(loaded), QString());
     map.clearFaces();
-    EXPECT_NE(dumpMap(map), withFace);
-    EXPECT_EQ(firstDifference(dumpMap(map), dumpMap(loaded)), QString());
+    EXPECT_NE(firstDifference(storedStateOf(map), withFace), QString());
+    EXPECT_EQ(firstDifference(storedStateOf(map), storedStateOf(loaded)).toStdString(), "");
     EXPECT_EQ(loaded.lastGroupId, map.lastGroupId);
     EXPECT_EQ(printed("Saving: \""), 1);
     map.addGroup();
     cMap again(host);
     ASSERT_TRUE(loadInto(again, savedBytes(map)));
     EXPECT_EQ(printed("1 empty group(s) ignored"), 1);
-    EXPECT_EQ(firstDifference(dumpMap(loaded), dumpMap(again)), QString());
+    EXPECT_EQ(firstDifference(storedStateOf(loaded), storedStateOf(again)).toStdString(), "");
 }
 
 TEST_F(ProjectFile, secondSaveHasTheSameBytesButForTiedFaces) {
@@ -179,9 +175,7 @@ TEST_F(ProjectFile, aSaveThatFailsLeavesTheOldFile) {
         EXPECT_FALSE(cProjectFile(map, path("link.kvx")).save());
     }
     EXPECT_EQ(failed("link.kvx\" (File too large)"), 1);
-    QFile old(path("map.kvx"));
-    ASSERT_TRUE(old.open(QIODevice::ReadOnly));
-    EXPECT_EQ(old.readAll(), before);
+    EXPECT_EQ(readFile(path("map.kvx")), before);
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files).size(), 2) << "nothing lies about";
 
     ASSERT_TRUE(cProjectFile(map, path("link.kvx")).save());
@@ -193,14 +187,14 @@ TEST_F(ProjectFile, aSaveThatFailsLeavesTheOldFile) {
 TEST_F(ProjectFile, savingChangesNothingInTheMap) {
     map.removeVisGroup(map.visGroups.first());
     map.createVisGroup("third");
-    const QStringList before = dumpMap(map);
+    const cMapState before = storedStateOf(map);
     const QList<uint32_t> ids = map.visGroups.keys();
     const uint64_t revision = map.revision();
     map.world()->brushes->brush->addToVisGroup(map.visGroups.last());
     cMap loaded(host);
     ASSERT_TRUE(loadInto(loaded, savedBytes(map)));
     map.world()->brushes->brush->removeFromVisGroup(map.visGroups.last());
-    EXPECT_EQ(firstDifference(before, dumpMap(map)), QString());
+    EXPECT_EQ(firstDifference(before, storedStateOf(map)), QString());
     EXPECT_EQ(map.visGroups.keys(), ids);
     EXPECT_EQ(map.revision(), revision);
     EXPECT_EQ(loaded.visGroups.keys(), QList<uint32_t>({1, 2}));
@@ -218,7 +212,7 @@ TEST_F(ProjectFile, theClassNameMayBeEmpty) {
     cMap loaded(host);
     ASSERT_TRUE(loadInto(loaded, savedBytes(map)));
     map.clearFaces();
-    EXPECT_EQ(firstDifference(dumpMap(map), dumpMap(loaded)), QString());
+    EXPECT_EQ(firstDifference(storedStateOf(map), storedStateOf(loaded)).toStdString(), "");
     EXPECT_STREQ(loaded.data.entitiesTail->classname, "last");
     EXPECT_EQ(loaded.data.entitiesTail->prev->classname, nullptr);
 }

@@ -3,6 +3,7 @@
 #include "gamedata/tGameData.h"
 
 #include "gamedata/tGameDataRegistry.h"
+#include "support/tFiles.h"
 #include "support/tTestHost.h"
 
 #include <QFile>
@@ -41,10 +42,6 @@ protected:
     cTestHost m_host;
     cGameData m_data{QStringLiteral("/games/test.fgd")};
 };
-
-static QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
 
 TEST_F(cGameDataTest, bareSectionHasTheDefaults) {
     read("@ PointClass = light []");
@@ -345,10 +342,7 @@ public:
 class cGameDataFileTest : public cGameDataTest {
 protected:
     QString write(const QByteArray& text) {
-        QFile file(m_folder.filePath(str("a.fgd")));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        return file.fileName();
+        return writeFile(m_folder.filePath(str("a.fgd")), text);
     }
 
     QTemporaryDir m_folder;

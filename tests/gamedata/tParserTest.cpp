@@ -2,6 +2,7 @@
 // The tokenizer: what a token is, lines, includes, failures, hostile text.
 #include "gamedata/tParser.h"
 
+#include "support/tFiles.h"
 #include "support/tMapText.h"
 #include "support/tTestHost.h"
 
@@ -29,10 +30,7 @@ protected:
     ~cParserTest() override { cParser::close(); }
 
     QString write(const QString& name, const QByteArray& text) {
-        QFile file(m_folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        return file.fileName();
+        return writeFile(m_folder.filePath(name), text);
     }
     bool load(const QString& name, const QByteArray& text) {
         return cParser::loadFile(toMapText(write(name, text)).constData());

@@ -1,24 +1,20 @@
 // SPDX-License-Identifier: MIT
 // The block tool with the mouse, the primitives by the New Objects dock, the arch by its dialog.
 #include "dialogs/tArchPreview.h"
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
 #include "gui/tToolTest.h"
 #include "support/tColors.h"
-#include "support/tPatience.h"
 #include "tools/tToolBlock.h"
+#include "views/tOverlay.h"
 
-#include <QCheckBox>
 #include <QComboBox>
-#include <QDialogButtonBox>
-#include <QPushButton>
 #include <QSpinBox>
 
 namespace {
 // Draws last, so it sees what the others drew.
 class cGrabTool : public cTool {
 public:
-    void drawOverlay(cCanvas* canvas, const cViewInfo&) override {
+    void drawOverlay(cCanvas* canvas, const cViewInfo&, cOverlay& overlay) override {
+        overlay.flush();
         image = canvas->grabFrameBuffer().scaled(canvas->size());
     }
     QImage image;
@@ -61,7 +57,8 @@ TEST_F(BlockToolTest, aPressAsksAnewWhatIsUnderAMouseAtRest) {
     moveTo(top, at + QPoint(33, 0));
     EXPECT_FLOAT_EQ(block().mins[0], 0);
     window->setTool(TOOL_CAMERA); // in the midst of it
-    EXPECT_FALSE(static_cast<cToolBlock*>(window->tools[TOOL_BLOCK].get())->dragging());
+    EXPECT_FALSE(
+        static_cast<cToolBlock*>(window->toolSwitch().tools[TOOL_BLOCK].get())->dragging());
     moveTo(top, at + QPoint(97, 0));
     window->setTool(TOOL_BLOCK);
     moveTo(top, at + QPoint(65, 0)); // still held

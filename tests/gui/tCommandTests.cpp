@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Menus, bars and pop-up menus as the user sees them, against lists written down by hand; which
-// commands are there and enabled when; shortcuts by real key presses.
+// Menus, bars and pop-up menus as the user sees them; which commands are there and enabled when;
+// shortcuts by real key presses.
 #include "document/tHistory.h"
 #include "gui/tGuiTest.h"
 #include "support/tMapTools.h"
@@ -27,95 +27,58 @@ protected:
     }
 };
 
-// Ids in order, "|" for a separator, "title{...}" for a submenu. Entries that are made while the
-// program runs have no id and are left out.
-static QString describe(const QList<QAction*>& actions) {
-    QStringList words;
+// Ids in order, through submenus, "|" for a separator. Entries that are made while the program runs
+// have no id and are left out.
+static QStringList idsOf(const QList<QAction*>& actions) {
+    QStringList ids;
     for (const QAction* action : actions) {
         if (action->menu())
-            words.append(action->text() + QLatin1Char('{') + describe(action->menu()->actions()) +
-                         QLatin1Char('}'));
+            ids += idsOf(action->menu()->actions());
         else if (!action->objectName().isEmpty())
-            words.append(action->objectName());
-        else if (action->isSeparator())
-            words.append(QStringLiteral("|"));
+            ids += action->objectName();
+        else if (action->isSeparator() && dynamic_cast<const cActionRules*>(action))
+            ids += QStringLiteral("|");
     }
-    return words.join(QLatin1Char(' '));
+    return ids;
 }
 
-TEST_F(CommandTest, menusHoldTheirCommandsInOrder) {
+// Those of the rows that have the bit, by their order there. Of submenus filled from elsewhere
+// there is nothing to say.
+static QStringList idsOf(uint32_t bit, int cCommandRow::*order, const char* menu = nullptr) {
+    constexpr uint32_t elsewhere =
+        CMD_WEB_MENU | CMD_ELEMENTS_MENU | CMD_SCHEMES_MENU | CMD_PLUGIN_MENU;
+    std::vector<const cCommandRow*> rows;
+    for (const cCommandRow& row : commandTable())
+        if ((row.flags & bit) && !(row.flags & elsewhere) && (!menu || !strcmp(menu, row.menu)))
+            rows.push_back(&row);
+    if (order)
+        std::stable_sort(rows.begin(), rows.end(),
+                         [&](const auto* a, const auto* b) { return a->*order < b->*order; });
+    QStringList ids;
+    for (const cCommandRow* row : rows)
+        ids += row->id ? QString::fromLatin1(row->id) : QStringLiteral("|");
+    return ids;
+}
+
+TEST_F(CommandTest, menusAndBarsHoldTheirCommandsInOrder) {
     start();
-    const struct {
-        const char* title;
-        const char* entries;
-    } cases[] = {
-        {"&File", "FileNew FileOpen FileClose FileCloseAll FileSave FileSaveAs | FileExport "
-                  "FileExport2 | FileRun | | FileExit"},
-        {"&Edit", "EditUndo EditRedo EditNoUndo | EditCut EditCopy EditPaste EditPaste2 "
-                  "EditDelete | EditSelNone EditSelAll | EditProps"},
-        {"&Map", "MapSnap MapGrid &Grid Settings{MapGrid- MapGrid+} | MapGoto MapGoto2 MapInfo "
-                 "MapEnts MapCheck | MapProps | MapLoadPTS MapUnloadPTS | MapLoadPTS "
-                 "MapUnloadPTS"},
-        {"&View",
-         "Screen &Elements{| |} &Color Schemes{} | View2DXY View2DYZ View2DXZ | View3DW View3DF "
-         "View3DT | ViewAuto4 ViewCenterSel | T&ransparency{ViewTexTrans ViewEntTrans} | ViewConn "
-         "ViewMod2D ViewNodraw | ViewItems ViewPaths ViewDetail | ViewHideSel ViewShowHidden"},
-        {"&Tools",
-         "ToolsCarve ToolsMerge ToolsHollow | ToolsGroup ToolsUngroup | ToolsMakeStruct "
-         "ToolsMakeDetail ToolsMakeSep ToolsToEntity ToolsToWorld | ToolsTexAppl ToolsTexRepl "
-         "ToolsTexLock ToolsTexLockScale ToolsTexA2View | ToolsSnapSel ToolsSnapSel2 "
-         "ToolsTransform &Align objects{ToolsAlignL ToolsAlignR ToolsAlignT ToolsAlignB} &Flip "
-         "objects{ToolsFlipH ToolsFlipV} | ToolsOptions"},
-        {"&Window", "WindowNew WindowCascade WindowTile | WindowNext WindowPrev | WindowMsg "
-                    "WindowMsgExp |"},
-        {"&Help", "HelpTopics Web &Resources{|} HelpCommands | HelpAbout"},
-        // The pop-up menus.
-        {"Canvas", "View2DXY View2DYZ View2DXZ | View3DW View3DF View3DT"},
-        {"Operations", "EditPaste EditPaste2 FileExport2 | EditUndo EditRedo"},
-        {"Create", "EditCreate EditCreatePlaceholder"},
-        {"Select", "EditSelTouch EditSelInside EditSelHandles | EditPaste EditPaste2 FileExport2 "
-                   "| EditUndo EditRedo"},
-        {"Selection",
-         "EditCut EditCopy EditDelete EditPaste2 FileExport2 | EditUndo EditRedo | "
-         "ToolsMakeStruct ToolsMakeDetail ToolsMakeSep ToolsCarve ToolsHollow | ToolsGroup "
-         "ToolsUngroup | &Tie to entity{ToolsToEntityContext ToolsToEntityPlaceholder} "
-         "ToolsToWorld | &Align objects{ToolsAlignL ToolsAlignR ToolsAlignT ToolsAlignB} &Flip "
-         "objects{ToolsFlipH ToolsFlipV} | EditProps"},
-    };
-    for (const auto& c : cases) {
-        const QMenu* popup = window->popupMenu(c.title);
-        const QMenu* menu = popup ? popup : menuOf(*window, c.title);
-        ASSERT_TRUE(menu) << c.title;
-        EXPECT_EQ(describe(menu->actions()), QString::fromLatin1(c.entries));
-    }
     QStringList titles;
-    for (const QAction* a : window->menuBar()->actions())
-        titles.append(a->text());
+    for (const QAction* entry : window->menuBar()->actions()) {
+        titles += entry->text();
+        EXPECT_EQ(idsOf(entry->menu()->actions()),
+                  idsOf(CMD_MAIN_MENU, nullptr, qPrintable(entry->text())));
+    }
     EXPECT_EQ(titles.join(QLatin1Char(' ')),
               QStringLiteral("&File &Edit &Map &View &Tools Pl&ugins &Window &Help"));
-}
-
-TEST_F(CommandTest, barsHoldTheirCommandsInOrder) {
-    start();
-    const struct {
-        const char* name;
-        const char* entries;
-    } cases[] = {
-        {"Mapf&ile Bar", "FileNew FileOpen FileSave FileExport2"},
-        {"Mapv&iew Bar", "MapGrid MapGrid3D MapGrid- MapGrid+ | MapLWS MapSWS"},
-        {"Mapope&rations Bar",
-         "ToolsCarve ToolsMerge | ToolsGroup ToolsUngroup ToolsIG | ViewHideSel ViewHideUnsel "
-         "ViewShowHidden | EditCut EditCopy EditPaste | ToolsCordon ToolsCordonB | EditSelH "
-         "EditSelA ToolsTexLock ToolsTexLockScale | ToolsTexAlign ToolsVertexRes | FileRun | "
-         "ViewTexTrans ViewEntTrans ViewConn ViewMod2D ViewNodraw"},
-        {"Maptools Bar", "ToolSel ToolMag ToolCam | ToolEnt ToolBlk | ToolTA ToolTex ToolDec | "
-                         "ToolC ToolV | ToolPath"},
-    };
-    for (const auto& c : cases) {
-        const auto* bar = child<QToolBar>(window.get(), c.name);
-        EXPECT_EQ(describe(bar->actions()), QString::fromLatin1(c.entries));
-        const bool isTools = !qstrcmp(c.name, "Maptools Bar");
-        EXPECT_EQ(bar->iconSize(), isTools ? QSize(40, 32) : QSize(16, 16)) << c.name;
+    for (const cCommandGroup& group : commandPopups())
+        EXPECT_EQ(idsOf(window->popupMenu(group.title)->actions()),
+                  idsOf(group.bit, &cCommandRow::popupOrder));
+    for (const cCommandGroup& group : commandBars())
+        EXPECT_EQ(idsOf(child<QToolBar>(window.get(), group.title)->actions()),
+                  idsOf(group.bit, &cCommandRow::barOrder));
+    for (const QToolBar* bar : window->menus().bars) {
+        const bool isTools = bar == window->menus().bars.last();
+        EXPECT_EQ(bar->iconSize(), isTools ? QSize(40, 32) : QSize(16, 16));
         for (const QAction* a : bar->actions())
             EXPECT_TRUE(a->isSeparator() || !a->icon().isNull()) << a->objectName().toStdString();
     }
@@ -147,11 +110,11 @@ TEST_F(CommandTest, withoutDocumentOnlySomeCommandsShow) {
                   QStringList(QStringLiteral("&Options...")));
         EXPECT_TRUE(action("WindowMsg")->isCheckable() && action("WindowMsg")->isEnabled());
         EXPECT_EQ(action("EditUndo")->text(), QStringLiteral("Can't undo"));
-        for (const QCustomAction* a : window->toolActions)
+        for (const QCustomAction* a : window->menus().toolActions)
             EXPECT_FALSE(a->isEnabled()) << a->objectName().toStdString();
         newProject();
         expectShown(true);
-        for (const QCustomAction* a : window->toolActions)
+        for (const QCustomAction* a : window->menus().toolActions)
             EXPECT_EQ(a->isEnabled(), isRich || a->toolIndex != TOOL_DECAL) << a->toolIndex;
         for (const char* id : {"EditCut", "EditCopy", "EditPaste", "EditPaste2", "ToolsGroup"})
             EXPECT_FALSE(action(id)->isEnabled()) << id << ": nothing is selected or copied";
@@ -246,47 +209,31 @@ TEST_F(CommandTest, morphModeIsLeftOnlyByConsent) {
 
 TEST_F(CommandTest, togglesSetTheirSettingAndEveryCopyAndSaySo) {
     startWithProject();
-    const struct {
-        const char* id;
-        bool cSettings::*setting;
-        const char* text; // what the status bar says is on or off
-    } cases[] = {
-        {"MapSnap", &cSettings::SnapToGrid, nullptr},
-        {"MapGrid", &cSettings::EnableGrid2D, nullptr},
-        {"MapGrid3D", &cSettings::EnableGrid3D, nullptr},
-        {"ViewConn", &cSettings::ShowConnections, "Entity connections"},
-        {"ViewMod2D", &cSettings::DrawModels, "2D rendition of models"},
-        {"ViewNodraw", &cSettings::DrawNoDraw, "3D rendition of nodraw faces"},
-        {"ViewTexTrans", &cSettings::TextureTransparency, "Transparency of special textures"},
-        {"ViewEntTrans", &cSettings::EntityTransparency, "Transparency of entities"},
-        {"EditSelH", &cSettings::SelectByHandles, nullptr},
-        {"EditSelA", &cSettings::SelectAuto, nullptr},
-        {"ToolsIG", &cSettings::IgnoreGroups, nullptr},
-        {"ToolsTexLock", &cSettings::TextureLock, "Texture locking"},
-        {"ToolsTexLockScale", &cSettings::TextureLockScale, "Texture locking (scale)"},
-        {"ToolsTexAlign", &cSettings::TextureFaceAlign, nullptr},
-        {"ToolsVertexRes", &cSettings::VertexToolRestrict, "Vertex manipulation restrictions"},
-        {"ToolsCordon", &cSettings::EnableCordon, nullptr},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.id);
-        const bool isInverse = !strcmp(c.id, "ToolsVertexRes"); // checked while it is off
-        const auto copies = int(
-            std::count_if(window->actions.begin(), window->actions.end(), [&](const QAction* a) {
-                return a->objectName() == QLatin1String(c.id);
-            }));
-        for (int i = 0; i < 2 * copies; ++i) { // by each of its copies, on and off
-            const bool after = !(window.get()->*c.setting);
-            action(c.id, i % copies)->trigger();
-            EXPECT_EQ(window.get()->*c.setting, after);
-            for (int copy = 0; copy < copies; ++copy)
-                EXPECT_EQ(action(c.id, copy)->isChecked(), after != isInverse);
-            if (c.text) {
-                EXPECT_EQ(said.last(),
-                          QString::fromLatin1(c.text) + QLatin1String(after ? " on" : " off"));
+    int toggles = 0;
+    for (const cCommandRow& row : commandTable()) {
+        const cSettingCheck& setting = row.rules.setting;
+        if (!setting)
+            continue;
+        SCOPED_TRACE(row.id);
+        ++toggles;
+        QList<QAction*> copies;
+        for (QAction* a : window->menus().actions)
+            if (a->objectName() == QLatin1String(row.id))
+                copies += a;
+        for (int i = 0; i < 2 * copies.size(); ++i) { // by each of its copies, on and off
+            const bool after = !setting.isOn(*window);
+            copies[i % copies.size()]->trigger();
+            EXPECT_EQ(setting.isOn(*window), after);
+            for (const QAction* copy : qAsConst(copies))
+                EXPECT_EQ(copy->isChecked(), after != setting.isOpposite);
+            if (setting.said) {
+                EXPECT_EQ(said.last(), QString::fromLatin1(setting.said) +
+                                           QLatin1String(after ? " on" : " off"));
             }
         }
     }
+    EXPECT_GE(toggles, 19);
+    EXPECT_TRUE(action("ToolsVertexRes")->isChecked()) << "nothing restricts the tool";
     trigger("ViewItems");
     trigger("ViewPaths");
     EXPECT_EQ(window->HideMask, HM_ITEMS | HM_PATHS);
@@ -427,7 +374,7 @@ TEST_F(CommandTest, textsOfMenusAreReadableAndTheirLettersClear) {
         EXPECT_FALSE(letters.contains(letter)) << entry->text().toStdString();
         letters.insert(letter);
     }
-    for (const QAction* a : window->actions) {
+    for (const QAction* a : window->menus().actions) {
         EXPECT_FALSE(a->shortcut().toString().contains(QStringLiteral("Backtab")));
         EXPECT_FALSE(a->statusTip().contains(QStringLiteral("UNsel")));
     }
@@ -459,7 +406,7 @@ TEST_F(CommandTest, whatIsNotBuiltSaysSoByName) {
                                        "still under development.\nPlease visit the official web "
                                        "site for news and updates.");
     trigger("MapCheck");
-    window->consoleText()->clear();
+    window->console().text()->clear();
     trigger("HelpTopics");
     EXPECT_TRUE(console().contains(QStringLiteral("TDKManual.pdf\" doesn't exist!")));
 }

@@ -1,27 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The life of documents as a user leads it: new, save, open, export, close, with every question.
 #include "dialogs/tWaitDialog.h"
-#include "document/tEntity.h"
-#include "document/tHistory.h"
-#include "document/tMapLists.h"
 #include "document/tTexture.h"
 #include "gamedata/tGameDataRegistry.h"
 #include "gui/tGuiTest.h"
 #include "resources/tGameConfigRegistry.h"
 #include "resources/tTextureManager.h"
 #include "support/tMapText.h"
-#include "support/tMapTools.h"
 #include "support/tSystem.h"
-#include "views/tCanvas.h"
-#include "views/tChildWindow.h"
 
-#include <QApplication>
-#include <QDialogButtonBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QPushButton>
 
 using DocumentTest = cGuiTest;
 
@@ -113,7 +101,7 @@ TEST_F(DocumentTest, savedUnderTheNameOfTheDialogAndOpenedAgain) {
     settle();
     EXPECT_EQ(window->projects.size(), 2);
     EXPECT_EQ(active()->title, QStringLiteral("room.kvx"));
-    EXPECT_EQ(window->recentFiles, QStringList({file("room.kvx"), file("BIG.KVX")}));
+    EXPECT_EQ(window->recentFiles().paths(), QStringList({file("room.kvx"), file("BIG.KVX")}));
     EXPECT_TRUE(console().contains(QStringLiteral("is already opened")));
 }
 
@@ -160,7 +148,7 @@ TEST_F(DocumentTest, everyWayToCloseAsksAndObeys) {
         EXPECT_TRUE(window->projects.isEmpty());
         EXPECT_EQ(windowCount(), 0);
         EXPECT_TRUE(QFile::exists(name));
-        EXPECT_EQ(window->recentFiles.first(), name);
+        EXPECT_EQ(window->recentFiles().paths().first(), name);
         if (!window->isVisible())
             break; // the last way ended the program
 
@@ -223,7 +211,7 @@ TEST_F(DocumentTest, aDamagedProjectOpensUnderANewName) {
     EXPECT_EQ(read("cut.kvx"), whole.chopped(10));
 }
 
-TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndTheLastOneAsks) {
+TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndAskOnceBeforeTheLastGoes) {
     cProject* project = startWithProject();
     const QString title = project->title;
     trigger("WindowNew");
@@ -232,30 +220,20 @@ TEST_F(DocumentTest, windowsOfOneDocumentAreNumberedAndTheLastOneAsks) {
     ASSERT_EQ(project->windows.size(), 2);
     EXPECT_EQ(project->windows[0]->windowTitle(), title + QStringLiteral(":1*"));
     EXPECT_EQ(project->windows[1]->windowTitle(), title + QStringLiteral(":2*"));
-    frameOf(project->windows[0])->close();
-    settle();
-    ASSERT_EQ(project->windows.size(), 1);
-    EXPECT_EQ(project->windows[0]->windowTitle(), title + QStringLiteral("*"));
-    replies.expectBox(QMessageBox::No, title);
-    frameOf(project->windows[0])->close();
-    settle();
-    EXPECT_TRUE(window->projects.isEmpty());
-}
-
-TEST_F(DocumentTest, aDocumentOfTwoWindowsAsksOnceBeforeAnyOfThemGoes) {
-    cProject* project = startWithProject();
-    trigger("WindowNew");
-    settle();
-    project->setDirty(true);
     for (const auto& closeBy : {std::function<void()>([this] { trigger("FileCloseAll"); }),
                                 std::function<void()>([this] { close(); })}) {
-        replies.expectBox(QMessageBox::Cancel, project->title);
+        replies.expectBox(QMessageBox::Cancel, title);
         closeBy();
         settle();
         ASSERT_EQ(window->projects, QList<cProject*>{project});
         EXPECT_EQ(windowCount(), 2);
     }
-    replies.expectBox(QMessageBox::No, project->title);
+    frameOf(project->windows[0])->close();
+    settle();
+    ASSERT_EQ(project->windows.size(), 1);
+    EXPECT_EQ(project->windows[0]->windowTitle(), title + QStringLiteral("*"));
+    trigger("WindowNew");
+    replies.expectBox(QMessageBox::No, title);
     trigger("FileCloseAll");
     settle();
     EXPECT_EQ(windowCount(), 0);
@@ -393,10 +371,10 @@ TEST_F(DocumentTest, failedLoadLeavesNothingBehind) {
         settle();
         EXPECT_TRUE(window->projects.isEmpty()) << name;
         EXPECT_EQ(windowCount(), 0) << name;
-        EXPECT_EQ(window->configs().configs[0]->useCount, 0) << name;
+        EXPECT_EQ(window->services().configs.configs[0]->useCount, 0) << name;
     }
     EXPECT_TRUE(console().contains(QStringLiteral("map format is not supported")));
-    EXPECT_TRUE(window->recentFiles.isEmpty());
+    EXPECT_TRUE(window->recentFiles().paths().isEmpty());
     EXPECT_FALSE(cBusy::isBusy());
 }
 
@@ -418,7 +396,7 @@ TEST_F(DocumentTest, failedOrCancelledProjectLeavesTheActiveOneInCharge) {
     EXPECT_FALSE(sentence.isEmpty());
     replies.expect(chooseConfig(1));
     EXPECT_FALSE(window->openFile(file("absent.kvx")));
-    EXPECT_EQ(window->configs().current, project->game.config);
+    EXPECT_EQ(window->services().configs.current, project->game.config);
     EXPECT_EQ(activeConfig(), project->game.config);
     EXPECT_EQ(pane(2), sentence);
     replies.expectCancel();
@@ -468,7 +446,7 @@ TEST_F(DocumentTest, documentsOfTwoGamesKeepTheirTexturesClassesAndDetail) {
     for (cProject* active : projects) {
         window->setActiveChildWindow(active->windows[0]->parentWidget());
         settle();
-        EXPECT_EQ(window->configs().current, active->game.config);
+        EXPECT_EQ(window->services().configs.current, active->game.config);
         for (cProject* project : projects) {
             const bool first = project == projects[0];
             cMap& map = *project->map;
@@ -490,18 +468,6 @@ TEST_F(DocumentTest, documentsOfTwoGamesKeepTheirTexturesClassesAndDetail) {
         }
         EXPECT_EQ(action("ToolsMakeDetail")->isVisible(), active == projects[1]);
     }
-    // Across by copy and paste, from the second to the first.
-    cMap& target = *projects[0]->map;
-    projects[1]->map->selectAll();
-    trigger("EditCopy");
-    window->setActiveChildWindow(projects[0]->windows[0]->parentWidget());
-    settle();
-    trigger("EditPaste");
-    settle();
-    for (const cBrushData* brush : brushesOf(target.world()))
-        for (const cFaceData* face : facesOf(brush))
-            EXPECT_EQ(face->texture, projects[0]->game.findTexture(face->tex.name));
-    EXPECT_EQ(target.data.entitiesTail->entity->entityClass, nullptr);
     for (cProject* project : projects)
         project->setDirty(false);
 }
@@ -579,19 +545,19 @@ TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
     face->texture->width = face->texture->height = 128; // as a late file of that name would
     face->texture->flags |= TF_REPLACED;
 
-    cGameConfigRegistry edited(window->gameData(), window->textures(), nullptr);
-    edited.assign(window->configs(), false);
+    cGameConfigRegistry edited(window->services().gameData, window->services().textures, nullptr);
+    edited.assign(window->services().configs, false);
     edited.setCurrentByTitle(QStringLiteral("Game 0"));
     write("more.fgd", "@PointClass = lamp : \"Lamp\" []");
     edited.current->gameData << file("more.fgd");
-    window->gameData().acquire(edited.current->gameData.last());
+    window->services().gameData.acquire(edited.current->gameData.last());
     cWaitWatch watch;
     qApp->installEventFilter(&watch);
-    window->configs().assign(edited, true);
+    window->services().configs.assign(edited, true);
     EXPECT_TRUE(watch.seen) << "the new file had to be read";
     EXPECT_EQ(g_waitDialog, nullptr);
-    EXPECT_EQ(project->game.config, window->configs().find(QStringLiteral("Game 0")));
-    EXPECT_EQ(window->configs().current, project->game.config);
+    EXPECT_EQ(project->game.config, window->services().configs.find(QStringLiteral("Game 0")));
+    EXPECT_EQ(window->services().configs.current, project->game.config);
     EXPECT_EQ(project->game.config->useCount, 1);
     EXPECT_NE(project->game.findClass("lamp", CF_POINT), nullptr);
     EXPECT_FLOAT_EQ(face->vertices[1].st[0], 0.5f) << "64 of 128 texels";

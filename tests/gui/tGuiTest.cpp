@@ -2,19 +2,13 @@
 // Replies by a polling timer; a folder with one plug-in, one game data file, one configuration.
 #include "gui/tGuiTest.h"
 
+#include "support/tFiles.h"
 #include "support/tMapText.h"
-#include "support/tPatience.h"
 #include "support/tSystem.h"
-#include "views/tCanvas.h"
 
-#include <QApplication>
 #include <QCursor>
 #include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMdiArea>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QStatusBar>
 #include <QTextEdit>
 
@@ -50,6 +44,8 @@ void cReplies::poll() {
     if (modal == m_answered || modal->objectName() == QLatin1String("cWaitDialog"))
         return;
     m_answered = modal;
+    if (m_replies.empty() && m_default)
+        return m_default(modal);
     if (m_replies.empty()) {
         ADD_FAILURE() << "nobody expected the dialog " << modal->windowTitle().toStdString();
         modal->close();
@@ -141,9 +137,7 @@ void cGuiTest::restart() {
 }
 
 void cGuiTest::write(const QString& name, const QByteArray& bytes) const {
-    QFile out(file(name));
-    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-    ASSERT_EQ(out.write(bytes), bytes.size());
+    writeFile(file(name), bytes);
 }
 
 QByteArray cGuiTest::read(const char* name) const {
@@ -165,7 +159,7 @@ void cGuiTest::writeConfigs(int enabled, int disabled, const char* profile) cons
 }
 
 QAction* cGuiTest::action(const char* id, int copy) const {
-    for (QAction* a : window->actions)
+    for (QAction* a : window->menus().actions)
         if (a->objectName() == QLatin1String(id) && copy-- == 0)
             return a;
     ADD_FAILURE() << "no action " << id;
@@ -173,7 +167,7 @@ QAction* cGuiTest::action(const char* id, int copy) const {
 }
 
 QCustomAction* cGuiTest::toolAction(int toolIndex) const {
-    for (QCustomAction* a : window->toolActions)
+    for (QCustomAction* a : window->menus().toolActions)
         if (a->toolIndex == toolIndex)
             return a;
     ADD_FAILURE() << "no tool " << toolIndex;
@@ -229,11 +223,11 @@ int cGuiTest::windowCount() const {
 
 QString cGuiTest::pane(int index) const {
     letShow();
-    return window->statusPane(index)->text();
+    return window->panes().label(index)->text();
 }
 
 QString cGuiTest::console() const {
-    return window->consoleText()->toPlainText();
+    return window->console().text()->toPlainText();
 }
 
 void cGuiTest::settle() const {

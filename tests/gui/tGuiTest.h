@@ -4,20 +4,43 @@
 // expected fails the test and is dismissed, so that nothing hangs.
 #pragma once
 
+#include "document/tEntity.h"
+#include "document/tHistory.h"
+#include "document/tMapLists.h"
+#include "shell/tCommandMenus.h"
+#include "shell/tConsoleDock.h"
 #include "shell/tCustomAction.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
+#include "shell/tRecentFiles.h"
+#include "shell/tServices.h"
+#include "shell/tStatusPanes.h"
+#include "shell/tTieToEntity.h"
+#include "shell/tToolSwitch.h"
+#include "support/tMapTools.h"
+#include "support/tPatience.h"
+#include "views/tCanvas.h"
+#include "views/tChildWindow.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QCheckBox>
 #include <QCoreApplication>
 #include <QDialogButtonBox>
+#include <QDockWidget>
 #include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMdiArea>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolBar>
 #include <deque>
 #include <functional>
 #include <gtest/gtest.h>
@@ -46,12 +69,15 @@ public:
     }
     void expectFile(const QString& path); // a file dialog takes this name
     void expectCancel();                  // any dialog is rejected
+    // Whatever comes that nothing is expected for gets this answer, and fails no more.
+    void answerAll(std::function<void(QWidget*)> reply) { m_default = std::move(reply); }
     int pending() const { return int(m_replies.size()); }
 
 private:
     void poll();
 
     std::deque<std::function<void(QWidget*)>> m_replies;
+    std::function<void(QWidget*)> m_default;
     QPointer<QWidget> m_answered; // the next one may lie at the same address
     QTimer m_timer;
 };

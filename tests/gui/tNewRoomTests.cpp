@@ -1,16 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The room that a new map begins with: asked for, refused, skipped, and brought back by Shift.
-#include "document/tHistory.h"
-#include "document/tMapLists.h"
 #include "gui/tGuiTest.h"
 #include "resources/tGameConfigRegistry.h"
-#include "support/tMapTools.h"
 
-#include <QCheckBox>
-#include <QDialogButtonBox>
-#include <QPushButton>
 #include <QSpinBox>
-#include <QToolBar>
 
 class NewRoomTest : public cGuiTest {
 protected:
@@ -92,7 +85,7 @@ TEST_F(NewRoomTest, anAcceptedRoomIsInTheMapWithoutAStep) {
     clickNew();
     EXPECT_EQ(window->projects.size(), 1) << "no map is wanted at all";
     EXPECT_EQ(active(), first);
-    EXPECT_EQ(window->configs().current, first->game.config);
+    EXPECT_EQ(window->services().configs.current, first->game.config);
     replies.expect([](QWidget* dialog) {
         EXPECT_EQ(size(dialog, "sbX")->value(), 1024) << "what was refused is not kept";
         for (QAbstractButton* button : dialog->findChild<QDialogButtonBox*>()->buttons())

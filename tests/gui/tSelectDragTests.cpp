@@ -3,7 +3,6 @@
 // release, and that undo takes it back.
 #include "gui/tToolTest.h"
 
-#include "document/tMapLists.h"
 #include "support/tVec.h"
 
 #include <QDoubleSpinBox>

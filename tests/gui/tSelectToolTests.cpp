@@ -3,9 +3,6 @@
 // tSelectDragTests.cpp.
 #include "gui/tToolTest.h"
 
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
-
 class SelectToolTest : public cToolTest {};
 
 static bool isPicked(const cBrushData* brush) {
@@ -75,39 +72,6 @@ TEST_F(SelectToolTest, theCameraPicksTheNearestFace) {
     EXPECT_TRUE(isPicked(near) && isPicked(far));
     click(camera, QPoint(middle.x(), 40));
     EXPECT_EQ(selectedBrushes(), 0) << "the sky";
-}
-
-TEST_F(SelectToolTest, aClickTakesTheWholeGroupOrEntityUnlessGroupsAreIgnored) {
-    cBrushData* one = addBrush({0, 0, 0}, {32, 32, 32});
-    cBrushData* two = addBrush({48, 0, 0}, {80, 32, 32});
-    cEntityData* wall = addSolidEntity();
-    for (const float x : {-48.0f, -96.0f}) {
-        const float mins[3] = {x, 0, 0}, maxs[3] = {x + 32, 32, 32};
-        addBox(map(), wall, mins, maxs);
-    }
-    const cBrushData* panel = wall->brushesTail;
-    cGroupData* group = map().addGroup();
-    map().joinGroupBrush(one, group);
-    map().joinGroupBrush(two, group);
-    updateEntity(wall, 0);
-    objectsAdded();
-    pick(one);
-    EXPECT_TRUE(isPicked(one) && isPicked(two) && (group->flags & GF_SELECTED));
-    EXPECT_EQ(pane(2), QStringLiteral("group of 2 objects."));
-    expectBounds(box().mins, box().maxs, {0, 0, 0}, {80, 32, 32});
-    pick(panel, Qt::ControlModifier);
-    EXPECT_EQ(selectedBrushes(), 4);
-    EXPECT_TRUE(wall->flags & EF_SELECTED);
-    pick(one, Qt::ControlModifier);
-    EXPECT_EQ(selectedBrushes(), 2);
-    EXPECT_FALSE(group->flags & GF_SELECTED);
-    click(top, pixel(top, 0, -90));
-    window->IgnoreGroups = true;
-    for (const cBrushData* brush : {static_cast<const cBrushData*>(one), panel}) {
-        pick(brush);
-        EXPECT_EQ(selectedBrushes(), 1);
-        EXPECT_TRUE(isPicked(brush) && !(wall->flags & EF_SELECTED));
-    }
 }
 
 // ---- Rubber band

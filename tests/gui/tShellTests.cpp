@@ -36,7 +36,7 @@ static QMdiSubWindow* frameOf(const cProject* project) {
 TEST_F(ShellTest, noShortcutStandsTwice) {
     startWithProject();
     QStringList seen;
-    for (const QAction* a : window->actions)
+    for (const QAction* a : window->menus().actions)
         if (!a->shortcut().isEmpty())
             seen.append(a->shortcut().toString());
     EXPECT_TRUE(seen.contains(QStringLiteral("Ctrl+N")));
@@ -256,19 +256,19 @@ TEST_F(ShellTest, keysOfATextEntryAreItsOwn) {
 
 TEST_F(ShellTest, consoleCutsLongMessagesShowsMarkupOrNotAndLosesNone) {
     start();
-    window->consoleText()->clear();
+    window->console().text()->clear();
     Print("%s", QByteArray(10000, 'x').constData());
     EXPECT_EQ(console().size(), 8191);
-    window->consoleText()->clear();
-    window->appendConsole(QStringLiteral("a <b>c</b> & d"), false, true);
+    window->console().text()->clear();
+    window->console().append(QStringLiteral("a <b>c</b> & d"), false, true);
     Print("plain <b>bold</b>");
     Warning("careful");
     Error("wrong");
     EXPECT_EQ(console(),
               QStringLiteral("a <b>c</b> & d\nplain bold\nWarning: careful\nError: wrong"));
-    window->consoleText()->moveCursor(QTextCursor::End);
-    EXPECT_EQ(window->consoleText()->textCursor().charFormat().foreground().color(),
-              window->consoleText()->palette().color(QPalette::Text));
+    window->console().text()->moveCursor(QTextCursor::End);
+    EXPECT_EQ(window->console().text()->textCursor().charFormat().foreground().color(),
+              window->console().text()->palette().color(QPalette::Text));
     for (int i = 0; i < 3000; ++i)
         Print("line %i", i);
     EXPECT_EQ(console().count(QStringLiteral("line ")), 3000);
@@ -277,7 +277,7 @@ TEST_F(ShellTest, consoleCutsLongMessagesShowsMarkupOrNotAndLosesNone) {
 
 TEST_F(ShellTest, messagesAreExportedUnlessThereAreNone) {
     start();
-    window->consoleText()->clear();
+    window->console().text()->clear();
     trigger("WindowMsgExp"); // no dialog
     settle();
     Print("one");
@@ -294,7 +294,7 @@ TEST_F(ShellTest, messagesAreExportedUnlessThereAreNone) {
 // While the wait window is up, progress goes to it and debug messages go nowhere.
 TEST_F(ShellTest, waitWindowTakesProgressAndStaysUp) {
     start();
-    window->consoleText()->clear();
+    window->console().text()->clear();
     {
         cWaitDialog wait(QStringLiteral("Working"), QString(), window.get());
         g_waitDialog = &wait;
@@ -333,10 +333,10 @@ TEST_F(ShellTest, settingsAreReadShownAndWritten) {
     for (const char* id : {"MapSnap", "ToolsTexLock", "ToolsVertexRes"})
         EXPECT_FALSE(action(id)->isChecked()) << id;
     EXPECT_EQ(child<QToolBar>(window.get(), "Maptools Bar")->iconSize(), QSize(20, 16));
-    EXPECT_EQ(window->colors().color(COLOR_2D_BACKGROUND), QColor(1, 2, 3));
+    EXPECT_EQ(window->services().colors.color(COLOR_2D_BACKGROUND), QColor(1, 2, 3));
     EXPECT_EQ(QApplication::palette().color(QPalette::Button), QColor(40, 50, 60));
-    window->colors().setCustomColor("COLOR_APPLICATION", 0, 0, 0);
-    window->colors().useCustom();
+    window->services().colors.setCustomColor("COLOR_APPLICATION", 0, 0, 0);
+    window->services().colors.useCustom();
     window->applyPalette();
     EXPECT_EQ(QApplication::palette().color(QPalette::Button), button);
     window->BackClip = 1234;
@@ -358,21 +358,21 @@ TEST_F(ShellTest, recentFilesAreEightAndExist) {
     }
     write("TDKSettings.ini", ini);
     start();
-    EXPECT_EQ(window->recentFiles.size(), 6) << "the hole and the missing file are gone";
-    EXPECT_EQ(window->recentFiles[1], file("r3.kvx"));
+    EXPECT_EQ(window->recentFiles().paths().size(), 6) << "the hole and the missing file are gone";
+    EXPECT_EQ(window->recentFiles().paths()[1], file("r3.kvx"));
     EXPECT_TRUE(visibleEntries(menuOf(*window, "&File")).contains(QStringLiteral("&2 r3.kvx")));
-    window->addRecentFile(file("r5.kvx"));
-    EXPECT_EQ(window->recentFiles[0], file("r5.kvx"));
+    window->recentFiles().add(file("r5.kvx"));
+    EXPECT_EQ(window->recentFiles().paths()[0], file("r5.kvx"));
     for (int i = 10; i < 14; ++i) {
         write(QStringLiteral("r%1.kvx").arg(i), "x");
-        window->addRecentFile(file(QStringLiteral("r%1.kvx").arg(i)));
+        window->recentFiles().add(file(QStringLiteral("r%1.kvx").arg(i)));
     }
-    EXPECT_EQ(window->recentFiles.size(), 10);
+    EXPECT_EQ(window->recentFiles().paths().size(), 10);
     restart();
-    EXPECT_EQ(window->recentFiles.size(), 8);
-    for (const QString& path : window->recentFiles)
+    EXPECT_EQ(window->recentFiles().paths().size(), 8);
+    for (const QString& path : window->recentFiles().paths())
         QFile::remove(path);
-    window->refreshRecentFiles();
+    window->recentFiles().refresh();
     EXPECT_EQ(visibleEntries(menuOf(*window, "&File")).size(), 3);
 }
 
@@ -434,10 +434,10 @@ TEST_F(ShellTest, textsOfButtonsAndPanesHaveRoom) {
 
 TEST_F(ShellTest, consoleKeepsItsLastLines) {
     start();
-    for (int i = 0; i < cMainWindow::CONSOLE_LINES + 500; ++i)
-        window->appendConsole(QString::number(i), true, false);
-    EXPECT_EQ(window->consoleText()->document()->blockCount(), cMainWindow::CONSOLE_LINES);
-    EXPECT_TRUE(console().endsWith(QString::number(cMainWindow::CONSOLE_LINES + 499)));
+    for (int i = 0; i < cConsoleDock::LINES + 500; ++i)
+        window->console().append(QString::number(i), true, false);
+    EXPECT_EQ(window->console().text()->document()->blockCount(), cConsoleDock::LINES);
+    EXPECT_TRUE(console().endsWith(QString::number(cConsoleDock::LINES + 499)));
 }
 
 // What no settings file should hold neither harms nor is lost when the file is written again.

@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Tie to Entity through its real boxes: every way of answering each question, and the list.
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
 #include "gui/tToolTest.h"
 #include "resources/tGameConfigRegistry.h"
-
-#include <QDialogButtonBox>
-#include <QLabel>
-#include <QListWidget>
 
 static const QString POINTS_QUESTION =
     QStringLiteral("There are 1 point entities selected.\n"
@@ -26,7 +20,7 @@ protected:
         config().defaultSolidClass = QStringLiteral("func_door");
     }
 
-    cGameConfig& config() const { return *window->configs().current; }
+    cGameConfig& config() const { return *window->services().configs.current; }
 
     // A wall of that many brushes.
     cEntityData* addWall(float x, int brushes) {
@@ -60,7 +54,7 @@ protected:
         trigger("ToolsToEntity");
         EXPECT_TRUE(answered());
         settle();
-        EXPECT_EQ(window->tieClassName, QString()) << "it holds for one command";
+        EXPECT_EQ(window->tieToEntity().className(), QString()) << "it holds for one command";
         EXPECT_EQ(checkMapInvariants(map()), QString());
     }
 
@@ -97,7 +91,7 @@ TEST_F(TieTest, brushesOfTheWorldBecomeANewEntityOfTheClassThatAMenuNames) {
         EXPECT_STREQ(newest()->classname, name);
         EXPECT_EQ(brushesIn(newest()), 2);
         EXPECT_EQ(selectedEntities(), 1);
-        EXPECT_EQ(window->tieClassName, QString());
+        EXPECT_EQ(window->tieToEntity().className(), QString());
         trigger("EditDelete");
     }
 }
@@ -221,7 +215,7 @@ TEST_F(TieTest, theListGoesWithItsDocument) {
     });
     EXPECT_TRUE(answered());
     settle();
-    EXPECT_EQ(window->tieClassName, QString());
+    EXPECT_EQ(window->tieToEntity().className(), QString());
     EXPECT_FALSE(window->findChild<QListWidget*>(QStringLiteral("lstEntities")));
     project = newProject();
 }

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How one tool takes another's place: by buttons, by keys, for a while, and with face mode.
 #include "gui/tGuiTest.h"
-#include "support/tMapTools.h"
-#include "views/tCanvas.h"
-
-#include <QToolBar>
 
 namespace {
 
@@ -33,9 +29,9 @@ protected:
             auto spy = std::make_unique<cSpyTool>();
             spy->setId(id);
             spies[id] = spy.get();
-            window->tools[size_t(id)] = std::move(spy);
+            window->toolSwitch().tools[size_t(id)] = std::move(spy);
         }
-        window->currentTool = window->tools[TOOL_SELECT].get();
+        window->currentTool = window->toolSwitch().tools[TOOL_SELECT].get();
         newProject();
     }
 
@@ -53,7 +49,7 @@ protected:
     // The tools whose buttons are checked.
     QString checkedTools() const {
         QString text;
-        for (const QCustomAction* a : window->toolActions)
+        for (const QCustomAction* a : window->menus().toolActions)
             if (a->isChecked())
                 text += QStringLiteral(" %1").arg(a->toolIndex);
         return text.trimmed();

@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "gui/tToolTest.h"
 
-#include "document/tEntity.h"
-#include "document/tMapLists.h"
-#include "support/tPatience.h"
-
-#include <QApplication>
 #include <QWindow>
 #include <QtTest/qtestmouse.h>
 

@@ -3,12 +3,8 @@
 // system hands them over, so that grabs, focus and routing are the real ones.
 #pragma once
 
-#include "document/tHistory.h"
 #include "gui/tGuiTest.h"
-#include "support/tMapTools.h"
 #include "tools/tToolSelect.h"
-#include "views/tCanvas.h"
-#include "views/tChildWindow.h"
 
 #include <initializer_list>
 
@@ -30,7 +26,9 @@ protected:
     cBrushData* pickCube(float x = 0);
     const cSelectionBox& box() const { return project->boxes[TBX_SELECTION]; }
     const cSelectionFrame& frame() const { return project->selection; }
-    cToolSelect& tool() const { return static_cast<cToolSelect&>(*window->tools[TOOL_SELECT]); }
+    cToolSelect& tool() const {
+        return static_cast<cToolSelect&>(*window->toolSwitch().tools[TOOL_SELECT]);
+    }
     int selectedBrushes() const;
     int selectedEntities() const;
     const char* undoName() const { return map().history->undoName(); }

@@ -4,13 +4,9 @@
 #include "document/tVisGroup.h"
 #include "gui/tGuiTest.h"
 #include "shell/tVisGroupList.h"
-#include "support/tMapTools.h"
 
-#include <QDockWidget>
 #include <QImage>
-#include <QLineEdit>
 #include <QProcess>
-#include <QPushButton>
 
 static QImage imageOf(const QListWidgetItem* item, QIcon::Mode mode) {
     return item->icon().pixmap(16, mode).toImage();
@@ -145,22 +141,6 @@ TEST_F(VisGroupTest, assignMarkAndPurge) {
     EXPECT_EQ(list()->currentId(), 1u) << "still current, under its new id";
 }
 
-TEST_F(VisGroupTest, doubleClickHidesAndShowsAtOnce) {
-    startWithGroups();
-    trigger("EditSelAll");
-    EXPECT_TRUE(walls->visible);
-    doubleClickRow(1);
-    EXPECT_FALSE(walls->visible);
-    EXPECT_TRUE(brushes[0]->flags & BF_HIDDEN);
-    EXPECT_FALSE(brushes[0]->flags & BF_SELECTED);
-    EXPECT_TRUE(brushes[2]->flags & BF_SELECTED);
-    doubleClickRow(1);
-    EXPECT_TRUE(walls->visible);
-    EXPECT_FALSE(brushes[0]->flags & BF_HIDDEN);
-    doubleClickRow(0);
-    EXPECT_TRUE(lights->visible) << "an empty one just flips";
-}
-
 TEST_F(VisGroupTest, aDropMergesAfterAQuestion) {
     startWithGroups();
     map().createVisGroup("doors");
@@ -215,45 +195,54 @@ TEST_F(VisGroupTest, dialogChangesGroupsAsOneTypesAndAsksBeforeItRemovesMembers)
 
 TEST_F(VisGroupTest, hidingByHandAndShowingAll) {
     startWithGroups();
-    const auto expectHidden = [this](bool first, bool second, bool third) {
-        const bool wanted[] = {first, second, third};
-        for (int i = 0; i < 3; ++i)
-            EXPECT_EQ((brushes[i]->flags & BF_HIDDEN) != 0, wanted[i]) << i;
-        EXPECT_EQ(walls->visible, !(first && second)) << "while any member shows";
+    const auto hidden = [this] {
+        return ((brushes[0]->flags & BF_HIDDEN) ? 1 : 0) +
+               ((brushes[1]->flags & BF_HIDDEN) ? 2 : 0) +
+               ((brushes[2]->flags & BF_HIDDEN) ? 4 : 0);
     };
     replies.expectBox(QMessageBox::Ok, "There are no hidden objects.");
     trigger("ViewShowHidden");
-    trigger("ViewHideSel");
-    expectHidden(false, false, false); // nothing was selected
-    map().selectBrushByIndex(0, 0, false);
-    trigger("ViewHideSel");
-    expectHidden(true, false, false);
-    EXPECT_EQ(map().data.selectedBrushes, nullptr);
-    map().selectBrushByIndex(0, 2, false);
-    trigger("ViewHideUnsel");
-    expectHidden(true, true, false);
-    trigger("ViewShowHidden");
-    expectHidden(false, false, false);
+    const std::pair<const char*, int> cases[] = {{"ViewHideSel", 1}, {"ViewHideUnsel", 6}};
+    for (const auto& [command, wanted] : cases) {
+        trigger(command); // nothing was selected
+        EXPECT_EQ(hidden(), 0);
+        map().selectBrushByIndex(0, 0, false);
+        trigger(command);
+        EXPECT_EQ(hidden(), wanted);
+        trigger("ViewShowHidden");
+        EXPECT_EQ(hidden(), 0);
+        trigger("EditSelNone");
+    }
     EXPECT_TRUE(console().contains(
         QStringLiteral("2 object(s) revealed (0 entities, 2 brushes and 0 groups)")));
 }
 
-TEST_F(VisGroupTest, aClickOnTheIconHidesAndShows) {
+TEST_F(VisGroupTest, aDoubleClickAndAClickOnTheIconHideAndShow) {
     startWithGroups();
     const int row = 1; // walls, behind lights
     const QRect place = list()->visualItemRect(list()->item(row));
     const QPoint icon(place.left() + 9, place.center().y());
-    for (const bool visible : {false, true}) {
-        QTest::mouseClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, icon);
-        settle();
-        EXPECT_EQ(walls->visible, visible);
+    trigger("EditSelAll");
+    for (const bool twice : {true, false}) {
+        for (const bool visible : {false, true}) {
+            if (twice)
+                doubleClickRow(row);
+            else
+                QTest::mouseClick(list()->viewport(), Qt::LeftButton, Qt::NoModifier, icon);
+            EXPECT_EQ(walls->visible, visible);
+            EXPECT_EQ((brushes[0]->flags & BF_HIDDEN) == 0, visible);
+        }
     }
+    EXPECT_FALSE(brushes[0]->flags & BF_SELECTED);
+    EXPECT_TRUE(brushes[2]->flags & BF_SELECTED);
     clickRow(row);
-    settle();
     EXPECT_TRUE(walls->visible) << "a click on the name only chooses";
     QTest::mousePress(list()->viewport(), Qt::LeftButton, Qt::NoModifier, icon);
     QTest::mouseRelease(list()->viewport(), Qt::LeftButton, Qt::NoModifier, placeOf(row));
     EXPECT_TRUE(walls->visible);
+    doubleClickRow(0);
+    EXPECT_TRUE(lights->visible) << "an empty one just flips";
+    doubleClickRow(0);
 
     const QListWidgetItem *empty = list()->item(0), *full = list()->item(row);
     EXPECT_EQ(imageOf(empty, QIcon::Normal), imageOf(full, QIcon::Normal))

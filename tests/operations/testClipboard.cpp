@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "operations/tClipboard.h"
 
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
 #include "document/tFaceMapping.h"
-#include "document/tGroup.h"
-#include "document/tVisGroup.h"
 #include "operations/tStructure.h"
 #include "support/tMapTest.h"
 

@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "operations/tPrimitives.h"
 
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
-#include "document/tGroup.h"
 #include "operations/tDefaultRoom.h"
 #include "support/tMapTest.h"
-#include "support/tVec.h"
 
 #include <array>
 #include <cmath>
-#include <map>
 
 // World units: what rounding to whole numbers moves a point, and what float leaves of it.
 static constexpr float ROUNDING = 0.5f;
@@ -51,35 +46,6 @@ protected:
     }
 };
 
-// Closed: every edge is shared by two faces, which run along it in opposite ways.
-static QString checkClosed(const cBrushData* brush) {
-    using cEdge = std::pair<std::array<float, 3>, std::array<float, 3>>;
-    std::map<cEdge, int> edges;
-    const auto pointOf = [](const cFaceVertex& vertex) {
-        // Whole thousandths: windings made from planes meet only so closely.
-        std::array<float, 3> point;
-        for (size_t i = 0; i < 3; ++i)
-            point[i] = std::round(vertex.xyz[i] * 100) / 100 + 0.0f;
-        return point;
-    };
-    for (const cFaceData* face : facesOf(brush)) {
-        for (int i = 0; i < face->vertexCount; ++i) {
-            const auto from = pointOf(face->vertices[i]);
-            const auto to = pointOf(face->vertices[(i + 1) % face->vertexCount]);
-            ++edges[{from, to}];
-            --edges[{to, from}];
-        }
-    }
-    for (const auto& [edge, sum] : edges) {
-        if (sum != 0)
-            return QStringLiteral("an edge from %1 %2 %3 is open")
-                .arg(double(edge.first[0]))
-                .arg(double(edge.first[1]))
-                .arg(double(edge.first[2]));
-    }
-    return QString();
-}
-
 using cVector = std::array<float, 3>;
 
 // The mean of all corners, which lies inside any convex solid.
@@ -108,7 +74,7 @@ static QString checkSolid(const cBrushData* brush, const float* mins, const floa
         if (vecDot(face->normal, middle.data()) - face->dist >= 0)
             return QStringLiteral("a face looks inward");
     }
-    return checkClosed(brush);
+    return isClosed(brush, 0.02f) ? QString() : QStringLiteral("an edge is open");
 }
 
 TEST_F(Primitives, everyOneIsAClosedConvexSolidInItsBox) {

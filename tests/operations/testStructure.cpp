@@ -1,7 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "document/tBrush.h"
-#include "document/tGroup.h"
-#include "document/tVisGroup.h"
 #include "operations/tStructure.h"
 #include "support/tMapTest.h"
 

@@ -1,15 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "operations/tTransform.h"
 
-#include "document/tBrush.h"
-#include "document/tBrushGeometry.h"
 #include "document/tEntityAngles.h"
 #include "document/tFaceMapping.h"
-#include "document/tGroup.h"
-#include "document/tVisGroup.h"
 #include "support/tMapTest.h"
-#include "support/tMath.h"
-#include "support/tVec.h"
 
 #include <cmath>
 

@@ -10,6 +10,7 @@
 #include "resources/tGameConfig.h"
 #include "resources/tTextureManager.h"
 #include "support/tBuildNumber.h"
+#include "support/tFiles.h"
 #include "support/tMapTools.h"
 #include "support/tMath.h"
 #include "support/tTestHost.h"
@@ -22,10 +23,6 @@
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-
-static QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
 
 class cHostServicesTest : public testing::Test {
 protected:
@@ -72,10 +69,7 @@ TEST_F(cHostServicesTest, filesAndTokens) {
     cGameConfig config;
     config.gameBasedir = folder.path();
     const cActiveConfigScope active(&config);
-    QFile file(folder.filePath(str("a.txt")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("(1 2 3) word");
-    file.close();
+    writeFile(folder.filePath(str("a.txt")), "(1 2 3) word");
     char path[512];
     ASSERT_EQ(m_services.File_Find("a.txt", path, sizeof path), 1);
     EXPECT_EQ(m_services.File_Find("b.txt", path + 256, 256), 0);
@@ -175,23 +169,6 @@ TEST_F(cHostMapTest, textureNumbersOfNoUseBecomeTheDefaultAndAreToldOnce) {
     EXPECT_EQ(m_host.count(eMessage::Warning, QStringLiteral("numbers of no use")), 1);
 }
 
-TEST_F(cHostMapTest, visGroupsAreFoundByPlace) {
-    const uint32_t ids[] = {m_services.VisGroup_Create(m_data), m_services.VisGroup_Create(m_data),
-                            m_services.VisGroup_Create(m_data)};
-    const auto placeOf = [&](uint32_t id) { return m_services.VisGroup_IndexOf(m_data, id); };
-    EXPECT_EQ(placeOf(ids[2]), 2);
-    m_services.VisGroup_Set(m_data, ids[0], "last", 99, nullptr);
-    EXPECT_EQ(placeOf(ids[1]), 0);
-    EXPECT_EQ(placeOf(99), 2);
-    m_services.VisGroup_Delete(m_data, ids[1]);
-    EXPECT_EQ(placeOf(ids[1]), -1);
-    EXPECT_EQ(placeOf(99), 1);
-    m_map.clearMap();
-    const uint32_t fresh = m_services.VisGroup_Create(m_data);
-    EXPECT_EQ(placeOf(fresh), 0);
-    EXPECT_EQ(placeOf(99), -1);
-}
-
 TEST_F(cHostMapTest, objectsOfAnotherMapAndNullAreLeftAlone) {
     cEntityData* foreign = m_other.addEntity("a", m_other.data.cordonMins, EF_POINT);
     cEntityData* solid = addEntity("door", 0);
@@ -281,8 +258,11 @@ TEST_F(cHostMapTest, visGroups) {
     m_services.Entity_RemoveFromVisGroup(m_data, light, 40);
     m_services.VisGroup_Delete(m_data, second);
     EXPECT_EQ(m_services.Entity_GetVisGroupCount(light), 0);
+    EXPECT_EQ(m_services.VisGroup_IndexOf(m_data, second), -1);
+    EXPECT_EQ(m_services.VisGroup_IndexOf(m_data, 40), 0);
     m_services.VisGroup_Clear(m_data);
     EXPECT_EQ(m_services.VisGroup_GetCount(m_data), 0);
+    EXPECT_EQ(m_services.VisGroup_IndexOf(m_data, 40), -1);
 }
 
 TEST_F(cHostMapTest, packagePathsOfTheProject) {

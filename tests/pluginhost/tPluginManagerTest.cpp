@@ -2,33 +2,23 @@
 // The loader, on plug-ins loaded from disk: order, messages, what each offer leads to.
 #include "pluginhost/tPluginManager.h"
 
-#include "gamedata/tGameDataRegistry.h"
 #include "pluginhost/tFlagCaptions.h"
 #include "pluginhost/tPrimitiveList.h"
-#include "resources/tGameConfigRegistry.h"
-#include "resources/tModelManager.h"
-#include "resources/tTextureManager.h"
 #include "support/tMapText.h"
-#include "support/tTestHost.h"
+#include "support/tRegistryTest.h"
 
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
 
-static QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
-
-class cPluginManagerTest : public testing::Test {
+class cPluginManagerTest : public cRegistryTest {
 protected:
     cPluginManagerTest() {
         cPluginTargets targets;
-        targets.configs = &m_configs;
-        targets.textures = &m_textures;
-        targets.models = &m_models;
+        targets.configs = &configs;
+        targets.textures = &textures;
+        targets.models = &models;
         targets.captions = &m_captions;
         targets.registerPrimitive = [this](const cPrimitive* p) {
             m_primitives.registerPrimitive(p);
@@ -37,59 +27,45 @@ protected:
     }
 
     QString provide(const char* name, const QString& as) {
-        const QString path = m_folder.filePath(as);
-        EXPECT_TRUE(QFile::copy(str(KARVEX_TEST_PLUGINS "/") + str(name), path));
-        return path;
+        EXPECT_TRUE(QFile::copy(str(KARVEX_TEST_PLUGINS "/") + str(name), path(as)));
+        return path(as);
     }
-    int count(eMessage level, const char* text) { return m_host.count(level, str(text)); }
     QStringList texts(eMessage level) {
         QStringList lines;
-        for (const auto& message : m_host.messages)
+        for (const auto& message : host.messages)
             if (message.level == level)
                 lines << message.text;
         return lines;
     }
 
-    cTestHost m_host;
-    QTemporaryDir m_folder;
-    cGameDataRegistry m_gameData;
-    cTextureManager m_textures;
-    cModelManager m_models;
-    cGameConfigRegistry m_configs{m_gameData, m_textures, &m_models};
     cFlagCaptions m_captions;
     cPrimitiveList m_primitives;
     std::unique_ptr<cPluginManager> m_manager;
 };
 
 TEST_F(cPluginManagerTest, refusedLibrariesCostTheirMessageOnly) {
-    QFile text(m_folder.filePath(str("tpa.so")));
-    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
-    text.write("no library at all");
-    text.close();
+    write("tpa.so", "no library at all");
     provide("tpnomain.so", str("tpb.so"));
     provide("tprefuse.so", str("tpc.so"));
     const QString good = provide("tpfull.so", str("tpd.so"));
     provide("tpfull.so", str("other.so"));
-    m_manager->loadAll(m_folder.filePath(str("absent")));
-    EXPECT_TRUE(m_host.messages.empty());
-    m_manager->loadAll(m_folder.path());
+    m_manager->loadAll(path("absent"));
+    EXPECT_TRUE(host.messages.empty());
+    m_manager->loadAll(folder.path());
 
-    const QString folder = m_folder.path() + QLatin1Char('/');
     EXPECT_THAT(texts(eMessage::Error).mid(0, 3),
-                ElementsAre(str("Couldn't load \"%1tpa.so\"").arg(folder),
-                            str("Couldn't find \"tpMain\" export in \"%1tpb.so\"").arg(folder),
-                            str("Couldn't initialize \"%1tpc.so\"").arg(folder)));
+                ElementsAre(str("Couldn't load \"%1\"").arg(path("tpa.so")),
+                            str("Couldn't find \"tpMain\" export in \"%1\"").arg(path("tpb.so")),
+                            str("Couldn't initialize \"%1\"").arg(path("tpc.so"))));
     EXPECT_EQ(count(eMessage::Warning, "is not for me"), 1) << "it did get the table";
     EXPECT_EQ(count(eMessage::Print, "Adding: "), 1);
     ASSERT_EQ(m_manager->libraries.size(), 1u);
     EXPECT_EQ(m_manager->libraries[0]->fileName(), good);
 
-    QFile maps(str("/proc/self/maps"));
-    ASSERT_TRUE(maps.open(QIODevice::ReadOnly));
-    const QByteArray mapped = maps.readAll();
+    const QByteArray mapped = readFile(str("/proc/self/maps"));
     EXPECT_TRUE(mapped.contains(toMapText(good)));
-    EXPECT_FALSE(mapped.contains(toMapText(folder + str("tpb.so"))));
-    EXPECT_FALSE(mapped.contains(toMapText(folder + str("tpc.so"))));
+    EXPECT_FALSE(mapped.contains(toMapText(path("tpb.so"))));
+    EXPECT_FALSE(mapped.contains(toMapText(path("tpc.so"))));
 }
 
 TEST_F(cPluginManagerTest, countsAreTold) {
@@ -105,7 +81,7 @@ TEST_F(cPluginManagerTest, countsAreTold) {
 TEST_F(cPluginManagerTest, formatsGoWithTheProfilesOfTheirPlugin) {
     m_manager->load(provide("tppartial.so", str("tpa.so")));
     m_manager->load(provide("tpfull.so", str("tpb.so")));
-    const cMapProfile* profile = m_configs.profiles.value(str("test"));
+    const cMapProfile* profile = configs.profiles.value(str("test"));
     ASSERT_TRUE(profile);
     EXPECT_EQ(profile->library, 2u) << "the place in the list, from 1";
     EXPECT_EQ(profile->detailContentMask, 0x100u);
@@ -119,12 +95,12 @@ TEST_F(cPluginManagerTest, formatsGoWithTheProfilesOfTheirPlugin) {
     ASSERT_TRUE(text);
     EXPECT_EQ(text->id, 11u);
     EXPECT_FALSE(cPluginManager::findFormat(m_manager->exportFormats, 1, str(".txt")));
-    EXPECT_FALSE(m_textures.isPackageExtension(str(".Names")));
-    ASSERT_EQ(m_models.spriteFormats.size(), 1);
-    EXPECT_FALSE(m_models.spriteFormats[0].unload);
-    ASSERT_EQ(m_models.modelFormats.size(), 1);
-    EXPECT_TRUE(m_models.modelFormats[0].render);
-    EXPECT_FALSE(m_models.modelFormats[0].getBounds);
+    EXPECT_FALSE(textures.isPackageExtension(str(".Names")));
+    ASSERT_EQ(models.spriteFormats.size(), 1);
+    EXPECT_FALSE(models.spriteFormats[0].unload);
+    ASSERT_EQ(models.modelFormats.size(), 1);
+    EXPECT_TRUE(models.modelFormats[0].render);
+    EXPECT_FALSE(models.modelFormats[0].getBounds);
 }
 
 TEST_F(cPluginManagerTest, formatsThatLackTheirFunctionsAreNotEntered) {
@@ -139,20 +115,20 @@ TEST_F(cPluginManagerTest, formatsThatLackTheirFunctionsAreNotEntered) {
         {"package format \".pak\" (Package)", "tpGetPackageInfo"},
         {"sprite format \".spr\" (Sprite)", "tpLoadSprite"},
         {"model format \".mdl\" (Model)", "tpRenderModel"}};
-    EXPECT_EQ(m_host.count(eMessage::Warning, QString()), 4);
+    EXPECT_EQ(host.count(eMessage::Warning, QString()), 4);
     for (const auto& m : missing)
-        EXPECT_EQ(m_host.count(eMessage::Warning,
-                               str("Plugin \"%1\" defines %2, but doesn't export \"%3\" function!")
-                                   .arg(path, str(m.first), str(m.second))),
+        EXPECT_EQ(host.count(eMessage::Warning,
+                             str("Plugin \"%1\" defines %2, but doesn't export \"%3\" function!")
+                                 .arg(path, str(m.first), str(m.second))),
                   1)
             << m.first;
-    EXPECT_EQ(m_textures.textureFormats.size() + m_textures.packageFormats.size(), 0);
-    EXPECT_EQ(m_models.spriteFormats.size() + m_models.modelFormats.size(), 0);
+    EXPECT_EQ(textures.textureFormats.size() + textures.packageFormats.size(), 0);
+    EXPECT_EQ(models.spriteFormats.size() + models.modelFormats.size(), 0);
 }
 
 TEST_F(cPluginManagerTest, actionsAreOrderedByCategoryAndRunUnderTheCurrentConfiguration) {
     provide("tpfull.so", str("tpfull.so"));
-    m_manager->loadAll(m_folder.path());
+    m_manager->loadAll(folder.path());
     std::vector<std::string> titles;
     for (const auto& action : m_manager->actions)
         titles.push_back(action->title);
@@ -160,8 +136,8 @@ TEST_F(cPluginManagerTest, actionsAreOrderedByCategoryAndRunUnderTheCurrentConfi
     EXPECT_EQ(count(eMessage::Error, "registerAction: action title is NULL!"), 1);
     EXPECT_EQ(count(eMessage::Error, "registerAction: dispatch function for \"idle\" is NULL!"), 1);
 
-    cGameConfig* config = m_configs.addConfig(str("Game"));
-    m_configs.setCurrent(config);
+    cGameConfig* config = configs.addConfig(str("Game"));
+    configs.setCurrent(config);
     const auto* last =
         reinterpret_cast<const uintptr_t*>(m_manager->libraries[0]->resolve("g_lastAction"));
     ASSERT_TRUE(last);

@@ -1,27 +1,16 @@
 // SPDX-License-Identifier: MIT
 // A map as a designer makes it from nothing, written by both map plug-ins and read back by a reader
 // that shares nothing with them: the text holds what the editor holds, no more and no less.
-#include "document/tBrush.h"
 #include "document/tEntity.h"
-#include "document/tEntityAngles.h"
 #include "document/tFace.h"
-#include "document/tFaceMapping.h"
 #include "document/tMapLists.h"
-#include "operations/tDefaultRoom.h"
-#include "operations/tPrimitives.h"
-#include "operations/tStructure.h"
-#include "operations/tTransform.h"
+#include "document/tProjectFile.h"
 #include "plugins/tMapPluginTest.h"
 #include "support/tLaw.h"
 #include "support/tMapTextReader.h"
-#include "support/tMapTools.h"
-#include "support/tMath.h"
-#include "support/tSystem.h"
-#include "support/tVec.h"
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <gmock/gmock.h>
 
 // The trial stays within 4,096 units, where floats lie 1/4096 apart: a written number is off by
@@ -32,152 +21,21 @@ static constexpr double NORMAL_TOLERANCE = 2e-5;
 static constexpr double DIST_TOLERANCE = 0.0025;
 static constexpr double VERTEX_TOLERANCE = 0.005;
 
-// ---- The map
-
-using cCreate = std::function<bool(const cPrimitiveParams&)>;
-
-struct cPiece {
-    const char* name;
-    cCreate create;
-    int sides;
-    int way; // row of the axes
-    uint32_t flags;
-    float turn[3];  // degrees about x, y, z
-    float shift;    // texels
-    float rotation; // degrees, of the texture
-    float scale;    // units a texel
-    const char* texture;
-};
-
-static cCreate arch(const cArchShape& shape) {
-    return [shape](const cPrimitiveParams& params) { return createArch(params, shape); };
-}
-
-enum : uint32_t { SNAP = 1u << PP_SNAP_POINTS_BIT, STRETCH = 1u << PP_STRETCH_ARCHES_BIT };
-static constexpr uint32_t BOTH = SNAP | STRETCH;
-
-static const cCreate HALF_RING = arch({32, 8, 180, 0, 0, true, false});
-static const cCreate RING = arch({32, 24, 360, 0, 0, false, false});
-static const cCreate DISC = arch({128, 8, 360, 0, 0, true, false});
-static const cCreate FLAT_RING = arch({128, 8, 360, 0, 0, false, false});
-static const cCreate STAIR = arch({24, 12, 270, 30, 16, true, false});
-static const cCreate RAMP = arch({24, 12, 270, 30, 16, true, true});
-static const cCreate SHORT_RAMP = arch({24, 6, 120, 15, 20, true, true});
-
-static const cPiece PIECES[] = {
-    {"block", createBlock, 0, 0, BOTH, {0, 0, 0}, 0, 0, 1, "base/wall"},
-    {"wedge", createWedge, 0, 0, BOTH, {0, 0, 0}, 12, 0, 0.25f, "{grate"},
-    {"wedge on its side", createWedge, 0, 1, STRETCH, {0, 0, 0}, -7.5f, 90, 1, "*water"},
-    {"cylinder", createCylinder, 8, 0, BOTH, {0, 0, 0}, 0, 0, 1, "two words"},
-    {"fine cylinder", createCylinder, 32, 2, STRETCH, {0, 0, 0}, 3, 30, 2, "+0lamp"},
-    {"spike", createSpike, 4, 0, BOTH, {0, 0, 0}, 0, 0, 1, "base/wall"},
-    {"fine spike", createSpike, 16, 1, STRETCH, {0, 0, 0}, 0.125f, 0, 0.3f, "sky/dusk"},
-    {"turned block", createBlock, 0, 0, BOTH, {0, 0, 45}, 0, 0, 1, "turned"},
-    {"block turned all ways", createBlock, 0, 0, STRETCH, {17, 40, -75.5f}, 5, 15, 1, "turned"},
-    {"turned spike", createSpike, 6, 2, STRETCH, {45, 0, 10}, 0, 0, 1.5f, "turned"},
-    {"half ring", HALF_RING, 0, 0, BOTH, {0, 0, 0}, 0, 0, 1, "arch"},
-    {"ring", RING, 0, 1, STRETCH, {0, 0, 0}, 9, 0, 1, "arch"},
-    {"disc", DISC, 0, 0, SNAP, {0, 0, 0}, 0, 0, 1, "arch"},
-    {"flat ring", FLAT_RING, 0, 0, STRETCH, {0, 0, 0}, 0, 0, 1, "arch"},
-    {"stair", STAIR, 0, 0, BOTH, {0, 0, 0}, 0, 0, 1, "arch"},
-    {"ramp", RAMP, 0, 0, BOTH, {0, 0, 0}, 0, 45, 1, "arch"},
-    {"turned ramp", SHORT_RAMP, 0, 2, 0, {20, 0, 50}, 0, 0, 1, "turned"},
-};
-
+// The map is a project: all primitives, arches as rings, discs, stairs and ramps, on the grid and
+// off it, turned, painted and grouped; four entities, of which one is a door of two brushes.
 class ExportTrial : public cMapPluginTest, public testing::WithParamInterface<const char*> {
 protected:
     void SetUp() override {
-        addWorldTo(map);
         host.mapProfile = **configs.profiles.cbegin();
-        addClasses();
-        addEpairLast(map.world(), "message", "caf\xe9 // no comment");
-        cRoomShape room;
-        room.wall = host.mapProfile.roomWallTexture;
-        room.floor = host.mapProfile.roomFloorTexture;
-        room.ceiling = host.mapProfile.roomCeilingTexture;
-        ASSERT_TRUE(createDefaultRoom(map, room));
-        for (const cPiece& piece : PIECES)
-            addPiece(piece);
-        addEntities();
+        host.addClass(str("light_spot"), CK_POINT)->variables = {
+            {VT_FLAGS, str("spawnflags"), {}, {}, str("1"), {}}};
+        host.addClass(str("func_door"), CK_SOLID);
+        ASSERT_TRUE(cProjectFile(map, str(KARVEX_SOURCE "/tests/plugins/trial.kvx")).load());
+        map.finishLoad();
         ASSERT_EQ(checkMapWhole(map).toStdString(), "");
     }
 
-    void addClasses() {
-        host.addClass(str(host.mapProfile.startEntityClass), CK_POINT)->mins[2] = -36;
-        host.addClass(str(host.mapProfile.roomEntityClass), CK_POINT);
-        cEntityClass* spot = host.addClass(str("light_spot"), CK_POINT);
-        spot->offset[2] = 0.5f;
-        spot->variables = {{VT_STRING, str("angles"), {}, {}, str("-90 0 0"), {}},
-                           {VT_FLAGS, str("spawnflags"), {}, {}, str("1"), {}}};
-        host.addClass(str("func_door"), CK_SOLID)->variables = {
-            {VT_INTEGER, str("angle"), {}, {}, str("-1"), {}},
-            {VT_INTEGER, str("speed"), {}, {}, str("100"), {}}};
-    }
-
-    void addPiece(const cPiece& piece) {
-        static const int ways[3][3] = {{0, 1, 2}, {1, 2, 0}, {0, 2, 1}};
-        const auto place = float(m_pieces++);
-        const float fraction = piece.flags & SNAP ? 0 : 0.375f;
-        cPrimitiveParams params = {};
-        params.map = &map.data;
-        T_Sprintf(params.face.name, sizeof params.face.name, "%s", piece.texture);
-        params.face.uScale = piece.scale;
-        params.face.vScale = -piece.scale * 2;
-        params.sides = piece.sides;
-        params.flags = piece.flags | (piece.way == 2 ? 0u : 1u << PP_REORIENT_BIT);
-        const float mins[3] = {-3600 + 400 * place + fraction, 700 - fraction, -2000 + 200 * place};
-        for (int i = 0; i < 3; ++i) {
-            params.axes[i] = ways[piece.way][i];
-            params.mins[i] = mins[i];
-            params.maxs[i] = mins[i] + float(320 - 64 * i);
-        }
-        ASSERT_TRUE(piece.create(params)) << piece.name;
-        turnSelection(piece.turn);
-        paintSelection(piece);
-    }
-
-    void turnSelection(const float* turn) {
-        static const float nowhere[3] = {0, 0, 0};
-        if (turn[0] == 0 && turn[1] == 0 && turn[2] == 0)
-            return;
-        float matrix[16];
-        T_BuildTransformMatrix(turn[2], turn[1], turn[0], nowhere, matrix);
-        T_TransposeMatrix(matrix, matrix);
-        cTransformRecord record;
-        record.matrix = matrix;
-        transformSelection(map, record);
-    }
-
-    void paintSelection(const cPiece& piece) {
-        for (cBrushData* brush : selectedBrushesOf(map.data)) {
-            for (cFaceData* face : facesOf(brush)) {
-                face->tex.uShift += piece.shift;
-                face->tex.vShift -= piece.shift * 3;
-                face->tex.contentFlags = piece.flags & SNAP ? 0 : 0x8000000;
-                if (piece.rotation == 0)
-                    continue;
-                rotateAxes(face, piece.rotation);
-                face->tex.rotation = piece.rotation;
-            }
-        }
-    }
-
-    void addEntities() {
-        const float point[3] = {100.125f, -20, 64};
-        cEntityData* spot = createEntity(map, host.findClass("light_spot", CF_POINT), point, true);
-        ASSERT_TRUE(spot);
-        addEpairLast(spot, "noise", "sounds\\hum.wav");
-        spot->spawnFlags = 5;
-        // A door of two brushes.
-        addPiece({"door", createBlock, 0, 0, SNAP, {0, 0, 0}, 0, 0, 1, "door"});
-        cBrushData* leaf = map.world()->brushesTail;
-        addPiece({"handle", createSpike, 5, 0, 0, {0, 90, 0}, 0, 0, 1, "turned"});
-        selectedPush(map.data.selectedBrushes, leaf);
-        ASSERT_TRUE(tieSelectionToEntity(map, "func_door", nullptr));
-    }
-
     cMap map{host};
-    int m_pieces = 0;
 };
 
 static cTextPoint pointOf(const float* p) {

@@ -268,10 +268,7 @@ TEST_F(MapLimits, anExportThatFailsLeavesTheOldFile) {
     for (int i = 0; i < 2000; ++i)
         text += box();
     read(text + "}");
-    QFile old(path("out.map"));
-    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-    old.write("as it was");
-    old.close();
+    QFile old(writeFile(path("out.map"), "as it was"));
     old.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
     ASSERT_TRUE(QFile::link(path("out.map"), path("link.map")));
     const QStringList before = QDir(folder.path()).entryList(QDir::Files);

@@ -4,23 +4,11 @@
 #pragma once
 
 #include "document/tMap.h"
-#include "gamedata/tGameDataRegistry.h"
 #include "pluginhost/tPluginManager.h"
-#include "resources/tGameConfigRegistry.h"
-#include "resources/tModelManager.h"
-#include "resources/tTextureManager.h"
 #include "support/tMapText.h"
-#include "support/tTestHost.h"
+#include "support/tRegistryTest.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
-
-inline QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
-
-class cMapPluginTest : public testing::Test {
+class cMapPluginTest : public cRegistryTest {
 protected:
     cMapPluginTest() {
         cPluginTargets targets;
@@ -47,11 +35,7 @@ protected:
     }
 
     bool importText(cMap& map, const QByteArray& text) {
-        QFile file(path("in.map"));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        file.close();
-        return importFile(map, path("in.map"));
+        return importFile(map, write("in.map", text));
     }
 
     // The path of the written file.
@@ -62,11 +46,7 @@ protected:
         return path(name);
     }
 
-    static std::string contents(const QString& path) {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll().toStdString();
-    }
+    static std::string contents(const QString& path) { return readFile(path).toStdString(); }
 
     // How many faces the last export said that it can't hold.
     int toldInexact() const {
@@ -77,14 +57,5 @@ protected:
         return told;
     }
 
-    QString path(const char* name) const { return folder.filePath(str(name)); }
-    int count(eMessage level, const char* text) const { return host.count(level, str(text)); }
-
-    QTemporaryDir folder;
-    cTestHost host;
-    cGameDataRegistry gameData;
-    cTextureManager textures;
-    cModelManager models;
-    cGameConfigRegistry configs{gameData, textures, &models};
     std::unique_ptr<cPluginManager> manager;
 };

@@ -7,18 +7,13 @@
 #include "document/tFace.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
-#include "document/tProjectFile.h"
 #include "document/tVisGroup.h"
 #include "plugins/tMapPluginTest.h"
-#include "support/tLaw.h"
 #include "support/tMapTextReader.h"
 #include "support/tMapTools.h"
 #include "support/tVec.h"
 
-#include <QDir>
 #include <QFile>
-#include <QRegularExpression>
-#include <algorithm>
 #include <cmath>
 #include <gmock/gmock.h>
 
@@ -166,8 +161,8 @@ TEST_F(MapText, cutAndFlippedTextsLeaveAConsistentMap) {
 
 // ---- Groups and layers
 
-TEST_F(MapText, groupsAndLayersTravelBothWays) {
-    cMap map(host), back(host);
+TEST_F(MapText, groupsAndLayersBecomeGroupsAndVisgroups) {
+    cMap map(host);
     const QByteArray container = "{\"classname\" \"func_group\" \"_tb_type\" ";
     const QByteArray text =
         world(box("w")) + container +
@@ -186,16 +181,6 @@ TEST_F(MapText, groupsAndLayersTravelBothWays) {
     ASSERT_TRUE(light->group && light->group->parent);
     EXPECT_EQ(light->rootGroup, light->group->parent);
     EXPECT_EQ(map.data.entities->next, light) << "containers are no entities";
-
-    const QString file = exportFile(map, "Axial Maps");
-    const std::string out = contents(file);
-    for (const char* expected :
-         {"\"_tb_name\" \"Tower\"", "\"_tb_id\" \"7\"", "\"_tb_layer_sort_index\" \"4\"",
-          "\"_tb_layer\" \"3\"", "\"_tb_group\" \"8\""})
-        EXPECT_THAT(out, testing::HasSubstr(expected));
-    EXPECT_THAT(out, testing::Not(testing::HasSubstr("_kvx_")));
-    ASSERT_TRUE(importFile(back, file));
-    EXPECT_EQ(compareTexts(out, contents(exportFile(back, "Axial Maps"))).brushes, 4);
 }
 
 // ---- Export flags
@@ -255,79 +240,3 @@ TEST_F(MapText, fileThatCannotBeWrittenIsReported) {
         EXPECT_EQ(count(eMessage::Error, "can't write \""), ++failures);
     }
 }
-
-// ---- Round trips
-
-// Key/values as an independent look at the text finds them, of entities without containers.
-static QStringList pairsInText(const std::string& text) {
-    static const QRegularExpression pattern(str("^\\s*\"([^\"]*)\"\\s+\"([^\"]*)\""));
-    QStringList pairs;
-    for (const QString& line : QString::fromLocal8Bit(text.c_str()).split(QLatin1Char('\n'))) {
-        const QRegularExpressionMatch match = pattern.match(line);
-        if (match.hasMatch())
-            pairs << match.captured(1) + str("=") + match.captured(2);
-    }
-    pairs.sort();
-    return pairs;
-}
-
-class MapFile : public MapText, public testing::WithParamInterface<std::string> {
-protected:
-    static QString mapPath() { return QString::fromStdString(GetParam()); }
-};
-
-TEST_P(MapFile, comesBackThroughBothTextsAndTheProjectFile) {
-    cMap map(host), project(host);
-    ASSERT_TRUE(importFile(map, mapPath()));
-    EXPECT_EQ(checkMapWhole(map).toStdString(), "");
-    EXPECT_EQ(count(eMessage::Error, ""), 0);
-    host.messages.clear();
-    const QString files[] = {exportFile(map, "Axial Maps", "axial.map"),
-                             exportFile(map, "Classic Maps", "classic.map")};
-    const std::string axial = contents(files[0]), classic = contents(files[1]);
-    const QStringList written = pairsInText(axial);
-    const QStringList original = pairsInText(contents(mapPath()));
-    for (const QString& pair : original)
-        EXPECT_TRUE(written.contains(pair)) << pair.toStdString();
-    EXPECT_EQ(written.size(), original.size());
-    // Axes that the classic line can't hold are warned of; all others are the same.
-    const int told = toldInexact();
-    EXPECT_EQ(compareTexts(axial, classic).inexact, told);
-
-    map.clearSelection();
-    ASSERT_TRUE(cProjectFile(map, path("map.kvx")).save());
-    ASSERT_TRUE(cProjectFile(project, path("map.kvx")).load());
-    project.finishLoad();
-    EXPECT_EQ(dumpMap(map), dumpMap(project));
-    EXPECT_EQ(compareTexts(axial, contents(exportFile(project, "Axial Maps"))).inexact, 0);
-    for (const QString& file : files) {
-        cMap back(host);
-        ASSERT_TRUE(importFile(back, file));
-        const std::string again = contents(exportFile(back, "Axial Maps"));
-        EXPECT_EQ(compareTexts(contents(file), again).inexact, 0) << qPrintable(file);
-        host.messages.clear();
-        const std::string kept = contents(exportFile(back, "Classic Maps"));
-        EXPECT_EQ(compareTexts(again, kept).inexact, toldInexact());
-    }
-}
-
-// The maps of the sample game, and those of other makers where their folder is.
-static std::vector<std::string> mapFiles() {
-    std::vector<std::string> files;
-    for (const QString& folder :
-         {str(KARVEX_SOURCE) + str("/game/maps"), str(KARVEX_REAL_DATA) + str("/maps")}) {
-        const QDir directory(folder);
-        if (folder.startsWith(QLatin1Char('/')) && directory.exists()) {
-            for (const QString& name : directory.entryList({str("*.map")}, QDir::Files))
-                files.push_back(directory.filePath(name).toStdString());
-        }
-    }
-    return files;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    All, MapFile, testing::ValuesIn(mapFiles()),
-    [](const testing::TestParamInfo<std::string>& file) {
-        QString name = QString::fromStdString(file.param).section(QLatin1Char('/'), -1);
-        return name.replace(QRegularExpression(str("[^A-Za-z0-9]")), str("_")).toStdString();
-    });

@@ -39,9 +39,7 @@ protected:
 // the other, KARVEX_WALK_SEED for the first seed.
 TEST_F(RealMapWalk, wayBackAndForthGivesPlanesAndTextsOfBefore) {
     const QDir real(str(KARVEX_REAL_DATA "/maps"));
-    unsigned seed = qEnvironmentVariable("KARVEX_WALK_SEED").toUInt();
-    if (seed == 0)
-        seed = std::random_device()();
+    unsigned seed = firstWalkSeed();
     const int steps = qEnvironmentVariable("KARVEX_WALK_STEPS", str("25")).toInt();
     QStringList maps;
     for (const QString& name : real.entryList({str("*.map")}))

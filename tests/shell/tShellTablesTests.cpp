@@ -6,6 +6,7 @@
 #include "shell/tSettingsTable.h"
 #include "shell/tStartup.h"
 #include "support/tBuildNumber.h"
+#include "support/tFiles.h"
 #include "support/tIniFile.h"
 
 #include <QFile>
@@ -85,11 +86,9 @@ TEST(SettingsTable, choosesTextureQualityByMemory) {
 // What another program would build from such a value is no text for us.
 TEST(SettingsTable, objectsInTheFileAreNotBuilt) {
     const QTemporaryDir folder;
-    QFile file(iniIn(folder));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("UndoLevels=30\n[View2D]\nGridDefaultSize=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x10)\n"
-               "DottedGrid=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff\n");
-    file.close();
+    writeFile(iniIn(folder),
+              "UndoLevels=30\n[View2D]\nGridDefaultSize=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\x10)\n"
+              "DottedGrid=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff\n");
     cSettings loaded;
     readSettings(cIniFile(iniIn(folder)), loaded);
     EXPECT_EQ(loaded.UndoLevels, 30) << "a key before the first group";
@@ -98,11 +97,8 @@ TEST(SettingsTable, objectsInTheFileAreNotBuilt) {
 
 TEST(ColorScheme, readsNumbersClampedAndMissingOnesAsBlack) {
     const QTemporaryDir folder;
-    QFile file(iniIn(folder));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("[ColorScheme1]\nCOLOR_TEXT=300  -5 7\nCOLOR_CAPTION=10 20\n"
-               "COLOR_2D_VERTEX=1 2 3 128\nCOLOR_2D_CAMERA=red 2 3\n");
-    file.close();
+    writeFile(iniIn(folder), "[ColorScheme1]\nCOLOR_TEXT=300  -5 7\nCOLOR_CAPTION=10 20\n"
+                             "COLOR_2D_VERTEX=1 2 3 128\nCOLOR_2D_CAMERA=red 2 3\n");
     cColorScheme scheme;
     scheme.readScheme(cIniFile(iniIn(folder)), QStringLiteral("ColorScheme1"));
     EXPECT_EQ(scheme.color(COLOR_TEXT), QColor(255, 0, 7, 255));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Settings files: what was written comes back, what nobody should write harms nothing.
 #include "support/tIniFile.h"
+#include "support/tFiles.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -8,10 +9,6 @@
 #include <QTemporaryDir>
 #include <QTextCodec>
 #include <gtest/gtest.h>
-
-static QString str(const char* text) {
-    return QString::fromLatin1(text);
-}
 
 // What QSettings has written, and what the class itself has; QSettings reads that, too.
 TEST(IniFileTest, textComesBackWhoeverWroteIt) {
@@ -65,11 +62,7 @@ TEST(IniFileTest, savedOverKeepsWhatNobodyChangedAsItWas) {
     const QString path = folder.filePath(str("a.ini"));
     const QByteArray kept("hostile=@Variant(\\0\\0\\0\\x1c\\xff\\xff\\xff\\xff)\n"
                           "list=a, b,  \"c;\" ; of somebody\n");
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("top=1\r\n[Own%20group]\n" + kept + "Old=2\ngone=3\n[empty]\n[Gone]\na=b\n");
-    }
+    writeFile(path, "top=1\r\n[Own%20group]\n" + kept + "Old=2\ngone=3\n[empty]\n[Gone]\na=b\n");
     cIniFile file(path);
     file.setValue(str("own group"), str("OLD"), str("a=b"));
     file.setValue(str("New"), str("k"), QString());
@@ -79,9 +72,7 @@ TEST(IniFileTest, savedOverKeepsWhatNobodyChangedAsItWas) {
     EXPECT_FALSE(file.contains(str("gone"), str("a")));
     for (int i = 0; i < 2; ++i) { // and once more as it stands
         ASSERT_TRUE(i == 0 ? file.save() : cIniFile(path).save());
-        QFile written(path);
-        ASSERT_TRUE(written.open(QIODevice::ReadOnly));
-        EXPECT_EQ(written.readAll().toStdString(),
+        EXPECT_EQ(readFile(path).toStdString(),
                   ("[General]\ntop=1\n\n[Own%20group]\n" + kept + "Old=\"a=b\"\n\n[New]\nk=\n")
                       .toStdString());
     }
@@ -98,10 +89,7 @@ TEST(IniFileTest, aLongGroupOfManyKeysIsNotMultiplied) {
     QByteArray text = "[" + QByteArray(500000, 'g') + "]\n";
     for (int i = 0; i < 100000; ++i)
         text += QByteArray::number(i) + "=\n";
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(text);
-    file.close();
+    writeFile(path, text);
     const cIniFile read(path);
     EXPECT_TRUE(read.contains(QString(500000, QLatin1Char('G')), str("99999")));
 }
@@ -124,10 +112,7 @@ TEST(IniFileTest, everyCutOfAFileIsRead) {
     const QByteArray text("[Gr%20oup\\x]\r\nkey=\"a\\x41\\\n b\", c\n=x\n;n=1\n[open\nk=v\\");
     for (int size = 0; size <= text.size(); ++size) {
         const QString path = folder.filePath(QString::number(size));
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text.left(size));
-        file.close();
+        writeFile(path, text.left(size));
         const cIniFile read(path);
         EXPECT_FALSE(read.contains(QString(), QString()));
         EXPECT_EQ(read.contains(str("open"), str("k")), size >= text.size() - 2) << size;

@@ -6,13 +6,24 @@
 #include "document/tVisGroup.h"
 #include "support/tMapText.h"
 
+#include <algorithm>
 #include <cstring>
+#include <map>
 
 template<class Array> static QString listed(const Array& values) {
     QString text;
     for (const auto& value : values)
         text += QStringLiteral(" %1").arg(double(value), 0, 'g', 9);
     return text;
+}
+
+static QString textOf(const cVisGroup* visGroup, uint32_t number) {
+    return QStringLiteral("visgroup %1 %2 objects %3 visible %4 color%5")
+        .arg(number)
+        .arg(fromMapText(visGroup->name))
+        .arg(visGroup->objectCount)
+        .arg(visGroup->visible)
+        .arg(listed(visGroup->color));
 }
 
 cMapState stateOf(const cMap& map, bool withSelection) {
@@ -22,12 +33,7 @@ cMapState stateOf(const cMap& map, bool withSelection) {
     for (const cEntityData* entity : entitiesOf(map.data))
         state.objects.take(entity, TAKE_BRUSHES | TAKE_VISGROUPS);
     for (const cVisGroup* visGroup : map.visGroups)
-        state.visGroups << QStringLiteral("visgroup %1 %2 objects %3 visible %4 color%5")
-                               .arg(visGroup->serial)
-                               .arg(fromMapText(visGroup->name))
-                               .arg(visGroup->objectCount)
-                               .arg(visGroup->visible)
-                               .arg(listed(visGroup->color));
+        state.visGroups << textOf(visGroup, visGroup->serial);
     for (const cEntityData* entity : entitiesOf(map.data))
         state.derived << QStringLiteral("entity %1 shows %2 render %3 %4 %5 model %6 %7 %8 %9")
                              .arg(entity->id)
@@ -111,6 +117,45 @@ static QString textOf(const cObjectStates& all, const cBrushState& brush) {
     for (uint32_t i = brush.visGroups.first; i < brush.visGroups.end(); ++i)
         text += QStringLiteral(" visgroup %1").arg(all.serials[i]);
     return text;
+}
+
+// ---- What a file keeps
+
+cMapState storedStateOf(const cMap& map) {
+    cMapState state = stateOf(map);
+    cObjectStates& all = state.objects;
+    std::sort(all.groups.begin(), all.groups.end(),
+              [](const cGroupState& x, const cGroupState& y) { return x.id < y.id; });
+    for (cGroupState& group : all.groups)
+        group.previousId = 0;
+    std::map<uint32_t, uint32_t> places; // of entities
+    for (cEntityState& entity : all.entities) {
+        entity.previousId = 0;
+        entity.id = places[entity.id] = uint32_t(places.size());
+    }
+    std::map<uint32_t, uint32_t> numbers; // of visgroups, by serial
+    state.visGroups.clear();
+    for (const cVisGroup* visGroup : map.visGroups) {
+        numbers[visGroup->serial] = visGroup->id;
+        state.visGroups << textOf(visGroup, visGroup->id);
+    }
+    for (uint32_t& serial : all.serials)
+        serial = numbers[serial];
+    uint32_t place = 0;
+    for (cBrushState& brush : all.brushes) {
+        brush.entityId = places[brush.entityId];
+        brush.previousId = 0;
+        brush.id = ++place;
+        const auto first = all.faces.begin() + brush.faces.first;
+        for (auto face = first; face != first + brush.faces.count; ++face)
+            face->id = 0;
+        std::sort(first, first + brush.faces.count,
+                  [&all](const cFaceState& x, const cFaceState& y) {
+                      return textOf(all, x) < textOf(all, y);
+                  });
+    }
+    state.derived = QStringList(listed(map.data.cordonMins) + listed(map.data.cordonMaxs));
+    return state;
 }
 
 // ---- Comparison

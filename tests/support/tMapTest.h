@@ -3,13 +3,19 @@
 // to select them, and the law of undo and redo.
 #pragma once
 
+#include "document/tBrush.h"
+#include "document/tBrushGeometry.h"
 #include "document/tEntity.h"
 #include "document/tFace.h"
+#include "document/tGroup.h"
 #include "document/tHistory.h"
 #include "document/tMapLists.h"
+#include "document/tVisGroup.h"
 #include "support/tLaw.h"
 #include "support/tMapTools.h"
+#include "support/tMath.h"
 #include "support/tTestHost.h"
+#include "support/tVec.h"
 
 #include <gtest/gtest.h>
 

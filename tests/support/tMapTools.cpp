@@ -11,11 +11,13 @@
 #include "document/tVisGroup.h"
 #include "support/tMapText.h"
 #include "support/tMath.h"
+#include "support/tVec.h"
 
 #include <QSet>
 #include <algorithm>
-#include <cstring>
 #include <map>
+#include <utility>
+#include <vector>
 
 cEntityData* addWorldTo(cMap& map) {
     return map.addWorld("worldspawn");
@@ -40,112 +42,22 @@ cBrushData* addBox(cMap& map, cEntityData* entity, const float* mins, const floa
     return brush;
 }
 
-static QString floats(const float* values, int count) {
-    QString text;
-    for (int i = 0; i < count; ++i)
-        text += QString::number(double(values[i]), 'g', 9) + QLatin1Char(' ');
-    return text;
-}
-
-static QString dumpFace(const cFaceData* face) {
-    const cFaceTexture& tex = face->tex;
-    QString text = QStringLiteral("face %1 plane %2 tex %3 %4 %5 %6")
-                       .arg(face->flags)
-                       .arg(floats(face->normal, 3) + floats(&face->dist, 1))
-                       .arg(floats(tex.uAxis, 11))
-                       .arg(tex.contentFlags)
-                       .arg(tex.surfaceFlags)
-                       .arg(fromMapText(tex.name));
-    for (int i = 0; i < face->vertexCount; ++i)
-        text += QStringLiteral(" v ") + floats(face->vertices[i].xyz, 3);
-    return text;
-}
-
-// ---- Dumps
-
-namespace {
-// A line an object, in the order of the lists; holds nothing that a file may number or find anew.
-class cDump {
-public:
-    explicit cDump(const cMap& map) {
-        for (const cGroupData* group : groupsOf(map.data))
-            addGroup(group);
-        m_lines.sort();
-        for (const cVisGroup* visGroup : map.visGroups)
-            m_lines << QStringLiteral("v %1 objects %2 visible %3")
-                           .arg(fromMapText(visGroup->name))
-                           .arg(visGroup->objectCount)
-                           .arg(visGroup->visible);
-        m_lines << floats(map.data.cordonMins, 3) + floats(map.data.cordonMaxs, 3);
-        for (const cEntityData* entity : entitiesOf(map.data))
-            addEntity(entity);
-    }
-
-    const QStringList& lines() const { return m_lines; }
-
-private:
-    template<class Record>
-    static QString common(const Record* record, int color, const QList<cVisGroup*>& visGroups) {
-        QString text = QStringLiteral("flags %1 group %2 root %3 color %4 vis")
-                           .arg(record->flags)
-                           .arg(record->group ? record->group->id : 0)
-                           .arg(record->rootGroup ? record->rootGroup->id : 0)
-                           .arg(color);
-        for (const cVisGroup* visGroup : visGroups)
-            text += QStringLiteral(" %1").arg(visGroup->id);
-        return text;
-    }
-
-    void addGroup(const cGroupData* group) {
-        m_lines << QStringLiteral("g %1 flags %2 parent %3 members %4")
-                       .arg(group->id, 10)
-                       .arg(group->flags)
-                       .arg(group->parent ? group->parent->id : 0)
-                       .arg(group->memberCount);
-    }
-
-    void addBrush(const cBrushData* brush) {
-        m_lines << QStringLiteral("b ") +
-                       common(brush, brush->brush->baseColor[0], brush->brush->visGroups) +
-                       QStringLiteral(" reserved %1").arg(brush->reserved);
-        const int first = m_lines.size();
-        for (const cFaceData* face : facesOf(brush))
-            m_lines << dumpFace(face);
-        std::sort(m_lines.begin() + first, m_lines.end());
-    }
-
-    void addEntity(const cEntityData* entity) {
-        QString text =
-            QStringLiteral("e %1 %2 key %3 spawn %4 place %5")
-                .arg(fromMapText(entity->classname), common(entity, 0, entity->entity->visGroups),
-                     fromMapText(entity->flagsKey))
-                .arg(entity->spawnFlags)
-                .arg(floats(entity->origin, 3) + floats(entity->angles, 3));
-        for (const cEpair* pair : epairsOf(entity))
-            text += QStringLiteral(" %1=%2").arg(fromMapText(pair->key), fromMapText(pair->value));
-        m_lines << text;
-        for (const cBrushData* brush : brushesOf(entity))
-            addBrush(brush);
-    }
-
-    QStringList m_lines;
-};
-} // namespace
-
-QStringList dumpMap(const cMap& map) {
-    return cDump(map).lines();
-}
-
-QString firstDifference(const QStringList& expected, const QStringList& got) {
-    const int common = std::min(expected.size(), got.size());
-    for (int i = 0; i < common; ++i) {
-        if (expected.at(i) != got.at(i))
-            return QStringLiteral("expected %1\n     got %2").arg(expected.at(i), got.at(i));
-    }
-    if (expected.size() == got.size())
-        return QString();
-    return expected.size() > common ? QStringLiteral("missing %1").arg(expected.at(common))
-                                    : QStringLiteral("too many: %1").arg(got.at(common));
+bool isClosed(const cBrushData* brush, float tolerance) {
+    std::vector<std::pair<const float*, const float*>> edges;
+    for (const cFaceData* face : facesOf(brush))
+        for (int i = 0; i < face->vertexCount; ++i)
+            edges.emplace_back(face->vertices[i].xyz,
+                               face->vertices[(i + 1) % face->vertexCount].xyz);
+    const auto meet = [tolerance](const float* a, const float* b) {
+        float apart[3];
+        vecSubtract(a, b, apart);
+        return vecLength(apart) < tolerance;
+    };
+    return std::all_of(edges.begin(), edges.end(), [&](const auto& edge) {
+        return std::any_of(edges.begin(), edges.end(), [&](const auto& other) {
+            return meet(edge.first, other.second) && meet(edge.second, other.first);
+        });
+    });
 }
 
 // ---- Invariants

@@ -14,6 +14,12 @@
 #include <algorithm>
 #include <cmath>
 
+unsigned firstWalkSeed() {
+    bool isGiven = false;
+    const unsigned seed = qEnvironmentVariable("KARVEX_WALK_SEED").toUInt(&isGiven);
+    return isGiven ? seed : std::random_device()();
+}
+
 cRandomWalk::cRandomWalk(cTestHost& host, cMap& map, unsigned seed)
     : m_host(host), m_map(map), m_random(seed) {
     T_RandomSeed(seed);
@@ -61,6 +67,8 @@ void cRandomWalk::compare(const char* what) {
     QString problem = difference;
     if (problem.isEmpty())
         problem = m_isValid && !isReal ? checkMapWhole(m_map) : checkMapInvariants(m_map);
+    if (problem.isEmpty() && check)
+        problem = check();
     if (!problem.isEmpty())
         m_problem = QStringLiteral("%1 to state %2: %3")
                         .arg(QString::fromLatin1(what))

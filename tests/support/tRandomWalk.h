@@ -15,6 +15,9 @@
 
 class cMap;
 
+// KARVEX_WALK_SEED, to walk a way again; without it one that nobody has tried.
+unsigned firstWalkSeed();
+
 class cRandomWalk {
 public:
     // Of a map whose host knows the texture "wall" and the solid class "func_door".
@@ -22,6 +25,9 @@ public:
 
     // The map as text; compared at both ends of the way where it is given.
     std::function<std::string()> exportText;
+
+    // Asked after every step; what it finds ends the walk.
+    std::function<QString()> check;
 
     // Faces near the limits of our own rule for flat ones, as real maps have them, may be scaled or
     // stretched past it: brushes are not held to that rule then.

@@ -2,6 +2,7 @@
 #include "support/tSystem.h"
 
 #include "gamedata/tParser.h"
+#include "support/tFiles.h"
 #include "support/tIniFile.h"
 #include "support/tMapText.h"
 #include "support/tMath.h"
@@ -15,13 +16,6 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-
-static void writeFile(const QString& path, const char* text) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(text);
-}
 
 // ---- Buffers and files
 

@@ -16,6 +16,7 @@
 #include "support/tVec.h"
 #include "views/tGLState.h"
 #include "views/tModelStream.h"
+#include "views/tOverlay.h"
 
 #include <cstring>
 #include <functional>
@@ -362,12 +363,12 @@ TEST_F(DrawTest, keptPictureLooksLikeOneDrawnDirectly) {
 TEST_F(DrawTest, toolsDrawBehindAndBeforeTheMapByDepth) {
     class cMarkTool : public cTool {
     public:
-        void draw(cCanvas* canvas, const cViewInfo&, cDrawStats&) override {
+        void draw(cCanvas*, const cViewInfo&, cOverlay& overlay) override {
             const float nearMins[3] = {50, -5, -5}, nearMaxs[3] = {55, 5, 5};
             const float farMins[3] = {300, -200, -5}, farMaxs[3] = {305, 200, 5};
-            glColor4ub(0, 255, 0, 255);
-            canvas->drawBoxFill(nearMins, nearMaxs);
-            canvas->drawBoxFill(farMins, farMaxs);
+            static constexpr uint8_t green[4] = {0, 255, 0, 255};
+            overlay.boxFill(nearMins, nearMaxs, green);
+            overlay.boxFill(farMins, farMaxs, green);
         }
     } tool;
     paint(addBox(100, -50, -50, 150, 50, 50), 0, 0, 255);
@@ -378,6 +379,39 @@ TEST_F(DrawTest, toolsDrawBehindAndBeforeTheMapByDepth) {
     EXPECT_EQ(qGreen(image.pixel(pixelOf(canvas, 50, 0, 0))), 255) << "before the wall";
     EXPECT_EQ(qGreen(image.pixel(pixelOf(canvas, 100, 40, 0))), 0) << "behind it";
     EXPECT_EQ(qGreen(image.pixel(pixelOf(canvas, 300, 190, 0))), 255) << "beside it";
+}
+
+TEST_F(DrawTest, anOverlayShowsTheLaterShapeOverTheEarlierOne) {
+    class cLayersTool : public cTool {
+    public:
+        void draw(cCanvas*, const cViewInfo&, cOverlay& overlay) override {
+            static constexpr uint8_t red[4] = {255, 0, 0, 255}, green[4] = {0, 255, 0, 255},
+                                     half[4] = {0, 0, 255, 128};
+            static constexpr float low[3][3] = {{-90, -90, 0}, {90, -90, 0}, {0, 90, 0}},
+                                   left[3][3] = {{-95, -60, 0}, {-30, -60, 0}, {-30, 60, 0}},
+                                   from[3] = {-120, -40, 0}, to[3] = {120, -40, 0};
+            overlay.polygon(low, 3, red);
+            overlay.line(from, to, {green, 5});
+            overlay.polygon(left, 3, red);
+            overlay.polygon(left, 3, half, FILL_BLENDED);
+            overlay.polygon(low, 3, half);
+            overlay.square(from, 20, stippled(green));
+            overlay.line(from, to, {green, 5});
+        }
+    } tool;
+    cCanvas* canvas = openTop();
+    viewHost.currentTool = &tool;
+    const QImage image = picture(canvas);
+    viewHost.currentTool = nullptr;
+    const struct {
+        float x, y;
+        QRgb color;
+    } cases[] = {
+        {0, 0, qRgb(0, 0, 255)},   {0, -38, qRgb(0, 255, 0)},   {0, -42, qRgb(0, 255, 0)},
+        {0, -50, qRgb(0, 0, 255)}, {-40, -57, qRgb(0, 0, 255)}, {-32, 50, qRgb(127, 0, 128)},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(image.pixel(pixelOf(canvas, c.x, c.y, 0)), c.color) << c.x << " " << c.y;
 }
 
 TEST_F(DrawTest, connectionsJoinTargetToItsName) {

@@ -6,6 +6,7 @@
 #include "document/tMapLists.h"
 #include "support/tMapTools.h"
 #include "support/tPatience.h"
+#include "views/tOverlay.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -94,7 +95,8 @@ void ViewFixture::select(cBrushData* brush) {
 // Reads the frame before it is swapped away: what the back buffer holds later is nobody's promise.
 class cGrabTool : public cTool {
 public:
-    void drawOverlay(cCanvas* canvas, const cViewInfo&) override {
+    void drawOverlay(cCanvas* canvas, const cViewInfo&, cOverlay& overlay) override {
+        overlay.flush();
         image = QImage(canvas->deviceSize(), QImage::Format_RGBA8888);
         glReadPixels(0, 0, image.width(), image.height(), GL_RGBA, GL_UNSIGNED_BYTE, image.bits());
         image = image.mirrored();
