@@ -28,7 +28,7 @@ static void walk(const cModel& model) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
-    for (const cModelReader read : {readMdl, readMd2, readMd3}) {
+    for (const cModelReader read : {readMdl, readMd2, readMd3, readObj}) {
         cImageBudget budget(16 << 20);
         cModel model;
         if (!read(cBytes(bytes, size), nullptr, budget, model))

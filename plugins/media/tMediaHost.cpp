@@ -3,7 +3,7 @@
 
 #include <optional>
 
-const cHostServices* g_host = nullptr;
+const cHostServices* g_services = nullptr;
 static std::optional<cPalette> s_palette;
 
 enum eGLFormat : uint32_t {
@@ -17,7 +17,7 @@ TP_EXPORT int32_t tpMain(const cHostServices* host) {
     // An older host lacks services that are called here.
     if (!host || host->size < sizeof(cHostServices))
         return 0;
-    g_host = host;
+    g_services = host;
     return 1;
 }
 
@@ -56,8 +56,8 @@ bool cFileReport::add(cProblem problem, const std::string& name) {
 
 cFileReport::~cFileReport() {
     if (m_count == 1)
-        g_host->Sys_Warning("%s: %s", m_path.c_str(), m_first.c_str());
+        g_services->Sys_Warning("%s: %s", m_path.c_str(), m_first.c_str());
     else if (m_count > 1)
-        g_host->Sys_Warning("%s: %i entries can't be read, the first is %s", m_path.c_str(),
-                            m_count, m_first.c_str());
+        g_services->Sys_Warning("%s: %i entries can't be read, the first is %s", m_path.c_str(),
+                                m_count, m_first.c_str());
 }

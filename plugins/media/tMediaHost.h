@@ -11,8 +11,17 @@
 
 #define TP_EXPORT extern "C" __attribute__((visibility("default")))
 
-extern const cHostServices* g_host;
+extern const cHostServices* g_services;
 const cPalette* currentPalette(); // or null
+
+// A format's id is its place in its table.
+template<class Formats>
+int32_t enumFormats(const Formats& formats, tpFormatCallback callback, void* library) {
+    uint32_t id = 0;
+    for (const auto& format : formats)
+        callback(id++, format.extension, format.description, library);
+    return int32_t(id);
+}
 
 // A picture in the form the host takes: three bytes a texel when all of it is solid.
 struct cHostImage {

@@ -59,6 +59,7 @@ using cModelReader = cProblem (*)(cBytes file, const cPalette* palette, cImageBu
 cProblem readMdl(cBytes file, const cPalette* palette, cImageBudget& budget, cModel& model);
 cProblem readMd2(cBytes file, const cPalette* palette, cImageBudget& budget, cModel& model);
 cProblem readMd3(cBytes file, const cPalette* palette, cImageBudget& budget, cModel& model);
+cProblem readObj(cBytes file, const cPalette* palette, cImageBudget& budget, cModel& model);
 
 // What every reader ends with: whether all corners and positions make sense, then the boxes of the
 // frames, and the sequences, which are runs of frames whose names differ in their number alone.

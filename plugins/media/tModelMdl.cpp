@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Models (.mdl) with one surface, its skins in indices of the game's palette, and vertices in bytes
 // within one box.
+#include "media/tFrameGroup.h"
 #include "media/tModel.h"
 
 namespace {
@@ -30,8 +31,10 @@ public:
         model.surfaces[0].vertexCount = m_vertexCount;
         const uint32_t frames = m_file.u32(68);
         for (uint32_t i = 0; i < frames; ++i) {
-            if (!readFrames(model))
-                return "a frame of the model is cut off";
+            for (uint64_t left = enterGroup(m_file, m_at, FRAME_BOX_SIZE); left > 0; --left) {
+                if (!readFrame(model))
+                    return "a frame of the model is cut off";
+            }
         }
         return finishModel(model);
     }
@@ -43,13 +46,7 @@ private:
         for (uint32_t i = 0; i < count; ++i) {
             if (const cProblem problem = budget.take(m_width, m_height))
                 return problem;
-            uint64_t inGroup = 1;
-            const bool isGroup = m_file.i32(m_at) != 0;
-            m_at += 4;
-            if (isGroup) {
-                inGroup = m_file.u32(m_at);
-                m_at += 4 + 4 * inGroup;
-            }
+            const uint64_t inGroup = enterGroup(m_file, m_at);
             const uint64_t size = uint64_t(m_width) * uint64_t(m_height);
             if (inGroup == 0 || !m_file.holds(m_at, inGroup * size))
                 return "a skin of the model is cut off";
@@ -85,22 +82,6 @@ private:
             float(m_file.i32(at + 4)) + (onSeam && !isFront ? float(m_width / 2) : 0.0f);
         return {vertex, (s + 0.5f) / float(m_width),
                 (float(m_file.i32(at + 8)) + 0.5f) / float(m_height)};
-    }
-
-    // One frame, or a group of them with times of its own.
-    bool readFrames(cModel& model) {
-        uint64_t inGroup = 1;
-        const bool isGroup = m_file.i32(m_at) != 0;
-        m_at += 4;
-        if (isGroup) {
-            inGroup = m_file.u32(m_at);
-            m_at += 4 + FRAME_BOX_SIZE + 4 * inGroup;
-        }
-        for (uint64_t i = 0; i < inGroup; ++i) {
-            if (!readFrame(model))
-                return false;
-        }
-        return true;
     }
 
     bool readFrame(cModel& model) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "media/tSprite.h"
 
+#include "media/tFrameGroup.h"
+
 #include <cstdlib>
 
 namespace {
@@ -53,20 +55,12 @@ private:
         return nullptr;
     }
 
-    // A group is a run of frames with times of its own; all follow each other.
     cProblem findFrames(uint64_t countAt) {
         const uint32_t count = m_file.u32(countAt);
         for (uint32_t i = 0; i < count; ++i) {
             if (!m_file.holds(m_at, 4))
                 return "the sprite is cut off";
-            uint64_t inGroup = 1;
-            const bool isGroup = m_file.i32(m_at) != 0;
-            m_at += 4;
-            if (isGroup) {
-                inGroup = m_file.u32(m_at);
-                m_at += 4 + 4 * inGroup;
-            }
-            for (uint64_t k = 0; k < inGroup; ++k) {
+            for (uint64_t left = enterGroup(m_file, m_at); left > 0; --left) {
                 if (!findFrame())
                     return "a frame of the sprite is cut off";
             }

@@ -5,6 +5,8 @@
 #include "media/tMediaNames.h"
 #include "media/tPackage.h"
 
+#include <filesystem>
+
 struct cPackageFormat {
     const char* extension;
     const char* description;
@@ -17,21 +19,12 @@ static const cPackageFormat PACKAGE_FORMATS[] = {
     {".zip", "Archives", openZip},
 };
 
-// A format's id is its place in its table.
-template<class Formats>
-static int32_t enumerate(const Formats& formats, tpFormatCallback callback, void* library) {
-    uint32_t id = 0;
-    for (const auto& format : formats)
-        callback(id++, format.extension, format.description, library);
-    return int32_t(id);
-}
-
 TP_EXPORT int32_t tpEnumTextureFormats(tpFormatCallback callback, void* library) {
-    return enumerate(imageFormats(), callback, library);
+    return enumFormats(imageFormats(), callback, library);
 }
 
 TP_EXPORT int32_t tpEnumPackageFormats(tpFormatCallback callback, void* library) {
-    return enumerate(PACKAGE_FORMATS, callback, library);
+    return enumFormats(PACKAGE_FORMATS, callback, library);
 }
 
 // State words: depth is written where a texel is there; what shines through is blended.
@@ -70,9 +63,18 @@ TP_EXPORT int32_t tpLoadTexture(uint32_t format, const char* path, const void* d
     return 1;
 }
 
+// A pipe would wait for its writer.
+static std::unique_ptr<cPackage> openPackage(uint32_t format, const char* path, cProblem& problem) {
+    std::error_code error;
+    if (std::filesystem::is_regular_file(path, error))
+        return PACKAGE_FORMATS[format].open(path, problem);
+    problem = "there is no such file";
+    return nullptr;
+}
+
 TP_EXPORT int32_t tpGetPackageInfo(uint32_t format, const char* path, tpPackageInfo* info) {
     cProblem problem = nullptr;
-    const auto package = PACKAGE_FORMATS[format].open(path, problem);
+    const auto package = openPackage(format, path, problem);
     cFileReport(path).add(problem); // the host does not go on to load such a file
     info->textureCount = package ? package->count() : 0;
     return package ? 1 : 0;
@@ -82,7 +84,7 @@ TP_EXPORT int32_t tpLoadPackage(uint32_t format, const char* path, tpAddTexture 
                                 void* context) {
     cFileReport report(path);
     cProblem problem = nullptr;
-    const auto package = PACKAGE_FORMATS[format].open(path, problem);
+    const auto package = openPackage(format, path, problem);
     report.add(problem);
     if (!package)
         return 0;

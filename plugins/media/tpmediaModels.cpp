@@ -14,7 +14,7 @@
 static constexpr uint64_t PICTURE_BYTES = cImageBudget::MAX_TEXELS * sizeof(cColor);
 
 struct cHostBlock {
-    ~cHostBlock() { g_host->Sys_Free(data); }
+    ~cHostBlock() { g_services->Sys_Free(data); }
     void* data;
 };
 
@@ -57,6 +57,7 @@ static const cModelFormat MODEL_FORMATS[] = {
     {".mdl", "Models with palette skins", readMdl},
     {".md2", "Models of one surface", readMd2},
     {".md3", "Models of several surfaces", readMd3},
+    {".obj", "Models in text", readObj},
 };
 
 // What stands behind a record of the host.
@@ -68,18 +69,15 @@ struct cLoadedModel {
 static std::unordered_map<const cModelRecord*, std::unique_ptr<cLoadedModel>> s_models;
 
 TP_EXPORT int32_t tpEnumModelFormats(tpFormatCallback callback, void* library) {
-    uint32_t id = 0;
-    for (const cModelFormat& format : MODEL_FORMATS)
-        callback(id++, format.extension, format.description, library);
-    return int32_t(id);
+    return enumFormats(MODEL_FORMATS, callback, library);
 }
 
 static bool readSkinFile(const std::string& path, cImageBudget& budget, cImage& image) {
     char found[4096];
-    if (!g_host->File_Find(path.c_str(), found, sizeof found))
+    if (!g_services->File_Find(path.c_str(), found, sizeof found))
         return false;
     int32_t size = 0;
-    const cHostBlock block{g_host->File_Load(found, &size)};
+    const cHostBlock block{g_services->File_Load(found, &size)};
     return block.data &&
            !imageFormatOf(path)->read(cBytes(block.data, size_t(size)), budget, image);
 }
@@ -101,7 +99,7 @@ static bool findSkin(const char* modelPath, std::string name, cImageBudget& budg
 
 static const cTextureImage* giveSkin(const char* path, cModelSkin& skin, cImageBudget& budget,
                                      cModelRecord* record, tpAddSkin add) {
-    if (!skin.file.empty() && !findSkin(path, skin.file, budget, skin.image))
+    if (skin.image.texels.empty() && !findSkin(path, skin.file, budget, skin.image))
         return nullptr;
     const cHostImage ready(skin.image);
     const cTextureImage* before = record->lastSkin;
@@ -151,5 +149,5 @@ TP_EXPORT void tpRenderModel(uint32_t, int32_t mode, float, cModelRecord* record
                              cEntityData* entity) {
     const auto found = s_models.find(record);
     if (found != s_models.end())
-        drawModel(*g_host, found->second->model, found->second->images, mode, *entity);
+        drawModel(*g_services, found->second->model, found->second->images, mode, *entity);
 }
