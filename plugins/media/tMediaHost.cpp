@@ -35,7 +35,7 @@ cHostImage::cHostImage(const cImage& image)
     : width(image.width),
       height(image.height),
       alpha(alphaOf(image)),
-      glFormat(alpha == eAlpha::None ? Rgb : Rgba),
+      pixelFormat(alpha == eAlpha::None ? Rgb : Rgba),
       compressedFormat(alpha == eAlpha::None ? CompressedRgb : CompressedRgba) {
     const size_t channels = alpha == eAlpha::None ? 3 : 4;
     pixels.resize(image.texels.size() * channels);

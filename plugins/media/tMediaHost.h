@@ -29,7 +29,7 @@ struct cHostImage {
 
     int32_t width, height;
     eAlpha alpha;
-    uint32_t glFormat, compressedFormat;
+    uint32_t pixelFormat, compressedFormat;
     std::vector<uint8_t> pixels;
     int32_t size() const { return int32_t(pixels.size()); }
 };

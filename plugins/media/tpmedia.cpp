@@ -46,8 +46,8 @@ static void give(const std::string& id, const std::string& name, const cImage& i
     extras.renderState = renderState(ready.alpha);
     extras.opacity = 1.0f;
     extras.reserved = 10.0f; // the host's own default
-    add(id.c_str(), name.c_str(), ready.glFormat, ready.compressedFormat, ready.size(), ready.width,
-        ready.height, 0, &extras, ready.pixels.data(), context);
+    add(id.c_str(), name.c_str(), ready.pixelFormat, ready.compressedFormat, ready.size(),
+        ready.width, ready.height, 0, &extras, ready.pixels.data(), context);
 }
 
 TP_EXPORT int32_t tpLoadTexture(uint32_t format, const char* path, const void* data, int32_t size,

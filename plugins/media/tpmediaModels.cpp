@@ -35,8 +35,8 @@ TP_EXPORT int32_t tpLoadSprite(uint32_t, const char* path, void* data, int32_t s
         return 0;
     for (const cImage& frame : sprite.frames) {
         const cHostImage ready(frame);
-        add(record, ready.glFormat, ready.compressedFormat, ready.size(), ready.width, ready.height,
-            ready.pixels.data());
+        add(record, ready.pixelFormat, ready.compressedFormat, ready.size(), ready.width,
+            ready.height, ready.pixels.data());
     }
     record->orientation = sprite.orientation;
     record->width = sprite.frames[0].width;
@@ -103,7 +103,7 @@ static const cTextureImage* giveSkin(const char* path, cModelSkin& skin, cImageB
         return nullptr;
     const cHostImage ready(skin.image);
     const cTextureImage* before = record->lastSkin;
-    add(record, ready.glFormat, ready.compressedFormat, ready.size(), ready.width, ready.height,
+    add(record, ready.pixelFormat, ready.compressedFormat, ready.size(), ready.width, ready.height,
         ready.pixels.data());
     record->transparent |= ready.alpha == eAlpha::Blended;
     skin.image = cImage();
