@@ -178,6 +178,7 @@ private:
     void freeRoom(uint32_t first, uint32_t count);
     void growVertices(uint32_t count);
     void writeSlot(uint32_t number);
+    void stageMark(uint32_t number);
     void writeMark(uint32_t number);
     void growMarks();
     void stage(const cObjectShape& shape);
@@ -222,5 +223,6 @@ private:
     uint32_t m_lostIndices = 0;                            // rooms that cells have left
     std::map<uint32_t, std::vector<uint32_t>> m_freeRooms; // first vertices by count
     std::vector<cShapeVertex> m_stagedVertices;
+    std::array<std::vector<float>, 3> m_stagedMarks;
     std::array<std::vector<uint32_t>, LOOK_COUNT> m_stagedLooks;
 };

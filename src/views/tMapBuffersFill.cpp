@@ -132,6 +132,14 @@ static void markOf(const float* center, int axis, float* ends) {
     ends[axis + 3] = 1;
 }
 
+void cMapBuffers::stageMark(uint32_t number) {
+    for (int axis = 0; axis < 3; ++axis) {
+        std::vector<float>& ends = m_stagedMarks[size_t(axis)];
+        ends.resize((size_t(number) + 1) * 6);
+        markOf(m_shape.center, axis, &ends[size_t(number) * 6]);
+    }
+}
+
 void cMapBuffers::writeMark(uint32_t number) {
     for (int axis = 0; axis < 3; ++axis) {
         float ends[6];
@@ -385,6 +393,7 @@ void cMapBuffers::fillSlot(const cPlacedObject& object, uint32_t leaf) {
     if (slot.is(SLOT_MOVING))
         m_moving.push_back(number);
     stage(m_shape);
+    stageMark(number);
     m_leaves[leaf].objects.push_back(number);
     listObject(number);
 }
@@ -442,14 +451,12 @@ void cMapBuffers::writeRows(const std::vector<cIndexList>& joined) {
 }
 
 void cMapBuffers::writeMarks() {
-    std::vector<float> ends(m_slots.size() * 6);
     for (int axis = 0; axis < 3; ++axis) {
-        for (size_t number = 1; number < m_slots.size(); ++number)
-            if (const cBrushData* brush = m_slots[number].brush())
-                markOf(brush->brush->center, axis, &ends[number * 6]);
         cGLBuffer& marks = m_marks[size_t(axis)];
+        std::vector<float>& ends = m_stagedMarks[size_t(axis)];
         marks.allocate(withSlack(m_slots.size()) * MARK_SIZE);
         marks.write(0, ends.data(), ends.size() * sizeof(float));
+        ends = {};
     }
 }
 
