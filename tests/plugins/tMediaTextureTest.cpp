@@ -92,6 +92,20 @@ TEST_F(cMediaTextures, namesAreThePathsBelowTheTexturesFolder) {
     EXPECT_EQ(host.count(eMessage::Warning, QStringLiteral("longer than 63")), 1);
 }
 
+TEST_F(cMediaTextures, aFolderOfImagesIsASet) {
+    const QString real = QStringLiteral(KARVEX_REAL_DATA);
+    if (real.isEmpty())
+        GTEST_SKIP() << "no textures of other makers here";
+    const cTexturePackage* set = load(real + QStringLiteral("/textures/dev"));
+    EXPECT_EQ(set->textures.size(), 228u);
+    for (const cTexture* texture : set->textures) {
+        const QString name = QString::fromLatin1(texture->name);
+        ASSERT_TRUE(name.startsWith(QStringLiteral("dev/")));
+        EXPECT_EQ(picture(texture), asRead(real + QStringLiteral("/textures/%1.png").arg(name)));
+    }
+    EXPECT_EQ(warnings(), 0);
+}
+
 // ---- Packages
 
 // A texture of a package as its bytes tell it, walked by hand: indices at the first of its four
