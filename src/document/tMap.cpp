@@ -193,6 +193,7 @@ void cMap::insertBrush(cBrushData* brush, cEntityData* entity, uint32_t id) {
     brush->brush->pickId = picks.take(ePickKind::Brush, brush);
     brush->id = id ? id : nextId(lastBrushId);
     listPushTail(entity->brushes, entity->brushesTail, brush);
+    noteChange(entity);
     m_brushesById.insert(brush->id, brush);
     markChanged();
 }
@@ -277,6 +278,7 @@ void cMap::freeBrush(cBrushData* brush, bool record) {
     picks.give(brush->brush->pickId);
     leaveGroupBrush(brush, false, record);
     listRemove(brush->owner->brushes, brush->owner->brushesTail, brush);
+    noteChange(brush->owner);
     m_brushesById.remove(brush->id);
     releaseBrush(brush);
     markChanged();
@@ -327,8 +329,10 @@ void cMap::moveBrush(cBrushData* brush, cEntityData* entity) {
         cullTree->remove(brush);
     listRemove(brush->owner->brushes, brush->owner->brushesTail, brush);
     brush->owner->flags |= EF_DIRTY;
+    noteChange(brush->owner);
     brush->owner = entity;
     listPushTail(entity->brushes, entity->brushesTail, brush);
+    noteChange(entity);
     entity->flags |= EF_DIRTY;
     // An entity's link follows with its update; once a brush would be once too often.
     if (cullTree && (entity->flags & EF_WORLD))

@@ -29,6 +29,10 @@ void cGLBuffer::keepToMemory(bool keep) {
     s_toMemory = keep;
 }
 
+uint32_t cGLBuffer::kind() {
+    return s_toMemory ? 2 : 1;
+}
+
 unsigned cGLBuffer::target() const {
     return m_use == INDICES ? GL_ELEMENT_ARRAY_BUFFER : GL_ARRAY_BUFFER;
 }
@@ -77,9 +81,10 @@ void cGLBuffer::grow(size_t bytes) {
     } else {
         std::vector<uint8_t> bytesHeld(held);
         gl().glBindBuffer(target(), before);
-        if (const void* at = gl().glMapBufferRange(target(), 0, GLsizeiptr(held), GL_MAP_READ_BIT))
-            memcpy(bytesHeld.data(), at, held);
-        gl().glUnmapBuffer(target());
+        using cRead = void(QOPENGLF_APIENTRYP)(GLenum, GLintptr, GLsizeiptr, void*);
+        const auto read = reinterpret_cast<cRead>(QOpenGLContext::currentContext()->getProcAddress(
+            QByteArrayLiteral("glGetBufferSubData"))); // as old as buffers themselves
+        read(target(), 0, GLsizeiptr(held), bytesHeld.data());
         create(bytes, nullptr);
         gl().glBufferSubData(target(), 0, GLsizeiptr(held), bytesHeld.data());
     }

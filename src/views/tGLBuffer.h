@@ -32,6 +32,7 @@ public:
 
     // Buffers that are allocated from now on keep to main memory.
     static void keepToMemory(bool keep);
+    static uint32_t kind(); // another number when that changes
 
 private:
     unsigned target() const;

@@ -55,22 +55,18 @@ void cLeafTree::build(uint32_t node, cPlacedObject* first, cPlacedObject* last) 
     build(child + 1, half, last);
 }
 
-uint32_t cLeafTree::nodeAt(const float* center) const {
+uint32_t cLeafTree::leafAt(const float* center) const {
     uint32_t node = 0;
     while (m_nodes[node].axis >= 0)
         node = m_nodes[node].child + (center[m_nodes[node].axis] < m_nodes[node].value ? 0 : 1);
-    return node;
+    return m_nodes[node].child;
 }
 
-uint32_t cLeafTree::leafAt(const float* center) const {
-    return m_nodes[nodeAt(center)].child;
-}
-
-void cLeafTree::split(const float* center, int axis, float value, uint32_t newLeaf) {
-    const uint32_t node = nodeAt(center);
-    const uint32_t leaf = m_nodes[node].child;
-    const auto child = uint32_t(m_nodes.size());
-    m_nodes[node] = {axis, value, child};
+void cLeafTree::split(uint32_t leaf, int axis, float value, uint32_t newLeaf) {
+    const auto node = std::find_if(m_nodes.begin(), m_nodes.end(), [leaf](const cNode& candidate) {
+        return candidate.axis < 0 && candidate.child == leaf;
+    });
+    *node = {axis, value, uint32_t(m_nodes.size())};
     m_nodes.push_back({-1, 0, leaf});
     m_nodes.push_back({-1, 0, newLeaf});
 }

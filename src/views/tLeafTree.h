@@ -19,8 +19,8 @@ public:
     // Puts the objects into the order of the leaves; ends holds where each leaf ends.
     void build(std::vector<cPlacedObject>& objects, std::vector<uint32_t>& ends);
     uint32_t leafAt(const float* center) const;
-    // Parts that leaf where value divides the axis; the upper half becomes the leaf newLeaf.
-    void split(const float* center, int axis, float value, uint32_t newLeaf);
+    // Parts a leaf where value divides the axis; the upper half becomes the leaf newLeaf.
+    void split(uint32_t leaf, int axis, float value, uint32_t newLeaf);
 
 private:
     struct cNode {
@@ -29,7 +29,6 @@ private:
         uint32_t child = 0; // the lower one, the upper one follows it; of a leaf its number
     };
     void build(uint32_t node, cPlacedObject* first, cPlacedObject* last);
-    uint32_t nodeAt(const float* center) const;
 
     std::vector<cNode> m_nodes = std::vector<cNode>(1);
     const cPlacedObject* m_begin = nullptr;

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+static constexpr size_t MANY_SLOTS = 1024;
+
 cMapBuffers& cMapBuffers::of(cMap& map) {
     if (!map.watcher)
         map.watcher = std::make_unique<cMapBuffers>(map);
@@ -84,8 +86,9 @@ void cMapBuffers::entityGone(cEntityData* entity) {
 
 // What of an entity decides how its brushes look.
 uint32_t lookOnBrushes(const cEntityData* entity) {
-    static constexpr uint32_t SEEN = EF_DIRTY | EF_HIDDEN | EF_TRANSPARENT | EF_ITEM | EF_PATH;
-    uint32_t look = (entity->flags & SEEN) ^ entity->renderFlags * 0x9e3779b1u;
+    static constexpr uint32_t OF_OTHERS = EF_DIRTY | EF_HIDDEN | EF_ITEM | EF_PATH;
+    const uint32_t seen = EF_TRANSPARENT | (entity->flags & EF_WORLD ? 0 : OF_OTHERS);
+    uint32_t look = (entity->flags & seen) ^ entity->renderFlags * 0x9e3779b1u;
     const uint8_t* const colors[] = {entity->entity->color, entity->renderColor};
     for (const uint8_t* color : colors)
         for (int i = 0; i < 4; ++i)
@@ -95,10 +98,14 @@ uint32_t lookOnBrushes(const cEntityData* entity) {
 }
 
 void cMapBuffers::entityChanged(cEntityData* entity) {
-    if (m_allOld || (entity->flags & EF_WORLD))
+    if (m_allOld)
         return;
     uint32_t& number = entity->entity->viewSlot;
     const uint32_t look = lookOnBrushes(entity);
+    if (entity->flags & EF_WORLD) {
+        m_allOld = look != entity->entity->viewLook;
+        return;
+    }
     if (look != entity->entity->viewLook)
         for (cBrushData* brush : brushesOf(entity))
             brushChanged(brush);
@@ -118,6 +125,9 @@ void cMapBuffers::update(uint32_t detailMask, const uint8_t* markColor) {
     if (detailMask != m_detailMask ||
         !std::equal(m_markColor.begin(), m_markColor.end(), markColor))
         m_allOld = true;
+    // One by one they would take longer than all at once.
+    if (m_bufferKind != cGLBuffer::kind() || m_oldSlots.size() > MANY_SLOTS + m_slots.size() / 4)
+        m_allOld = true;
     const bool reselected = m_allOld || m_map.revision() != m_seenRevision;
     if (!m_allOld && !reselected && m_oldSlots.empty())
         return;
@@ -126,7 +136,7 @@ void cMapBuffers::update(uint32_t detailMask, const uint8_t* markColor) {
     m_seenRevision = m_map.revision();
     if (!m_allOld)
         renewSlots();
-    if (m_allOld || m_lostIndices > m_indexEnd / 2)
+    if (m_allOld || m_lostIndices > m_indexEnd / 2 || m_freeVertices > m_vertexEnd / 2)
         build();
     compareSelection();
     for (cDrawLeaf& leaf : m_leaves) {
@@ -162,8 +172,8 @@ void cMapBuffers::renewSlots() {
 // An object far outside of what its leaf covers goes to the one where it belongs.
 static bool hasStrayed(const cDrawLeaf& leaf, const float* center) {
     for (int i = 0; i < 3; ++i) {
-        const float margin = (leaf.maxs[i] - leaf.mins[i]) * 0.5f;
-        if (center[i] < leaf.mins[i] - margin || center[i] > leaf.maxs[i] + margin)
+        const float margin = (leaf.coreMaxs[i] - leaf.coreMins[i]) * 0.5f;
+        if (center[i] < leaf.coreMins[i] - margin || center[i] > leaf.coreMaxs[i] + margin)
             return true;
     }
     return false;

@@ -62,6 +62,8 @@ struct cDrawLeaf {
     std::vector<uint32_t> arrows; // slots of entities that show the way they look
     float mins[3];                // of all its objects
     float maxs[3];
+    float coreMins[3]; // as they were when its cells were made
+    float coreMaxs[3];
     int brushes = 0; // shown ones
     int entities = 0;
     int faces = 0;
@@ -69,6 +71,7 @@ struct cDrawLeaf {
     bool isOld = true;        // its cells
     bool isReselected = true; // its count of selected objects and its outlines
     void clear();             // all but the objects and what was selected of them
+    void keepCore();
     bool isWhollySelected() const { return selected > 0 && selected == brushes + entities; }
 };
 
@@ -212,7 +215,12 @@ private:
 
     std::vector<cDrawRow> m_rows;
     std::unordered_map<cDrawKey, uint32_t, cKeyHash> m_rowOf;
-    std::array<std::pair<cDrawKey, uint32_t>, 64> m_lastRows; // by kind and facing
+    static constexpr uint32_t NO_ROW = ~0u;
+    struct cLastRow {
+        cDrawKey key;
+        uint32_t row = NO_ROW;
+    };
+    std::array<cLastRow, 64> m_lastRows; // by kind and facing
     std::vector<uint32_t> m_order;
     std::vector<cIndexList> m_lists; // by row, of the leaf or the selection in work
     std::vector<uint32_t> m_listed;  // rows with a list that is not empty
@@ -229,6 +237,8 @@ private:
     uint32_t m_vertexEnd = 0; // of what was ever taken
     uint32_t m_indexEnd = 0;
     uint32_t m_lostIndices = 0;                            // rooms that cells have left
+    uint32_t m_freeVertices = 0;                           // in m_freeRooms
+    uint32_t m_bufferKind = 0;                             // of cGLBuffer, when all was made
     std::map<uint32_t, std::vector<uint32_t>> m_freeRooms; // first vertices by count
     std::vector<cShapeVertex> m_stagedVertices;
     std::array<std::vector<float>, 3> m_stagedMarks;

@@ -6,11 +6,17 @@
 #include "document/tEntity.h"
 #include "document/tMapLists.h"
 
+#include <cmath>
+
 static constexpr uint32_t BOX_VERTICES = 24; // what most objects have
 
 void cMapBuffers::collect(std::vector<cPlacedObject>& objects) {
     const auto add = [&objects](void* record, const float* center, bool isBrush) {
-        objects.push_back({record, {center[0], center[1], center[2]}, isBrush});
+        cPlacedObject object = {record, {0, 0, 0}, isBrush};
+        for (int i = 0; i < 3; ++i)
+            if (std::isfinite(center[i])) // no other number has a place among the others
+                object.center[i] = center[i];
+        objects.push_back(object);
     };
     for (cEntityData* entity : entitiesOf(m_map.data)) {
         entity->entity->viewSlot = 0;
@@ -41,7 +47,9 @@ void cMapBuffers::clear() {
     m_lists.clear();
     m_listed.clear();
     m_freeRooms.clear();
-    m_vertexEnd = m_indexEnd = m_lostIndices = 0;
+    m_vertexEnd = m_indexEnd = m_lostIndices = m_freeVertices = 0;
+    m_bufferKind = cGLBuffer::kind();
+    m_selectedIndices.release();
     m_allOld = false;
     m_selectionOld = true;
 }
@@ -86,6 +94,7 @@ void cMapBuffers::build() {
         m_leaves[leaf].objects.reserve(ends[leaf] - next);
         for (; next < ends[leaf]; ++next)
             fillSlot(objects[next], leaf);
+        m_leaves[leaf].keepCore();
         writeStaged(first);
         joined.resize(m_rows.size());
         for (const uint32_t row : m_listed) {

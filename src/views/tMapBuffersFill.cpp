@@ -22,16 +22,16 @@ size_t cMapBuffers::cKeyHash::operator()(const cDrawKey& key) const {
 }
 
 uint32_t cMapBuffers::rowOf(const cDrawKey& key) {
-    std::pair<cDrawKey, uint32_t>& last = m_lastRows[size_t(key.kind * 8 + key.facing)];
-    if (last.second < m_rows.size() && last.first == key)
-        return last.second;
+    cLastRow& last = m_lastRows[size_t(key.kind * 8 + key.facing)];
+    if (last.row != NO_ROW && last.key == key)
+        return last.row;
     const auto [found, isNew] = m_rowOf.emplace(key, uint32_t(m_rows.size()));
     if (isNew) {
         m_rows.push_back({key, {}});
         m_lists.emplace_back();
         m_order.clear();
     }
-    last = *found;
+    last = {key, found->second};
     return found->second;
 }
 
@@ -72,8 +72,10 @@ uint32_t cMapBuffers::keptLooks() const {
 }
 
 void cMapBuffers::freeRoom(uint32_t first, uint32_t count) {
-    if (count > 0)
-        m_freeRooms[count].push_back(first);
+    if (count == 0)
+        return;
+    m_freeRooms[count].push_back(first);
+    m_freeVertices += count;
 }
 
 uint32_t cMapBuffers::roomFor(uint32_t count) {
@@ -81,6 +83,7 @@ uint32_t cMapBuffers::roomFor(uint32_t count) {
     if (found != m_freeRooms.end() && !found->second.empty()) {
         const uint32_t first = found->second.back();
         found->second.pop_back();
+        m_freeVertices -= count;
         return first;
     }
     growVertices(count);
@@ -221,6 +224,11 @@ void cDrawLeaf::clear() {
     T_ClearBounds(mins, maxs);
 }
 
+void cDrawLeaf::keepCore() {
+    std::copy_n(mins, 3, coreMins);
+    std::copy_n(maxs, 3, coreMaxs);
+}
+
 // Takes the object in m_shape into the counts and lists of its leaf, and its indices into those of
 // the rows.
 void cMapBuffers::listObject(uint32_t number) {
@@ -326,7 +334,7 @@ void cMapBuffers::splitLeaf(uint32_t number) {
         m_slots[slot].leaf = added;
     }
     low.objects = std::move(kept);
-    m_tree.split(center, axis, middle, added);
+    m_tree.split(number, axis, middle, added);
     m_oldLeaves.push_back(added);
 }
 
@@ -336,4 +344,5 @@ void cMapBuffers::buildLeaf(uint32_t number) {
         makeShape(slot);
         listObject(slot);
     }
+    m_leaves[number].keepCore();
 }

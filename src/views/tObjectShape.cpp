@@ -168,7 +168,7 @@ void cObjectShape::addFace(const cBrushData* brush, const cFaceData* face, const
         vertices.push_back(vertex);
     }
     isTranslucent |= made.isTranslucent;
-    isQuads &= made.count == 4;
+    isQuads &= made.count == 4 && !(made.key.texture && isNodraw(*made.key.texture));
     faces.push_back(made);
     addColors(color, face->face->shade, alpha);
 }

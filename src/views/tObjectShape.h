@@ -95,7 +95,7 @@ public:
     uint8_t traits; // of all keys
     bool isShown;   // by its own flags and its entity's
     bool isMoving;
-    bool isQuads;       // all faces have four corners
+    bool isQuads;       // all faces have four corners, and none is nodraw
     bool isTranslucent; // a face is
     bool hasArrow;      // shows the way it looks
     // Two shapes of one signature differ in coordinates, texture coordinates and colours alone.
@@ -134,7 +134,7 @@ private:
     std::vector<const cFaceData*> m_inOrder;
     std::vector<cCorner> m_corners;
     std::vector<uint32_t> m_cornerOf; // of each vertex
-    // Each edge once, in the order met; its ends are corners.
+                                      // Each edge once, in the order met; its ends are corners.
     struct cEdge {
         uint32_t a;
         uint32_t b;

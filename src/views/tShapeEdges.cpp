@@ -107,7 +107,7 @@ void cObjectShape::findFlat() {
         const float* xyz = vertices[m_corners[i].vertex].xyz;
         for (int axis = 0; axis < 3; ++axis) {
             uint32_t first = 0;
-            while (!samePlace(vertices[m_corners[first].vertex].xyz, xyz, axis))
+            while (first < i && !samePlace(vertices[m_corners[first].vertex].xyz, xyz, axis))
                 ++first;
             m_corners[i].flat[axis] = first;
         }

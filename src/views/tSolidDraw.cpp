@@ -59,19 +59,23 @@ void cMapPainter::drawFaces() {
     else
         pointAtColors(m_buffers.look(LOOK_FILLED));
     pointAtVertices();
-    const cTextureImage* bound = nullptr;
+    const cTextureImage* gathered = nullptr;
+    const auto drawGathered = [&] {
+        if (m_ranges.isEmpty())
+            return; // none of its faces is in view
+        bindImage(gathered);
+        drawRanges(GL_TRIANGLES);
+    };
     eachRow(KIND_FACES, [&](uint32_t number, const cDrawKey& key) {
         if (isPutOff(key))
             return;
         const cTextureImage* image = imageOf(key);
-        if (image != bound) {
-            drawRanges(GL_TRIANGLES);
-            bindImage(image);
-        }
-        bound = image;
+        if (image != gathered)
+            drawGathered();
+        gathered = image;
         addRow(number, UNSELECTED);
     });
-    drawRanges(GL_TRIANGLES);
+    drawGathered();
     bindImage(nullptr);
     noColors();
 }
@@ -211,16 +215,18 @@ void cMapPainter::drawWires() {
 // Over the face as its brush shows it; with the axes of its texture.
 void cMapPainter::drawMarkedFace(const cFaceData* face) {
     const uint8_t* lineColor = m_view.settings.color(COLOR_SELECTED_LINE);
-    const bool covered = (face->brush->flags & BF_SELECTED) != 0; // drawn with the brush
+    const auto* texture = static_cast<const cTexture*>(face->texture);
+    cDrawKey key;
+    key.texture = texture;
+    key.traits = m_buffers.slot(face->brush->brush->viewSlot).traits;
+    // With the brush, or when all opaque faces are drawn.
+    const bool covered = (face->brush->flags & BF_SELECTED) || isPutOff(key);
     if (m_view.isWireframe()) {
         m_batch.beginEdges();
         m_batch.loop(face, lineColor);
     } else if (!covered && !(m_view.hideMask & HM_FACE_MASK)) {
         uint8_t rgba[4];
         shadeColor(m_view.settings.color(COLOR_SELECTED_FILL), face->face->shade, rgba);
-        const auto* texture = static_cast<const cTexture*>(face->texture);
-        cDrawKey key;
-        key.texture = texture;
         if (const cTextureImage* image = imageOf(key))
             m_batch.texturedFan(face, image, rgba);
         else
