@@ -100,7 +100,8 @@ static int groupCount(const cMap& map) {
 }
 
 static void demandSame(const cMap& a, const cMap& b) {
-    demand(firstDifference(summary(a), summary(b)));
+    if (summary(a) != summary(b))
+        demand(QStringLiteral("other entities, keys or counts of brushes"));
     if (a.visGroups.size() != b.visGroups.size())
         demand(QStringLiteral("other visgroups"));
 }
