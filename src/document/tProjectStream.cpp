@@ -24,6 +24,8 @@ bool cProjectStream::close() {
 }
 
 bool cProjectStream::bytes(void* bytes, size_t size) {
+    if (size == 0)
+        return true; // there may be no memory behind it
     if (m_writing)
         return fwrite(bytes, 1, size, m_file) == size;
     if (size > m_left)
