@@ -147,8 +147,12 @@ cMapState storedStateOf(const cMap& map) {
         brush.previousId = 0;
         brush.id = ++place;
         const auto first = all.faces.begin() + brush.faces.first;
-        for (auto face = first; face != first + brush.faces.count; ++face)
+        for (auto face = first; face != first + brush.faces.count; ++face) {
             face->id = 0;
+            char* name = face->tex.name; // what a file holds behind its end means nothing
+            std::fill(name + strnlen(name, sizeof face->tex.name), name + sizeof face->tex.name,
+                      '\0');
+        }
         std::sort(first, first + brush.faces.count,
                   [&all](const cFaceState& x, const cFaceState& y) {
                       return textOf(all, x) < textOf(all, y);
@@ -171,8 +175,9 @@ static bool isSame(const cObjectStates& a, const cFaceState& x, const cObjectSta
            memcmp(x.normal, y.normal, sizeof x.normal) == 0 &&
            memcmp(&x.dist, &y.dist, sizeof x.dist) == 0 && x.planeType == y.planeType &&
            x.points.count == y.points.count &&
-           memcmp(a.points.data() + x.points.first, b.points.data() + y.points.first,
-                  x.points.count * sizeof a.points[0]) == 0;
+           (x.points.count == 0 || // there may be no array
+            memcmp(a.points.data() + x.points.first, b.points.data() + y.points.first,
+                   x.points.count * sizeof a.points[0]) == 0);
 }
 
 static QString brushDifference(const cObjectStates& a, const cBrushState& x, const cObjectStates& b,
