@@ -333,6 +333,21 @@ void cGameConfigRegistry::precache(cGameConfig* config) {
     renewFaces();
 }
 
+void cGameConfigRegistry::reloadTextures() {
+    const cBusy busy;
+    m_textures.outdate();
+    for (cGameConfig* config : qAsConst(configs)) {
+        const cActiveConfigScope active(config);
+        for (const QString& key : qAsConst(config->parcels)) {
+            cTexturePackage* package = m_textures.findPackage(key);
+            if (package && package->outdated)
+                m_textures.loadPackage(package, config->gameBasedir, config->paletteFile);
+        }
+        rebuildCatalogue(config);
+    }
+    renewFaces();
+}
+
 void cGameConfigRegistry::readResources(cGameConfig* config) {
     const cActiveConfigScope active(config);
     config->solidClassTree = config->pointClassTree = cEntityClassNode();

@@ -70,6 +70,7 @@ public:
     bool needsPrecache(const cGameConfig* config) const;
     // Reads what needs it. Another game's hole that a set fills by its name becomes a hole anew.
     void precache(cGameConfig* config);
+    void reloadTextures(); // the sets that are loaded, as settings have changed
 
     cGameConfig* current = nullptr;
     const cMapProfile* currentProfile; // never null: all zero when none applies
