@@ -12,6 +12,7 @@
 #include "views/tCachedPicture.h"
 #include "views/tChildWindow.h"
 #include "views/tDocumentViews.h"
+#include "views/tGLBuffer.h"
 #include "views/tGLState.h"
 #include "views/tMapPainter.h"
 #include "views/tModelStream.h"
@@ -84,7 +85,9 @@ void cCanvas::initializeGL() {
     setSwapIntervalZero();
     glClearColor(0, 0, 0, 1);
     hasMultisample = format().sampleBuffers();
-    cModelStream::install(); // models draw into views only
+    if (!isSharing())
+        cGLBuffer::keepToMemory(true); // another view could not draw from them
+    cModelStream::install();           // models draw into views only
 }
 
 // What Qt hands over is in device pixels.

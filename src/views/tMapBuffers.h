@@ -68,6 +68,7 @@ struct cDrawLeaf {
     int selected = 0;
     bool isOld = true;        // its cells
     bool isReselected = true; // its count of selected objects and its outlines
+    void clear();             // all but the objects and what was selected of them
     bool isWhollySelected() const { return selected > 0 && selected == brushes + entities; }
 };
 
@@ -100,6 +101,10 @@ struct cDrawSlot {
     }
 };
 
+// What a buffer gets that is to grow by and by.
+inline size_t bufferRoom(size_t count) {
+    return count + count / 32 + 1024;
+}
 // The leaf covers the object as well.
 void addBounds(const cDrawSlot& slot, cDrawLeaf& leaf);
 // What of an entity decides how its brushes look, as one number.
@@ -142,6 +147,8 @@ private:
         size_t operator()(const cDrawKey& key) const;
     };
     using cIndexList = std::vector<uint32_t>;
+    static constexpr size_t VERTEX_SIZE = sizeof(cShapeVertex);
+    static constexpr size_t MARK_SIZE = 2 * 3 * sizeof(float);
 
     // tMapBuffers.cpp
     uint32_t takeSlot(void* record, bool isBrush);
@@ -152,13 +159,14 @@ private:
     void placeStray(uint32_t number);
     void compareSelection();
     void markSelected(uint32_t number);
-    // tMapBuffersFill.cpp
+    // tMapBuffersBuild.cpp
     void build();
     void collect(std::vector<cPlacedObject>& objects);
     void clear();
     void fillSlot(const cPlacedObject& object, uint32_t leaf);
     void writeRows(const std::vector<cIndexList>& joined);
     void writeMarks();
+    // tMapBuffersFill.cpp
     void buildLeaf(uint32_t leaf);
     void renewLeaf(uint32_t leaf);
     void splitLeaf(uint32_t leaf);
@@ -178,6 +186,7 @@ private:
     void freeRoom(uint32_t first, uint32_t count);
     void growVertices(uint32_t count);
     void writeSlot(uint32_t number);
+    void stageMark(uint32_t number);
     void writeMark(uint32_t number);
     void growMarks();
     void stage(const cObjectShape& shape);
@@ -222,5 +231,6 @@ private:
     uint32_t m_lostIndices = 0;                            // rooms that cells have left
     std::map<uint32_t, std::vector<uint32_t>> m_freeRooms; // first vertices by count
     std::vector<cShapeVertex> m_stagedVertices;
+    std::array<std::vector<float>, 3> m_stagedMarks;
     std::array<std::vector<uint32_t>, LOOK_COUNT> m_stagedLooks;
 };

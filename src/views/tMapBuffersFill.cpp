@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Filling the buffers: all of a map, one leaf, one slot.
+// Filling the buffers: rows, slots, one leaf. All of a map is in tMapBuffersBuild.cpp.
 #include "views/tMapBuffers.h"
 
 #include "document/tBrush.h"
@@ -10,15 +10,6 @@
 #include "support/tVec.h"
 
 #include <algorithm>
-
-static constexpr uint32_t VERTEX_SIZE = sizeof(cShapeVertex);
-static constexpr uint32_t MARK_SIZE = 2 * 3 * sizeof(float);
-static constexpr uint32_t BOX_VERTICES = 24; // what most objects have
-
-// What a buffer gets that is to grow by and by.
-static size_t withSlack(size_t count) {
-    return count + count / 16 + 1024;
-}
 
 // ---- Rows
 
@@ -101,10 +92,10 @@ void cMapBuffers::growVertices(uint32_t count) {
     const size_t wanted = size_t(m_vertexEnd) + count;
     if (wanted * VERTEX_SIZE <= m_vertices.size())
         return;
-    m_vertices.grow(withSlack(wanted) * VERTEX_SIZE);
+    m_vertices.grow(bufferRoom(wanted) * VERTEX_SIZE);
     for (cGLBuffer& look : m_looks)
         if (!look.isEmpty())
-            look.grow(withSlack(wanted) * sizeof(uint32_t));
+            look.grow(bufferRoom(wanted) * sizeof(uint32_t));
 }
 
 void cMapBuffers::stage(const cObjectShape& shape) {
@@ -132,6 +123,14 @@ static void markOf(const float* center, int axis, float* ends) {
     ends[axis + 3] = 1;
 }
 
+void cMapBuffers::stageMark(uint32_t number) {
+    for (int axis = 0; axis < 3; ++axis) {
+        std::vector<float>& ends = m_stagedMarks[size_t(axis)];
+        ends.resize((size_t(number) + 1) * 6);
+        markOf(m_shape.center, axis, &ends[size_t(number) * 6]);
+    }
+}
+
 void cMapBuffers::writeMark(uint32_t number) {
     for (int axis = 0; axis < 3; ++axis) {
         float ends[6];
@@ -143,7 +142,7 @@ void cMapBuffers::writeMark(uint32_t number) {
 void cMapBuffers::growMarks() {
     for (cGLBuffer& marks : m_marks)
         if (m_slots.size() * MARK_SIZE > marks.size())
-            marks.grow(withSlack(m_slots.size()) * MARK_SIZE);
+            marks.grow(bufferRoom(m_slots.size()) * MARK_SIZE);
 }
 
 void cMapBuffers::writeSlot(uint32_t number) {
@@ -213,6 +212,15 @@ void addBounds(const cDrawSlot& slot, cDrawLeaf& leaf) {
     }
 }
 
+void cDrawLeaf::clear() {
+    isOld = false;
+    isReselected = true;
+    brushes = entities = faces = 0;
+    translucent.clear();
+    arrows.clear();
+    T_ClearBounds(mins, maxs);
+}
+
 // Takes the object in m_shape into the counts and lists of its leaf, and its indices into those of
 // the rows.
 void cMapBuffers::listObject(uint32_t number) {
@@ -248,15 +256,6 @@ void cMapBuffers::listTranslucent(cDrawLeaf& leaf, uint32_t number) {
     }
 }
 
-static void clearLeaf(cDrawLeaf& leaf) {
-    leaf.isOld = false;
-    leaf.isReselected = true;
-    leaf.brushes = leaf.entities = leaf.faces = 0;
-    leaf.translucent.clear();
-    leaf.arrows.clear();
-    T_ClearBounds(leaf.mins, leaf.maxs);
-}
-
 void cMapBuffers::putCell(uint32_t row, uint32_t leaf, const cIndexList& indices) {
     std::vector<cDrawCell>& cells = m_rows[row].cells;
     auto cell = std::lower_bound(cells.begin(), cells.end(), leaf,
@@ -270,7 +269,7 @@ void cMapBuffers::putCell(uint32_t row, uint32_t leaf, const cIndexList& indices
         cell->room = count + count / 4;
         m_indexEnd += cell->room;
         if (m_indexEnd * sizeof(uint32_t) > m_indices.size())
-            m_indices.grow(withSlack(m_indexEnd) * sizeof(uint32_t));
+            m_indices.grow(bufferRoom(m_indexEnd) * sizeof(uint32_t));
     }
     cell->count = count;
     m_indices.write(cell->first * sizeof(uint32_t), indices.data(), count * sizeof(uint32_t));
@@ -331,130 +330,8 @@ void cMapBuffers::splitLeaf(uint32_t number) {
     m_oldLeaves.push_back(added);
 }
 
-// ---- The whole
-
-void cMapBuffers::collect(std::vector<cPlacedObject>& objects) {
-    const auto add = [&objects](void* record, const float* center, bool isBrush) {
-        objects.push_back({record, {center[0], center[1], center[2]}, isBrush});
-    };
-    for (cEntityData* entity : entitiesOf(m_map.data)) {
-        entity->entity->viewSlot = 0;
-        entity->entity->viewLook = lookOnBrushes(entity);
-        for (cBrushData* brush : brushesOf(entity))
-            add(brush, brush->brush->center, true);
-        if (entity->brushes || (entity->flags & EF_WORLD))
-            continue;
-        float center[3];
-        for (int i = 0; i < 3; ++i)
-            center[i] = (entity->mins[i] + entity->maxs[i]) * 0.5f;
-        add(entity, center, false);
-    }
-}
-
-void cMapBuffers::clear() {
-    m_slots.assign(1, {}); // number 0 is none
-    m_freeSlots.clear();
-    m_oldSlots.clear();
-    m_oldLeaves.clear();
-    m_selectedSlots.clear();
-    m_moving.clear();
-    m_leaves.clear();
-    m_rows.clear();
-    m_rowOf.clear();
-    m_lastRows = {};
-    m_order.clear();
-    m_lists.clear();
-    m_listed.clear();
-    m_freeRooms.clear();
-    m_vertexEnd = m_indexEnd = m_lostIndices = 0;
-    m_allOld = false;
-    m_selectionOld = true;
-}
-
-// One object of a leaf that is filled for the first time; writeStaged follows.
-void cMapBuffers::fillSlot(const cPlacedObject& object, uint32_t leaf) {
-    const uint32_t number = takeSlot(object.record, object.isBrush);
-    (object.isBrush ? static_cast<cBrushData*>(object.record)->brush->viewSlot
-                    : static_cast<cEntityData*>(object.record)->entity->viewSlot) = number;
-    makeShape(number, keptLooks());
-    cDrawSlot& slot = m_slots[number];
-    slot.leaf = leaf;
-    slot.count = uint32_t(m_shape.vertices.size());
-    slot.first = roomFor(slot.count);
-    takeShape(slot);
-    if (slot.is(SLOT_MOVING))
-        m_moving.push_back(number);
-    stage(m_shape);
-    m_leaves[leaf].objects.push_back(number);
-    listObject(number);
-}
-
-void cMapBuffers::build() {
-    std::vector<cPlacedObject> objects;
-    std::vector<uint32_t> ends;
-    collect(objects);
-    clear();
-    m_tree.build(objects, ends);
-    m_slots.reserve(objects.size() + objects.size() / 16);
-    const size_t room = withSlack(objects.size() * BOX_VERTICES);
-    m_vertices.allocate(room * VERTEX_SIZE);
-    for (cGLBuffer& look : m_looks)
-        if (!look.isEmpty())
-            look.allocate(room * sizeof(uint32_t));
-    std::vector<cIndexList> joined; // by row, of all leaves
-    m_leaves.resize(ends.size());
-    size_t next = 0;
-    for (uint32_t leaf = 0; leaf < ends.size(); ++leaf) {
-        const uint32_t first = m_vertexEnd;
-        clearLeaf(m_leaves[leaf]);
-        m_leaves[leaf].objects.reserve(ends[leaf] - next);
-        for (; next < ends[leaf]; ++next)
-            fillSlot(objects[next], leaf);
-        writeStaged(first);
-        joined.resize(m_rows.size());
-        for (const uint32_t row : m_listed) {
-            cIndexList& list = m_lists[row];
-            const auto count = uint32_t(list.size());
-            m_rows[row].cells.push_back({leaf, uint32_t(joined[row].size()), count, count});
-            joined[row].insert(joined[row].end(), list.begin(), list.end());
-            list.clear();
-        }
-        m_listed.clear();
-    }
-    sortRows();
-    writeRows(joined);
-    writeMarks();
-}
-
-// Row after row, so that neighbouring cells of a row are drawn as one range.
-void cMapBuffers::writeRows(const std::vector<cIndexList>& joined) {
-    size_t count = 0;
-    for (const cIndexList& list : joined)
-        count += list.size();
-    m_indices.allocate(withSlack(count) * sizeof(uint32_t));
-    for (const uint32_t row : m_order) {
-        m_indices.write(m_indexEnd * sizeof(uint32_t), joined[row].data(),
-                        joined[row].size() * sizeof(uint32_t));
-        for (cDrawCell& cell : m_rows[row].cells)
-            cell.first += m_indexEnd;
-        m_indexEnd += uint32_t(joined[row].size());
-    }
-}
-
-void cMapBuffers::writeMarks() {
-    std::vector<float> ends(m_slots.size() * 6);
-    for (int axis = 0; axis < 3; ++axis) {
-        for (size_t number = 1; number < m_slots.size(); ++number)
-            if (const cBrushData* brush = m_slots[number].brush())
-                markOf(brush->brush->center, axis, &ends[number * 6]);
-        cGLBuffer& marks = m_marks[size_t(axis)];
-        marks.allocate(withSlack(m_slots.size()) * MARK_SIZE);
-        marks.write(0, ends.data(), ends.size() * sizeof(float));
-    }
-}
-
 void cMapBuffers::buildLeaf(uint32_t number) {
-    clearLeaf(m_leaves[number]);
+    m_leaves[number].clear();
     for (const uint32_t slot : m_leaves[number].objects) {
         makeShape(slot);
         listObject(slot);
