@@ -291,9 +291,10 @@ cEntityClass* cGameConfigRegistry::findWorldspawn(const cGameConfig* config) con
 
 // ---- Precaching
 
-bool cGameConfigRegistry::needsPrecache(const cGameConfig* config) const {
+bool cGameConfigRegistry::needsPrecache(cGameConfig* config) const {
     if (!config)
         return false;
+    const cActiveConfigScope active(config); // its brightness
     for (const QString& path : config->gameData) {
         const cGameData* data = m_gameData.find(path);
         if (!data || data->loadState != 2)
@@ -301,7 +302,7 @@ bool cGameConfigRegistry::needsPrecache(const cGameConfig* config) const {
     }
     for (const QString& key : config->parcels) {
         const cTexturePackage* package = m_textures.findPackage(key);
-        if (!package || !package->loaded)
+        if (!package || !m_textures.isUpToDate(*package, config->paletteFile))
             return true;
     }
     return false;

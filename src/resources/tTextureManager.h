@@ -110,6 +110,8 @@ public:
     // there with others is read again, and its textures stay the same objects. A set that no
     // format reads stays not loaded, and is not tried again until its files or the palette change.
     bool loadPackage(cTexturePackage* package, const QString& base, const QString& paletteFile);
+    // Loaded with that palette, the active brightness and the settings of now.
+    bool isUpToDate(const cTexturePackage& package, const QString& paletteFile) const;
     void outdate(); // every set that is loaded is to be read again, as settings have changed
     void unloadPackage(cTexturePackage* package);
 

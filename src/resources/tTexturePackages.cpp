@@ -134,11 +134,14 @@ static void showLoading(const QString& base, const QString& path) {
         g_host->showProgress(QStringLiteral("Precaching: %1").arg(relativePath(base, path)));
 }
 
+bool cTextureManager::isUpToDate(const cTexturePackage& package, const QString& paletteFile) const {
+    return package.loaded && !package.outdated && package.palette == paletteFile &&
+           package.brightness == Sys_TextureBrightness();
+}
+
 bool cTextureManager::loadPackage(cTexturePackage* package, const QString& base,
                                   const QString& paletteFile) {
-    const double brightness = Sys_TextureBrightness();
-    if (package->loaded && !package->outdated && package->palette == paletteFile &&
-        package->brightness == brightness)
+    if (isUpToDate(*package, paletteFile))
         return true;
     const cTextureSource source = sourceOf(*package, paletteFile);
     if (source == package->failed)
@@ -153,7 +156,7 @@ bool cTextureManager::loadPackage(cTexturePackage* package, const QString& base,
         readSet(package, base, paletteFile.isEmpty() ? nullptr : findPalette(paletteFile));
     m_delivered.clear();
     package->palette = paletteFile;
-    package->brightness = brightness;
+    package->brightness = source.brightness;
     package->failed = package->loaded ? cTextureSource() : source;
     if (!package->loaded) {
         unloadPackage(package);

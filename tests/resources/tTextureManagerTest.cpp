@@ -278,3 +278,23 @@ TEST_F(cTextureManagerTest, brokenSetIsToldOnceAndTriedAgainWhenItsFileChanges) 
     writeGrey("late.grey", 3, 3);
     EXPECT_TRUE(load(key)->loaded);
 }
+
+TEST_F(cTextureManagerTest, settingsAndBrightnessReachTheFacesOfOpenMaps) {
+    cGameConfig* config = configs.addConfig(str("Game"));
+    config->parcels << write("set.names", "brick001") + str("::");
+    textures.acquirePackage(config->parcels[0]);
+    configs.precache(config);
+    const cTexture* texture = configs.catalogues.value(str("Game"))->find(str("brick001"));
+    ASSERT_TRUE(texture);
+    uint32_t marks = 0;
+    configs.callbacks.renewFaces = [&] { marks = texture->flags; };
+    configs.reloadTextures();
+    EXPECT_EQ(marks, uint32_t(TF_REPLACED));
+    EXPECT_EQ(texture->flags, 0u);
+    EXPECT_FALSE(configs.needsPrecache(config));
+    config->textureBrightness = 80;
+    EXPECT_TRUE(configs.needsPrecache(config));
+    configs.precache(config);
+    EXPECT_FALSE(configs.needsPrecache(config));
+    configs.removeConfig(str("Game"));
+}
