@@ -21,10 +21,10 @@ cMapProfile makeProfile(const char* name, const char* title) {
     put(profile.name, name);
     put(profile.title, title);
     put(profile.compiledMapExtension, ".bsp");
-    put(profile.textureExtensions, ".png;.tga;.jpg");
-    put(profile.packageExtensions, ".wad");
+    put(profile.textureExtensions, ".png;.tga;.jpg;.jpeg;.bmp;.pcx");
+    put(profile.packageExtensions, ".wad;.pk3;.zip");
     put(profile.spriteExtensions, ".spr");
-    put(profile.modelExtensions, ".mdl;.obj");
+    put(profile.modelExtensions, ".mdl;.md2;.md3;.obj");
     put(profile.soundExtensions, ".wav;.ogg");
     put(profile.spriteFolder, "sprites");
     put(profile.modelFolder, "models");

@@ -31,9 +31,8 @@ public:
 };
 
 // What an entity shows in place of its box, owned by it through cEntityData::attachment.
-struct cAttachment {
-    void* record;       // the shared cSpriteRecord, cModelRecord or cTexture, with a reference held
-    float frame;        // position in the animation, in frames
+// The record is the shared cSpriteRecord, cModelRecord or cTexture, with a reference held.
+struct cAttachment : cAttachmentHead {
     uint32_t lastFrame; // frame stamp of the last advance
     float size;         // half-size of a sprite or decal, before scaling
     float mins[3];      // world space

@@ -185,6 +185,12 @@ struct cEntityData {
     void* attachment;
 };
 
+/* What cEntityData::attachment of a sprite or model begins with. */
+typedef struct cAttachmentHead {
+    void* record; /* cSpriteRecord or cModelRecord */
+    float frame;  /* position in the animation, in frames from the start of the sequence */
+} cAttachmentHead;
+
 struct cGroupData {
     cGroup* group;
     cGroupData* next;
@@ -563,6 +569,8 @@ typedef int32_t (*tpLoadPackageFunction)(uint32_t formatId, const char* path, tp
                                          void* context);
 typedef int32_t (*tpLoadTextureFunction)(uint32_t formatId, const char* path, const void* data,
                                          int32_t size, tpAddTexture add, void* context);
+/* The block handed to a sprite or model loader is the plug-in's from then on, also when the load
+   fails: it goes back by Sys_Free. Triangles of models come clockwise seen from outside. */
 typedef int32_t (*tpLoadSpriteFunction)(uint32_t formatId, const char* path, void* data,
                                         int32_t size, cSpriteRecord* sprite, tpAddFrame add,
                                         void* unused);
