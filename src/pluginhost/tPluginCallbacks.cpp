@@ -81,7 +81,7 @@ int32_t cPluginCallbacks::textureFormat(uint32_t cookie, const char* extension,
         return 0;
     if (cTextureManager* textures = offer.plugin->manager->m_targets.textures)
         textures->addTextureFormat(
-            {cookie, offer.extensionText(), offer.descriptionText(), nullptr,
+            {cookie, offer.extensionText(), offer.descriptionText(),
              offer.optional<tpSetPaletteFunction>("tpSetPalette"),
              offer.optional<tpFilterTextureNameFunction>("tpFilterTextureName"), load});
     return 1;
@@ -99,7 +99,7 @@ int32_t cPluginCallbacks::packageFormat(uint32_t cookie, const char* extension,
     if (!load)
         return 0;
     if (cTextureManager* textures = offer.plugin->manager->m_targets.textures)
-        textures->addPackageFormat({cookie, offer.extensionText(), offer.descriptionText(), nullptr,
+        textures->addPackageFormat({cookie, offer.extensionText(), offer.descriptionText(),
                                     offer.optional<tpSetPaletteFunction>("tpSetPalette"), getInfo,
                                     load});
     return 1;

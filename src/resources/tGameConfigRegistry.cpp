@@ -291,9 +291,10 @@ cEntityClass* cGameConfigRegistry::findWorldspawn(const cGameConfig* config) con
 
 // ---- Precaching
 
-bool cGameConfigRegistry::needsPrecache(const cGameConfig* config) const {
+bool cGameConfigRegistry::needsPrecache(cGameConfig* config) const {
     if (!config)
         return false;
+    const cActiveConfigScope active(config); // its brightness
     for (const QString& path : config->gameData) {
         const cGameData* data = m_gameData.find(path);
         if (!data || data->loadState != 2)
@@ -301,7 +302,7 @@ bool cGameConfigRegistry::needsPrecache(const cGameConfig* config) const {
     }
     for (const QString& key : config->parcels) {
         const cTexturePackage* package = m_textures.findPackage(key);
-        if (!package || !package->loaded)
+        if (!package || !m_textures.isUpToDate(*package, config->paletteFile))
             return true;
     }
     return false;
@@ -330,6 +331,21 @@ void cGameConfigRegistry::precache(cGameConfig* config) {
         return;
     const cBusy busy;
     readResources(config);
+    renewFaces();
+}
+
+void cGameConfigRegistry::reloadTextures() {
+    const cBusy busy;
+    m_textures.outdate();
+    for (cGameConfig* config : qAsConst(configs)) {
+        const cActiveConfigScope active(config);
+        for (const QString& key : qAsConst(config->parcels)) {
+            cTexturePackage* package = m_textures.findPackage(key);
+            if (package && package->outdated)
+                m_textures.loadPackage(package, config->gameBasedir, config->paletteFile);
+        }
+        rebuildCatalogue(config);
+    }
     renewFaces();
 }
 

@@ -67,9 +67,10 @@ public:
     cEntityClass* findClass(const cGameConfig* config, const QString& name,
                             eClassFilter filter) const;
     cEntityClass* findWorldspawn(const cGameConfig* config) const;
-    bool needsPrecache(const cGameConfig* config) const;
+    bool needsPrecache(cGameConfig* config) const;
     // Reads what needs it. Another game's hole that a set fills by its name becomes a hole anew.
     void precache(cGameConfig* config);
+    void reloadTextures(); // the sets that are loaded, as settings have changed
 
     cGameConfig* current = nullptr;
     const cMapProfile* currentProfile; // never null: all zero when none applies

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QIcon>
+#include <cstring>
 
 static constexpr int PALETTE_SIZE = 768;
 
@@ -128,47 +129,90 @@ static void copyExtras(cTexture* texture, const cTextureExtras& extras) {
     texture->reserved = extras.reserved;
 }
 
+// An image that is known by the id keeps its place in memory.
 cTextureImage* cTextureManager::addImage(const QString& sourceId, const cTextureImage& record,
                                          const void* pixels, QIcon** iconOut) {
-    cTextureImage* image = new cTextureImage(record);
-    if (!images.contains(sourceId)) {
-        images.insert(sourceId, image);
+    cTextureImage*& image = images[sourceId];
+    if (!image) {
+        image = new cTextureImage(record);
         m_imageIds.insert(image, sourceId);
+    } else {
+        if (m_uploader)
+            m_uploader->free(image);
+        *image = record;
     }
     if (m_uploader)
         m_uploader->upload(image, pixels, iconOut);
     return image;
 }
 
+// With one reference more; null when nothing but a placeholder has the id.
+cTexture* cTextureManager::renewTexture(const QString& sourceId) {
+    cTexture* texture = textures.value(sourceId);
+    if (!texture || (texture->flags & TF_PLACEHOLDER))
+        return nullptr;
+    delete texture->icon;
+    ++texture->refCount;
+    texture->flags |= TF_REPLACED;
+    return texture;
+}
+
+static bool isRefused(const char* name, int width, int height) {
+    const auto fits = [](int side) { return side > 0 && side <= cTextureManager::MAX_IMAGE_SIDE; };
+    if (!fits(width) || !fits(height)) {
+        Warning("texture \"%s\" has a bad size, %i by %i", name, width, height);
+        return true;
+    }
+    if (strlen(name) >= sizeof cTexture::name) {
+        Warning("the name of texture \"%s\" is too long", name);
+        return true;
+    }
+    return false;
+}
+
+// The window repaints during long loads.
+void cTextureManager::keepPainting() {
+    constexpr int INTERVAL = 50; // milliseconds
+    if (QCoreApplication::closingDown() ||
+        (m_sinceEvents.isValid() && !m_sinceEvents.hasExpired(INTERVAL)))
+        return;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    m_sinceEvents.start();
+}
+
 void cTextureManager::addTexture(const char* sourceId, const char* name, uint32_t glFormat,
                                  uint32_t compressedFormat, int32_t dataSize, int32_t width,
                                  int32_t height, uint32_t flags, const cTextureExtras* extras,
                                  const void* pixels, void* context) {
-    if (!name || !pixels || !context || width == 0 || height == 0)
+    if (!name || !pixels || !context || isRefused(name, width, height))
         return;
     cTexturePackage* package = static_cast<cTexturePackage*>(context);
     cTextureManager& manager = *package->manager;
     const QString id = fromMapText(sourceId ? sourceId : name);
+    if (manager.m_delivered.contains(id))
+        return;
+    manager.m_delivered.insert(id);
     const cTextureImage record = {1, width,  height, dataSize, glFormat, compressedFormat,
                                   0, nullptr};
     if (flags & TT_IMAGE_ONLY) {
-        if (!manager.images.contains(id))
-            manager.addImage(id, record, pixels, nullptr);
+        manager.addImage(id, record, pixels, nullptr);
         return;
     }
     QIcon* icon = nullptr;
     cTextureImage* image = manager.addImage(id, record, pixels, &icon);
-    cTexture* texture = manager.obtainTexture(id, fromMapText(name), 0);
+    cTexture* texture = manager.renewTexture(id);
+    if (!texture)
+        texture = manager.obtainTexture(id, fromMapText(name), 0);
     texture->width = width;
     texture->height = height;
     texture->image = image;
     texture->icon = icon;
+    texture->labelWidth = 0;
     setName(texture, name);
     if (extras)
         copyExtras(texture, *extras);
     package->textures.push_back(texture);
-    if (!QCoreApplication::closingDown())
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    manager.keepPainting();
 }
 
 // ---- Palettes

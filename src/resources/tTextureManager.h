@@ -7,9 +7,11 @@
 #include "document/tTexture.h"
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QList>
 #include <QMap>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <cstdint>
@@ -19,7 +21,6 @@ struct cTextureFormat {
     uint32_t id;
     QString extension; // with its leading point
     QString description;
-    const uint8_t* lastPalette;
     tpSetPaletteFunction setPalette;        // or null
     tpFilterTextureNameFunction filterName; // or null
     tpLoadTextureFunction load;
@@ -29,13 +30,25 @@ struct cPackageFormat {
     uint32_t id;
     QString extension;
     QString description;
-    const uint8_t* lastPalette;
     tpSetPaletteFunction setPalette; // or null
     tpGetPackageInfoFunction getInfo;
     tpLoadPackageFunction load;
 };
 
 enum ePackageKind { PK_DIRECTORY = 0, PK_FILE = 1, PK_PACKAGE = 2 };
+
+// What a load depended on.
+struct cTextureSource {
+    qint64 size = -1; // bytes of all files
+    qint64 time = 0;  // of the newest
+    QString palette;  // path
+    double brightness = 0;
+
+    bool operator==(const cTextureSource& other) const {
+        return size == other.size && time == other.time && palette == other.palette &&
+               brightness == other.brightness;
+    }
+};
 
 // A texture set: a directory, one image file, or a package file.
 struct cTexturePackage {
@@ -48,6 +61,11 @@ struct cTexturePackage {
     qint64 size = 0;                 // bytes
     int count = 0;                   // textures
     std::vector<cTexture*> textures; // with a reference on each
+
+    cTextureSource failed; // the last load that failed
+    QString palette;       // path; this and the next: of the load that is held
+    double brightness = 0;
+    bool outdated = false; // settings have changed since
 
     class cTextureManager* manager = nullptr;
 };
@@ -88,8 +106,13 @@ public:
     void releasePackage(const QString& key);
     cTexturePackage* findPackage(const QString& key) const { return packages.value(key); }
     cTexturePackage* packageInfo(cTexturePackage* package) const; // fills size and count
-    // True if the set is in memory now. A set that no format reads stays not loaded.
+    // True if the set is in memory now, with that palette and the active brightness; one that is
+    // there with others is read again, and its textures stay the same objects. A set that no
+    // format reads stays not loaded, and is not tried again until its files or the palette change.
     bool loadPackage(cTexturePackage* package, const QString& base, const QString& paletteFile);
+    // Loaded with that palette, the active brightness and the settings of now.
+    bool isUpToDate(const cTexturePackage& package, const QString& paletteFile) const;
+    void outdate(); // every set that is loaded is to be read again, as settings have changed
     void unloadPackage(cTexturePackage* package);
 
     bool loadPalette(const QString& path, const QString& base);
@@ -114,19 +137,26 @@ public:
     QHash<QString, cTextureImage*> images; // by source id
     QHash<QString, QByteArray> palettes;   // by path
 
-    // The callback of the load functions; context is the cTexturePackage.
+    // The callback of the load functions; context is the cTexturePackage. Within one load the first
+    // of a source id stays; a later load renews the same texture. Refuses, with a line, sides above
+    // MAX_IMAGE_SIDE and names that a face cannot hold.
     static void addTexture(const char* sourceId, const char* name, uint32_t glFormat,
                            uint32_t compressedFormat, int32_t dataSize, int32_t width,
                            int32_t height, uint32_t flags, const cTextureExtras* extras,
                            const void* pixels, void* context);
 
+    static constexpr int MAX_IMAGE_SIDE = 16384; // texels
+
 private:
+    bool readSet(cTexturePackage* package, const QString& base, const uint8_t* palette);
     bool loadPackageFile(cTexturePackage* package, const uint8_t* palette);
     bool loadDirectory(cTexturePackage* package, const QString& base, const uint8_t* palette);
     bool loadFile(cTexturePackage* package, const QString& path, const uint8_t* palette);
     int packageCount(const cTexturePackage& package) const;
     cTextureImage* addImage(const QString& sourceId, const cTextureImage& record,
                             const void* pixels, QIcon** iconOut);
+    cTexture* renewTexture(const QString& sourceId);
+    void keepPainting();
     QString forgetSource(cTexture* texture);
     void freeTexture(cTexture* texture);
     void releaseImage(cTextureImage* image);
@@ -135,4 +165,8 @@ private:
     QHash<cTextureImage*, QString> m_imageIds;
     cTextureUploader* m_uploader = nullptr;
     cDefaultTexture m_default;
+    QSet<QString> m_delivered;    // source ids that the load under way has given
+    bool m_rereading = false;     // the load under way renews what is there
+    bool m_duplicateTold = false; // in the load under way
+    QElapsedTimer m_sinceEvents;
 };

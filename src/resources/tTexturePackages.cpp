@@ -7,9 +7,11 @@
 #include "support/tMapText.h"
 #include "support/tSystem.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
+#include <utility>
 
 static QString extensionOf(const QString& path) {
     return QLatin1Char('.') + QFileInfo(path).suffix().toLower();
@@ -101,11 +103,30 @@ int cTextureManager::packageCount(const cTexturePackage& package) const {
 
 // ---- Loading
 
-template<class Format> static void givePalette(Format& format, const uint8_t* palette) {
-    if (!format.setPalette || palette == format.lastPalette)
-        return;
-    format.setPalette(palette);
-    format.lastPalette = palette;
+template<class Format> static void givePalette(const Format& format, const uint8_t* palette) {
+    if (format.setPalette)
+        format.setPalette(palette);
+}
+
+static cTextureSource sourceOf(const cTexturePackage& package, const QString& palette) {
+    cTextureSource source = {0, 0, palette, Sys_TextureBrightness()};
+    const auto add = [&](const QFileInfo& file) {
+        if (!file.exists())
+            return;
+        source.size += file.size();
+        source.time = std::max(source.time, file.lastModified().toMSecsSinceEpoch());
+    };
+    if (package.kind != PK_DIRECTORY)
+        add(QFileInfo(package.path));
+    else
+        for (const QFileInfo& file : filesOf(package))
+            add(file);
+    return source;
+}
+
+void cTextureManager::outdate() {
+    for (cTexturePackage* package : qAsConst(packages))
+        package->outdated = package->loaded;
 }
 
 static void showLoading(const QString& base, const QString& path) {
@@ -113,21 +134,51 @@ static void showLoading(const QString& base, const QString& path) {
         g_host->showProgress(QStringLiteral("Precaching: %1").arg(relativePath(base, path)));
 }
 
+bool cTextureManager::isUpToDate(const cTexturePackage& package, const QString& paletteFile) const {
+    return package.loaded && !package.outdated && package.palette == paletteFile &&
+           package.brightness == Sys_TextureBrightness();
+}
+
 bool cTextureManager::loadPackage(cTexturePackage* package, const QString& base,
                                   const QString& paletteFile) {
-    if (package->loaded)
+    if (isUpToDate(*package, paletteFile))
         return true;
-    const uint8_t* palette = paletteFile.isEmpty() ? nullptr : findPalette(paletteFile);
+    const cTextureSource source = sourceOf(*package, paletteFile);
+    if (source == package->failed)
+        return false;
+    const cBusy busy; // events are processed, and views would paint half a set
+    const std::vector<cTexture*> before = std::exchange(package->textures, {});
+    m_rereading = package->loaded;
+    m_duplicateTold = false;
+    m_delivered.clear();
+    package->infoValid = package->outdated = false;
+    package->loaded =
+        readSet(package, base, paletteFile.isEmpty() ? nullptr : findPalette(paletteFile));
+    m_delivered.clear();
+    package->palette = paletteFile;
+    package->brightness = source.brightness;
+    package->failed = package->loaded ? cTextureSource() : source;
+    if (!package->loaded) {
+        unloadPackage(package);
+        Warning("can't read textures from \"%s\"", toMapText(package->path).constData());
+    }
+    for (cTexture* texture : before)
+        releaseTexture(texture);
+    return package->loaded;
+}
+
+bool cTextureManager::readSet(cTexturePackage* package, const QString& base,
+                              const uint8_t* palette) {
     if (m_uploader)
         m_uploader->makeContextCurrent();
     Print("Loading textures from \"%s\"...", toMapText(package->path).constData());
     if (package->kind == PK_DIRECTORY)
-        return package->loaded = loadDirectory(package, base, palette);
+        return loadDirectory(package, base, palette);
     showLoading(base, package->path);
     if (package->kind == PK_PACKAGE)
-        return package->loaded = loadPackageFile(package, palette);
+        return loadPackageFile(package, palette);
     package->textures.reserve(1);
-    return package->loaded = loadFile(package, package->path, palette);
+    return loadFile(package, package->path, palette);
 }
 
 bool cTextureManager::loadPackageFile(cTexturePackage* package, const uint8_t* palette) {
@@ -137,7 +188,7 @@ bool cTextureManager::loadPackageFile(cTexturePackage* package, const uint8_t* p
     package->textures.reserve(size_t(std::min(qint64(package->count), package->size)));
     const QString extension = extensionOf(package->path);
     const QByteArray path = toMapText(package->path);
-    for (cPackageFormat& format : packageFormats) {
+    for (const cPackageFormat& format : qAsConst(packageFormats)) {
         if (format.extension != extension)
             continue;
         givePalette(format, palette);
@@ -164,10 +215,12 @@ bool cTextureManager::loadDirectory(cTexturePackage* package, const QString& bas
 
 bool cTextureManager::loadFile(cTexturePackage* package, const QString& path,
                                const uint8_t* palette) {
-    if (cTexture* present = textures.value(path)) {
+    cTexture* present = m_rereading ? nullptr : textures.value(path);
+    if (present) {
         ++present->refCount;
         package->textures.push_back(present);
-        Warning("duplicate texture \"%s\"", present->name);
+        if (!std::exchange(m_duplicateTold, true))
+            Warning("duplicate texture \"%s\"", present->name);
         return true;
     }
     const QString extension = extensionOf(path);
@@ -178,7 +231,7 @@ bool cTextureManager::loadFile(cTexturePackage* package, const QString& path,
     int size = 0;
     void* data = File_Load(name.constData(), &size);
     bool loaded = false;
-    for (cTextureFormat& format : textureFormats) {
+    for (const cTextureFormat& format : qAsConst(textureFormats)) {
         if (!data || loaded || !reads(format))
             continue;
         givePalette(format, palette);

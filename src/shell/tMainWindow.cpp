@@ -25,6 +25,7 @@
 #include "support/tMapText.h"
 #include "support/tSystem.h"
 #include "views/tGLWidget.h"
+#include "views/tTextureUpload.h"
 
 #include <QApplication>
 #include <QMdiArea>
@@ -104,6 +105,9 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     m_services = std::make_unique<cServices>();
     connectConfigs();
     m_shareWidget = std::make_unique<cGLWidget>(eGLBuffers::Color);
+    m_textureUpload = std::make_unique<cTextureUpload>(*m_shareWidget);
+    m_services->textures.setUploader(m_textureUpload.get());
+    m_services->textures.setDefaultTexture(m_textureUpload->defaultTexture());
     createDocks();
     createMdiArea();
     m_panes = std::make_unique<cStatusPanes>(*statusBar(), helpTip());
@@ -152,6 +156,7 @@ cMainWindow::~cMainWindow() {
     m_clipboard.reset();
     m_tieToEntity.reset();
     m_services.reset();
+    m_textureUpload.reset();
     m_shareWidget.reset();
     windingFreeLists();
     TempBuffer_FreeAll();

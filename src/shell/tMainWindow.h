@@ -36,6 +36,7 @@ class cRecentFiles;
 class cScreenElements;
 class cSettingsStorage;
 class cStatusPanes;
+class cTextureUpload;
 class cTieToEntity;
 class cToolSwitch;
 class cWaitDialog;
@@ -280,6 +281,7 @@ private:
     std::unique_ptr<cClipboard> m_clipboard; // g_clipboard
     std::unique_ptr<cServices> m_services;
     std::unique_ptr<cGLWidget> m_shareWidget;
+    std::unique_ptr<cTextureUpload> m_textureUpload;
     std::unique_ptr<cWaitDialog> m_waitDialog;
     cConsoleDock* m_console = nullptr;
     cObjectsDock* m_objectsDock = nullptr;

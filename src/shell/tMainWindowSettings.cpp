@@ -92,6 +92,8 @@ unsigned cMainWindow::applySettings(const cSettings& after) {
         m_storage->readColorScheme();
         applyPalette();
     }
+    if (effects & SE_TEXTURES)
+        m_services->configs.reloadTextures();
     if (effects & SE_TOOL_BAR)
         m_menus->setSmallToolIcons(SmallToolIcons);
     for (cProject* project : qAsConst(projects))

@@ -27,7 +27,8 @@ enum eSettingEffect : unsigned {
     SE_HIDDEN = 1024,     // what is hidden now leaves the selection
     SE_TOOL_BAR = 2048,   // the size of its icons
     SE_RESTART = 4096,    // the rest of it is seen at the next start
-    SE_RESTART_ON = 8192  // the same, where the setting was turned on
+    SE_RESTART_ON = 8192, // the same, where the setting was turned on
+    SE_TEXTURES = 16384   // textures are loaded anew
 };
 
 struct cSettingRow {

@@ -172,7 +172,10 @@ cActiveConfigScope::~cActiveConfigScope() {
 }
 
 double Sys_TextureBrightness() {
-    return g_activeConfig ? g_activeConfig->textureBrightness * 0.015 + 0.5 : 1.0;
+    constexpr int UNCHANGED = 33; // by the formula 0.995
+    if (!g_activeConfig || g_activeConfig->textureBrightness == UNCHANGED)
+        return 1.0;
+    return g_activeConfig->textureBrightness * 0.015 + 0.5;
 }
 
 // ---- Files

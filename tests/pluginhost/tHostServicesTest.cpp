@@ -267,7 +267,7 @@ TEST_F(cHostMapTest, visGroups) {
 
 TEST_F(cHostMapTest, packagePathsOfTheProject) {
     cTextureManager textures;
-    textures.addPackageFormat({1, str(".pak"), str("Package"), nullptr, nullptr, nullptr, nullptr});
+    textures.addPackageFormat({1, str(".pak"), str("Package"), nullptr, nullptr, nullptr});
     cGameConfig config;
     config.parcels =
         QStringList{str("/a/one.PAK::"), str("/a/dir::*.tga;*.png"), str("/b/two.pak::")};

@@ -118,7 +118,7 @@ TEST_F(cTextureManagerTest, whatNoPluginReadsStaysUnloaded) {
     EXPECT_FALSE(load(path("refused::"))->loaded);
 }
 
-TEST_F(cTextureManagerTest, paletteIsGivenToAFormatWhenItChanges) {
+TEST_F(cTextureManagerTest, paletteIsGivenBeforeEveryLoad) {
     const QString good = write("good.pal", QByteArray(768, '\x07'));
     EXPECT_TRUE(textures.loadPalette(good, folder.path()));
     EXPECT_TRUE(textures.loadPalette(good, folder.path()));
@@ -138,7 +138,7 @@ TEST_F(cTextureManagerTest, paletteIsGivenToAFormatWhenItChanges) {
         cTexturePackage* package = textures.acquirePackage(writeGrey(name, 1, 1) + str("::"));
         EXPECT_TRUE(textures.loadPackage(package, QString(), good));
     }
-    EXPECT_EQ(calls, before + 1);
+    EXPECT_EQ(calls, before + 2) << "the format is not told, so nobody knows what was set before";
     EXPECT_EQ(given, textures.findPalette(good));
 }
 
@@ -220,10 +220,81 @@ TEST_F(cTextureManagerTest, hostileDeliveriesAreRefused) {
                                     package);
     EXPECT_EQ(textures.images.size(), 1);
     EXPECT_TRUE(textures.textures.isEmpty());
-    // Two textures under one id: both live until their holders go.
-    for (int i = 0; i < 2; ++i)
-        cTextureManager::addTexture("id", "n", 0, 0, 4, 2, 2, 0, nullptr, pixels, package);
-    EXPECT_EQ(package->textures.size(), 2u);
+    const QByteArray longName(64, 'n');
+    cTextureManager::addTexture("long", longName, 0, 0, 4, 2, 2, 0, nullptr, pixels, package);
+    cTextureManager::addTexture("wide", "n", 0, 0, 4, 16385, 2, 0, nullptr, pixels, package);
+    cTextureManager::addTexture("low", "n", 0, 0, 4, 2, -1, 0, nullptr, pixels, package);
+    EXPECT_TRUE(package->textures.empty());
+    // Two textures under one id: the first stays.
+    for (const char* name : {"first", "second"})
+        cTextureManager::addTexture("id", name, 0, 0, 4, 2, 2, 0, nullptr, pixels, package);
+    ASSERT_EQ(package->textures.size(), 1u);
+    EXPECT_STREQ(package->textures[0]->name, "first");
     textures.unloadPackage(package);
     EXPECT_TRUE(textures.textures.isEmpty());
+}
+
+TEST_F(cTextureManagerTest, laterLoadsRenewTheSameTextures) {
+    const QString file = writeGrey("a.grey", 4, 2);
+    QStringList keys = {file + str("::"), folder.path() + str("::a.grey"),
+                        write("set.names", "brick001grass002") + str("::")};
+    std::vector<cTexture*> first;
+    for (const QString& key : keys)
+        for (cTexture* texture : load(key)->textures)
+            first.push_back(texture);
+    ASSERT_EQ(first.size(), 4u);
+    cTexture* held = first.back();
+    ++held->refCount; // a face
+    writeGrey("a.grey", 8, 16);
+    write("set.names", "brick001");
+    textures.outdate();
+    for (const QString& key : keys)
+        EXPECT_TRUE(load(key)->loaded);
+    EXPECT_EQ(textures.findPackage(keys[0])->textures[0], first[0]);
+    EXPECT_EQ(textures.findPackage(keys[1])->textures[0], first[0]);
+    EXPECT_EQ(first[0]->refCount, 2);
+    EXPECT_EQ(first[0]->width, 8);
+    EXPECT_EQ(first[0]->image->height, 16);
+    EXPECT_TRUE(first[0]->flags & TF_REPLACED);
+    EXPECT_EQ(textures.findPackage(keys[2])->textures, std::vector<cTexture*>({first[2]}));
+    EXPECT_EQ(held->refCount, 1) << "what the set has no more goes with its faces";
+    textures.releaseTexture(held);
+
+    const int contexts = m_uploader.contexts;
+    load(keys[0]);
+    EXPECT_EQ(m_uploader.contexts, contexts) << "nothing has changed";
+    cConfigFolders game;
+    game.textureBrightness = 80;
+    const cActiveConfigScope active(&game);
+    load(keys[0]);
+    EXPECT_EQ(m_uploader.contexts, contexts + 1) << "the brightness has";
+}
+
+TEST_F(cTextureManagerTest, brokenSetIsToldOnceAndTriedAgainWhenItsFileChanges) {
+    const QString key = write("late.grey", "broken") + str("::");
+    for (int i = 0; i < 2; ++i)
+        EXPECT_FALSE(load(key)->loaded);
+    EXPECT_EQ(host.count(eMessage::Warning, str("can't read textures from")), 1);
+    writeGrey("late.grey", 3, 3);
+    EXPECT_TRUE(load(key)->loaded);
+}
+
+TEST_F(cTextureManagerTest, settingsAndBrightnessReachTheFacesOfOpenMaps) {
+    cGameConfig* config = configs.addConfig(str("Game"));
+    config->parcels << write("set.names", "brick001") + str("::");
+    textures.acquirePackage(config->parcels[0]);
+    configs.precache(config);
+    const cTexture* texture = configs.catalogues.value(str("Game"))->find(str("brick001"));
+    ASSERT_TRUE(texture);
+    uint32_t marks = 0;
+    configs.callbacks.renewFaces = [&] { marks = texture->flags; };
+    configs.reloadTextures();
+    EXPECT_EQ(marks, uint32_t(TF_REPLACED));
+    EXPECT_EQ(texture->flags, 0u);
+    EXPECT_FALSE(configs.needsPrecache(config));
+    config->textureBrightness = 80;
+    EXPECT_TRUE(configs.needsPrecache(config));
+    configs.precache(config);
+    EXPECT_FALSE(configs.needsPrecache(config));
+    configs.removeConfig(str("Game"));
 }
