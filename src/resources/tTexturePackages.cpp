@@ -146,6 +146,7 @@ bool cTextureManager::loadPackage(cTexturePackage* package, const QString& base,
     const cTextureSource source = sourceOf(*package, paletteFile);
     if (source == package->failed)
         return false;
+    const int warned = warningCount();
     const cBusy busy; // events are processed, and views would paint half a set
     const std::vector<cTexture*> before = std::exchange(package->textures, {});
     m_rereading = package->loaded;
@@ -160,7 +161,8 @@ bool cTextureManager::loadPackage(cTexturePackage* package, const QString& base,
     package->failed = package->loaded ? cTextureSource() : source;
     if (!package->loaded) {
         unloadPackage(package);
-        Warning("can't read textures from \"%s\"", toMapText(package->path).constData());
+        if (warningCount() == warned) // else the plug-in has told why
+            Warning("can't read textures from \"%s\"", toMapText(package->path).constData());
     }
     for (cTexture* texture : before)
         releaseTexture(texture);

@@ -14,6 +14,7 @@ static char g_printText[MESSAGE_SIZE];
 static char g_debugText[MESSAGE_SIZE];
 static char g_warningText[MESSAGE_SIZE];
 static char g_errorText[MESSAGE_SIZE];
+static int g_warnings = 0;
 
 void Print(const char* format, ...) {
     if (!format || !g_host)
@@ -45,7 +46,12 @@ void Warning(const char* format, ...) {
     vsnprintf(g_warningText, MESSAGE_SIZE, format, args);
     va_end(args);
     printf("WARNING: %s\n", g_warningText);
+    ++g_warnings;
     g_host->consoleMessage(eMessage::Warning, g_warningText);
+}
+
+int warningCount() {
+    return g_warnings;
 }
 
 void Error(const char* format, ...) {

@@ -15,3 +15,6 @@ void DPrint(const char* format, ...)
     KVX_PRINTF(1, 2); // dropped while a splash or wait window is up
 void Warning(const char* format, ...) KVX_PRINTF(1, 2);
 void Error(const char* format, ...) KVX_PRINTF(1, 2);
+
+// How many warnings were given so far: who calls a plug-in sees whether it said what went wrong.
+int warningCount();
