@@ -14,12 +14,14 @@ def num(value):
 # Textures that show a whole thing lie on a face once; with their size in texels.
 FITTED = {"base/door": 128, "base/button": 64, "base/crate": 128, "base/glass": 128,
           "base/light": 128, "+0lamp": 64}
+SCALES = {"sky/dusk": 5, "earth/grass": 1.5, "earth/rock": 2}
 
 
-def axis(text, size, extent):
+def axis(text, texture, extent):
     """A texture axis and its scale; extent is what the solid covers along it."""
+    size = FITTED.get(texture)
     if not size:
-        return f"[ {text} 0 ]", 1
+        return f"[ {text} 0 ]", num(SCALES.get(texture, 1))
     scale = (extent[1] - extent[0]) / size
     return f"[ {text} {num(-extent[0] / scale)} ]", num(scale)
 
@@ -35,7 +37,7 @@ def face(points, texture, corners):
     parts = []
     for text in AXES[major]:
         along = [sum(a * b for a, b in zip(map(int, text.split()), c)) for c in corners]
-        parts.append(axis(text, FITTED.get(texture), (min(along), max(along))))
+        parts.append(axis(text, texture, (min(along), max(along))))
     (u, width), (v, height) = parts
     return f"{where} {texture} {u} {v} 0 {width} {height}"
 
