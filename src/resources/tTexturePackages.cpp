@@ -179,8 +179,8 @@ void cTextureManager::outdate() {
         package->outdated = package->loaded;
 }
 
-static void showLoading(const QString& base, const QString& path) {
-    if (g_host)
+void cTextureManager::showLoading(const QString& base, const QString& path) const {
+    if (g_host && isTimeForEvents())
         g_host->showProgress(QStringLiteral("Precaching: %1").arg(relativePath(base, path)));
 }
 
