@@ -77,10 +77,10 @@ public:
 private:
     static constexpr int WIDTH = 1200, HEIGHT = 900;
 
+    std::vector<cTexture> m_textures; // these two outlive the faces
+    std::vector<cTextureImage> m_images;
     cBenchDocument m_document;
     std::unique_ptr<cChildWindow> m_window;
-    std::vector<cTexture> m_textures;
-    std::vector<cTextureImage> m_images;
 };
 
 void cShownCity::wear(int textures) {
@@ -113,6 +113,7 @@ void cShownCity::wear(int textures) {
                 &m_textures[size_t((district * IN_DISTRICT + place++ % IN_DISTRICT) % textures)];
     }
     noteChange(map());
+    map().markChanged();
 }
 
 cShownCity::cShownCity(int brushes) {
