@@ -13,8 +13,8 @@
 #include "views/tViewHost.h"
 
 #include <QFontMetrics>
-#include <QGLFramebufferObject>
 #include <QGridLayout>
+#include <QOpenGLFramebufferObject>
 #include <QScrollBar>
 
 cCanvas::cCanvas(QWidget* parent, cChildWindow* window)
