@@ -50,8 +50,11 @@ static void addMembers(QList<cVisGroup*>& list, const QList<cVisGroup*>& added) 
     }
 }
 
-static void removeMember(QList<cVisGroup*>& list, cVisGroup* visGroup) {
-    visGroup->objectCount -= list.removeAll(visGroup);
+// False: it was none.
+static bool removeMember(QList<cVisGroup*>& list, cVisGroup* visGroup) {
+    const int removed = list.removeAll(visGroup);
+    visGroup->objectCount -= removed;
+    return removed > 0;
 }
 
 static void dropMembers(QList<cVisGroup*>& list) {
@@ -69,8 +72,8 @@ void cEntity::addToVisGroups(const QList<cVisGroup*>& added) {
     noteChange(data);
 }
 void cEntity::removeFromVisGroup(cVisGroup* visGroup) {
-    removeMember(visGroups, visGroup);
-    noteChange(data);
+    if (removeMember(visGroups, visGroup))
+        noteChange(data);
 }
 void cEntity::dropVisGroups() {
     dropMembers(visGroups);
@@ -86,8 +89,8 @@ void cBrush::addToVisGroups(const QList<cVisGroup*>& added) {
     noteChange(data);
 }
 void cBrush::removeFromVisGroup(cVisGroup* visGroup) {
-    removeMember(visGroups, visGroup);
-    noteChange(data);
+    if (removeMember(visGroups, visGroup))
+        noteChange(data);
 }
 void cBrush::dropVisGroups() {
     dropMembers(visGroups);

@@ -137,6 +137,10 @@ void cCanvas::setViewType(int type, int mode) {
         document->redrawViews(REDRAW_ALL);
 }
 
+void showTool(const cCanvas& canvas) {
+    canvas.project()->redrawViews(REDRAW_ALL);
+}
+
 void cCanvas::measureCaption() {
     const QFontMetrics metrics(hoverFont);
     captionRect = QRect(0, 0, metrics.horizontalAdvance(caption) + 6, metrics.height() + 4);
