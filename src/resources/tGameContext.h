@@ -16,7 +16,7 @@ public:
     cGameContext(const cGameConfigRegistry& configs, cTextureManager& textures)
         : m_configs(configs), m_textures(textures) {}
 
-    cTextureCatalogue* catalogue() const; // null without a configuration
+    cTextureCatalogue* catalogue() const; // never null
 
     cTexture* findTexture(const char* name) override;
     cTexture* addMissingTexture(const char* name) override;

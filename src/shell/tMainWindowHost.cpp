@@ -128,9 +128,8 @@ cEntityClass* cMainWindow::currentClass() {
 }
 
 cTexture* cMainWindow::currentTexture() {
-    const char* name = profile().defaultTexture;
     const cTextureCatalogue* catalogue = m_services->configs.currentCatalogue;
-    return *name && catalogue ? catalogue->find(fromMapText(name)) : nullptr;
+    return catalogue ? catalogue->defaultTexture(fromMapText(profile().defaultTexture)) : nullptr;
 }
 
 bool cMainWindow::randomYaw() const {
