@@ -14,7 +14,6 @@
 #include <QSignalBlocker>
 
 static constexpr int FILTER_DELAY = 500; // ms
-static constexpr int MAX_FILTERS = 16;   // texts that are kept
 static constexpr int PAGE_STEP = 20;     // of the scroll bar, for the height of the view
 
 cTextureBrowserDialog::cTextureBrowserDialog(QWidget* parent)
@@ -22,6 +21,7 @@ cTextureBrowserDialog::cTextureBrowserDialog(QWidget* parent)
     m_ui->setupUi(this);
     for (const cTextureScale& scale : TEXTURE_SCALES)
         m_ui->lstScaleMode->addItem(QString::fromLatin1(scale.text), double(scale.value));
+    m_ui->lstFilter->setMaxCount(MAX_FILTERS);
     m_ui->lstFilter->setCompleter(nullptr); // it would write words into the filter
     m_ui->browserScroll->setPageStep(PAGE_STEP);
     // Its place stays: tiles that move up as it goes could bring it back.
@@ -116,8 +116,8 @@ void cTextureBrowserDialog::showTexture(const cTexture* texture, const QString& 
     m_ui->lblTextureGroup->setText(name.isEmpty() || !m_catalogue
                                        ? QString()
                                        : tr("Group: \"%1\"").arg(m_catalogue->groupOf(name)));
-    m_ui->lblTextureSize->setText(
-        texture ? tr("%1 x %2").arg(texture->width).arg(texture->height) : QString());
+    m_ui->lblTextureSize->setText(texture ? tr("%1 x %2").arg(texture->width).arg(texture->height)
+                                          : QString());
     m_ui->btnMark->setEnabled(m_map && texture);
     m_ui->btnReplace->setEnabled(texture);
 }

@@ -22,6 +22,8 @@ class cTextureBrowserDialog : public QDialog {
     Q_OBJECT
 
 public:
+    static constexpr int MAX_FILTERS = 16; // texts that are kept
+
     explicit cTextureBrowserDialog(QWidget* parent);
     ~cTextureBrowserDialog() override;
 

@@ -88,7 +88,7 @@ static void showFloatingDocks(const QWidget& window) {
 
 cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     g_mainWindow = this;
-    g_host = this;
+    setHost(this);
     g_viewHost = this;
     g_closing = false;
     m_clipboard = std::make_unique<cClipboard>();
@@ -164,7 +164,7 @@ cMainWindow::~cMainWindow() {
     windingFreeLists();
     TempBuffer_FreeAll();
     g_viewHost = nullptr;
-    g_host = nullptr;
+    setHost(nullptr);
     g_mainWindow = nullptr;
 }
 
@@ -271,6 +271,7 @@ void cMainWindow::createMenus() {
                                                        {m_filterDock, tr("&Filter Control")}};
     m_elements = std::make_unique<cScreenElements>(*m_menus->elementsMenu, m_menus->bars, docks,
                                                    statusBar());
-    m_storage = std::make_unique<cSettingsStorage>(*this, *m_recentFiles, m_services->colors);
+    m_storage = std::make_unique<cSettingsStorage>(*this, *m_recentFiles, m_services->colors,
+                                                   *m_textureBrowser);
     m_layout = std::make_unique<cLayoutStorage>(*this, *m_textureBrowser);
 }

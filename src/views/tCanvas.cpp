@@ -14,8 +14,8 @@
 #include "views/tViewHost.h"
 
 #include <QFontMetrics>
-#include <QGLFramebufferObject>
 #include <QGridLayout>
+#include <QOpenGLFramebufferObject>
 #include <QScrollBar>
 #include <cmath>
 
@@ -139,9 +139,14 @@ void cCanvas::setViewType(int type, int mode) {
         document->redrawViews(REDRAW_ALL);
 }
 
+void showTool(const cCanvas& canvas) {
+    canvas.project()->redrawViews(REDRAW_ALL);
+}
+
 void cCanvas::measureCaption() {
     const QFontMetrics metrics(hoverFont);
-    captionRect = QRect(0, 0, int(std::ceil(textWidth(hoverFont, caption))) + 6, metrics.height() + 4);
+    captionRect =
+        QRect(0, 0, int(std::ceil(textWidth(hoverFont, caption))) + 6, metrics.height() + 4);
 }
 
 void cCanvas::restartTimer(int interval) {

@@ -20,14 +20,14 @@
 #include "views/tTool.h"
 #include "views/tViewHost.h"
 
-#include <QGLFramebufferObject>
+#include <QOpenGLFramebufferObject>
 
 #ifndef GL_MULTISAMPLE
 #define GL_MULTISAMPLE 0x809D
 #endif
 
-// Of outlines towards the viewer, in the smallest steps of depth. None by the slope of a face: seen
-// edge-on it would come through the walls before it.
+// Of outlines towards the viewer, in the smallest steps of depth. None by the slope of a face:
+// seen edge-on it would come through the walls before it.
 static constexpr float OUTLINE_SHIFT = 64;
 
 static uint32_t s_frame = 0; // grows at each view set-up
@@ -328,8 +328,8 @@ void cCanvas::drawPixelOverlays() {
 
 void cCanvas::drawStatsLine(cOverlay& overlay, int line, const QString& text) {
     static constexpr int MARGIN = 4, BASELINE = 5; // pixels
-    const int y = captionRect.y() + captionRect.height() - BASELINE +
-                  line * textLineSpacing(captionFont);
+    const int y =
+        captionRect.y() + captionRect.height() - BASELINE + line * textLineSpacing(captionFont);
     overlay.text(0, y, width() - MARGIN, TEXT_RIGHT, text, g_host->schemeColor(COLOR_TEXT));
 }
 
@@ -399,12 +399,13 @@ void cCanvas::drawMoveIcon(cOverlay& overlay) {
 // ---- Picking
 
 bool cCanvas::bindPickBuffer() {
-    if (!QGLFramebufferObject::hasOpenGLFramebufferObjects())
+    if (!QOpenGLFramebufferObject::hasOpenGLFramebufferObjects())
         return false;
     const QSize wanted = deviceSize();
     if (!m_pickBuffer || m_pickBuffer->size() != wanted) {
         m_pickBuffer.reset();
-        m_pickBuffer = std::make_unique<QGLFramebufferObject>(wanted, QGLFramebufferObject::Depth);
+        m_pickBuffer =
+            std::make_unique<QOpenGLFramebufferObject>(wanted, QOpenGLFramebufferObject::Depth);
     }
     return m_pickBuffer->bind();
 }

@@ -10,8 +10,8 @@
 #include <qopengl.h>
 #include <vector>
 
-static constexpr int SIDE = 512;  // texels, at a scale of 1
-static constexpr int MARGIN = 1;  // texels about a glyph: smoothing reaches beyond its outline
+static constexpr int SIDE = 512; // texels, at a scale of 1
+static constexpr int MARGIN = 1; // texels about a glyph: smoothing reaches beyond its outline
 
 QString characterText(uint character) {
     return QString::fromUcs4(&character, 1);

@@ -99,7 +99,7 @@ public:
     bool isTranslucent; // a face is
     bool hasArrow;      // shows the way it looks
     // Two shapes of one signature differ in coordinates, texture coordinates and colours alone.
-    uint32_t signature() const;
+    uint32_t signature;
 
 private:
     // One place where faces meet.
@@ -116,6 +116,7 @@ private:
     };
 
     void clear();
+    void sign();
     void addFaces(const cBrushData* brush, const uint8_t* color);
     void addFace(const cBrushData* brush, const cFaceData* face, const uint8_t* color);
     void addColors(const uint8_t* color, float shade, float alpha);

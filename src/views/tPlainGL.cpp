@@ -45,7 +45,8 @@ void drawPlainTexture(unsigned texture, const QRectF& place) {
     glEnable(GL_TEXTURE_2D);
     glBindTexture(GL_TEXTURE_2D, texture);
     applyTextureSampling(1, true, false);
-    setWrapping(GL_CLAMP_TO_EDGE); // plain clamping would mix a border's black into the outermost texels
+    setWrapping(
+        GL_CLAMP_TO_EDGE); // plain clamping would mix a border's black into the outermost texels
     glColor4ub(255, 255, 255, 255);
     glBegin(GL_QUADS);
     glTexCoord2f(0, 0);

@@ -175,8 +175,7 @@ void cTextureBrowser::paintGL() {
 void cTextureBrowser::drawTile(int tile, int offset) {
     const cTextureImage* image = m_shown[size_t(tile)].texture->image;
     if (image)
-        drawPlainTexture(image->glName,
-                         m_tiles.tiles()[size_t(tile)].image.translated(0, -offset));
+        drawPlainTexture(image->glName, m_tiles.tiles()[size_t(tile)].image.translated(0, -offset));
 }
 
 void cTextureBrowser::drawStrips(int first, int end, int offset) const {
@@ -253,9 +252,10 @@ void cTextureBrowser::wheelEvent(QWheelEvent* event) {
 
 // Where that key leads from the current tile, or to the first one while none is; -1: no way.
 int cTextureBrowser::tileOfKey(int key) {
-    static const int ways[] = {Qt::Key_Left, Qt::Key_Right,  Qt::Key_Up,      Qt::Key_Down,
+    static const int ways[] = {Qt::Key_Left, Qt::Key_Right,  Qt::Key_Up,       Qt::Key_Down,
                                Qt::Key_Home, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_End};
-    if (tiles().tiles().empty() || std::find(std::begin(ways), std::end(ways), key) == std::end(ways))
+    if (tiles().tiles().empty() ||
+        std::find(std::begin(ways), std::end(ways), key) == std::end(ways))
         return -1;
     const int from = selectedTile();
     if (from < 0)

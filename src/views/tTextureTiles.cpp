@@ -122,11 +122,11 @@ int cTextureTiles::inRow(int tile, int rows) const {
         return tile;
     const auto middle = [](const cTextureTile& of) { return 2 * of.x + of.cell; };
     const int from = middle(m_tiles[size_t(tile)]);
-    const auto found = std::min_element(
-        m_tiles.begin() + m_rows[size_t(row)].first, m_tiles.begin() + endOf(row),
-        [&](const cTextureTile& a, const cTextureTile& b) {
-            return std::abs(middle(a) - from) < std::abs(middle(b) - from);
-        });
+    const auto found =
+        std::min_element(m_tiles.begin() + m_rows[size_t(row)].first, m_tiles.begin() + endOf(row),
+                         [&](const cTextureTile& a, const cTextureTile& b) {
+                             return std::abs(middle(a) - from) < std::abs(middle(b) - from);
+                         });
     return int(found - m_tiles.begin());
 }
 

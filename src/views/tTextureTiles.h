@@ -16,7 +16,7 @@ struct cTextureScale {
     float value; // above 0: pixels of every tile; below: the texture's size is divided by it
 };
 constexpr cTextureScale TEXTURE_SCALES[] = {
-    {"2:1 (200%)", -0.5f}, {"1:1 (100%)", -1}, {"1:2 (50%)", -2},   {"1:4 (25%)", -4},
+    {"2:1 (200%)", -0.5f}, {"1:1 (100%)", -1}, {"1:2 (50%)", -2},  {"1:4 (25%)", -4},
     {"32 x 32", 32},       {"64 x 64", 64},    {"128 x 128", 128}, {"256 x 256", 256},
 };
 constexpr int TEXTURE_SCALE_COUNT = int(std::size(TEXTURE_SCALES));
