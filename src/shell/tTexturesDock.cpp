@@ -99,11 +99,16 @@ static const cTexture* firstOf(const cTextureCatalogue& catalogue, const QString
     return nullptr;
 }
 
-// The first of these names that the catalogue knows, else one that fits anywhere.
-static const cTexture* startTexture(const cTextureCatalogue& catalogue, const QStringList& wishes) {
-    for (const QString& name : wishes)
-        if (const cTexture* texture = catalogue.find(name))
+// Its own if the catalogue knows it; else the first of the wishes that is more than a name.
+static const cTexture* startTexture(const cTextureCatalogue& catalogue, const QString& own,
+                                    const QStringList& wishes) {
+    if (const cTexture* texture = catalogue.find(own))
+        return texture;
+    for (const QString& name : wishes) {
+        const cTexture* texture = catalogue.find(name);
+        if (texture && !(texture->flags & TF_PLACEHOLDER))
             return texture;
+    }
     const cTexture* wall = firstOf(catalogue, QStringLiteral("wall"));
     return wall ? wall : firstOf(catalogue, QString());
 }
@@ -167,7 +172,7 @@ void cTexturesDock::follow() {
         cProject& project = *m_activeProject();
         const QString byProfile = fromMapText(project.game.profile().defaultTexture);
         if (const cTexture* texture =
-                startTexture(*known, {project.texture.name, m_lastName, byProfile}))
+                startTexture(*known, project.texture.name, {m_lastName, byProfile}))
             take(project.texture, *texture, *known);
         show(*known);
     } else {
