@@ -380,6 +380,8 @@ void cMap::renewFaces() {
         if (entity->attachKind == AK_DECAL &&
             stale(static_cast<cAttachment*>(entity->attachment)->record))
             attachResource(entity);
+        else if (showsFile(entity))
+            updateEntity(entity, UM_ATTACH);
         for (cBrushData* brush : brushesOf(entity)) {
             for (cFaceData* face : facesOf(brush)) {
                 if (!stale(face->texture))
