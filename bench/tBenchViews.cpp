@@ -271,11 +271,7 @@ static void drawNow(cCanvas* canvas) {
     glFinish();
 }
 
-static void flight(benchmark::State& state) {
-    cShownCity city(int(state.range(0)));
-    city.wear(TEXTURES);
-    cCanvas* camera = city.camera();
-    camera->setViewType(VIEW_CAMERA, RM_TEXTURED);
+static void flyToAndFro(benchmark::State& state, cCanvas* camera) {
     drawNow(camera);
     float step = 4;
     for (auto _ : state) {
@@ -283,6 +279,14 @@ static void flight(benchmark::State& state) {
         step = -step;
         drawNow(camera);
     }
+}
+
+static void flight(benchmark::State& state) {
+    cShownCity city(int(state.range(0)));
+    city.wear(TEXTURES);
+    cCanvas* camera = city.camera();
+    camera->setViewType(VIEW_CAMERA, RM_TEXTURED);
+    flyToAndFro(state, camera);
     countTraffic(state, camera);
 }
 
@@ -357,13 +361,7 @@ static void seenThrough(benchmark::State& state) {
     noteChange(city.map());
     cCanvas* camera = city.camera();
     camera->setViewType(VIEW_CAMERA, RM_TEXTURED);
-    drawNow(camera);
-    float step = 4;
-    for (auto _ : state) {
-        camera->moveForward(step);
-        step = -step;
-        drawNow(camera);
-    }
+    flyToAndFro(state, camera);
     state.counters["faces"] = camera->stats.faces;
     countTraffic(state, camera);
     bench().host.Transparency = false;

@@ -59,7 +59,7 @@ static void takeTexture(cFaceData* face, cTexture* found, cMapContext& context) 
 
 void updateFaceTransparency(cFaceData* face) {
     const bool transparent =
-        g_host && g_host->TextureTransparency && face->texture && isTranslucent(*face->texture);
+        g_host->TextureTransparency && face->texture && isTranslucent(*face->texture);
     face->flags =
         transparent ? face->flags | FF_TRANSPARENT : face->flags & ~uint32_t(FF_TRANSPARENT);
 }

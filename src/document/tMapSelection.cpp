@@ -8,13 +8,10 @@
 #include "support/tHost.h"
 #include "support/tMapText.h"
 
-// The tool whose picks are faces.
-static constexpr int TEXTURE_TOOL = 5;
-
 int cMap::wantedSelectionMode() const {
-    if (g_host && g_host->currentToolId() == TEXTURE_TOOL)
+    if (g_host->picksFaces())
         return MODE_FACES;
-    return g_host && g_host->IgnoreGroups ? MODE_SINGLE : MODE_GROUPS;
+    return g_host->IgnoreGroups ? MODE_SINGLE : MODE_GROUPS;
 }
 
 int cMap::updateSelectionMode() {

@@ -127,7 +127,7 @@ void cGameConfigRegistry::load(const QString& path) {
         readConfig({file, groupOf(i)}, *config);
         enter(config);
         acquireResources(*config);
-        if (g_host && !g_host->NoPrecache)
+        if (!g_host->NoPrecache)
             readResources(config);
     }
     renewFaces();

@@ -220,8 +220,7 @@ void cTextureManager::addTexture(const char* sourceId, const char* name, uint32_
 bool cTextureManager::loadPalette(const QString& path, const QString& base) {
     if (palettes.contains(path))
         return true;
-    if (g_host)
-        g_host->showProgress(QStringLiteral("Precaching: ") + relativePath(base, path));
+    g_host->showProgress(QStringLiteral("Precaching: ") + relativePath(base, path));
     palettes.insert(path, QByteArray(PALETTE_SIZE, '\xFF'));
     QFile file(path);
     // The size comes first: opening a pipe would wait for its writer.

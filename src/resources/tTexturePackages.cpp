@@ -130,8 +130,7 @@ void cTextureManager::outdate() {
 }
 
 static void showLoading(const QString& base, const QString& path) {
-    if (g_host)
-        g_host->showProgress(QStringLiteral("Precaching: %1").arg(relativePath(base, path)));
+    g_host->showProgress(QStringLiteral("Precaching: %1").arg(relativePath(base, path)));
 }
 
 bool cTextureManager::isUpToDate(const cTexturePackage& package, const QString& paletteFile) const {

@@ -87,7 +87,7 @@ static void showFloatingDocks(const QWidget& window) {
 
 cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     g_mainWindow = this;
-    g_host = this;
+    setHost(this);
     g_viewHost = this;
     g_closing = false;
     m_clipboard = std::make_unique<cClipboard>();
@@ -164,7 +164,7 @@ cMainWindow::~cMainWindow() {
     windingFreeLists();
     TempBuffer_FreeAll();
     g_viewHost = nullptr;
-    g_host = nullptr;
+    setHost(nullptr);
     g_mainWindow = nullptr;
 }
 

@@ -89,7 +89,7 @@ public:
     void setStatusPane(const QString& text, int pane) override; // ePane
     void busyEnded() override;
     void mapChanged(cMap& map, unsigned what) override;
-    int currentToolId() const override;
+    bool picksFaces() const override;
     const uint8_t* schemeColor(int index) const override;
 
     // ---- cViewHost
@@ -99,6 +99,7 @@ public:
     // its axes. Null without a document or such a view.
     cCanvas* commandCanvas() const;
     cCanvas* flatCanvas() const;
+    int currentToolId() const; // TOOL_; -1 before there are tools
     cTool* cameraTool() const override;
     QMenu* popupMenu(const char* title) const override;
     cGLWidget* shareWidget() override;

@@ -73,6 +73,10 @@ int cMainWindow::currentToolId() const {
     return m_tools ? m_tools->currentId() : -1;
 }
 
+bool cMainWindow::picksFaces() const {
+    return currentToolId() == TOOL_TEXTURE;
+}
+
 const uint8_t* cMainWindow::schemeColor(int index) const {
     static const uint8_t none[4] = {0, 0, 0, 255};
     return m_services ? m_services->colors.bytes(index) : none;

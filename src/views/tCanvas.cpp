@@ -14,8 +14,8 @@
 #include "views/tViewHost.h"
 
 #include <QFontMetrics>
-#include <QGLFramebufferObject>
 #include <QGridLayout>
+#include <QOpenGLFramebufferObject>
 #include <QScrollBar>
 
 cCanvas::cCanvas(QWidget* parent, cChildWindow* window)
@@ -137,6 +137,10 @@ void cCanvas::setViewType(int type, int mode) {
     if (cDocumentViews* document =
             project()) // others show its camera, and which one commands go to
         document->redrawViews(REDRAW_ALL);
+}
+
+void showTool(const cCanvas& canvas) {
+    canvas.project()->redrawViews(REDRAW_ALL);
 }
 
 void cCanvas::measureCaption() {

@@ -19,7 +19,7 @@
 #include <memory>
 
 class QScrollBar;
-class QGLFramebufferObject;
+class QOpenGLFramebufferObject;
 class cCachedPicture;
 class cPictureKey;
 class cChildWindow;
@@ -294,7 +294,7 @@ private:
     QPoint m_warpedTo;
     QPoint m_mouseGlobal;
     std::unique_ptr<cCachedPicture> m_picture;
-    std::unique_ptr<QGLFramebufferObject> m_pickBuffer;
+    std::unique_ptr<QOpenGLFramebufferObject> m_pickBuffer;
     QPixmap m_moveIcon;
 };
 

@@ -22,8 +22,8 @@
 #include "views/tViewHost.h"
 
 #include <QFontMetrics>
-#include <QGLFramebufferObject>
 #include <QOpenGLContext>
+#include <QOpenGLFramebufferObject>
 
 #ifndef GL_MULTISAMPLE
 #define GL_MULTISAMPLE 0x809D
@@ -434,12 +434,13 @@ void cCanvas::drawMoveIcon(cOverlay& overlay) {
 // ---- Picking
 
 bool cCanvas::bindPickBuffer() {
-    if (!QGLFramebufferObject::hasOpenGLFramebufferObjects())
+    if (!QOpenGLFramebufferObject::hasOpenGLFramebufferObjects())
         return false;
     const QSize wanted = deviceSize();
     if (!m_pickBuffer || m_pickBuffer->size() != wanted) {
         m_pickBuffer.reset();
-        m_pickBuffer = std::make_unique<QGLFramebufferObject>(wanted, QGLFramebufferObject::Depth);
+        m_pickBuffer =
+            std::make_unique<QOpenGLFramebufferObject>(wanted, QOpenGLFramebufferObject::Depth);
     }
     return m_pickBuffer->bind();
 }

@@ -8,8 +8,8 @@
 #include "views/tGLState.h"
 #include "views/tLooseDraw.h"
 
-#include <QGLContext>
 #include <algorithm>
+#include <qopengl.h>
 
 static constexpr float VERTEX_SIZE = 3.0f; // pixels
 static constexpr float MARK_HALF = 3.5f;   // pixels

@@ -13,7 +13,7 @@
 #include "views/tMapPainter.h"
 #include "views/tPickPainter.h"
 
-#include <QGLContext>
+#include <qopengl.h>
 
 static constexpr float OVERLAY_WIDTH = 3.0f; // pixels, of pointfile and portals
 static constexpr float BACK_MARGIN = 2.0f;   // units: keeps faces just behind the camera

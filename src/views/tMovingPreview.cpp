@@ -15,8 +15,8 @@
 #include "views/tLooseDraw.h"
 #include "views/tViewInfo.h"
 
-#include <QGLContext>
 #include <algorithm>
+#include <qopengl.h>
 
 // A stretched vertex this near the brush's centre goes with the side that moves.
 static constexpr float VERTEX_MARGIN = 0.001f;

@@ -25,7 +25,7 @@ bool cDrawKey::operator==(const cDrawKey& other) const {
 const uint8_t* brushColor(const cBrushData* brush) {
     const cEntityData* owner = brush->owner;
     if (!brush->brush->visGroups.isEmpty())
-        return brush->brush->visGroups.first()->color;
+        return brush->brush->visGroups.constFirst()->color;
     if (brush->group)
         return brush->group->group->drawColor;
     if (owner->group)
@@ -111,7 +111,7 @@ static uint32_t mixed(uint32_t hash, const cDrawKey& key) {
                  uint32_t(key.kind | uint32_t(key.facing) << 8 | uint32_t(key.traits) << 16));
 }
 
-uint32_t cObjectShape::signature() const {
+void cObjectShape::sign() {
     uint32_t hash = uint32_t(isShown) | uint32_t(isMoving) << 1 | uint32_t(hasArrow) << 2;
     for (const cShapeFace& face : faces)
         hash = mixed(mixed(hash, face.count), face.key);
@@ -122,7 +122,7 @@ uint32_t cObjectShape::signature() const {
     }
     for (const uint32_t corner : flatCorners)
         hash = mixed(hash, corner);
-    return mixed(hash, markKey);
+    signature = mixed(hash, markKey);
 }
 
 // ---- Making
@@ -135,6 +135,7 @@ void cObjectShape::clear() {
     for (cShapeEdges& list : edges)
         list.ends.clear();
     flatCorners.clear();
+    cornerKey = markKey = {};
     isTranslucent = hasArrow = false;
     isQuads = true;
 }
@@ -206,11 +207,11 @@ void cObjectShape::make(const cBrushData* brush, const cShapeWish& wish) {
     vecCopy(brush->brush->center, center);
     addFaces(brush, color);
     makeEdges(ofWorld ? 0 : wordOf(brush->owner->entity->color));
-    cornerKey = markKey = {};
     cornerKey.kind = KIND_CORNERS;
     cornerKey.traits = traits;
     markKey.kind = KIND_MARKS;
     markKey.traits = lineTraits();
+    sign();
 }
 
 // Six sides, counter-clockwise seen from outside.
@@ -249,4 +250,5 @@ void cObjectShape::make(const cEntityData* entity, const cShapeWish& wish) {
         }
     }
     makeEdges(wordOf(color));
+    sign();
 }

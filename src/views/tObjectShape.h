@@ -102,7 +102,7 @@ public:
     bool hasArrow;      // shows the way it looks
     bool isFigure() const { return (traits & (TRAIT_SPRITE | TRAIT_MODEL)) != 0; }
     // Two shapes of one signature differ in coordinates, texture coordinates and colours alone.
-    uint32_t signature() const;
+    uint32_t signature;
 
 private:
     // One place where faces meet.
@@ -119,6 +119,7 @@ private:
     };
 
     void clear();
+    void sign();
     void addFaces(const cBrushData* brush, const uint8_t* color);
     void addFace(const cBrushData* brush, const cFaceData* face, const uint8_t* color);
     void addColors(const uint8_t* color, float shade, float alpha);

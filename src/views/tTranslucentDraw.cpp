@@ -9,8 +9,8 @@
 #include "views/tFigureDraw.h"
 #include "views/tGLState.h"
 
-#include <QGLContext>
 #include <algorithm>
+#include <qopengl.h>
 
 static constexpr float BACK_MARGIN = 2.0f; // units: keeps faces just behind the camera
 

@@ -18,11 +18,11 @@ static std::string upper(const char* text) {
 }
 
 cTestHost::cTestHost() : m_before(g_host) {
-    g_host = this;
+    setHost(this);
 }
 
 cTestHost::~cTestHost() {
-    g_host = m_before;
+    setHost(m_before);
 }
 
 void cTestHost::consoleMessage(eMessage level, const char* text) {

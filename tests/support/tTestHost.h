@@ -48,7 +48,7 @@ public:
     void consoleMessage(eMessage level, const char* text) override;
     void setStatusPane(const QString& text, int pane) override { panes[pane] = text; }
     void mapChanged(cMap& map, unsigned what) override;
-    int currentToolId() const override { return toolId; }
+    bool picksFaces() const override { return pickingFaces; }
     const uint8_t* schemeColor(int index) const override;
 
     // Messages of that level that hold the text.
@@ -61,7 +61,7 @@ public:
     std::vector<cMessage> messages;
     std::map<int, QString> panes;
     int dirtyCount = 0;
-    int toolId = 0;
+    bool pickingFaces = false;
 
 private:
     cHost* m_before;

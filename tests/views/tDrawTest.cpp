@@ -150,7 +150,7 @@ TEST_F(DrawTest, pickModesGiveGroupEntityBrushOrFace) {
     host.IgnoreGroups = true;
     EXPECT_EQ(pickAt(camera, 100, 0, 0), panel->brush->pickId);
     EXPECT_EQ(pickAt(camera, 100, 100, 0), wall->brush->pickId);
-    host.toolId = TOOL_TEXTURE;
+    host.pickingFaces = true;
     const cFaceData* hit = document.map.findFaceByPick(pickAt(camera, 100, 0, 0));
     ASSERT_NE(hit, nullptr);
     EXPECT_EQ(hit->brush, panel);
@@ -180,7 +180,7 @@ TEST_F(DrawTest, hiddenObjectsAreNotPickedAndHandlesOnlyWhenAskedFor) {
     host.SelectByHandles = true;
     EXPECT_EQ(pickAt(canvas, 32, 32, 0), brush->brush->pickId);
     EXPECT_EQ(pickAt(canvas, 32, 38, 0), 0) << "the diamond ends 4.25 pixels from the centre";
-    host.toolId = TOOL_TEXTURE;
+    host.pickingFaces = true;
     EXPECT_EQ(pickAt(canvas, 32, 32, 0), 0) << "no handles among faces";
 }
 
