@@ -130,9 +130,8 @@ void cModelManager::read(Record& record, const QList<Format>& formats, const QSt
     for (const Format& format : formats) {
         if (format.extension != extension)
             continue;
-        if (g_host)
-            g_host->showProgress(
-                QStringLiteral("Precaching: %1").arg(relativePath(baseDirectory, path)));
+        g_host->showProgress(
+            QStringLiteral("Precaching: %1").arg(relativePath(baseDirectory, path)));
         DPrint("Loading: \"%s\"", name.constData());
         int size = 0;
         void* data = File_Load(name.constData(), &size);

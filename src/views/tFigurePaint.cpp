@@ -8,7 +8,7 @@
 #include "views/tGLState.h"
 #include "views/tLooseDraw.h"
 
-#include <QGLContext>
+#include <qopengl.h>
 
 // In every OpenGL library since 1.4; the system's header declares it only on demand.
 extern "C" void GLAPIENTRY glMultiDrawArrays(GLenum mode, const GLint* first, const GLsizei* count,
