@@ -2,7 +2,6 @@
 // A camera frame of 1,000 entities with models, turned in eight ways, of one model and of twenty,
 // and what their pictures take.
 #include "document/tEntity.h"
-#include "tBenchCity.h"
 #include "tBenchShown.h"
 #include "views/tModelPoses.h"
 

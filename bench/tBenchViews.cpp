@@ -8,6 +8,7 @@
 #include "document/tTexture.h"
 #include "operations/tTransform.h"
 #include "support/tSystem.h"
+#include "tBenchCity.h"
 #include "tBenchShown.h"
 #include "tools/tToolSelect.h"
 #include "views/tDrawRanges.h"
