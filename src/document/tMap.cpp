@@ -380,6 +380,8 @@ void cMap::renewFaces() {
     for (cEntityData* entity : entitiesOf(data)) {
         if (entity->attachKind == AK_DECAL)
             attachResource(entity);
+        else if (showsFile(entity))
+            updateEntity(entity, UM_ATTACH);
         for (cBrushData* brush : brushesOf(entity)) {
             for (cFaceData* face : facesOf(brush)) {
                 if (!stale(face))
