@@ -8,8 +8,8 @@
 
 class cFuzzHost : public cHost, public cMapContext {
 public:
-    cFuzzHost() { g_host = this; }
-    ~cFuzzHost() override { g_host = nullptr; }
+    cFuzzHost() { setHost(this); }
+    ~cFuzzHost() override { setHost(nullptr); }
 
     void consoleMessage(eMessage, const char*) override {}
     cTexture* findTexture(const char*) override { return nullptr; }

@@ -53,7 +53,7 @@ only() {
 }
 only 'Local8Bit|qPrintable|QTextCodec' src/support/tMapText.cpp \
     'text of maps goes through fromMapText and toMapText'
-only 'QGL(Widget|Format)' 'src/views/tGLWidget.h src/views/tGLWidget.cpp' \
+only 'QGL' 'src/views/tGLWidget.h src/views/tGLWidget.cpp' \
     'what shows OpenGL derives from cGLWidget'
 
 exit $failed

@@ -39,7 +39,7 @@ bool isDetail(const cBrushData* brush) {
 bool brushVisible(const cBrushData* brush) {
     if (brush->flags & BF_HIDDEN)
         return false;
-    return !g_host || !(g_host->HideMask & HM_DETAIL) || !isDetail(brush);
+    return !(g_host->HideMask & HM_DETAIL) || !isDetail(brush);
 }
 
 void touchBrush(cBrushData* brush) {

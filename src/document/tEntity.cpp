@@ -231,7 +231,7 @@ void touchEntity(cEntityData* entity) {
 bool entityVisible(const cEntityData* entity) {
     if (entity->flags & EF_HIDDEN)
         return false;
-    const int mask = g_host ? g_host->HideMask : 0;
+    const int mask = g_host->HideMask;
     if ((entity->flags & EF_ITEM) && (mask & HM_ITEMS))
         return false;
     return !((entity->flags & EF_PATH) && (mask & HM_PATHS));

@@ -9,10 +9,6 @@
 #include <cstring>
 
 void blendSchemeColor(const uint8_t* base, int minIndex, int maxIndex, uint8_t* out) {
-    if (!g_host) {
-        memcpy(out, base, 4);
-        return;
-    }
     const uint8_t* min = g_host->schemeColor(minIndex);
     const uint8_t* max = g_host->schemeColor(maxIndex);
     for (int i = 0; i < 3; ++i) {

@@ -9,8 +9,6 @@
 #include "support/tHost.h"
 
 cHistory::cHistory(cMap& map) : m_map(map), m_steps(std::make_unique<cHistorySteps>()) {
-    if (!g_host)
-        return;
     m_enabled = g_host->UndoEnabled;
     m_levels = g_host->UndoLevels;
 }
@@ -20,8 +18,7 @@ cHistory::~cHistory() = default;
 // ---- Steps
 
 void cHistory::begin(const char* name) {
-    if (g_host)
-        g_host->endMorph();
+    g_host->endMorph();
     closeStep(); // one that was left open holds nothing of this one
     if (!m_enabled || m_levels < 1) {
         m_baseState = ++m_stepNumber; // it changes the map all the same
@@ -117,7 +114,7 @@ void cHistory::setEnabled(bool enabled) {
 }
 
 void cHistory::applyLevels() {
-    if (!g_host || g_host->UndoLevels == m_levels)
+    if (g_host->UndoLevels == m_levels)
         return;
     clear();
     m_levels = g_host->UndoLevels;

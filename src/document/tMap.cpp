@@ -43,7 +43,7 @@ void cMap::changed(unsigned what) {
     if (what & MC_VISGROUPS)
         forgetVisGroupList();
     m_changes |= what;
-    if (m_openChanges == 0 && g_host)
+    if (m_openChanges == 0)
         g_host->mapChanged(*this, std::exchange(m_changes, 0u));
 }
 
@@ -344,7 +344,7 @@ void cMap::moveBrush(cBrushData* brush, cEntityData* entity) {
 // ---- Finishing
 
 void cMap::buildCullTree() {
-    const float worldSize = float(g_host ? g_host->MaxWorldSize : 8192);
+    const float worldSize = float(g_host->MaxWorldSize);
     if (cullTree)
         cullTree->rebuild(worldSize);
     else
@@ -380,6 +380,8 @@ void cMap::renewFaces() {
     for (cEntityData* entity : entitiesOf(data)) {
         if (entity->attachKind == AK_DECAL)
             attachResource(entity);
+        else if (showsFile(entity))
+            updateEntity(entity, UM_ATTACH);
         for (cBrushData* brush : brushesOf(entity)) {
             for (cFaceData* face : facesOf(brush)) {
                 if (!stale(face))

@@ -165,7 +165,13 @@ public:
     void selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden);
     void selectInBox(const float* mins, const float* maxs, int boxMode); // eBoxMode
     void selectAll();
+    // What shows that texture becomes the selection: while faces are picked those faces, else the
+    // brushes they are of. Nothing hidden.
+    void markTexture(const cTexture* texture);
     void selectFacesOfBrushes(); // of the selected brushes, in place of them
+    // In place of the selection: the faces while faces are picked, else their brushes, each once.
+    // Gives how many.
+    int selectOnly(const std::vector<cFaceData*>& faces);
     // toggle takes a selected object out; without it the caller has cleared the selection.
     void selectBrushFacesByPick(int pick, bool toggle);
     void selectByPick(int pick, bool toggle);

@@ -4,17 +4,15 @@
 #include "document/tEntity.h"
 #include "document/tGroup.h"
 #include "document/tMap.h"
+#include "document/tMapChange.h"
 #include "document/tMapLists.h"
 #include "support/tHost.h"
 #include "support/tMapText.h"
 
-// The tool whose picks are faces.
-static constexpr int TEXTURE_TOOL = 5;
-
 int cMap::wantedSelectionMode() const {
-    if (g_host && g_host->currentToolId() == TEXTURE_TOOL)
+    if (g_host->picksFaces())
         return MODE_FACES;
-    return g_host && g_host->IgnoreGroups ? MODE_SINGLE : MODE_GROUPS;
+    return g_host->IgnoreGroups ? MODE_SINGLE : MODE_GROUPS;
 }
 
 int cMap::updateSelectionMode() {
@@ -170,6 +168,28 @@ void cMap::selectAll() {
     describeSelection();
 }
 
+void cMap::markTexture(const cTexture* texture) {
+    const bool wantsFaces = updateSelectionMode() == MODE_FACES;
+    clearSelection();
+    for (cEntityData* entity : entitiesOf(data)) {
+        if (!entityVisible(entity))
+            continue;
+        for (cBrushData* brush : brushesOf(entity)) {
+            if (!brushVisible(brush))
+                continue;
+            for (cFaceData* face : facesOf(brush)) {
+                if (face->texture != texture)
+                    continue;
+                if (wantsFaces)
+                    selectedPush(data.selectedFaces, face);
+                else
+                    pushOnce(data.selectedBrushes, brush);
+            }
+        }
+    }
+    describeSelection();
+}
+
 void cMap::selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden) {
     for (cEntityData* entity : entitiesOf(data)) {
         if ((skipHidden && !entityVisible(entity)) || entityIndex-- != 0)
@@ -196,6 +216,24 @@ void cMap::selectFacesOfBrushes() {
             pushOnce(data.selectedFaces, face);
     }
     describeSelection();
+}
+
+int cMap::selectOnly(const std::vector<cFaceData*>& faces) {
+    const cMapChange change(*this, MC_SELECTION);
+    const bool picksFaces = updateSelectionMode() == MODE_FACES;
+    clearSelection();
+    int count = 0;
+    for (cFaceData* face : faces) {
+        if (isSelected(face->brush))
+            continue;
+        ++count;
+        if (picksFaces)
+            pushOnce(data.selectedFaces, face);
+        else
+            pushOnce(data.selectedBrushes, face->brush);
+    }
+    describeSelection();
+    return count;
 }
 
 void cMap::clearFaces() {

@@ -12,14 +12,11 @@
 
 #include <QSet>
 
-static const uint8_t WHITE[4] = {255, 255, 255, 255};
-static const uint8_t BLACK[4] = {0, 0, 0, 255};
-
 static uint32_t g_lastSerial = 0;
 
 cVisGroup::cVisGroup(const char* nameText) : name(Mem_StrDup(nameText)), serial(++g_lastSerial) {
-    const uint8_t* min = g_host ? g_host->schemeColor(COLOR_GROUP_RANDOM_MIN) : BLACK;
-    const uint8_t* max = g_host ? g_host->schemeColor(COLOR_GROUP_RANDOM_MAX) : WHITE;
+    const uint8_t* min = g_host->schemeColor(COLOR_GROUP_RANDOM_MIN);
+    const uint8_t* max = g_host->schemeColor(COLOR_GROUP_RANDOM_MAX);
     for (int i = 0; i < 3; ++i)
         color[i] = uint8_t(((T_RandomLong(0, 255) * (max[i] - min[i])) >> 8) + min[i]);
     color[3] = 255;
@@ -53,8 +50,11 @@ static void addMembers(QList<cVisGroup*>& list, const QList<cVisGroup*>& added) 
     }
 }
 
-static void removeMember(QList<cVisGroup*>& list, cVisGroup* visGroup) {
-    visGroup->objectCount -= list.removeAll(visGroup);
+// False: it was none.
+static bool removeMember(QList<cVisGroup*>& list, cVisGroup* visGroup) {
+    const int removed = list.removeAll(visGroup);
+    visGroup->objectCount -= removed;
+    return removed > 0;
 }
 
 static void dropMembers(QList<cVisGroup*>& list) {
@@ -72,8 +72,8 @@ void cEntity::addToVisGroups(const QList<cVisGroup*>& added) {
     noteChange(data);
 }
 void cEntity::removeFromVisGroup(cVisGroup* visGroup) {
-    removeMember(visGroups, visGroup);
-    noteChange(data);
+    if (removeMember(visGroups, visGroup))
+        noteChange(data);
 }
 void cEntity::dropVisGroups() {
     dropMembers(visGroups);
@@ -89,8 +89,8 @@ void cBrush::addToVisGroups(const QList<cVisGroup*>& added) {
     noteChange(data);
 }
 void cBrush::removeFromVisGroup(cVisGroup* visGroup) {
-    removeMember(visGroups, visGroup);
-    noteChange(data);
+    if (removeMember(visGroups, visGroup))
+        noteChange(data);
 }
 void cBrush::dropVisGroups() {
     dropMembers(visGroups);

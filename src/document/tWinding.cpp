@@ -81,7 +81,7 @@ template<class T> void windingInitFromPlane(cWindingT<T>* w, const T* normal, T 
         Error("cWinding :: InitFromPlane: no major axis\n");
         return;
     }
-    const int worldSize = g_host ? g_host->MaxWorldSize : 0;
+    const int worldSize = g_host->MaxWorldSize;
     const T extent = T(float(worldSize > MIN_PLANE_SIZE ? worldSize : MIN_PLANE_SIZE)) * T(SQRT_3);
     T up[3] = {axis == 2 ? T(1) : T(0), T(0), axis == 2 ? T(0) : T(1)};
     vecMA(up, -vecDot(up, normal), normal, up);

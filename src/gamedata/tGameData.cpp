@@ -33,8 +33,7 @@ bool cGameData::load(bool headerOnly) {
         return true;
     if (loadState != 0)
         clear();
-    if (g_host)
-        g_host->showProgress(QStringLiteral("Precaching: %1").arg(fileName));
+    g_host->showProgress(QStringLiteral("Precaching: %1").arg(fileName));
     if (!cParser::loadFile(resolved(filePath).constData()))
         return false;
     readSections(headerOnly);

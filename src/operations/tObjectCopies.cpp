@@ -113,7 +113,7 @@ cGroupData* cObjectCopies::copyOfGroup(uint32_t id) {
 template<class T> void cObjectCopies::join(T* object, uint32_t groupId, cStateRange visGroups) {
     if (cGroupData* group = copyOfGroup(m_source.withGroups ? groupId : 0))
         setGroupById(m_map, object, group->id);
-    if (g_host && g_host->KeepCloneVisGroup)
+    if (g_host->KeepCloneVisGroup)
         joinVisGroups(m_map, object, m_source.states, visGroups);
 }
 
@@ -128,7 +128,7 @@ cBrushData* cObjectCopies::addBrush(const cBrushState& state, cEntityData* owner
     cBrushData* brush = makeBrush(m_map, m_source.states, state, owner, false);
     if (owner->flags & EF_WORLD)
         join(brush, state.groupId, state.visGroups);
-    else if (g_host && g_host->KeepCloneVisGroup)
+    else if (g_host->KeepCloneVisGroup)
         joinVisGroups(m_map, brush, m_source.states, state.visGroups);
     brushes.push_back(brush);
     return brush;

@@ -54,7 +54,7 @@ cPasting::cPasting(cMap& map, const cPasteOptions& options, const cTakenObjects&
       m_source(source),
       m_copies(map, source),
       m_turns(isGiven(options.offset) || isGiven(options.rotation)) {
-    const float grid = g_host && g_host->SnapToGrid ? float(g_host->gridSize) : 0;
+    const float grid = g_host->SnapToGrid ? float(g_host->gridSize) : 0;
     for (int i = 0; i < 3; ++i) {
         m_center[i] = (source.mins[i] + source.maxs[i]) * 0.5f;
         if (grid > 0)
@@ -125,7 +125,7 @@ void cPasting::addEntity(const cEntityState& state) {
     else
         vecAdd(entity->origin, m_delta, entity->origin);
     float angles[3];
-    if (isPoint && m_turns && g_host && g_host->TransformAngles &&
+    if (isPoint && m_turns && g_host->TransformAngles &&
         rotateAngles(entity->angles, m_matrix, angles))
         setEntityAngles(entity, angles);
     for (uint32_t i = state.brushes.first; i < state.brushes.end(); ++i)

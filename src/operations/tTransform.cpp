@@ -117,7 +117,7 @@ static bool movePlaneByParts(cFaceData* face, const cAffine& map, unsigned keptS
 }
 
 static void transformBrush(const cTransformRecord& record, const float* pivot, cBrushData* brush) {
-    const bool lock = g_host && g_host->TextureLock;
+    const bool lock = g_host->TextureLock;
     const bool mirror = mirrors(record.matrix);
     const float* lockPivot = isTranslation(record.matrix) ? NO_PIVOT : pivot;
     const cAffine map = cAffine::around(pivot, record.matrix);
@@ -189,7 +189,7 @@ static void transformEntity(const cTransformRecord& record, const float* pivot,
     vecAdd(entity->origin, mins, entity->mins);
     vecAdd(entity->origin, maxs, entity->maxs);
     float angles[3];
-    if (g_host && g_host->TransformAngles && rotateAngles(entity->angles, record.matrix, angles))
+    if (g_host->TransformAngles && rotateAngles(entity->angles, record.matrix, angles))
         setEntityAngles(entity, angles);
     if (entity->attachKind == AK_MODEL && record.scaleModels && record.axisH >= 0 &&
         record.axisV >= 0)

@@ -15,7 +15,7 @@
 #include <utility>
 
 static bool texturesLocked() {
-    return g_host && g_host->TextureLock;
+    return g_host->TextureLock;
 }
 
 static void capture(cHistoryStep& step) {
@@ -48,7 +48,7 @@ static void flipEntity(cEntityData* entity, int axis, float sum) {
     const float mirrored = sum - entity->mins[axis];
     entity->mins[axis] = sum - entity->maxs[axis];
     entity->maxs[axis] = mirrored;
-    if (g_host && g_host->TransformAngles) {
+    if (g_host->TransformAngles) {
         float angles[3];
         flipAngles(entity->angles, axis, angles);
         if (memcmp(angles, entity->angles, sizeof angles) != 0)

@@ -142,7 +142,7 @@ void finishEntity(cEntityData* entity) {
 }
 
 void finishTransform(cMap& map, const std::vector<cBrushData*>& brushes) {
-    const bool lock = g_host && g_host->TextureLock;
+    const bool lock = g_host->TextureLock;
     const uint32_t mode = lock ? 0 : uint32_t(UM_RESET_AXES);
     QSet<cEntityData*> owners;
     for (cBrushData* brush : brushes) {

@@ -29,8 +29,7 @@ void cPluginManager::loadAll(const QString& directory) {
     const QFileInfoList files =
         QDir(directory).entryInfoList({QStringLiteral("tp*.so")}, QDir::Files);
     for (const QFileInfo& file : files) {
-        if (g_host)
-            g_host->showProgress(QStringLiteral("Loading plugins: %1").arg(file.fileName()));
+        g_host->showProgress(QStringLiteral("Loading plugins: %1").arg(file.fileName()));
         load(file.canonicalFilePath());
     }
     sortActions();

@@ -128,7 +128,7 @@ void cGameConfigRegistry::load(const QString& path) {
         enter(config);
         acquireResources(*config);
     }
-    if (g_host && !g_host->NoPrecache)
+    if (!g_host->NoPrecache)
         precacheOnlyEnabled();
     renewFaces();
 }

@@ -376,6 +376,8 @@ void cGameConfigRegistry::precache(cGameConfig* config) {
 void cGameConfigRegistry::reloadTextures() {
     const cBusy busy;
     m_textures.outdate();
+    if (m_models)
+        m_models->outdate();
     for (cGameConfig* config : qAsConst(configs)) {
         const cActiveConfigScope active(config);
         for (cTexturePackage* package : qAsConst(config->packages)) {

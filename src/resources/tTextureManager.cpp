@@ -214,8 +214,7 @@ bool cTextureManager::loadPalette(const QString& path, const QString& base) {
     if (palettes.contains(path) && m_paletteStamps.value(path) == stamp)
         return true;
     m_paletteStamps.insert(path, stamp);
-    if (g_host)
-        g_host->showProgress(QStringLiteral("Precaching: ") + relativePath(base, path));
+    g_host->showProgress(QStringLiteral("Precaching: ") + relativePath(base, path));
     palettes.insert(path, QByteArray(PALETTE_SIZE, '\xFF'));
     QFile file(path);
     // The size comes first: opening a pipe would wait for its writer.

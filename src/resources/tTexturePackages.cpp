@@ -180,7 +180,7 @@ void cTextureManager::outdate() {
 }
 
 void cTextureManager::showLoading(const QString& base, const QString& path) const {
-    if (g_host && isTimeForEvents())
+    if (isTimeForEvents())
         g_host->showProgress(QStringLiteral("Precaching: %1").arg(relativePath(base, path)));
 }
 

@@ -187,5 +187,6 @@ void cMainWindow::showChange(cProject& project, unsigned what) {
         setStatusPane(project.map->selectionSentence(), PANE_SELECTION);
     if (isActive && (what & MC_VISGROUPS))
         m_filterDock->rebuild();
-    project.redrawViews(REDRAW_ALL);
+    if (what & (MC_OBJECTS | MC_SELECTION | MC_VISGROUPS))
+        project.redrawViews(REDRAW_ALL);
 }

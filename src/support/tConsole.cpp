@@ -17,7 +17,7 @@ static char g_errorText[MESSAGE_SIZE];
 static int g_warnings = 0;
 
 void Print(const char* format, ...) {
-    if (!format || !g_host)
+    if (!format || !isHeard())
         return;
     va_list args;
     va_start(args, format);
@@ -28,7 +28,7 @@ void Print(const char* format, ...) {
 }
 
 void DPrint(const char* format, ...) {
-    if (!format || !g_host || g_host->isPrecaching())
+    if (!format || !isHeard() || g_host->isPrecaching())
         return;
     va_list args;
     va_start(args, format);
@@ -39,7 +39,7 @@ void DPrint(const char* format, ...) {
 }
 
 void Warning(const char* format, ...) {
-    if (!format || !g_host)
+    if (!format || !isHeard())
         return;
     va_list args;
     va_start(args, format);
@@ -55,7 +55,7 @@ int warningCount() {
 }
 
 void Error(const char* format, ...) {
-    if (!format || !g_host)
+    if (!format || !isHeard())
         return;
     va_list args;
     va_start(args, format);

@@ -41,14 +41,19 @@ public:
     virtual void mapChanged(cMap& /*map*/, unsigned /*what*/) {}
     // An edit is about to change the map: a running vertex morph ends with what it has reached.
     virtual void endMorph() {}
-    virtual int currentToolId() const { return 0; }
+    // The tool in use picks faces, not objects.
+    virtual bool picksFaces() const { return false; }
 
     // RGBA of a scheme colour, by its index of support/tColors.h.
     virtual const uint8_t* schemeColor(int index) const = 0;
 };
 
-// Null before the main window exists and after it has gone.
+// Never null: before the main window exists and after it has gone it is a host that hears nothing
+// and has the settings' defaults.
 extern cHost* g_host;
+
+void setHost(cHost* host); // null: nobody listens any more
+bool isHeard();            // somebody listens
 
 // While an instance lives, views paint nothing: the map is half built. They make up for it when
 // the last one goes. Nests.

@@ -261,7 +261,6 @@ static void setMovingFlags(cBrushData* brush, bool moving) {
 // The map's picture changes at the start and at the end; the steps between leave it alone.
 void cSelectionDrag::showMoving() const {
     m_canvas->map()->changed(MC_OBJECTS);
-    m_canvas->project()->redrawViews(REDRAW_ALL);
 }
 
 void cSelectionDrag::startMoving() {

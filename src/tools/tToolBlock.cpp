@@ -61,7 +61,7 @@ bool cToolBlock::escape(cCanvas* canvas) {
     }
     leaveBox();
     canvas->updateCursor();
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     return true;
 }
 
@@ -103,7 +103,7 @@ void cToolBlock::dragStep(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers) 
     }
     showText(*canvas, overBox() ? BT_NONE : BT_VIEW_EXTENTS);
     canvas->ensureVisible(point);
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
 }
 
 void cToolBlock::finishDrag(cCanvas* canvas, int, int, Qt::KeyboardModifiers) {
@@ -113,7 +113,7 @@ void cToolBlock::finishDrag(cCanvas* canvas, int, int, Qt::KeyboardModifiers) {
 
 // The box stays as it is.
 void cToolBlock::dropDrag(cCanvas* canvas) {
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     showText(*canvas, BT_EXTENTS);
 }
 
@@ -182,7 +182,7 @@ void cToolBlock::apply(cCanvas* canvas) {
     breakOff();
     leaveBox();
     canvas->updateCursor();
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     hideText();
 }
 

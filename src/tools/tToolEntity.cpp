@@ -66,7 +66,7 @@ bool cToolEntity::escape(cCanvas* canvas) {
         return false;
     }
     canvas->updateCursor();
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     return true;
 }
 
@@ -88,7 +88,7 @@ bool cToolEntity::keyPress(cCanvas* canvas, int key, Qt::KeyboardModifiers modif
 
 void cToolEntity::setPoint(cCanvas* canvas, const float* point) {
     boxOf(*canvas).setPoint(point);
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     showText(*canvas, BT_CENTER);
 }
 
@@ -149,7 +149,7 @@ bool cToolEntity::mouseRelease(cCanvas* canvas, int, int, int button, Qt::Keyboa
     if (!canvas->map() || canvas->isCamera() || button != TB_LEFT)
         return false;
     canvas->updateCursor();
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     showText(*canvas, BT_CENTER);
     return true;
 }
@@ -164,7 +164,7 @@ void cToolEntity::apply(cCanvas* canvas) {
     hover = isOnSurface(*canvas) = false;
     box.clear();
     canvas->updateCursor();
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     hideText();
 }
 

@@ -86,7 +86,7 @@ bool cToolSelect::escape(cCanvas* canvas) {
         return false;
     }
     canvas->updateCursor();
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     return true;
 }
 
@@ -100,7 +100,7 @@ bool cToolSelect::selectInBand(cCanvas* canvas, Qt::KeyboardModifiers modifiers)
     leaveBox();
     if (modifiers & Qt::AltModifier) {
         measure(*canvas);
-        canvas->project()->redrawViews(REDRAW_ALL);
+        showTool(*canvas);
         return false;
     }
     int mode = BOX_TOUCHING;
@@ -135,7 +135,7 @@ bool selectWithBox(cCanvas& canvas, int boxMode) {
     box.clear();
     document->selection.selection = 0; // the band's box goes back, even if nothing new is selected
     canvas.updateCursor();
-    document->redrawViews(REDRAW_ALL);
+    showTool(canvas);
     return true;
 }
 
@@ -161,7 +161,7 @@ bool cToolSelect::mousePress(cCanvas* canvas, int x, int y, int button,
         keepPress();
     look(canvas, x, y);
     canvas->updateCursor();
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     return true;
 }
 
@@ -184,7 +184,7 @@ bool cToolSelect::click(cCanvas* canvas) {
         return true;
     const int modes = map.data.selectedBrushes ? HANDLES_MODES : HANDLES_STRETCH;
     frame.handleMode = frame.handleMode + 1 < modes ? frame.handleMode + 1 : int(HANDLES_SCALE);
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     return true;
 }
 
@@ -204,7 +204,7 @@ void cToolSelect::dragStep(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers 
     if (text >= 0)
         showText(*canvas, text);
     canvas->ensureVisible(point);
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
 }
 
 void cToolSelect::finishDrag(cCanvas* canvas, int x, int y, Qt::KeyboardModifiers modifiers) {
@@ -217,7 +217,7 @@ void cToolSelect::finishDrag(cCanvas* canvas, int x, int y, Qt::KeyboardModifier
         commit(*drag, canvas, modifiers);
     }
     hover(canvas, x, y);
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
     showText(*canvas, BT_EXTENTS);
 }
 
@@ -238,7 +238,7 @@ void cToolSelect::dropDrag(cCanvas* canvas) {
     m_drag.reset();
     if (!frameOf(*canvas).rubberBand)
         measure(*canvas);
-    canvas->project()->redrawViews(REDRAW_ALL);
+    showTool(*canvas);
 }
 
 // ---- The selection

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "views/tCachedPicture.h"
 
-#include <QGLFramebufferObject>
 #include <QOpenGLContext>
 #include <QOpenGLExtraFunctions>
+#include <QOpenGLFramebufferObject>
 
 cCachedPicture::cCachedPicture() = default;
 cCachedPicture::~cCachedPicture() = default;
 
 static bool hasBlit() {
-    return QGLFramebufferObject::hasOpenGLFramebufferObjects() &&
-           QGLFramebufferObject::hasOpenGLFramebufferBlit();
+    return QOpenGLFramebufferObject::hasOpenGLFramebufferObjects() &&
+           QOpenGLFramebufferObject::hasOpenGLFramebufferBlit();
 }
 
 bool cCachedPicture::isUsable(const QSize& size) {
@@ -29,9 +29,9 @@ bool cCachedPicture::isUsable(const QSize& size) {
 // Depth is copied only between equal formats, and a window may come with a stencil or without.
 bool cCachedPicture::createBuffer(const QSize& size) {
     for (const auto attachment :
-         {QGLFramebufferObject::CombinedDepthStencil, QGLFramebufferObject::Depth}) {
+         {QOpenGLFramebufferObject::CombinedDepthStencil, QOpenGLFramebufferObject::Depth}) {
         m_buffer.reset();
-        m_buffer = std::make_unique<QGLFramebufferObject>(size, attachment);
+        m_buffer = std::make_unique<QOpenGLFramebufferObject>(size, attachment);
         if (m_buffer->isValid() && copyToWindow(size))
             return true;
     }

@@ -10,7 +10,7 @@
 #include <QSize>
 #include <memory>
 
-class QGLFramebufferObject;
+class QOpenGLFramebufferObject;
 
 class cCachedPicture {
 public:
@@ -36,7 +36,7 @@ private:
     bool createBuffer(const QSize& size);
     bool copyToWindow(const QSize& size);
 
-    std::unique_ptr<QGLFramebufferObject> m_buffer;
+    std::unique_ptr<QOpenGLFramebufferObject> m_buffer;
     cPictureKey m_key;
     cDrawStats m_stats;
     int m_drawCount = 0;

@@ -6,16 +6,19 @@
 #include "document/tMapContext.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
+#include "views/tAnimationClock.h"
 #include "views/tCachedPicture.h"
 #include "views/tChildWindow.h"
 #include "views/tDocumentViews.h"
+#include "views/tTextDrawer.h"
 #include "views/tTool.h"
 #include "views/tViewHost.h"
 
 #include <QFontMetrics>
-#include <QGLFramebufferObject>
 #include <QGridLayout>
+#include <QOpenGLFramebufferObject>
 #include <QScrollBar>
+#include <cmath>
 
 cCanvas::cCanvas(QWidget* parent, cChildWindow* window)
     : cGLWidget(g_host->Antialiasing ? eGLBuffers::Multisampled : eGLBuffers::Depth, parent,
@@ -33,6 +36,7 @@ cCanvas::cCanvas(QWidget* parent, cChildWindow* window)
         projection[i] = modelview[i] = (i % 5 == 0) ? 1.0f : 0.0f;
     hasMultisample = isMultisampled();
     connect(&m_timer, &QTimer::timeout, this, &cCanvas::runFrame);
+    connect(&cAnimationClock::shared(), &cAnimationClock::ticked, this, &cCanvas::animate);
     m_lastFrameTime.start();
 }
 
@@ -137,9 +141,14 @@ void cCanvas::setViewType(int type, int mode) {
         document->redrawViews(REDRAW_ALL);
 }
 
+void showTool(const cCanvas& canvas) {
+    canvas.project()->redrawViews(REDRAW_ALL);
+}
+
 void cCanvas::measureCaption() {
     const QFontMetrics metrics(hoverFont);
-    captionRect = QRect(0, 0, metrics.horizontalAdvance(caption) + 6, metrics.height() + 4);
+    captionRect =
+        QRect(0, 0, int(std::ceil(textWidth(hoverFont, caption))) + 6, metrics.height() + 4);
 }
 
 void cCanvas::restartTimer(int interval) {
@@ -284,6 +293,7 @@ void cCanvas::refreshViewInfo() {
     viewInfo.modelRenderDistance = float(g_host->ModelRenderDistance);
     viewInfo.selectionBulletSize = float(g_host->SelectionBulletSize);
     viewInfo.vertexBulletSize = float(g_host->VertexToolBulletSize);
+    viewInfo.seconds = isCamera() ? cAnimationClock::shared().seconds() : 0;
     viewInfo.frustum = &frustum;
     viewInfo.settings = cDrawSettings::current();
     fillViewVectors();

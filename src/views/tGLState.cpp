@@ -3,7 +3,6 @@
 
 #include "support/tConsole.h"
 
-#include <QGLContext>
 #include <algorithm>
 #include <cmath>
 #include <iterator>

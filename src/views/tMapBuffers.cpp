@@ -182,7 +182,7 @@ static bool hasStrayed(const cDrawLeaf& leaf, const float* center) {
 void cMapBuffers::renewSlot(uint32_t number) {
     makeShape(number, keptLooks());
     cDrawSlot& slot = m_slots[number];
-    const uint32_t signature = m_shape.signature();
+    const uint32_t signature = m_shape.signature;
     const auto count = uint32_t(m_shape.vertices.size());
     const auto markOld = [this](uint32_t leaf) {
         m_leaves[leaf].isOld = true;
@@ -220,7 +220,7 @@ void cMapBuffers::takeShape(cDrawSlot& slot) {
     const auto set = [&slot](eSlotFlag flag, bool on) {
         slot.flags = uint16_t(on ? slot.flags | flag : slot.flags & ~flag);
     };
-    slot.signature = m_shape.signature();
+    slot.signature = m_shape.signature;
     slot.traits = m_shape.traits;
     set(SLOT_STRAY, false);
     set(SLOT_SHOWN, m_shape.isShown);

@@ -8,11 +8,12 @@
 #include "support/tVec.h"
 #include "views/tCullTreeWalk.h"
 #include "views/tDrawScratch.h"
+#include "views/tFigureDraw.h"
 #include "views/tGLState.h"
 #include "views/tMapPainter.h"
 #include "views/tPickPainter.h"
 
-#include <QGLContext>
+#include <qopengl.h>
 
 static constexpr float OVERLAY_WIDTH = 3.0f; // pixels, of pointfile and portals
 static constexpr float BACK_MARGIN = 2.0f;   // units: keeps faces just behind the camera
@@ -63,6 +64,7 @@ cMapPainter::~cMapPainter() {
 }
 
 void cMapPainter::draw() {
+    cModelPoses::shared().beginDraw();
     m_buffers.update(m_view.detailContentMask, m_view.settings.color(COLOR_SELECTED_FILL));
     findVisible();
     m_indices = m_buffers.indices().bind();
@@ -116,7 +118,7 @@ void cMapPainter::findVisible() {
     }
 }
 
-bool cMapPainter::isHiddenByTraits(uint8_t traits) const {
+bool cMapPainter::isHiddenByTraits(uint16_t traits) const {
     const uint32_t mask = m_view.hideMask;
     return ((traits & TRAIT_DETAIL) && (mask & HM_DETAIL)) ||
            ((traits & TRAIT_ITEM) && (mask & HM_ITEMS)) ||

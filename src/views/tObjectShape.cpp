@@ -25,7 +25,7 @@ bool cDrawKey::operator==(const cDrawKey& other) const {
 const uint8_t* brushColor(const cBrushData* brush) {
     const cEntityData* owner = brush->owner;
     if (!brush->brush->visGroups.isEmpty())
-        return brush->brush->visGroups.first()->color;
+        return brush->brush->visGroups.constFirst()->color;
     if (brush->group)
         return brush->group->group->drawColor;
     if (owner->group)
@@ -64,19 +64,26 @@ static uint32_t wordOf(const uint8_t* rgba) {
 
 // ---- What decides where it is drawn
 
-static uint8_t entityTraits(const cEntityData* entity) {
-    return uint8_t((entity->flags & EF_ITEM ? TRAIT_ITEM : 0) |
+static uint16_t entityTraits(const cEntityData* entity) {
+    return uint16_t((entity->flags & EF_ITEM ? TRAIT_ITEM : 0) |
                    (entity->flags & EF_PATH ? TRAIT_PATH : 0));
 }
 
-static uint8_t brushTraits(const cBrushData* brush, uint32_t detailMask) {
+static uint16_t brushTraits(const cBrushData* brush, uint32_t detailMask) {
     const cEntityData* owner = brush->owner;
-    uint8_t traits = owner->flags & EF_WORLD ? 0 : entityTraits(owner);
+    uint16_t traits = owner->flags & EF_WORLD ? 0 : entityTraits(owner);
     if (brush->faces && (brush->faces->tex.contentFlags & detailMask))
         traits |= TRAIT_DETAIL;
     if (owner->flags & EF_TRANSPARENT)
         traits |= TRAIT_TRANSPARENT;
     return traits;
+}
+
+// What an entity without brushes shows in place of its box.
+static uint16_t figureTraits(const cEntityData* entity) {
+    return entity->attachKind == AK_SPRITE  ? TRAIT_SPRITE
+           : entity->attachKind == AK_MODEL ? TRAIT_MODEL
+                                            : 0;
 }
 
 static bool isBrushShown(const cBrushData* brush) {
@@ -104,7 +111,7 @@ static uint32_t mixed(uint32_t hash, const cDrawKey& key) {
                  uint32_t(key.kind | uint32_t(key.facing) << 8 | uint32_t(key.traits) << 16));
 }
 
-uint32_t cObjectShape::signature() const {
+void cObjectShape::sign() {
     uint32_t hash = uint32_t(isShown) | uint32_t(isMoving) << 1 | uint32_t(hasArrow) << 2;
     for (const cShapeFace& face : faces)
         hash = mixed(mixed(hash, face.count), face.key);
@@ -115,7 +122,7 @@ uint32_t cObjectShape::signature() const {
     }
     for (const uint32_t corner : flatCorners)
         hash = mixed(hash, corner);
-    return mixed(hash, markKey);
+    signature = mixed(hash, markKey);
 }
 
 // ---- Making
@@ -128,6 +135,7 @@ void cObjectShape::clear() {
     for (cShapeEdges& list : edges)
         list.ends.clear();
     flatCorners.clear();
+    cornerKey = markKey = {};
     isTranslucent = hasArrow = false;
     isQuads = true;
 }
@@ -199,11 +207,11 @@ void cObjectShape::make(const cBrushData* brush, const cShapeWish& wish) {
     vecCopy(brush->brush->center, center);
     addFaces(brush, color);
     makeEdges(ofWorld ? 0 : wordOf(brush->owner->entity->color));
-    cornerKey = markKey = {};
     cornerKey.kind = KIND_CORNERS;
     cornerKey.traits = traits;
     markKey.kind = KIND_MARKS;
     markKey.traits = lineTraits();
+    sign();
 }
 
 // Six sides, counter-clockwise seen from outside.
@@ -213,7 +221,7 @@ void cObjectShape::make(const cEntityData* entity, const cShapeWish& wish) {
     m_looks = wish.looks;
     uint8_t color[4];
     entityColor(entity, color);
-    traits = entityTraits(entity) | TRAIT_BOX;
+    traits = uint16_t(entityTraits(entity) | figureTraits(entity) | TRAIT_BOX);
     isShown = !(entity->flags & (EF_DIRTY | EF_HIDDEN));
     isMoving = (entity->flags & EF_MOVING) != 0;
     hasArrow = ::hasArrow(entity);
@@ -242,4 +250,5 @@ void cObjectShape::make(const cEntityData* entity, const cShapeWish& wish) {
         }
     }
     makeEdges(wordOf(color));
+    sign();
 }

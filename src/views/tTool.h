@@ -69,3 +69,7 @@ public:
 private:
     int m_id = -1;
 };
+
+// What the tool shows in the views of the canvas's document is another now: the views paint again.
+// A change of the map needs no such word.
+void showTool(const cCanvas& canvas);

@@ -3,8 +3,6 @@
 
 #include <set>
 
-static constexpr int TEXTURE_TOOL = 5;
-
 class Selection : public cMapTest {
 protected:
     void box(float from, float to, int mode = BOX_TOUCHING) {
@@ -73,18 +71,18 @@ TEST_F(Selection, pickTakesTheUnitThatTheModeAsksFor) {
     EXPECT_EQ(pick(panel->brush->pickId), cIds{b(panel)});
     map.selectEntity(door);
     EXPECT_EQ(pick(knob->brush->pickId, true), cIds{b(panel)}) << "the entity is no longer whole";
-    host.toolId = TEXTURE_TOOL;
+    host.pickingFaces = true;
     EXPECT_EQ(pick(face->face->pickId), cIds{"f" + std::to_string(face->id)});
     EXPECT_EQ(sentence(), QStringLiteral("1 face selected."));
     EXPECT_TRUE(map.isPickSelected(face->face->pickId));
-    host.toolId = 0;
+    host.pickingFaces = false;
     EXPECT_FALSE(map.isPickSelected(face->face->pickId));
 }
 
 TEST_F(Selection, pickOfAFaceMayTakeAllFacesOfItsBrush) {
     cBrushData* brush = cubeAt(0);
     const int pick = brush->faces->next->face->pickId;
-    host.toolId = TEXTURE_TOOL;
+    host.pickingFaces = true;
     map.selectByPick(pick, false);
     map.selectBrushFacesByPick(pick, true);
     EXPECT_EQ(sentence(), QStringLiteral("5 faces selected.")) << "each by its own flag";

@@ -127,6 +127,10 @@ private:
 std::vector<std::unique_ptr<cTextureImage>> cMediaModels::s_images;
 std::vector<QImage> cMediaModels::s_pictures;
 
+class cRealModels : public cMediaModels, public testing::WithParamInterface<QString> {};
+INSTANTIATE_TEST_SUITE_P(Data, cRealModels, testing::ValuesIn(realData()));
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(cRealModels);
+
 static std::vector<std::vector<int>> alphaRows(const QImage& image) {
     std::vector<std::vector<int>> rows;
     for (int y = 0; y < image.height(); ++y) {
@@ -139,10 +143,8 @@ static std::vector<std::vector<int>> alphaRows(const QImage& image) {
 
 // ---- Sprites
 
-TEST_F(cMediaModels, realSpritesHoldWhatTheirBytesTell) {
-    const QString real = QStringLiteral(KARVEX_REAL_DATA);
-    if (real.isEmpty())
-        GTEST_SKIP() << "no sprites of other makers here";
+TEST_P(cRealModels, realSpritesHoldWhatTheirBytesTell) {
+    const QString real = GetParam();
     palette = contents(real + QStringLiteral("/palette/classic.pal"));
     for (const QFileInfo& file :
          QDir(real + QStringLiteral("/sprites")).entryInfoList(QDir::Files)) {
@@ -305,10 +307,8 @@ static double volumeOf(const std::vector<cSentVertex>& sent) {
     return volume;
 }
 
-TEST_F(cMediaModels, realModelsAreClosedAndComeClockwise) {
-    const QString real = QStringLiteral(KARVEX_REAL_DATA);
-    if (real.isEmpty())
-        GTEST_SKIP() << "no models of other makers here";
+TEST_P(cRealModels, realModelsAreClosedAndComeClockwise) {
+    const QString real = GetParam();
     palette = contents(real + QStringLiteral("/palette/classic.pal"));
     const struct {
         const char* name;

@@ -22,6 +22,12 @@ inline QImage pictureOf(uint32_t glFormat, int width, int height, const void* pi
         .convertToFormat(QImage::Format_ARGB32);
 }
 
+// The folder with files of other makers, where it stands beside the source.
+inline QStringList realData() {
+    const QString folder = QStringLiteral(KARVEX_REAL_DATA);
+    return folder.isEmpty() ? QStringList() : QStringList(folder);
+}
+
 class cKeepingUploader : public cTextureUploader {
 public:
     void makeContextCurrent() override {}

@@ -11,6 +11,10 @@ using testing::IsEmpty;
 
 using cMediaTextures = cMediaTest;
 
+class cRealTextures : public cMediaTest, public testing::WithParamInterface<QString> {};
+INSTANTIATE_TEST_SUITE_P(Data, cRealTextures, testing::ValuesIn(realData()));
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(cRealTextures);
+
 static QImage asRead(const QString& path) {
     return QImage(path).convertToFormat(QImage::Format_ARGB32);
 }
@@ -92,10 +96,8 @@ TEST_F(cMediaTextures, namesAreThePathsBelowTheTexturesFolder) {
     EXPECT_EQ(host.count(eMessage::Warning, QStringLiteral("longer than 63")), 1);
 }
 
-TEST_F(cMediaTextures, aFolderOfImagesIsASet) {
-    const QString real = QStringLiteral(KARVEX_REAL_DATA);
-    if (real.isEmpty())
-        GTEST_SKIP() << "no textures of other makers here";
+TEST_P(cRealTextures, aFolderOfImagesIsASet) {
+    const QString real = GetParam();
     const cTexturePackage* set = load(real + QStringLiteral("/textures/dev"));
     EXPECT_EQ(set->textures.size(), 228u);
     for (const cTexture* texture : set->textures) {
@@ -143,10 +145,8 @@ static int compare(const std::map<const cTextureImage*, QImage>& pictures,
     return entry;
 }
 
-TEST_F(cMediaTextures, packagesHoldWhatTheirBytesTell) {
-    const QString real = QStringLiteral(KARVEX_REAL_DATA);
-    if (real.isEmpty())
-        GTEST_SKIP() << "no packages of other makers here";
+TEST_P(cRealTextures, packagesHoldWhatTheirBytesTell) {
+    const QString real = GetParam();
     const QString palette = real + QStringLiteral("/palette/classic.pal");
     const struct {
         const char* name;
