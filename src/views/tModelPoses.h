@@ -74,4 +74,5 @@ private:
     size_t m_bytes = 0;
     uint32_t m_draw = 0;
     uint32_t m_nextNumber = 0;
+    uint32_t m_bufferKind = 0; // of cGLBuffer, when they were made
 };

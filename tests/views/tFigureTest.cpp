@@ -37,9 +37,8 @@ protected:
         host.AnimateModels = false;
         host.acquire = [this](eAttachKind kind, const char* name) -> void* {
             const QString path = QString::fromUtf8(name);
-            return kind == AK_SPRITE
-                       ? static_cast<void*>(models.loadSprite(path, palette.data()))
-                       : models.loadModel(path, palette.data());
+            return kind == AK_SPRITE ? static_cast<void*>(models.loadSprite(path, palette.data()))
+                                     : models.loadModel(path, palette.data());
         };
         host.giveBack = [this](eAttachKind kind, void* record) {
             if (kind == AK_SPRITE)
