@@ -9,20 +9,15 @@
 #include "support/tSystem.h"
 
 cTextureCatalogue* cGameContext::catalogue() const {
-    return config ? m_configs.catalogues.value(config->title) : nullptr;
+    return m_configs.catalogueOf(config);
 }
 
 cTexture* cGameContext::findTexture(const char* name) {
-    const cTextureCatalogue* known = catalogue();
-    return known ? known->find(fromMapText(name)) : nullptr;
+    return catalogue()->findShown(fromMapText(name));
 }
 
 cTexture* cGameContext::addMissingTexture(const char* name) {
-    const QString text = fromMapText(name);
-    if (cTextureCatalogue* known = catalogue())
-        return known->addMissing(text);
-    cTexture* placeholder = m_textures.findPlaceholder(text);
-    return placeholder ? placeholder : m_textures.addPlaceholder(text);
+    return catalogue()->addMissing(fromMapText(name));
 }
 
 void cGameContext::releaseTexture(cTexture* texture) {

@@ -18,7 +18,7 @@ public:
                  cModelManager& models)
         : m_configs(configs), m_textures(textures), m_models(models) {}
 
-    cTextureCatalogue* catalogue() const; // null without a configuration
+    cTextureCatalogue* catalogue() const; // never null
 
     cTexture* findTexture(const char* name) override;
     cTexture* addMissingTexture(const char* name) override;

@@ -58,10 +58,7 @@ bool cLayoutStorage::readMainBlock(QFile& file) {
 
 bool cLayoutStorage::readBrowserBlock(QFile& file) {
     QByteArray geometry;
-    if (!readBlock(file, &geometry) || !QWidget().restoreGeometry(geometry))
-        return false;
-    m_browserGeometry = geometry;
-    return true;
+    return readBlock(file, &geometry) && m_browser.restoreGeometry(geometry);
 }
 
 bool cLayoutStorage::readChildBlock(QFile& file) {
@@ -100,8 +97,7 @@ bool cLayoutStorage::writeMainBlock(QFile& file) {
 }
 
 bool cLayoutStorage::writeBrowserBlock(QFile& file) {
-    return writeBlock(file,
-                      m_browserGeometry.isEmpty() ? QWidget().saveGeometry() : m_browserGeometry);
+    return writeBlock(file, m_browser.saveGeometry());
 }
 
 bool cLayoutStorage::writeChildBlock(QFile& file) {

@@ -9,10 +9,12 @@
 class QFile;
 class QMainWindow;
 class QMdiSubWindow;
+class QWidget;
 
 class cLayoutStorage {
 public:
-    explicit cLayoutStorage(QMainWindow& window) : m_window(window) {}
+    // Both outlive it.
+    cLayoutStorage(QMainWindow& window, QWidget& browser) : m_window(window), m_browser(browser) {}
 
     // What fails is told in a box, a block at a time; the other blocks are read and written all
     // the same. No file at all is no failure.
@@ -31,7 +33,7 @@ private:
     bool writeChildBlock(QFile& file);
 
     QMainWindow& m_window;
-    QByteArray m_browserGeometry; // of the texture browser, whose place in the file is kept
+    QWidget& m_browser;
     QByteArray m_childGeometry;
     quint8 m_childMaximized = 0;
     quint8 m_hasChild = 0;

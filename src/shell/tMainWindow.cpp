@@ -3,6 +3,7 @@
 // that every later message reaches it, the services' data last.
 #include "shell/tMainWindow.h"
 
+#include "dialogs/tTextureBrowserDialog.h"
 #include "dialogs/tWaitDialog.h"
 #include "document/tWinding.h"
 #include "operations/tClipboard.h"
@@ -18,6 +19,7 @@
 #include "shell/tServices.h"
 #include "shell/tSettingsStorage.h"
 #include "shell/tStatusPanes.h"
+#include "shell/tTexturesDock.h"
 #include "shell/tTieToEntity.h"
 #include "shell/tToolSwitch.h"
 #include "shell/tWindowList.h"
@@ -112,6 +114,7 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     m_services->models.recordsGone = [] { cModelPoses::shared().clear(); };
     m_services->textures.setDefaultTexture(m_textureUpload->defaultTexture());
     createDocks();
+    createDialogs();
     createMdiArea();
     m_panes = std::make_unique<cStatusPanes>(*statusBar(), helpTip());
     connect(statusBar(), &QStatusBar::messageChanged, this,
@@ -179,6 +182,7 @@ void cMainWindow::connectConfigs() {
             project->reconfigure();
     };
     calls.renewFaces = [this] {
+        m_texturesDock->forget();
         for (cProject* project : qAsConst(projects)) {
             project->map->renewFaces();
             project->redrawViews(REDRAW_ALL);
@@ -200,6 +204,10 @@ void cMainWindow::createDocks() {
     connect(m_objectsDock, &cObjectsDock::moveToWorld, this, &cMainWindow::cmdToolsMoveToWorld);
     connect(m_objectsDock, &cObjectsDock::tieToEntity, this, &cMainWindow::cmdToolsTieToEntity);
     connect(m_objectsDock, &cObjectsDock::notBuilt, this, &cMainWindow::tellUnderDevelopment);
+    m_texturesDock = new cTexturesDock([this] { return activeProject(); }, this);
+    connect(m_texturesDock, &cTexturesDock::browse, this, &cMainWindow::execBrowseTexture);
+    connect(m_texturesDock, &cTexturesDock::replace, this,
+            [this] { replaceTextures(activeProject()->texture.name); });
     const auto activeMap = [this] {
         return activeProject() ? activeProject()->map.get() : nullptr;
     };
@@ -212,6 +220,7 @@ void cMainWindow::createDocks() {
         Qt::DockWidgetAreas allowed;
     } places[] = {{m_console, Qt::BottomDockWidgetArea, Qt::AllDockWidgetAreas},
                   {m_objectsDock, Qt::RightDockWidgetArea, SIDES},
+                  {m_texturesDock, Qt::RightDockWidgetArea, SIDES},
                   {m_filterDock, Qt::RightDockWidgetArea, SIDES}};
     for (const auto& place : places) {
         place.dock->setAllowedAreas(place.allowed);
@@ -220,6 +229,18 @@ void cMainWindow::createDocks() {
         connect(place.dock, &QDockWidget::visibilityChanged, this,
                 &cMainWindow::updateScreenElements);
     }
+}
+
+void cMainWindow::createDialogs() {
+    m_textureBrowser = new cTextureBrowserDialog(this);
+    m_textureBrowser->replaceTextures = [this](const QString& name) {
+        return replaceTextures(name);
+    };
+    connect(m_textureBrowser, &cTextureBrowserDialog::scaleModeChanged, this, [this](int mode) {
+        cSettings after = *this;
+        after.TextureBrowserScaleMode = mode;
+        applySettings(after);
+    });
 }
 
 void cMainWindow::createMdiArea() {
@@ -249,9 +270,11 @@ void cMainWindow::createMenus() {
     connect(m_menus->windowMenu, &QMenu::aboutToShow, this,
             [this] { m_windowList->update(activeChild()); });
     const QList<QPair<QDockWidget*, QString>> docks = {{m_objectsDock, tr("New &Objects")},
+                                                       {m_texturesDock, tr("Te&xture Bar")},
                                                        {m_filterDock, tr("&Filter Control")}};
     m_elements = std::make_unique<cScreenElements>(*m_menus->elementsMenu, m_menus->bars, docks,
                                                    statusBar());
-    m_storage = std::make_unique<cSettingsStorage>(*this, *m_recentFiles, m_services->colors);
-    m_layout = std::make_unique<cLayoutStorage>(*this);
+    m_storage = std::make_unique<cSettingsStorage>(*this, *m_recentFiles, m_services->colors,
+                                                   *m_textureBrowser);
+    m_layout = std::make_unique<cLayoutStorage>(*this, *m_textureBrowser);
 }

@@ -36,7 +36,9 @@ class cRecentFiles;
 class cScreenElements;
 class cSettingsStorage;
 class cStatusPanes;
+class cTextureBrowserDialog;
 class cTextureUpload;
+class cTexturesDock;
 class cTieToEntity;
 class cToolSwitch;
 class cWaitDialog;
@@ -111,9 +113,18 @@ public:
     void setTool(int id) override;
     const cPrimitive* currentPrimitive() const override;
     cEntityClass* currentClass() override;
-    cTexture* currentTexture() override; // of the map profile
+    cTexture* currentTexture() override; // of the active document
     bool randomYaw() const override;
     void updateEntityMenus(const QString& text, int parts) override; // as cClassMenus::update
+
+    // ---- Textures
+
+    // Lets the user pick one by eye, among those of a group or, with an empty name, of all. Gives
+    // the name it ended on, which may be the one it began with. Windows that stay on top make room
+    // meanwhile.
+    QString browseTexture(const QString& name, const QString& group);
+    // The name of what has taken the texture's place, or empty.
+    QString replaceTextures(const QString& name);
 
     // ---- Settings
 
@@ -151,6 +162,7 @@ public slots:
     void setActiveChildWindow(QWidget* window);
     void checkActiveState(bool clearConfig);
     void updateScreenElements();
+    void execBrowseTexture();
     void runPluginAction();
     void msgFeatureUnderDevelopment(); // names the sender: a command that is not built yet
     void toggleSetting();              // that of the sender's row, as its check mark says
@@ -248,6 +260,7 @@ private:
     // Construction, in order (tMainWindow.cpp)
     void connectConfigs();
     void createDocks();
+    void createDialogs();
     void createMdiArea();
     void createMenus();
     void createPluginMenu(); // tMainWindowPlugins.cpp
@@ -286,7 +299,9 @@ private:
     std::unique_ptr<cWaitDialog> m_waitDialog;
     cConsoleDock* m_console = nullptr;
     cObjectsDock* m_objectsDock = nullptr;
+    cTexturesDock* m_texturesDock = nullptr;
     cFilterDock* m_filterDock = nullptr;
+    cTextureBrowserDialog* m_textureBrowser = nullptr;
     QMdiArea* m_mdiArea = nullptr;
     std::unique_ptr<cStatusPanes> m_panes;
     std::unique_ptr<cCommandMenus> m_menus;

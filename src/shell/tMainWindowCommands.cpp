@@ -12,6 +12,7 @@
 #include "shell/tProject.h"
 #include "shell/tScreenElements.h"
 #include "shell/tServices.h"
+#include "shell/tTexturesDock.h"
 #include "shell/tWindowList.h"
 #include "views/tCanvas.h"
 #include "views/tTool.h"
@@ -72,6 +73,7 @@ void cMainWindow::updateCommands() {
     const cCommandState state = commandState();
     m_menus->apply(state);
     m_objectsDock->follow(state);
+    m_texturesDock->follow();
 }
 
 void cMainWindow::updateScreenElements() {

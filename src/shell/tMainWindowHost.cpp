@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the core and the views ask of the main window.
 #include "dialogs/tWaitDialog.h"
-#include "resources/tTextureCatalogue.h"
 #include "shell/tCommandMenus.h"
 #include "shell/tConsoleDock.h"
 #include "shell/tMainWindow.h"
@@ -9,6 +8,7 @@
 #include "shell/tProject.h"
 #include "shell/tServices.h"
 #include "shell/tStatusPanes.h"
+#include "shell/tTexturesDock.h"
 #include "shell/tToolSwitch.h"
 #include "support/tMapText.h"
 #include "views/tCanvas.h"
@@ -67,6 +67,8 @@ void cMainWindow::setStatusPane(const QString& text, int pane) {
 void cMainWindow::busyEnded() {
     for (cProject* project : projects)
         project->paintDropped();
+    if (m_texturesDock)
+        m_texturesDock->follow();
 }
 
 int cMainWindow::currentToolId() const {
@@ -128,9 +130,7 @@ cEntityClass* cMainWindow::currentClass() {
 }
 
 cTexture* cMainWindow::currentTexture() {
-    const char* name = profile().defaultTexture;
-    const cTextureCatalogue* catalogue = m_services->configs.currentCatalogue;
-    return *name && catalogue ? catalogue->find(fromMapText(name)) : nullptr;
+    return m_texturesDock->currentTexture();
 }
 
 bool cMainWindow::randomYaw() const {

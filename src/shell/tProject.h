@@ -14,6 +14,12 @@
 struct cGameConfig;
 struct cMapFormat;
 
+// The texture that new faces get, as the Textures dock shows it.
+struct cTextureChoice {
+    QString name;
+    QString group; // that it was chosen from
+};
+
 class cProject : public cDocumentViews {
 public:
     cProject();
@@ -54,6 +60,7 @@ public:
     QString gameConfigName;
     cGameContext game; // its configuration counts this project in its useCount
     std::unique_ptr<cMap> map;
+    cTextureChoice texture; // empty until the document is first shown
 
 private:
     bool selectGameConfig();

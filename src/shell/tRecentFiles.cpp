@@ -8,10 +8,7 @@
 #include <QMenu>
 
 static const QString GROUP = QStringLiteral("RecentFiles");
-
-static QString keyOf(int index) {
-    return QStringLiteral("RecentFile%1").arg(index + 1);
-}
+static const QString KEY = QStringLiteral("RecentFile");
 
 cRecentFiles::cRecentFiles(QMenu& menu, QAction* end, QAction* separator) : m_separator(separator) {
     for (int i = 0; i < COUNT; ++i) {
@@ -56,19 +53,10 @@ void cRecentFiles::chooseEntry() {
 // ---- Settings
 
 void cRecentFiles::read(const cIniFile& file) {
-    for (int i = 0; i < COUNT; ++i) {
-        const QString path = file.value(GROUP, keyOf(i));
-        if (!path.isEmpty())
-            m_paths.append(path);
-    }
+    m_paths += file.list(GROUP, KEY, COUNT);
     refresh();
 }
 
 void cRecentFiles::write(cIniFile& file) const {
-    for (int i = 0; i < COUNT; ++i) {
-        if (i < m_paths.size())
-            file.setValue(GROUP, keyOf(i), m_paths[i]);
-        else
-            file.remove(GROUP, keyOf(i));
-    }
+    file.setList(GROUP, KEY, COUNT, m_paths);
 }

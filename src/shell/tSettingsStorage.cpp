@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/tSettingsStorage.h"
 
+#include "dialogs/tTextureBrowserDialog.h"
 #include "shell/tColorScheme.h"
 #include "shell/tRecentFiles.h"
 #include "shell/tSettingsTable.h"
@@ -11,6 +12,9 @@
 #include <QDir>
 
 static const QString CUSTOM_GROUP = QStringLiteral("ColorSchemeCustom");
+static const QString BROWSER_GROUP = QStringLiteral("TextureBrowser");
+static const QString FILTER_KEY = QStringLiteral("Filter");
+static constexpr int MAX_FILTERS = cTextureBrowserDialog::MAX_FILTERS;
 static const QString TITLE_KEY = QStringLiteral("Title");
 
 static QString settingsPath() {
@@ -18,13 +22,14 @@ static QString settingsPath() {
 }
 
 cSettingsStorage::cSettingsStorage(cSettings& settings, cRecentFiles& recentFiles,
-                                   cColorScheme& colors)
-    : m_settings(settings), m_recentFiles(recentFiles), m_colors(colors) {}
+                                   cColorScheme& colors, cTextureBrowserDialog& browser)
+    : m_settings(settings), m_recentFiles(recentFiles), m_colors(colors), m_browser(browser) {}
 
 void cSettingsStorage::load() {
     const cIniFile file(settingsPath());
     readSettings(file, m_settings);
     m_recentFiles.read(file);
+    m_browser.setFilterTexts(file.list(BROWSER_GROUP, FILTER_KEY, MAX_FILTERS));
     const uint32_t memory = Sys_PhysicalMemory();
     if (clampSettings(m_settings, memory) && memory)
         Print("Physical RAM: %u Mb", memory);
@@ -52,6 +57,7 @@ bool cSettingsStorage::save() const {
     cIniFile file(settingsPath());
     writeSettings(file, m_settings);
     m_recentFiles.write(file);
+    file.setList(BROWSER_GROUP, FILTER_KEY, MAX_FILTERS, m_browser.filterTexts());
     m_colors.writeCustom(file, CUSTOM_GROUP);
     return file.save();
 }

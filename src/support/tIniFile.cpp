@@ -66,6 +66,28 @@ void cIniFile::remove(const QString& group, const QString& key) {
         store(groupPlace(group), key, QString());
 }
 
+static QString listKey(const QString& stem, int index) {
+    return stem + QString::number(index + 1);
+}
+
+QStringList cIniFile::list(const QString& group, const QString& stem, int count) const {
+    QStringList texts;
+    for (int i = 0; i < count; ++i)
+        texts.append(value(group, listKey(stem, i)));
+    texts.removeAll(QString());
+    return texts;
+}
+
+void cIniFile::setList(const QString& group, const QString& stem, int count,
+                       const QStringList& texts) {
+    for (int i = 0; i < count; ++i) {
+        if (i < texts.size())
+            setValue(group, listKey(stem, i), texts[i]);
+        else
+            remove(group, listKey(stem, i));
+    }
+}
+
 void cIniFile::clear() {
     m_groups.clear();
     m_groupPlaces.clear();

@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
 #include <vector>
 
 class cIniFile {
@@ -26,6 +27,11 @@ public:
     void setValue(const QString& group, const QString& key, const QString& text);
     void remove(const QString& group, const QString& key);
     void clear();
+
+    // A list under the keys stem1, stem2 and so on, count of them at most; empty texts are left
+    // out. Those of an earlier, longer one go.
+    QStringList list(const QString& group, const QString& stem, int count) const;
+    void setList(const QString& group, const QString& stem, int count, const QStringList& texts);
 
     // The text that a value stands for: quotes and escapes resolved, a list joined by ", ".
     static QString decodedValue(const QString& raw);

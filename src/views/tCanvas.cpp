@@ -10,6 +10,7 @@
 #include "views/tCachedPicture.h"
 #include "views/tChildWindow.h"
 #include "views/tDocumentViews.h"
+#include "views/tTextDrawer.h"
 #include "views/tTool.h"
 #include "views/tViewHost.h"
 
@@ -17,6 +18,7 @@
 #include <QGridLayout>
 #include <QOpenGLFramebufferObject>
 #include <QScrollBar>
+#include <cmath>
 
 cCanvas::cCanvas(QWidget* parent, cChildWindow* window)
     : cGLWidget(g_host->Antialiasing ? eGLBuffers::Multisampled : eGLBuffers::Depth, parent,
@@ -145,7 +147,8 @@ void showTool(const cCanvas& canvas) {
 
 void cCanvas::measureCaption() {
     const QFontMetrics metrics(hoverFont);
-    captionRect = QRect(0, 0, metrics.horizontalAdvance(caption) + 6, metrics.height() + 4);
+    captionRect =
+        QRect(0, 0, int(std::ceil(textWidth(hoverFont, caption))) + 6, metrics.height() + 4);
 }
 
 void cCanvas::restartTimer(int interval) {

@@ -5,7 +5,6 @@
 #include "document/tMap.h"
 #include "document/tMapContext.h"
 #include "support/tColors.h"
-#include "support/tConsole.h"
 #include "support/tHost.h"
 #include "support/tSystem.h"
 #include "support/tVec.h"
@@ -18,19 +17,18 @@
 #include "views/tMapPainter.h"
 #include "views/tModelStream.h"
 #include "views/tOverlay.h"
+#include "views/tTextDrawer.h"
 #include "views/tTool.h"
 #include "views/tViewHost.h"
 
-#include <QFontMetrics>
-#include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
 
 #ifndef GL_MULTISAMPLE
 #define GL_MULTISAMPLE 0x809D
 #endif
 
-// Of outlines towards the viewer, in the smallest steps of depth. None by the slope of a face: seen
-// edge-on it would come through the walls before it.
+// Of outlines towards the viewer, in the smallest steps of depth. None by the slope of a face:
+// seen edge-on it would come through the walls before it.
 static constexpr float OUTLINE_SHIFT = 64;
 
 static uint32_t s_frame = 0; // grows at each view set-up
@@ -46,18 +44,6 @@ void cCanvas::invalidatePictures() {
 }
 
 // ---- Context
-
-static void setSwapIntervalZero() {
-    using cSwapInterval = int (*)(int);
-    auto* context = QOpenGLContext::currentContext();
-    const auto function = reinterpret_cast<cSwapInterval>(
-        context->getProcAddress(QByteArrayLiteral("glXSwapIntervalSGI")));
-    if (!function) {
-        Warning("missing glXSwapIntervalSGI function");
-        return;
-    }
-    function(0);
-}
 
 void cCanvas::initializeGL() {
     static const GLenum off[] = {GL_POLYGON_SMOOTH, GL_POLYGON_STIPPLE, GL_LINE_STIPPLE,
@@ -83,7 +69,7 @@ void cCanvas::initializeGL() {
     glPolygonOffset(0, -OUTLINE_SHIFT);
     glEnableClientState(GL_VERTEX_ARRAY);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    setSwapIntervalZero();
+    stopWaitingForScreen();
     glClearColor(0, 0, 0, 1);
     hasMultisample = format().sampleBuffers();
     if (!isSharing())
@@ -363,8 +349,8 @@ void cCanvas::drawPixelOverlays() {
 
 void cCanvas::drawStatsLine(cOverlay& overlay, int line, const QString& text) {
     static constexpr int MARGIN = 4, BASELINE = 5; // pixels
-    const int y = captionRect.y() + captionRect.height() - BASELINE +
-                  line * QFontMetrics(captionFont).lineSpacing();
+    const int y =
+        captionRect.y() + captionRect.height() - BASELINE + line * textLineSpacing(captionFont);
     overlay.text(0, y, width() - MARGIN, TEXT_RIGHT, text, g_host->schemeColor(COLOR_TEXT));
 }
 
@@ -416,11 +402,11 @@ void cCanvas::drawCaption() {
         drawFrame(r);
     }
     const uint8_t* text = g_host->schemeColor(isActive() ? COLOR_ACTIVE_TEXT : COLOR_TEXT);
-    if (captionHover)
-        glColor4ubv(text);
-    else
-        glColor4ub(dimmed(text[0]), dimmed(text[1]), dimmed(text[2]), text[3]);
-    renderText(r.x() + 2, r.y() + r.height() - 5, caption, captionHover ? hoverFont : captionFont);
+    const uint8_t idle[4] = {dimmed(text[0]), dimmed(text[1]), dimmed(text[2]), text[3]};
+    cTextDrawer drawer(captionHover ? hoverFont : captionFont, devicePixelRatioF());
+    drawer.add(float(r.x() + 2), float(r.y() + r.height() - 5), caption,
+               captionHover ? text : idle);
+    drawer.flush();
 }
 
 void cCanvas::drawMoveIcon(cOverlay& overlay) {

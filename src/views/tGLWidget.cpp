@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "views/tGLWidget.h"
 
+#include "support/tConsole.h"
+
+#include <QOpenGLContext>
+
 static constexpr int SAMPLES = 4;
 static constexpr int DEPTH_BITS = 24;
 static constexpr int STENCIL_BITS = 8;
@@ -30,4 +34,16 @@ cGLWidget::cGLWidget(eGLBuffers buffers, QWidget* parent, cGLWidget* share)
 
 void cGLWidget::setDefaultFormat() {
     QGLFormat::setDefaultFormat(formatOf(eGLBuffers::Color));
+}
+
+void cGLWidget::stopWaitingForScreen() {
+    using cSwapInterval = int (*)(int);
+    auto* context = QOpenGLContext::currentContext();
+    const auto function = reinterpret_cast<cSwapInterval>(
+        context->getProcAddress(QByteArrayLiteral("glXSwapIntervalSGI")));
+    if (!function) {
+        Warning("missing glXSwapIntervalSGI function");
+        return;
+    }
+    function(0);
 }

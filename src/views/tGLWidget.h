@@ -21,4 +21,7 @@ public:
 
     // Whether the driver has given more than one sample a pixel.
     bool isMultisampled() const { return format().sampleBuffers(); }
+
+protected:
+    void stopWaitingForScreen(); // at each swap of buffers; warns where that can't be had
 };

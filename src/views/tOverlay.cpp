@@ -7,7 +7,6 @@
 #include "views/tCanvas.h"
 #include "views/tGLState.h"
 
-#include <QFontMetrics>
 #include <algorithm>
 #include <cmath>
 
@@ -18,6 +17,9 @@ cRgba darker(const uint8_t* rgba, float factor) {
     out[3] = rgba[3];
     return out;
 }
+
+cOverlay::cOverlay(cCanvas& canvas)
+    : m_canvas(canvas), m_texts(canvas.captionFont, canvas.devicePixelRatioF()) {}
 
 // ---- Gathering
 
@@ -202,12 +204,9 @@ void cOverlay::bullet(const float* center, float size, float dx, float dy, eBull
 
 void cOverlay::text(int x, int y, int width, eTextAlign align, const QString& text,
                     const uint8_t* rgba) {
-    const int free = width - QFontMetrics(m_canvas.captionFont).horizontalAdvance(text);
-    if (align == TEXT_CENTER)
-        x += free / 2;
-    else if (align == TEXT_RIGHT)
-        x += free;
-    m_texts.push_back({x, y, text, {rgba[0], rgba[1], rgba[2], rgba[3]}});
+    const float free = align == TEXT_LEFT ? 0 : float(width) - textWidth(m_texts.font(), text);
+    const float share = align == TEXT_CENTER ? 0.5f : 1;
+    m_texts.add(float(x) + free * share, float(y), text, rgba);
 }
 
 void cOverlay::centerIcon(const QPixmap& icon, eIconEdge edge) {
@@ -260,16 +259,8 @@ void cOverlay::drawIcons() {
     m_icons.clear();
 }
 
-void cOverlay::drawTexts() {
-    for (const cText& text : m_texts) {
-        glColor4ubv(text.rgba.data());
-        m_canvas.renderText(text.x, text.y, text.text, m_canvas.captionFont);
-    }
-    m_texts.clear();
-}
-
 void cOverlay::flush() {
     drawShapes();
     drawIcons();
-    drawTexts();
+    m_texts.flush();
 }

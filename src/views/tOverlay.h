@@ -7,6 +7,8 @@
 // and a third coordinate of 0 where it asks for the overlay. Colours are four bytes, red first.
 #pragma once
 
+#include "views/tTextDrawer.h"
+
 #include <QPixmap>
 #include <QString>
 #include <array>
@@ -49,7 +51,7 @@ class cOverlay {
 public:
     using cPoint = float[3];
 
-    explicit cOverlay(cCanvas& canvas) : m_canvas(canvas) {}
+    explicit cOverlay(cCanvas& canvas);
 
     // ---- Lines
 
@@ -110,12 +112,6 @@ private:
         QPixmap pixmap;
         eIconEdge edge;
     };
-    struct cText {
-        int x;
-        int y;
-        QString text;
-        cRgba rgba;
-    };
 
     float unitsPerPixel(const float* point) const;
     void discPoints(const float* center, float radius, float turn, int count, cPoint* points) const;
@@ -126,11 +122,10 @@ private:
     void drawRun(const cStyle& style, size_t first, size_t end) const;
     void drawShapes();
     void drawIcons();
-    void drawTexts();
 
     cCanvas& m_canvas;
     std::vector<cVertex> m_vertices;
     std::vector<cRun> m_runs;
     std::vector<cIcon> m_icons;
-    std::vector<cText> m_texts;
+    cTextDrawer m_texts;
 };
