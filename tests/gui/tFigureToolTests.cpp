@@ -39,13 +39,13 @@ TEST_F(FigureToolTest, aModelIsPickedByItsEdgesMovedAndUndone) {
     EXPECT_EQ(selectedEntities(), 0) << "in its box, beside the model";
     click(top, pixel(top, 0, -16));
     ASSERT_EQ(selectedEntities(), 1);
-    expectBounds(statue->mins, statue->maxs, {-16, -16, -16}, {48, 48, 48});
+    expectBounds(statue->mins, statue->maxs, {-16, -16, -8}, {48, 48, 56});
     expectUndoable([&] {
         const QPoint from = pixel(top, 16, 20);
         drag(top, from, from + QPoint(64, 0));
     });
     EXPECT_EQ(statue->origin[0], 64);
-    expectBounds(statue->mins, statue->maxs, {48, -16, -16}, {112, 48, 48});
+    expectBounds(statue->mins, statue->maxs, {48, -16, -8}, {112, 48, 56});
 }
 
 TEST_F(FigureToolTest, modelsThatAreMissingAreNamedOnceAndShowTheirBox) {
