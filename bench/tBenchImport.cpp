@@ -9,8 +9,8 @@
 cBench::cBench() {
     cPluginTargets targets;
     targets.configs = &configs;
-    targets.textures = &textures;
     targets.models = &models;
+    targets.textures = &textures;
     manager = std::make_unique<cPluginManager>(targets);
     manager->loadAll(QStringLiteral(KARVEX_PLUGINS));
 }

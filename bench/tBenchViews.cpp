@@ -145,9 +145,10 @@ static void texturedFrame(benchmark::State& state) {
     cShownCity city(int(state.range(0)));
     const int textures = int(state.range(1));
     city.wear(std::max(textures, 1));
-    city.camera()->setViewType(VIEW_CAMERA, textures ? RM_TEXTURED : RM_FILLED);
-    flyToAndFro(state, city.camera());
-    countTraffic(state, city.camera());
+    cCanvas* camera = city.camera();
+    camera->setViewType(VIEW_CAMERA, textures ? RM_TEXTURED : RM_FILLED);
+    flyToAndFro(state, camera);
+    countTraffic(state, camera);
 }
 
 static void zoomed2D(benchmark::State& state) {
