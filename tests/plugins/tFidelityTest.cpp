@@ -169,7 +169,7 @@ TEST_P(Fidelity, whatWasReadIsWritten) {
 TEST_P(Fidelity, texturesChangeNothingThatIsWritten) {
     cGameConfig* config = configs.addConfig(str("Game"));
     config->paletteFile = str(KARVEX_SOURCE "/game/palette.pal");
-    cGameContext game(configs, textures);
+    cGameContext game(configs, textures, models);
     game.config = config;
     {
         cMap late(game), early(game), project(game);

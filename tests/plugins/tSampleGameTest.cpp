@@ -29,7 +29,7 @@ private:
 };
 
 TEST_F(SampleGame, mapsFindAllTheirTextures) {
-    cGameContext game(configs, textures);
+    cGameContext game(configs, textures, models);
     game.config = config;
     for (const QFileInfo& file : QDir(str(KARVEX_SOURCE "/game/maps")).entryInfoList(QDir::Files)) {
         cMap map(game);
