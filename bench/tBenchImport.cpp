@@ -9,6 +9,7 @@
 cBench::cBench() {
     cPluginTargets targets;
     targets.configs = &configs;
+    targets.models = &models;
     manager = std::make_unique<cPluginManager>(targets);
     manager->loadAll(QStringLiteral(KARVEX_PLUGINS));
 }

@@ -2,6 +2,7 @@
 // Keeping the octree: insertion, splitting, removal.
 #include "document/tCullTree.h"
 
+#include "document/tEntity.h"
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "support/tMath.h"
@@ -203,8 +204,18 @@ void cCullTree::updateBrush(cBrushData* brush) {
 }
 
 void cCullTree::updateEntity(cEntityData* entity) {
-    if (!(entity->flags & EF_WORLD))
-        update(entity, false, entity->mins, entity->maxs);
+    if (entity->flags & EF_WORLD)
+        return;
+    float mins[3], maxs[3];
+    cullBounds(entity, mins, maxs);
+    // What only a frame of its model sticks out of the tree does not put the entity outside.
+    if (contains(entity->mins, entity->maxs)) {
+        for (int i = 0; i < 3; ++i) {
+            mins[i] = std::max(mins[i], m_root.mins[i]);
+            maxs[i] = std::min(maxs[i], m_root.maxs[i]);
+        }
+    }
+    update(entity, false, mins, maxs);
 }
 
 void cCullTree::remove(void* record) {

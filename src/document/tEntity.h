@@ -30,13 +30,26 @@ public:
     uint32_t viewLook = 0; // what of the entity shows on its brushes
 };
 
+// What the bounds of a model may depend on beside its record.
+struct cModelPose {
+    float angles[3];
+    float frame;
+    float scale;
+    int32_t sequence;
+    uint16_t body;
+    uint16_t skin;
+};
+
 // What an entity shows in place of its box, owned by it through cEntityData::attachment.
 // The record is the shared cSpriteRecord, cModelRecord or cTexture, with a reference held.
 struct cAttachment : cAttachmentHead {
-    uint32_t lastFrame; // frame stamp of the last advance
-    float size;         // half-size of a sprite or decal, before scaling
-    float mins[3];      // world space
+    float size;    // half-size of a sprite or decal, before scaling
+    float mins[3]; // world space
     float maxs[3];
+    cModelPose pose; // that ownMins and ownMaxs were asked for
+    bool isMeasured; // they were
+    float ownMins[3];
+    float ownMaxs[3];
 };
 
 // ---- Key/values. Keys compare without regard to case, values exactly.
@@ -75,9 +88,13 @@ void readModelKeys(cEntityData* entity);
 void attachResource(cEntityData* entity); // finds and attaches the model, sprite or decal
 void detachResource(cEntityData* entity);
 void updateAttachmentBox(cEntityData* entity); // around the origin; the entity's bounds follow
+bool showsFile(const cEntityData* entity);     // class and keys name a sprite or a model
 // The attached model's own bounds, unscaled; false when it has none, and the class's box counts.
 bool modelBounds(cEntityData* entity, float* mins, float* maxs);
 bool mayScaleModel(const cEntityData* entity); // the class does not forbid it
+float usedScale(const cEntityData* entity);    // of what it shows: 1 where the key makes no sense
+// The entity's bounds, grown by all that its model shows in any frame.
+void cullBounds(const cEntityData* entity, float* mins, float* maxs);
 void touchEntity(cEntityData* entity);
 
 bool entityVisible(const cEntityData* entity); // false with EF_HIDDEN or hidden by HideMask

@@ -134,23 +134,56 @@ bool mayScaleModel(const cEntityData* entity) {
     return !entityClass || !(entityClass->flags & ECF_NOSCALE);
 }
 
-bool modelBounds(cEntityData* entity, float* mins, float* maxs) {
-    auto* model = static_cast<cModelRecord*>(attachmentOf(entity)->record);
-    if (!model->getBounds || !model->getBounds(model->formatId, mins, maxs, model, entity)) {
-        vecCopy(model->mins, mins);
-        vecCopy(model->maxs, maxs);
+float usedScale(const cEntityData* entity) {
+    return mayScaleModel(entity) && std::isfinite(entity->scale) && entity->scale > 0
+               ? entity->scale
+               : 1.0f;
+}
+
+static bool isUsable(const float* mins, const float* maxs) {
+    bool isZero = true, isNumber = true;
+    for (int i = 0; i < 3; ++i) {
+        isZero &= mins[i] == 0 && maxs[i] == 0;
+        isNumber &= std::isfinite(mins[i]) && std::isfinite(maxs[i]);
     }
-    const auto isZero = [](const float* v) { return v[0] == 0 && v[1] == 0 && v[2] == 0; };
-    return !isZero(mins) || !isZero(maxs);
+    return isNumber && !isZero;
+}
+
+// The plug-in is asked again only when something has changed that it may go by.
+static void renewBounds(cEntityData* entity, cAttachment* attachment) {
+    const cModelPose pose = {{entity->angles[0], entity->angles[1], entity->angles[2]},
+                             attachment->frame,
+                             entity->scale,
+                             entity->sequence,
+                             entity->body,
+                             entity->skin};
+    if (attachment->isMeasured && memcmp(&pose, &attachment->pose, sizeof pose) == 0)
+        return;
+    auto* model = static_cast<cModelRecord*>(attachment->record);
+    attachment->pose = pose;
+    attachment->isMeasured = true;
+    if (model->getBounds && model->getBounds(model->formatId, attachment->ownMins,
+                                             attachment->ownMaxs, model, entity))
+        return;
+    vecCopy(model->mins, attachment->ownMins);
+    vecCopy(model->maxs, attachment->ownMaxs);
+}
+
+bool modelBounds(cEntityData* entity, float* mins, float* maxs) {
+    cAttachment* attachment = attachmentOf(entity);
+    renewBounds(entity, attachment);
+    vecCopy(attachment->ownMins, mins);
+    vecCopy(attachment->ownMaxs, maxs);
+    return isUsable(mins, maxs);
 }
 
 static void modelBox(cEntityData* entity, cAttachment* attachment) {
     float mins[3], maxs[3];
     if (!modelBounds(entity, mins, maxs)) {
         classBox(entity, mins, maxs);
-    } else if (mayScaleModel(entity)) {
-        vecScale(mins, entity->scale, mins);
-        vecScale(maxs, entity->scale, maxs);
+    } else {
+        vecScale(mins, usedScale(entity), mins);
+        vecScale(maxs, usedScale(entity), maxs);
     }
     vecAdd(entity->origin, mins, attachment->mins);
     vecAdd(entity->origin, maxs, attachment->maxs);
@@ -163,13 +196,32 @@ void updateAttachmentBox(cEntityData* entity) {
     if (entity->attachKind == AK_MODEL) {
         modelBox(entity, attachment);
     } else {
-        const bool scaled = entity->attachKind == AK_SPRITE && mayScaleModel(entity);
-        const float half = attachment->size * (scaled ? entity->scale : 1.0f);
+        const float scale = entity->attachKind == AK_SPRITE ? usedScale(entity) : 1.0f;
+        const float half = attachment->size * scale;
         setBoxAround(entity->origin, entity->attachKind == AK_SPRITE ? std::fmax(half, 1.0f) : half,
                      attachment);
     }
     vecCopy(attachment->mins, entity->mins);
     vecCopy(attachment->maxs, entity->maxs);
+}
+
+// Turned by the entity's angles whichever way they count: within the sphere of its corners.
+void cullBounds(const cEntityData* entity, float* mins, float* maxs) {
+    vecCopy(entity->mins, mins);
+    vecCopy(entity->maxs, maxs);
+    if (entity->attachKind != AK_MODEL)
+        return;
+    const auto* model = static_cast<const cModelRecord*>(attachmentOf(entity)->record);
+    if (!isUsable(model->mins, model->maxs))
+        return;
+    float farthest[3];
+    for (int i = 0; i < 3; ++i)
+        farthest[i] = std::fmax(std::fabs(model->mins[i]), std::fabs(model->maxs[i]));
+    const float radius = vecLength(farthest) * usedScale(entity);
+    for (int i = 0; i < 3; ++i) {
+        mins[i] = std::fmin(mins[i], entity->origin[i] - radius);
+        maxs[i] = std::fmax(maxs[i], entity->origin[i] + radius);
+    }
 }
 
 void detachResource(cEntityData* entity) {
@@ -238,6 +290,13 @@ static void showBox(cEntityData* entity) {
     classBox(entity, mins, maxs);
     vecAdd(entity->origin, mins, entity->mins);
     vecAdd(entity->origin, maxs, entity->maxs);
+}
+
+bool showsFile(const cEntityData* entity) {
+    if (!(entity->flags & EF_POINT) || !entity->entity->entityClass)
+        return false;
+    const cWantedResource wanted = wantedResource(entity);
+    return (wanted.kind == AK_SPRITE || wanted.kind == AK_MODEL) && !wanted.name.isEmpty();
 }
 
 void attachResource(cEntityData* entity) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Texture coordinates, default axes, texture lock, justify and wrap-around of one face.
+// Textures, default axes, texture coordinates and texture lock of one face.
 #include "document/tFaceMapping.h"
 
 #include "document/tFace.h"
@@ -12,7 +12,6 @@
 #include "support/tMath.h"
 #include "support/tVec.h"
 
-static constexpr float MIN_SCALE = 0.001f;      // a smaller scale counts as none
 static constexpr float ALIGNED_DOT = 0.9999f;   // axes this square to a normal are aligned
 static constexpr float USABLE_EPSILON = 0.001f; // axes flatter to the face than this are useless
 static constexpr float SKEW_EPSILON = 0.001f;   // a . b past this: the transform skews
@@ -102,10 +101,9 @@ void applyTextureBlock(cFaceData* face, const cFaceTexture& block) {
     updateFaceTransparency(face);
 }
 
-void setTextureName(cFaceData* face, const char* name) {
+void setTexture(cFaceData* face, const char* name, cTexture* found) {
     cMapContext& context = contextOf(face);
     noteChange(face->brush);
-    cTexture* found = context.findTexture(name);
     if (found && found == face->texture)
         return;
     char copy[sizeof face->tex.name];
@@ -120,6 +118,28 @@ void setTextureName(cFaceData* face, const char* name) {
         face->tex.value = face->texture->value;
     }
     updateFaceTransparency(face);
+}
+
+void setTextureName(cFaceData* face, const char* name) {
+    setTexture(face, name, contextOf(face).findTexture(name));
+}
+
+void exchangeTexture(cFaceData* face, const char* name, cTexture* found) {
+    const cFaceTexture before = face->tex;
+    const cTexture* texture = face->texture;
+    const bool ownSurface = !texture || before.surfaceFlags != texture->surfaceFlags;
+    const bool ownContents = !texture || before.contentFlags != texture->contentFlags;
+    const bool ownValue = !texture || before.value != texture->value;
+    const uint32_t detail = contextOf(face).profile().detailContentMask;
+    setTexture(face, name, found);
+    cFaceTexture& tex = face->tex;
+    if (ownSurface)
+        tex.surfaceFlags = before.surfaceFlags;
+    if (ownContents)
+        tex.contentFlags = before.contentFlags;
+    if (ownValue)
+        tex.value = before.value;
+    tex.contentFlags = (tex.contentFlags & ~detail) | (before.contentFlags & detail);
 }
 
 // ---- Axes
@@ -206,6 +226,7 @@ static void rotationMatrix(const float* w, float radians, float matrix[16]) {
 void rotateAxes(cFaceData* face, float degrees) {
     float w[3];
     vecCross(face->tex.vAxis, face->tex.uAxis, w);
+    T_VectorNormalize(w);
     float matrix[16];
     rotationMatrix(w, degrees * RADIANS_PER_DEGREE, matrix);
     T_VectorRotate(face->tex.uAxis, matrix, face->tex.uAxis);
@@ -296,164 +317,5 @@ void textureLock(cFaceData* face, const float* pivot, const float matrix[16], bo
     vecAdd(d, pivot, d);
     tex.uShift -= vecDot(tex.uAxis, d) / tex.uScale;
     tex.vShift -= vecDot(tex.vAxis, d) / tex.vScale;
-    wrapShifts(face);
-}
-
-// ---- Justify
-
-void faceExtents(const cFaceData* face, float points[6][3]) {
-    if (face->vertexCount == 0)
-        return;
-    for (int i = 0; i < 6; ++i)
-        vecCopy(face->vertices[0].xyz, points[i]);
-    for (int i = 1; i < face->vertexCount; ++i) {
-        const float* p = face->vertices[i].xyz;
-        for (int axis = 0; axis < 3; ++axis) {
-            if (p[axis] < points[axis * 2][axis])
-                vecCopy(p, points[axis * 2]);
-            if (p[axis] > points[axis * 2 + 1][axis])
-                vecCopy(p, points[axis * 2 + 1]);
-        }
-    }
-}
-
-void textureBounds(const cFaceData* face, const float points[6][3], float out[4]) {
-    const cFaceTexture& tex = face->tex;
-    for (int i = 0; i < 6; ++i) {
-        const float s = vecDot(points[i], tex.uAxis) / tex.uScale;
-        const float t = vecDot(points[i], tex.vAxis) / tex.vScale;
-        out[0] = i ? std::fmin(out[0], s) : s;
-        out[1] = i ? std::fmin(out[1], t) : t;
-        out[2] = i ? std::fmax(out[2], s) : s;
-        out[3] = i ? std::fmax(out[3], t) : t;
-    }
-}
-
-static void justifyFit(cFaceData* face, const float points[6][3], float fitX, float fitY, int width,
-                       int height) {
-    cFaceTexture& tex = face->tex;
-    tex.uScale = tex.vScale = 1.0f;
-    float b[4];
-    textureBounds(face, points, b);
-    tex.uScale = (b[2] - b[0]) / (fitX * float(width));
-    tex.vScale = (b[3] - b[1]) / (fitY * float(height));
-    if (!(std::fabs(tex.uScale) >= MIN_SCALE))
-        tex.uScale = 1.0f;
-    if (!(std::fabs(tex.vScale) >= MIN_SCALE))
-        tex.vScale = 1.0f;
-    tex.uShift = -b[0] / tex.uScale;
-    tex.vShift = -b[1] / tex.vScale;
-}
-
-void justify(cFaceData* face, int mode, const float points[6][3], float fitX, float fitY) {
-    cFaceTexture& tex = face->tex;
-    const int width = face->texture ? face->texture->width : 0;
-    const int height = face->texture ? face->texture->height : 0;
-    float b[4]; // least s, least t, greatest s, greatest t
-    textureBounds(face, points, b);
-    switch (mode) {
-    case JUSTIFY_TOP:
-        tex.vShift = -b[1];
-        break;
-    case JUSTIFY_BOTTOM:
-        tex.vShift = float(height) - b[3];
-        break;
-    case JUSTIFY_LEFT:
-        tex.uShift = -b[0];
-        break;
-    case JUSTIFY_RIGHT:
-        tex.uShift = float(width) - b[2];
-        break;
-    case JUSTIFY_CENTER:
-        tex.uShift = float(width >> 1) - (b[0] + b[2]) / 2;
-        tex.vShift = float(height >> 1) - (b[1] + b[3]) / 2;
-        break;
-    case JUSTIFY_FIT:
-        justifyFit(face, points, fitX, fitY, width, height);
-        break;
-    default:
-        break;
-    }
-    wrapShifts(face);
-}
-
-// ---- Alignment to another face or a view
-
-// The point on both planes nearest the world's origin; e is the unit direction of their edge.
-static bool meetingPoint(const cFaceData* face, const cFaceData* reference, const float* e,
-                         float* point) {
-    float nxe[3], rxe[3], exn[3];
-    vecCross(face->normal, e, nxe);
-    const float det = vecDot(reference->normal, nxe);
-    if (det == 0)
-        return false;
-    vecCross(reference->normal, e, rxe);
-    vecNegate(nxe, exn);
-    for (int i = 0; i < 3; ++i)
-        point[i] = (face->dist * rxe[i] + reference->dist * exn[i]) / -det;
-    return true;
-}
-
-// How far the texture turns about the edge, between the reference's texture plane and the face.
-static float foldAngle(const cFaceData* face, const cFaceData* reference, const float* e) {
-    constexpr float PI = 3.1415927f;
-    float w[3], a[3], b[3];
-    vecCross(reference->tex.uAxis, reference->tex.vAxis, w);
-    T_VectorNormalize(w);
-    T_ProjectPointOnPlane(a, w, e);
-    T_VectorNormalize(a);
-    T_ProjectPointOnPlane(b, face->normal, e);
-    T_VectorNormalize(b);
-    const float c = vecDot(a, b);
-    float angle = std::atan2(T_Sqrt(std::fmax(0.0f, 1 - c * c)), c);
-    if (c < 0)
-        angle = PI - angle;
-    // Past a right angle between the faces the folded angle would leave the plane.
-    return vecDot(face->normal, reference->normal) < 0 ? PI - angle : angle;
-}
-
-void alignToFace(cFaceData* face, const cFaceData* reference) {
-    if (!reference)
-        return;
-    const cFaceTexture& ref = reference->tex;
-    float e[3], q[3], u[3], v[3], origin[3];
-    vecCross(reference->normal, face->normal, e);
-    T_VectorNormalize(e);
-    vecCopy(ref.uAxis, u);
-    vecCopy(ref.vAxis, v);
-    vecScale(u, ref.uScale * ref.uShift, origin);
-    vecMA(origin, ref.vScale * ref.vShift, v, origin);
-    if (meetingPoint(face, reference, e, q)) {
-        float matrix[16];
-        rotationMatrix(e, foldAngle(face, reference, e), matrix);
-        T_VectorRotate(u, matrix, u);
-        T_VectorRotate(v, matrix, v);
-        vecAdd(origin, q, origin);
-        T_VectorRotate(origin, matrix, origin);
-        vecSubtract(origin, q, origin);
-    }
-    cFaceTexture& tex = face->tex;
-    vecCopy(u, tex.uAxis);
-    vecCopy(v, tex.vAxis);
-    tex.uShift = vecDot(u, origin) / ref.uScale;
-    tex.vShift = vecDot(v, origin) / ref.vScale;
-    wrapShifts(face);
-    tex.rotation = 0;
-    tex.uScale = ref.uScale;
-    tex.vScale = ref.vScale;
-}
-
-void alignToPlane(cFaceData* face, const float* point, const float* uAxis, const float* vAxis) {
-    cFaceTexture& tex = face->tex;
-    if (std::fabs(tex.uScale) < MIN_SCALE)
-        tex.uScale = 1.0f;
-    if (std::fabs(tex.vScale) < MIN_SCALE)
-        tex.vScale = 1.0f;
-    vecCopy(uAxis, tex.uAxis);
-    vecCopy(vAxis, tex.vAxis);
-    tex.uShift = tex.uScale * vecDot(point, uAxis);
-    tex.vShift = tex.vScale * vecDot(point, vAxis);
-    face->flags |= FF_DIRTY;
-    tex.rotation = 0;
     wrapShifts(face);
 }

@@ -369,20 +369,22 @@ void cMap::finishLoad() {
 }
 
 void cMap::renewFaces() {
-    QHash<const void*, const cTexture*> meant; // by what the name of each texture means now
-    const auto stale = [&](void* shown) {
-        const auto* texture = static_cast<const cTexture*>(shown);
-        if (texture && !meant.contains(texture))
-            meant.insert(texture, context.findTexture(texture->name));
-        return texture && ((texture->flags & TF_REPLACED) || meant.value(texture) != texture);
+    QHash<QByteArray, const cTexture*> meant; // by what each name means now
+    const auto stale = [&](const cFaceData* face) {
+        const QByteArray name = face->tex.name;
+        if (!meant.contains(name))
+            meant.insert(name, context.findTexture(name));
+        const cTexture* texture = face->texture;
+        return texture && ((texture->flags & TF_REPLACED) || meant.value(name) != texture);
     };
     for (cEntityData* entity : entitiesOf(data)) {
-        if (entity->attachKind == AK_DECAL &&
-            stale(static_cast<cAttachment*>(entity->attachment)->record))
+        if (entity->attachKind == AK_DECAL)
             attachResource(entity);
+        else if (showsFile(entity))
+            updateEntity(entity, UM_ATTACH);
         for (cBrushData* brush : brushesOf(entity)) {
             for (cFaceData* face : facesOf(brush)) {
-                if (!stale(face->texture))
+                if (!stale(face))
                     continue;
                 applyTextureBlock(face, face->tex);
                 updateFaceTransparency(face);

@@ -169,6 +169,9 @@ public:
     // brushes they are of. Nothing hidden.
     void markTexture(const cTexture* texture);
     void selectFacesOfBrushes(); // of the selected brushes, in place of them
+    // In place of the selection: the faces while faces are picked, else their brushes, each once.
+    // Gives how many.
+    int selectOnly(const std::vector<cFaceData*>& faces);
     // toggle takes a selected object out; without it the caller has cleared the selection.
     void selectBrushFacesByPick(int pick, bool toggle);
     void selectByPick(int pick, bool toggle);

@@ -4,6 +4,7 @@
 #include "document/tEntity.h"
 #include "document/tGroup.h"
 #include "document/tMap.h"
+#include "document/tMapChange.h"
 #include "document/tMapLists.h"
 #include "support/tHost.h"
 #include "support/tMapText.h"
@@ -215,6 +216,24 @@ void cMap::selectFacesOfBrushes() {
             pushOnce(data.selectedFaces, face);
     }
     describeSelection();
+}
+
+int cMap::selectOnly(const std::vector<cFaceData*>& faces) {
+    const cMapChange change(*this, MC_SELECTION);
+    const bool picksFaces = updateSelectionMode() == MODE_FACES;
+    clearSelection();
+    int count = 0;
+    for (cFaceData* face : faces) {
+        if (isSelected(face->brush))
+            continue;
+        ++count;
+        if (picksFaces)
+            pushOnce(data.selectedFaces, face);
+        else
+            pushOnce(data.selectedBrushes, face->brush);
+    }
+    describeSelection();
+    return count;
 }
 
 void cMap::clearFaces() {

@@ -9,8 +9,10 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 struct cEntityClass;
+struct cTexturePackage;
 
 // One node of a class tree: a group with its name, or a leaf with its class.
 struct cEntityClassNode {
@@ -39,6 +41,9 @@ struct cGameConfig : cConfigFolders {
     QString mapSourceFileDirectory;
     QString mapTool[MAP_TOOL_COUNT];
     QStringList parcels; // keys of texture sets, "path::filter"
+    // The sets of the parcels, taken and given back by the registry: for a folder one for each
+    // folder with images in its tree.
+    QVector<cTexturePackage*> packages;
     QString paletteFile; // path of a 768-byte palette
     cEntityClassNode solidClassTree;
     cEntityClassNode pointClassTree;

@@ -127,10 +127,23 @@ void cGameConfigRegistry::load(const QString& path) {
         readConfig({file, groupOf(i)}, *config);
         enter(config);
         acquireResources(*config);
-        if (!g_host->NoPrecache)
-            readResources(config);
     }
+    if (!g_host->NoPrecache)
+        precacheOnlyEnabled();
     renewFaces();
+}
+
+// Of several nobody knows yet which one will be asked for.
+void cGameConfigRegistry::precacheOnlyEnabled() {
+    cGameConfig* only = nullptr;
+    for (cGameConfig* config : qAsConst(configs)) {
+        if (config->enabled && only)
+            return;
+        if (config->enabled)
+            only = config;
+    }
+    if (only)
+        readResources(only);
 }
 
 // ---- Writing

@@ -12,11 +12,18 @@
 #include "support/tHost.h"
 #include "support/tMapText.h"
 
+#include <algorithm>
+#include <utility>
+
 static const cMapProfile NO_PROFILE = {};
 
 cGameConfigRegistry::cGameConfigRegistry(cGameDataRegistry& gameData, cTextureManager& textures,
                                          cModelManager* models)
-    : currentProfile(&NO_PROFILE), m_gameData(gameData), m_textures(textures), m_models(models) {}
+    : currentProfile(&NO_PROFILE),
+      m_gameData(gameData),
+      m_textures(textures),
+      m_models(models),
+      m_noGame(std::make_unique<cTextureCatalogue>(textures)) {}
 
 cGameConfigRegistry::~cGameConfigRegistry() {
     clear();
@@ -45,6 +52,10 @@ void cGameConfigRegistry::registerProfile(uint32_t library, const cMapProfile* r
 const cMapProfile* cGameConfigRegistry::profileOf(const cGameConfig* config) const {
     const cMapProfile* profile = config ? profiles.value(config->mapProfile) : nullptr;
     return profile ? profile : &NO_PROFILE;
+}
+
+cTextureCatalogue* cGameConfigRegistry::catalogueOf(const cGameConfig* config) const {
+    return config ? catalogues.value(config->title, m_noGame.get()) : m_noGame.get();
 }
 
 // ---- The current configuration
@@ -76,11 +87,32 @@ void cGameConfigRegistry::enter(cGameConfig* config) {
     catalogues.insert(config->title, new cTextureCatalogue(m_textures));
 }
 
-void cGameConfigRegistry::acquireResources(const cGameConfig& config) {
-    for (const QString& path : config.gameData)
+void cGameConfigRegistry::acquireResources(cGameConfig& config) {
+    for (const QString& path : qAsConst(config.gameData))
         m_gameData.acquire(path);
-    for (const QString& key : config.parcels)
-        m_textures.acquirePackage(key);
+    takePackages(config);
+}
+
+static QStringList packageKeys(const cTextureManager& textures, const cGameConfig& config) {
+    QStringList keys;
+    for (const QString& parcel : config.parcels)
+        keys << textures.expandedKey(parcel);
+    keys.removeDuplicates();
+    return keys;
+}
+
+// Takes the sets as the configuration names them now; gives those that it had.
+QVector<cTexturePackage*> cGameConfigRegistry::takePackages(cGameConfig& config) {
+    const cActiveConfigScope active(&config); // its brightness
+    const QVector<cTexturePackage*> before = std::exchange(config.packages, {});
+    for (const QString& key : packageKeys(m_textures, config))
+        config.packages.append(m_textures.acquirePackage(key, config.paletteFile));
+    return before;
+}
+
+void cGameConfigRegistry::releasePackages(const QVector<cTexturePackage*>& packages) {
+    for (cTexturePackage* package : packages)
+        m_textures.releasePackage(package);
 }
 
 void cGameConfigRegistry::releaseResources(cGameConfig& config) {
@@ -88,8 +120,7 @@ void cGameConfigRegistry::releaseResources(cGameConfig& config) {
     const cActiveConfigScope active(&config);
     for (const QString& path : qAsConst(config.gameData))
         m_gameData.release(path);
-    for (const QString& key : qAsConst(config.parcels))
-        m_textures.releasePackage(key);
+    releasePackages(std::exchange(config.packages, {}));
     config.solidClassTree = config.pointClassTree = cEntityClassNode();
 }
 
@@ -107,14 +138,21 @@ cGameConfig* cGameConfigRegistry::addConfig(const QString& title) {
     return config;
 }
 
+// Without what the registry gives each.
+static cGameConfig* copyOf(const cGameConfig& source) {
+    cGameConfig* copy = new cGameConfig(source);
+    copy->solidClassTree = copy->pointClassTree = cEntityClassNode();
+    copy->packages.clear();
+    return copy;
+}
+
 bool cGameConfigRegistry::copyConfig(const QString& oldTitle, const QString& newTitle) {
     const cGameConfig* source = known(oldTitle);
     if (!source || find(newTitle))
         return false;
-    cGameConfig* copy = new cGameConfig(*source);
+    cGameConfig* copy = copyOf(*source);
     copy->useCount = 0;
     copy->title = newTitle;
-    copy->solidClassTree = copy->pointClassTree = cEntityClassNode();
     acquireResources(*copy);
     enter(copy);
     return true;
@@ -190,8 +228,7 @@ void cGameConfigRegistry::assign(const cGameConfigRegistry& other, bool precache
     for (const cMapProfile* profile : other.profiles)
         profiles.insert(fromMapText(profile->name), new cMapProfile(*profile));
     for (const cGameConfig* source : other.configs) {
-        cGameConfig* config = new cGameConfig(*source);
-        config->solidClassTree = config->pointClassTree = cEntityClassNode();
+        cGameConfig* config = copyOf(*source);
         acquireResources(*config);
         enter(config);
         fillAssigned(config, precacheUsed);
@@ -208,14 +245,12 @@ void cGameConfigRegistry::assign(const cGameConfigRegistry& other, bool precache
 }
 
 void cGameConfigRegistry::renewFaces() {
-    for (cTextureCatalogue* catalogue : qAsConst(catalogues)) {
-        catalogue->removeMissingEntries();
-        catalogue->addMissingEntries();
+    if (callbacks.renewFaces) {
+        callbacks.renewFaces();
+        m_textures.clearReplacedMarks();
     }
-    if (!callbacks.renewFaces)
-        return;
-    callbacks.renewFaces();
-    m_textures.clearReplacedMarks();
+    for (cTextureCatalogue* catalogue : qAsConst(catalogues))
+        catalogue->refreshMissing();
 }
 
 // Null unless the active configuration is one of this registry.
@@ -239,10 +274,7 @@ void cGameConfigRegistry::fillAssigned(cGameConfig* config, bool precacheUsed) {
 }
 
 void cGameConfigRegistry::rebuildCatalogue(cGameConfig* config) {
-    cTextureCatalogue* catalogue = catalogues.value(config->title);
-    if (!catalogue)
-        return;
-    catalogue->removeMissingEntries();
+    cTextureCatalogue* catalogue = catalogueOf(config);
     catalogue->rebuild(*config);
     catalogue->addMissingEntries();
 }
@@ -300,12 +332,19 @@ bool cGameConfigRegistry::needsPrecache(cGameConfig* config) const {
         if (!data || data->loadState != 2)
             return true;
     }
-    for (const QString& key : config->parcels) {
-        const cTexturePackage* package = m_textures.findPackage(key);
-        if (!package || !m_textures.isUpToDate(*package, config->paletteFile))
-            return true;
-    }
-    return false;
+    return packagesAreOld(*config) ||
+           std::any_of(config->packages.begin(), config->packages.end(),
+                       [&](auto* package) { return !m_textures.isUpToDate(*package); });
+}
+
+// Other folders, or another palette or brightness.
+bool cGameConfigRegistry::packagesAreOld(const cGameConfig& config) const {
+    const QStringList keys = packageKeys(m_textures, config);
+    return !std::equal(keys.begin(), keys.end(), config.packages.begin(), config.packages.end(),
+                       [&](const QString& key, const cTexturePackage* package) {
+                           return package->id ==
+                                  cTextureManager::packageId(key, config.paletteFile);
+                       });
 }
 
 void cGameConfigRegistry::buildTrees(cGameConfig* config) const {
@@ -337,12 +376,13 @@ void cGameConfigRegistry::precache(cGameConfig* config) {
 void cGameConfigRegistry::reloadTextures() {
     const cBusy busy;
     m_textures.outdate();
+    if (m_models)
+        m_models->outdate();
     for (cGameConfig* config : qAsConst(configs)) {
         const cActiveConfigScope active(config);
-        for (const QString& key : qAsConst(config->parcels)) {
-            cTexturePackage* package = m_textures.findPackage(key);
-            if (package && package->outdated)
-                m_textures.loadPackage(package, config->gameBasedir, config->paletteFile);
+        for (cTexturePackage* package : qAsConst(config->packages)) {
+            if (package->outdated)
+                m_textures.loadPackage(package, config->gameBasedir);
         }
         rebuildCatalogue(config);
     }
@@ -362,9 +402,11 @@ void cGameConfigRegistry::readResources(cGameConfig* config) {
             data->precache(config->paletteFile);
     }
     buildTrees(config);
-    for (const QString& key : qAsConst(config->parcels)) {
-        if (cTexturePackage* package = m_textures.findPackage(key))
-            m_textures.loadPackage(package, config->gameBasedir, config->paletteFile);
-    }
+    const QVector<cTexturePackage*> before = takePackages(*config);
+    m_textures.adoptFrom(&catalogueOf(config)->placeholders);
+    for (cTexturePackage* package : qAsConst(config->packages))
+        m_textures.loadPackage(package, config->gameBasedir);
+    m_textures.adoptFrom(nullptr);
     rebuildCatalogue(config);
+    releasePackages(before); // the catalogue named their textures until now
 }

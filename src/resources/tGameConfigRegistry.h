@@ -13,6 +13,7 @@
 #include <QList>
 #include <QString>
 #include <functional>
+#include <memory>
 
 class cGameData;
 class cGameDataRegistry;
@@ -42,13 +43,16 @@ public:
     static QString defaultPath(); // TDKGameCfg.ini beside the program
 
     // Replaces what is held by the content of the file. Paths that are not absolute are looked
-    // for in the mod, base and program folders. Unless NoPrecache is on, precaches each.
+    // for in the mod, base and program folders. Unless NoPrecache is on, precaches the enabled one
+    // if it is the only one.
     void load(const QString& path = defaultPath());
     void save(const QString& path = defaultPath()) const;
 
     // Copies the record under its name; library is the plug-in's number.
     void registerProfile(uint32_t library, const cMapProfile* record);
     const cMapProfile* profileOf(const cGameConfig* config) const; // never null
+    // Never null: what has no configuration shares one with nothing but placeholders.
+    cTextureCatalogue* catalogueOf(const cGameConfig* config) const;
 
     void setCurrent(cGameConfig* config);
     void setCurrentByTitle(const QString& title);
@@ -68,7 +72,6 @@ public:
                             eClassFilter filter) const;
     cEntityClass* findWorldspawn(const cGameConfig* config) const;
     bool needsPrecache(cGameConfig* config) const;
-    // Reads what needs it. Another game's hole that a set fills by its name becomes a hole anew.
     void precache(cGameConfig* config);
     void reloadTextures(); // the sets that are loaded, as settings have changed
 
@@ -83,8 +86,12 @@ public:
 
 private:
     void enter(cGameConfig* config);
-    void acquireResources(const cGameConfig& config);
+    void acquireResources(cGameConfig& config);
     void releaseResources(cGameConfig& config);
+    QVector<cTexturePackage*> takePackages(cGameConfig& config);
+    void releasePackages(const QVector<cTexturePackage*>& packages);
+    bool packagesAreOld(const cGameConfig& config) const;
+    void precacheOnlyEnabled();
     void clear();
     void clearConfigs();
     cGameConfig* known(const QString& title) const; // warns when null
@@ -98,5 +105,6 @@ private:
     cGameDataRegistry& m_gameData;
     cTextureManager& m_textures;
     cModelManager* m_models;
-    QHash<QString, int> m_titleNumbers; // the next to try behind a title that is taken
+    std::unique_ptr<cTextureCatalogue> m_noGame; // of catalogueOf
+    QHash<QString, int> m_titleNumbers;          // the next to try behind a title that is taken
 };

@@ -17,21 +17,30 @@ QString cTextureCatalogue::missing() {
     return QStringLiteral("(Missing Textures)");
 }
 
+cTextureCatalogue::~cTextureCatalogue() {
+    for (cTexture* placeholder : qAsConst(placeholders))
+        m_manager.releaseTexture(placeholder);
+}
+
 // ---- Building
 
 void cTextureCatalogue::addEntry(const QString& name, const cTextureEntry& entry) {
     const QString key = name.toUpper();
-    if (!entries.contains(key))
-        entries.insert(key, entry);
+    if (entries.contains(key))
+        return;
+    entries.insert(key, entry);
+    const QString base = key.mid(key.lastIndexOf(QLatin1Char('/')) + 1);
+    const bool isFirst = !m_byBaseName.contains(base);
+    m_byBaseName.insert(base, isFirst ? entry.texture : nullptr);
 }
 
 void cTextureCatalogue::rebuild(const cGameConfig& config) {
     groups.clear();
     entries.clear();
+    m_byBaseName.clear();
     missingCount = 0;
-    for (const QString& key : config.parcels) {
-        cTexturePackage* package = m_manager.findPackage(key);
-        if (!package || m_manager.packageInfo(package)->count < 1)
+    for (cTexturePackage* package : config.packages) {
+        if (m_manager.packageInfo(package)->count < 1)
             continue;
         const QString group = package->kind == PK_FILE
                                   ? miscellaneous()
@@ -62,6 +71,32 @@ cTexture* cTextureCatalogue::find(const QString& name) const {
     return entries.value(name.toUpper()).texture;
 }
 
+cTexture* cTextureCatalogue::findShown(const QString& name) const {
+    const QString key = name.toUpper();
+    const auto found = entries.constFind(key);
+    if (found != entries.constEnd() && found->package)
+        return found->texture;
+    if (cTexture* namesake = m_byBaseName.value(key))
+        return namesake;
+    return found == entries.constEnd() ? nullptr : found->texture;
+}
+
+cTexture* cTextureCatalogue::defaultTexture(const QString& preferred) const {
+    const auto known = entries.constFind(preferred.toUpper());
+    if (known != entries.constEnd() && known->package)
+        return known->texture;
+    cTexture* first = nullptr;
+    for (auto it = entries.constBegin(); it != entries.constEnd(); ++it) {
+        if (!it->package)
+            continue;
+        if (it.key().contains(QStringLiteral("WALL")))
+            return it->texture;
+        if (!first)
+            first = it->texture;
+    }
+    return first;
+}
+
 QString cTextureCatalogue::groupOf(const QString& name) const {
     const auto found = entries.constFind(name.toUpper());
     return found == entries.constEnd() ? allTextures() : found->group;
@@ -78,10 +113,10 @@ QString cTextureCatalogue::decalGroup() const {
 // ---- Missing textures
 
 cTexture* cTextureCatalogue::addMissing(const QString& name) {
-    cTexture* texture = m_manager.findPlaceholder(name);
-    if (!texture)
-        texture = m_manager.addPlaceholder(name);
     const QString key = name.toUpper();
+    cTexture*& texture = placeholders[key];
+    if (!texture)
+        texture = m_manager.makePlaceholder(name);
     if (!entries.contains(key)) {
         entries.insert(key, {missing(), nullptr, texture});
         ++missingCount;
@@ -90,13 +125,21 @@ cTexture* cTextureCatalogue::addMissing(const QString& name) {
 }
 
 void cTextureCatalogue::addMissingEntries() {
-    const QMap<QString, cTexture*>& placeholders = m_manager.placeholders;
-    for (auto it = placeholders.constBegin(); it != placeholders.constEnd(); ++it) {
-        if (entries.contains(it.key()))
-            continue;
-        entries.insert(it.key(), {missing(), nullptr, it.value()});
-        ++missingCount;
+    for (auto it = placeholders.begin(); it != placeholders.end();) {
+        const bool isUsed = it.value()->refCount > 1;
+        if (isUsed && !entries.contains(it.key())) {
+            entries.insert(it.key(), {missing(), nullptr, it.value()});
+            ++missingCount;
+        }
+        if (!isUsed)
+            m_manager.releaseTexture(it.value());
+        it = isUsed ? std::next(it) : placeholders.erase(it);
     }
+}
+
+void cTextureCatalogue::refreshMissing() {
+    removeMissingEntries();
+    addMissingEntries();
 }
 
 void cTextureCatalogue::removeMissingEntries() {

@@ -26,7 +26,6 @@ void cTextureManager::clear() {
     for (cTexture* texture : all)
         freeTexture(texture);
     textures.clear();
-    placeholders.clear();
     m_sourceIds.clear();
     const QList<cTextureImage*> rest = images.values(); // those that came without a texture
     for (cTextureImage* image : rest)
@@ -42,34 +41,30 @@ static void setName(cTexture* texture, const char* name) {
     qstrncpy(texture->name, name, sizeof texture->name);
 }
 
-cTexture* cTextureManager::obtainTexture(const QString& sourceId, const QString& name,
-                                         uint32_t flags) {
-    const bool real = (flags & TF_PLACEHOLDER) == 0;
-    cTexture* texture = real ? placeholders.take(name.toUpper()) : nullptr;
+static cTexture* newTexture(uint32_t flags) {
+    cTexture* texture = new cTexture{};
+    texture->refCount = 1;
+    texture->flags = flags;
+    texture->opacity = 1.0f;
+    return texture;
+}
+
+cTexture* cTextureManager::obtainTexture(const QString& sourceId, const QString& name) {
+    cTexture* texture = m_placeholders ? m_placeholders->take(name.toUpper()) : nullptr;
     if (texture) {
-        forgetSource(texture);
         texture->image = nullptr; // borrowed, like the icon
         texture->icon = nullptr;
         texture->flags = TF_REPLACED;
     } else {
-        texture = new cTexture{};
-        texture->refCount = 1;
-        texture->flags = flags;
-        texture->opacity = 1.0f;
+        texture = newTexture(0);
     }
-    if (!real)
-        placeholders.insert(sourceId.toUpper(), texture);
     textures.insert(sourceId, texture);
     m_sourceIds.insert(texture, sourceId);
     return texture;
 }
 
-cTexture* cTextureManager::findPlaceholder(const QString& name) const {
-    return placeholders.value(name.toUpper());
-}
-
-cTexture* cTextureManager::addPlaceholder(const QString& name) {
-    cTexture* texture = obtainTexture(name, name, TF_PLACEHOLDER);
+cTexture* cTextureManager::makePlaceholder(const QString& name) const {
+    cTexture* texture = newTexture(TF_PLACEHOLDER);
     texture->width = m_default.width;
     texture->height = m_default.height;
     texture->icon = m_default.icon;
@@ -81,18 +76,11 @@ cTexture* cTextureManager::addPlaceholder(const QString& name) {
 void cTextureManager::releaseTexture(cTexture* texture) {
     if (!texture || --texture->refCount > 0)
         return;
-    const QString sourceId = forgetSource(texture);
-    if (texture->flags & TF_PLACEHOLDER)
-        placeholders.remove(sourceId.toUpper());
-    freeTexture(texture);
-}
-
-// Another texture may stand under the same id by now: that one stays.
-QString cTextureManager::forgetSource(cTexture* texture) {
+    // Another texture may stand under the same id by now: that one stays.
     const QString sourceId = m_sourceIds.take(texture);
     if (textures.value(sourceId) == texture)
         textures.remove(sourceId);
-    return sourceId;
+    freeTexture(texture);
 }
 
 void cTextureManager::freeTexture(cTexture* texture) {
@@ -146,10 +134,10 @@ cTextureImage* cTextureManager::addImage(const QString& sourceId, const cTexture
     return image;
 }
 
-// With one reference more; null when nothing but a placeholder has the id.
+// With one reference more; null when none has the id.
 cTexture* cTextureManager::renewTexture(const QString& sourceId) {
     cTexture* texture = textures.value(sourceId);
-    if (!texture || (texture->flags & TF_PLACEHOLDER))
+    if (!texture)
         return nullptr;
     delete texture->icon;
     ++texture->refCount;
@@ -188,7 +176,7 @@ void cTextureManager::addTexture(const char* sourceId, const char* name, uint32_
         return;
     cTexturePackage* package = static_cast<cTexturePackage*>(context);
     cTextureManager& manager = *package->manager;
-    const QString id = fromMapText(sourceId ? sourceId : name);
+    const QString id = fromMapText(sourceId ? sourceId : name) + package->look;
     if (manager.m_delivered.contains(id))
         return;
     manager.m_delivered.insert(id);
@@ -202,7 +190,7 @@ void cTextureManager::addTexture(const char* sourceId, const char* name, uint32_
     cTextureImage* image = manager.addImage(id, record, pixels, &icon);
     cTexture* texture = manager.renewTexture(id);
     if (!texture)
-        texture = manager.obtainTexture(id, fromMapText(name), 0);
+        texture = manager.obtainTexture(id, fromMapText(name));
     texture->width = width;
     texture->height = height;
     texture->image = image;
@@ -218,8 +206,10 @@ void cTextureManager::addTexture(const char* sourceId, const char* name, uint32_
 // ---- Palettes
 
 bool cTextureManager::loadPalette(const QString& path, const QString& base) {
-    if (palettes.contains(path))
+    const uint stamp = stampOf({QFileInfo(path)});
+    if (palettes.contains(path) && m_paletteStamps.value(path) == stamp)
         return true;
+    m_paletteStamps.insert(path, stamp);
     g_host->showProgress(QStringLiteral("Precaching: ") + relativePath(base, path));
     palettes.insert(path, QByteArray(PALETTE_SIZE, '\xFF'));
     QFile file(path);

@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QHash>
 #include <QList>
 #include <QMap>
@@ -37,22 +38,11 @@ struct cPackageFormat {
 
 enum ePackageKind { PK_DIRECTORY = 0, PK_FILE = 1, PK_PACKAGE = 2 };
 
-// What a load depended on.
-struct cTextureSource {
-    qint64 size = -1; // bytes of all files
-    qint64 time = 0;  // of the newest
-    QString palette;  // path
-    double brightness = 0;
-
-    bool operator==(const cTextureSource& other) const {
-        return size == other.size && time == other.time && palette == other.palette &&
-               brightness == other.brightness;
-    }
-};
-
-// A texture set: a directory, one image file, or a package file.
+// A texture set: a directory, one image file, or a package file. The same files with another
+// palette or brightness are another set, so that games do not mix.
 struct cTexturePackage {
     int refCount = 1; // game configurations
+    QString id;       // where it stands in cTextureManager::packages
     QString path;
     QString filter; // of a directory: name patterns separated by ";"
     bool loaded = false;
@@ -62,9 +52,10 @@ struct cTexturePackage {
     int count = 0;                   // textures
     std::vector<cTexture*> textures; // with a reference on each
 
-    cTextureSource failed; // the last load that failed
-    QString palette;       // path; this and the next: of the load that is held
-    double brightness = 0;
+    QString palette;       // path, or empty
+    QString look;          // behind the source ids of its textures: palette and brightness
+    uint stamp = 0;        // of its files at the last try to load it
+    bool tried = false;    // to load it
     bool outdated = false; // settings have changed since
 
     class cTextureManager* manager = nullptr;
@@ -101,27 +92,32 @@ public:
     bool isPackageExtension(const QString& extension) const;
     bool acceptsName(const QString& path) const; // false: a format's name filter refuses it
 
-    // A key is "path::filter".
-    cTexturePackage* acquirePackage(const QString& key);
-    void releasePackage(const QString& key);
-    cTexturePackage* findPackage(const QString& key) const { return packages.value(key); }
+    // A key is "path::filter". A set is for the palette of that path and the active brightness.
+    cTexturePackage* acquirePackage(const QString& key, const QString& paletteFile = QString());
+    void releasePackage(cTexturePackage* package);
+    static QString packageId(const QString& key, const QString& paletteFile);
+    // The keys of all folders with images in the tree of a folder, itself first when it has some;
+    // of anything else its own key.
+    QStringList expandedKey(const QString& key) const;
     cTexturePackage* packageInfo(cTexturePackage* package) const; // fills size and count
-    // True if the set is in memory now, with that palette and the active brightness; one that is
-    // there with others is read again, and its textures stay the same objects. A set that no
-    // format reads stays not loaded, and is not tried again until its files or the palette change.
-    bool loadPackage(cTexturePackage* package, const QString& base, const QString& paletteFile);
-    // Loaded with that palette, the active brightness and the settings of now.
-    bool isUpToDate(const cTexturePackage& package, const QString& paletteFile) const;
+    // True if the set is in memory now; one whose files or palette have changed is read again, and
+    // its textures stay the same objects. A set that no format reads stays not loaded, and is not
+    // tried again until then.
+    bool loadPackage(cTexturePackage* package, const QString& base);
+    bool isUpToDate(const cTexturePackage& package) const; // loaded as its files and settings are
     void outdate(); // every set that is loaded is to be read again, as settings have changed
     void unloadPackage(cTexturePackage* package);
 
     bool loadPalette(const QString& path, const QString& base);
     const uint8_t* findPalette(const QString& path) const; // 768 bytes or null
+    static uint stampOf(const QFileInfoList& files);       // another when one has changed
 
-    // A new texture with one reference; a real one adopts the placeholder of its name.
-    cTexture* obtainTexture(const QString& sourceId, const QString& name, uint32_t flags);
-    cTexture* findPlaceholder(const QString& name) const;
-    cTexture* addPlaceholder(const QString& name);
+    // A new texture with one reference; it adopts the placeholder of its name.
+    cTexture* obtainTexture(const QString& sourceId, const QString& name);
+    // The placeholders that loads from now on adopt, by upper-case name; or null. The reference of
+    // who holds them there goes to the set.
+    void adoptFrom(QMap<QString, cTexture*>* placeholders) { m_placeholders = placeholders; }
+    cTexture* makePlaceholder(const QString& name) const; // with one reference
     void releaseTexture(cTexture* texture);
     void clearReplacedMarks();
     void clear();
@@ -131,11 +127,10 @@ public:
 
     QList<cTextureFormat> textureFormats;
     QList<cPackageFormat> packageFormats;
-    QMap<QString, cTexture*> placeholders; // by upper-case name
-    QHash<QString, cTexturePackage*> packages;
-    QHash<QString, cTexture*> textures;    // by source id
-    QHash<QString, cTextureImage*> images; // by source id
-    QHash<QString, QByteArray> palettes;   // by path
+    QHash<QString, cTexturePackage*> packages; // by id
+    QHash<QString, cTexture*> textures;        // by source id and look
+    QHash<QString, cTextureImage*> images;     // by the same
+    QHash<QString, QByteArray> palettes;       // by path
 
     // The callback of the load functions; context is the cTexturePackage. Within one load the first
     // of a source id stays; a later load renews the same texture. Refuses, with a line, sides above
@@ -149,6 +144,7 @@ public:
 
 private:
     bool readSet(cTexturePackage* package, const QString& base, const uint8_t* palette);
+    bool holdsImages(const QString& folder, const QString& filter) const;
     bool loadPackageFile(cTexturePackage* package, const uint8_t* palette);
     bool loadDirectory(cTexturePackage* package, const QString& base, const uint8_t* palette);
     bool loadFile(cTexturePackage* package, const QString& path, const uint8_t* palette);
@@ -157,10 +153,11 @@ private:
                             const void* pixels, QIcon** iconOut);
     cTexture* renewTexture(const QString& sourceId);
     void keepPainting();
-    QString forgetSource(cTexture* texture);
     void freeTexture(cTexture* texture);
     void releaseImage(cTextureImage* image);
 
+    QMap<QString, cTexture*>* m_placeholders = nullptr;
+    QHash<QString, uint> m_paletteStamps;
     QHash<cTexture*, QString> m_sourceIds; // where each texture stands in textures
     QHash<cTextureImage*, QString> m_imageIds;
     cTextureUploader* m_uploader = nullptr;

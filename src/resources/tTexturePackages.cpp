@@ -9,8 +9,10 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 static QString extensionOf(const QString& path) {
@@ -30,19 +32,35 @@ bool cTextureManager::acceptsName(const QString& path) const {
     });
 }
 
+static std::pair<QString, QString> partsOf(const QString& key) {
+    const int split = key.lastIndexOf(QStringLiteral("::"));
+    return split < 0 ? std::make_pair(key, QString())
+                     : std::make_pair(key.left(split), key.mid(split + 2));
+}
+
 // ---- Sharing
 
-cTexturePackage* cTextureManager::acquirePackage(const QString& key) {
-    cTexturePackage*& package = packages[key];
+static QString lookOf(const QString& paletteFile) {
+    return QStringLiteral("\n%1\n%2").arg(Sys_TextureBrightness()).arg(paletteFile);
+}
+
+QString cTextureManager::packageId(const QString& key, const QString& paletteFile) {
+    return key + lookOf(paletteFile);
+}
+
+cTexturePackage* cTextureManager::acquirePackage(const QString& key, const QString& paletteFile) {
+    const QString id = packageId(key, paletteFile);
+    cTexturePackage*& package = packages[id];
     if (package) {
         ++package->refCount;
         return package;
     }
-    const int split = key.lastIndexOf(QStringLiteral("::"));
     package = new cTexturePackage;
     package->manager = this;
-    package->path = split < 0 ? key : key.left(split);
-    package->filter = split < 0 ? QString() : key.mid(split + 2);
+    package->id = id;
+    package->palette = paletteFile;
+    package->look = lookOf(paletteFile);
+    std::tie(package->path, package->filter) = partsOf(key);
     if (QFileInfo(package->path).isDir())
         package->kind = PK_DIRECTORY;
     else if (isPackageExtension(extensionOf(package->path)))
@@ -50,12 +68,11 @@ cTexturePackage* cTextureManager::acquirePackage(const QString& key) {
     return package;
 }
 
-void cTextureManager::releasePackage(const QString& key) {
-    cTexturePackage* package = findPackage(key);
+void cTextureManager::releasePackage(cTexturePackage* package) {
     if (!package || --package->refCount > 0)
         return;
     unloadPackage(package);
-    packages.remove(key);
+    packages.remove(package->id);
     delete package;
 }
 
@@ -68,9 +85,42 @@ void cTextureManager::unloadPackage(cTexturePackage* package) {
 
 // ---- Contents
 
+static QFileInfoList filesIn(const QString& folder, const QString& filter) {
+    const QStringList patterns = filter.split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    return QDir(folder).entryInfoList(patterns, QDir::Files | QDir::Readable);
+}
+
 static QFileInfoList filesOf(const cTexturePackage& package) {
-    const QStringList patterns = package.filter.split(QLatin1Char(';'), Qt::SkipEmptyParts);
-    return QDir(package.path).entryInfoList(patterns, QDir::Files | QDir::Readable);
+    return package.kind == PK_DIRECTORY ? filesIn(package.path, package.filter)
+                                        : QFileInfoList{QFileInfo(package.path)};
+}
+
+bool cTextureManager::holdsImages(const QString& folder, const QString& filter) const {
+    const QFileInfoList files = filesIn(folder, filter);
+    return std::any_of(files.begin(), files.end(), [&](const QFileInfo& file) {
+        const QString extension = extensionOf(file.filePath());
+        return std::any_of(textureFormats.begin(), textureFormats.end(),
+                           [&](const cTextureFormat& f) { return f.extension == extension; });
+    });
+}
+
+QStringList cTextureManager::expandedKey(const QString& key) const {
+    constexpr int MOST_FOLDERS = 1000;
+    const auto [path, filter] = partsOf(key);
+    if (!QFileInfo(path).isDir())
+        return {key};
+    QStringList folders;
+    QDirIterator tree(path, QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (tree.hasNext() && folders.size() < MOST_FOLDERS)
+        folders << tree.next();
+    folders.sort();
+    folders.prepend(path);
+    QStringList keys;
+    for (const QString& folder : qAsConst(folders)) {
+        if (holdsImages(folder, filter))
+            keys << folder + QStringLiteral("::") + filter;
+    }
+    return keys.isEmpty() ? QStringList(key) : keys;
 }
 
 cTexturePackage* cTextureManager::packageInfo(cTexturePackage* package) const {
@@ -108,20 +158,20 @@ template<class Format> static void givePalette(const Format& format, const uint8
         format.setPalette(palette);
 }
 
-static cTextureSource sourceOf(const cTexturePackage& package, const QString& palette) {
-    cTextureSource source = {0, 0, palette, Sys_TextureBrightness()};
-    const auto add = [&](const QFileInfo& file) {
-        if (!file.exists())
-            return;
-        source.size += file.size();
-        source.time = std::max(source.time, file.lastModified().toMSecsSinceEpoch());
-    };
-    if (package.kind != PK_DIRECTORY)
-        add(QFileInfo(package.path));
-    else
-        for (const QFileInfo& file : filesOf(package))
-            add(file);
-    return source;
+uint cTextureManager::stampOf(const QFileInfoList& files) {
+    uint stamp = 0;
+    for (const QFileInfo& file : files) {
+        const qint64 time = file.exists() ? file.lastModified().toMSecsSinceEpoch() : 0;
+        stamp = qHash(file.fileName(), qHash(file.size(), qHash(time, stamp)));
+    }
+    return stamp;
+}
+
+static uint stampOf(const cTexturePackage& package) {
+    QFileInfoList files = filesOf(package);
+    if (!package.palette.isEmpty())
+        files << QFileInfo(package.palette);
+    return cTextureManager::stampOf(files);
 }
 
 void cTextureManager::outdate() {
@@ -133,18 +183,14 @@ static void showLoading(const QString& base, const QString& path) {
     g_host->showProgress(QStringLiteral("Precaching: %1").arg(relativePath(base, path)));
 }
 
-bool cTextureManager::isUpToDate(const cTexturePackage& package, const QString& paletteFile) const {
-    return package.loaded && !package.outdated && package.palette == paletteFile &&
-           package.brightness == Sys_TextureBrightness();
+bool cTextureManager::isUpToDate(const cTexturePackage& package) const {
+    return package.loaded && !package.outdated && package.stamp == ::stampOf(package);
 }
 
-bool cTextureManager::loadPackage(cTexturePackage* package, const QString& base,
-                                  const QString& paletteFile) {
-    if (isUpToDate(*package, paletteFile))
-        return true;
-    const cTextureSource source = sourceOf(*package, paletteFile);
-    if (source == package->failed)
-        return false;
+bool cTextureManager::loadPackage(cTexturePackage* package, const QString& base) {
+    const uint stamp = ::stampOf(*package);
+    if (package->tried && stamp == package->stamp && !package->outdated)
+        return package->loaded;
     const int warned = warningCount();
     const cBusy busy; // events are processed, and views would paint half a set
     const std::vector<cTexture*> before = std::exchange(package->textures, {});
@@ -152,12 +198,10 @@ bool cTextureManager::loadPackage(cTexturePackage* package, const QString& base,
     m_duplicateTold = false;
     m_delivered.clear();
     package->infoValid = package->outdated = false;
-    package->loaded =
-        readSet(package, base, paletteFile.isEmpty() ? nullptr : findPalette(paletteFile));
+    package->tried = true;
+    package->stamp = stamp;
+    package->loaded = readSet(package, base, findPalette(package->palette));
     m_delivered.clear();
-    package->palette = paletteFile;
-    package->brightness = source.brightness;
-    package->failed = package->loaded ? cTextureSource() : source;
     if (!package->loaded) {
         unloadPackage(package);
         if (warningCount() == warned) // else the plug-in has told why
@@ -216,7 +260,7 @@ bool cTextureManager::loadDirectory(cTexturePackage* package, const QString& bas
 
 bool cTextureManager::loadFile(cTexturePackage* package, const QString& path,
                                const uint8_t* palette) {
-    cTexture* present = m_rereading ? nullptr : textures.value(path);
+    cTexture* present = m_rereading ? nullptr : textures.value(path + package->look);
     if (present) {
         ++present->refCount;
         package->textures.push_back(present);

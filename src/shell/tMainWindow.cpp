@@ -27,6 +27,7 @@
 #include "support/tMapText.h"
 #include "support/tSystem.h"
 #include "views/tGLWidget.h"
+#include "views/tModelPoses.h"
 #include "views/tTextureUpload.h"
 
 #include <QApplication>
@@ -109,6 +110,8 @@ cMainWindow::cMainWindow() : m_startPalette(QApplication::palette()) {
     m_shareWidget = std::make_unique<cGLWidget>(eGLBuffers::Color);
     m_textureUpload = std::make_unique<cTextureUpload>(*m_shareWidget);
     m_services->textures.setUploader(m_textureUpload.get());
+    m_services->models.setUploader(m_textureUpload.get());
+    m_services->models.recordsGone = [] { cModelPoses::shared().clear(); };
     m_services->textures.setDefaultTexture(m_textureUpload->defaultTexture());
     createDocks();
     createDialogs();

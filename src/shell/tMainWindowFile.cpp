@@ -82,6 +82,7 @@ bool cMainWindow::openFile(const QString& path) {
     cProject* opened = project.release();
     projects.append(opened);
     createProjectWindows(opened);
+    m_services->models.purge();
     m_recentFiles->add(path);
     if (cCanvas* canvas = opened->firstCanvas())
         setActiveCanvas(canvas);
@@ -131,6 +132,7 @@ void cMainWindow::cmdFileNew() {
     cProject* made = project.release();
     projects.append(made);
     createProjectWindows(made);
+    m_services->models.purge();
 }
 
 static QString openFilters(const cPluginManager& plugins) {

@@ -25,7 +25,8 @@
 static const QString PROGRAM_NAME = QStringLiteral("Karvex");
 
 cProject::cProject()
-    : game(g_mainWindow->services().configs, g_mainWindow->services().textures),
+    : game(g_mainWindow->services().configs, g_mainWindow->services().textures,
+           g_mainWindow->services().models),
       map(std::make_unique<cMap>(game, this)) {}
 
 cProject::~cProject() {

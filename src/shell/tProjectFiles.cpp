@@ -62,12 +62,10 @@ bool cProject::loadProject(const QString& file) {
     map->clearMap();
     activateConfig();
     cTextureCatalogue* catalogue = game.catalogue();
-    if (catalogue)
-        catalogue->removeMissingEntries();
+    catalogue->removeMissingEntries();
     bool isDamaged = false;
     const bool read = readFile(file, &isDamaged);
-    if (catalogue)
-        catalogue->addMissingEntries();
+    catalogue->addMissingEntries();
     if (!read) {
         map->clearMap();
         return false;

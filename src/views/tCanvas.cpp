@@ -6,6 +6,7 @@
 #include "document/tMapContext.h"
 #include "support/tHost.h"
 #include "support/tVec.h"
+#include "views/tAnimationClock.h"
 #include "views/tCachedPicture.h"
 #include "views/tChildWindow.h"
 #include "views/tDocumentViews.h"
@@ -35,6 +36,7 @@ cCanvas::cCanvas(QWidget* parent, cChildWindow* window)
         projection[i] = modelview[i] = (i % 5 == 0) ? 1.0f : 0.0f;
     hasMultisample = isMultisampled();
     connect(&m_timer, &QTimer::timeout, this, &cCanvas::runFrame);
+    connect(&cAnimationClock::shared(), &cAnimationClock::ticked, this, &cCanvas::animate);
     m_lastFrameTime.start();
 }
 
@@ -291,6 +293,7 @@ void cCanvas::refreshViewInfo() {
     viewInfo.modelRenderDistance = float(g_host->ModelRenderDistance);
     viewInfo.selectionBulletSize = float(g_host->SelectionBulletSize);
     viewInfo.vertexBulletSize = float(g_host->VertexToolBulletSize);
+    viewInfo.seconds = isCamera() ? cAnimationClock::shared().seconds() : 0;
     viewInfo.frustum = &frustum;
     viewInfo.settings = cDrawSettings::current();
     fillViewVectors();

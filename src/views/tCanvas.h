@@ -205,6 +205,9 @@ private:
     void fillCell();
     void setAxes(int type);
     void measureCaption();
+    bool isAnimated() const;
+    void keepAnimated() const;
+    void animate();
     void applyTimerRule();
     void fillViewVectors();
     uint32_t settingFlags() const;
@@ -280,6 +283,8 @@ private:
     void drawPick(int x, int y, int pickFlags, int pickMode);
 
     QTimer m_timer;
+    // When what the view shows looks different, on the clock of animations.
+    double m_changesAt = std::numeric_limits<double>::infinity();
     QElapsedTimer m_lastFrameTime;
     QScrollBar* m_horizontal = nullptr;
     QScrollBar* m_vertical = nullptr;

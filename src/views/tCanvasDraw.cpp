@@ -8,6 +8,7 @@
 #include "support/tHost.h"
 #include "support/tSystem.h"
 #include "support/tVec.h"
+#include "views/tAnimationClock.h"
 #include "views/tCachedPicture.h"
 #include "views/tChildWindow.h"
 #include "views/tDocumentViews.h"
@@ -222,7 +223,7 @@ void cCanvas::drawMapPicture() {
 // Draws the picture anew if what it depends on has changed. Call only with a usable picture.
 void cCanvas::updatePicture() {
     cPictureKey key = pictureKey();
-    if (m_picture->isCurrent(key))
+    if (m_picture->isCurrent(key) && viewInfo.seconds < m_picture->stats().changesAt)
         return;
     m_picture->begin();
     stats = {};
@@ -293,10 +294,30 @@ void cCanvas::paintGL() {
 
 void cCanvas::paintView() {
     drawPicture();
+    m_changesAt = stats.changesAt;
+    keepAnimated();
     drawWorldOverlays();
     drawPixelOverlays();
     if (isCamera())
         ++frameCount;
+}
+
+// ---- Animation
+
+bool cCanvas::isAnimated() const {
+    return m_changesAt < std::numeric_limits<double>::infinity();
+}
+
+void cCanvas::keepAnimated() const {
+    if (isAnimated() && isVisible())
+        cAnimationClock::shared().keepRunning();
+}
+
+// The clock has ticked.
+void cCanvas::animate() {
+    keepAnimated();
+    if (isAnimated() && cAnimationClock::shared().seconds() >= m_changesAt)
+        update();
 }
 
 // ---- Over the picture, in pixels

@@ -2,6 +2,7 @@
 // The painter's own: arrays that are kept from draw to draw, and its walks over rows.
 #pragma once
 
+#include "document/tEntity.h"
 #include "views/tMapPainter.h"
 
 struct cMapPainter::cScratch {
@@ -11,8 +12,8 @@ struct cMapPainter::cScratch {
     cDrawRanges ranges;
     std::vector<int32_t> firsts; // vertices of outlines
     std::vector<int32_t> counts;
-    std::vector<uint64_t> distances;                  // far first, and of them what was met last
-    std::vector<const cTranslucentFace*> translucent; // as they were met
+    std::vector<uint64_t> distances;           // far first, of the same what was met first
+    std::vector<cTranslucentItem> translucent; // as they were met
     std::vector<uint32_t> indices;                    // of the faces in the order drawn
     cGLBuffer indexBuffer{cGLBuffer::INDICES};
 };
@@ -23,6 +24,23 @@ template<class Take> void cMapPainter::eachRow(eDrawKind kind, Take take) {
         const cDrawKey& key = m_buffers.row(number).key;
         if (key.kind == kind && !isHidden(key))
             take(number, key);
+    }
+}
+
+// take(slot, entity) for each entity in view that has a sprite or a model and is not hidden.
+template<class Take> void cMapPainter::eachFigure(Take take) {
+    for (uint32_t leaf = 0; leaf < m_masks.size(); ++leaf) {
+        if (!isLeafVisible(leaf))
+            continue;
+        for (const uint32_t number : m_buffers.leaves()[leaf].figures) {
+            const cDrawSlot& slot = m_buffers.slot(number);
+            if (isHiddenByTraits(slot.traits))
+                continue;
+            float mins[3], maxs[3];
+            cullBounds(slot.entity(), mins, maxs);
+            if (!m_view.frustum->cullBox(mins, maxs))
+                take(slot, slot.entity());
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 #include "document/tMapLists.h"
 #include "support/tVec.h"
 #include "views/tDrawScratch.h"
+#include "views/tFigureDraw.h"
 #include "views/tGLState.h"
 #include "views/tLooseDraw.h"
 
@@ -16,6 +17,7 @@ static constexpr float MARK_HALF = 3.5f;   // pixels
 void cMapPainter::drawFlat() {
     for (const eWhich which : {UNSELECTED, SELECTED}) {
         drawFlatEdges(which);
+        drawFigures(which);
         drawMarks(which);
         if (which == SELECTED)
             drawMoving();
@@ -44,7 +46,7 @@ void cMapPainter::drawFlatEdges(eWhich which) {
     };
     cDrawKey last;
     eachRow(KIND_FLAT_EDGES, [&](uint32_t number, const cDrawKey& key) {
-        if (key.traits & TRAIT_MOVING)
+        if ((key.traits & TRAIT_MOVING) || isReplaced(key))
             return;
         if (!byVertex && (key.color != last.color || key.traits != last.traits)) {
             drawRanges(GL_LINES);
@@ -60,7 +62,7 @@ void cMapPainter::drawFlatEdges(eWhich which) {
     if (which == UNSELECTED)
         return;
     eachSelectedCell([&](const cDrawKey& key, const cSelectedCell& cell) {
-        if (key.kind != KIND_FLAT_EDGES || (key.traits & TRAIT_MOVING))
+        if (key.kind != KIND_FLAT_EDGES || (key.traits & TRAIT_MOVING) || isReplaced(key))
             return;
         setColor(key);
         m_ranges.add(cell.first, cell.count);
@@ -141,7 +143,10 @@ void cMapPainter::drawMoving() {
         const cDrawSlot& slot = m_buffers.slot(number);
         if (!slot.is(SLOT_MOVING) || !slot.is(SLOT_SHOWN) || !isLeafVisible(slot.leaf))
             continue;
-        if (const cEntityData* entity = slot.entity())
+        const cEntityData* entity = slot.entity();
+        if (entity && hasRenderObject(entity, m_view))
+            drawMovingModel(entity);
+        else if (entity)
             gatherFlatBox(m_batch, m_view, entity->mins, entity->maxs, boxDim, true);
         else
             for (const cFaceData* face : facesOf(slot.brush()))

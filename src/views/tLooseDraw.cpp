@@ -8,6 +8,7 @@
 #include "support/tMath.h"
 #include "support/tVec.h"
 #include "views/tDrawScratch.h"
+#include "views/tFigureDraw.h"
 
 #include <cmath>
 
@@ -88,6 +89,8 @@ void cMapPainter::drawArrows(eWhich which) {
             const cEntityData* entity = slot.entity();
             if (slot.is(SLOT_SELECTED) != (which == SELECTED) || isHiddenByTraits(slot.traits))
                 continue;
+            if (entity->attachKind == AK_MODEL && hasRenderObject(entity, m_view))
+                continue; // the model itself shows it
             gatherArrow(m_batch, entity->mins, entity->maxs, entity->angles);
         }
     }

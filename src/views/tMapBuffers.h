@@ -59,7 +59,8 @@ struct cDrawLeaf {
     std::vector<uint32_t> objects;     // slots
     std::vector<cOutlineRun> outlines; // of what is selected
     std::vector<cTranslucentFace> translucent;
-    std::vector<uint32_t> arrows; // slots of entities that show the way they look
+    std::vector<uint32_t> arrows;  // slots of entities that show the way they look
+    std::vector<uint32_t> figures; // slots of those with a sprite or model
     float mins[3];                // of all its objects
     float maxs[3];
     float coreMins[3]; // as they were when its cells were made
@@ -94,7 +95,7 @@ struct cDrawSlot {
     uint32_t count = 0;
     uint32_t signature = 0;
     uint16_t flags = 0;
-    uint8_t traits = 0; // of all that is drawn of it
+    uint16_t traits = 0; // of all that is drawn of it
     bool is(eSlotFlag flag) const { return (flags & flag) != 0; }
     cBrushData* brush() const {
         return is(SLOT_BRUSH) ? static_cast<cBrushData*>(record) : nullptr;

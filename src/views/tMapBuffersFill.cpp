@@ -15,8 +15,8 @@
 
 size_t cMapBuffers::cKeyHash::operator()(const cDrawKey& key) const {
     const auto texture = reinterpret_cast<uintptr_t>(key.texture);
-    const uint64_t rest = uint64_t(key.color) << 24 | uint64_t(key.kind) << 16 |
-                          uint64_t(key.facing) << 8 | key.traits;
+    const uint64_t rest = uint64_t(key.color) << 32 | uint64_t(key.kind) << 24 |
+                          uint64_t(key.facing) << 16 | key.traits;
     const uint64_t mixed = (texture ^ rest * 0x9e3779b97f4a7c15u) * 0xff51afd7ed558ccdu;
     return size_t(mixed ^ mixed >> 32);
 }
@@ -206,9 +206,13 @@ void cMapBuffers::addIndices(uint32_t number) {
 }
 
 void addBounds(const cDrawSlot& slot, cDrawLeaf& leaf) {
-    const cEntityData* entity = slot.entity();
-    const float* mins = entity ? entity->mins : slot.brush()->mins;
-    const float* maxs = entity ? entity->maxs : slot.brush()->maxs;
+    float mins[3], maxs[3];
+    if (const cEntityData* entity = slot.entity()) {
+        cullBounds(entity, mins, maxs);
+    } else {
+        vecCopy(slot.brush()->mins, mins);
+        vecCopy(slot.brush()->maxs, maxs);
+    }
     for (int i = 0; i < 3; ++i) {
         leaf.mins[i] = std::min(leaf.mins[i], mins[i]);
         leaf.maxs[i] = std::max(leaf.maxs[i], maxs[i]);
@@ -221,6 +225,7 @@ void cDrawLeaf::clear() {
     brushes = entities = faces = 0;
     translucent.clear();
     arrows.clear();
+    figures.clear();
     T_ClearBounds(mins, maxs);
 }
 
@@ -241,6 +246,8 @@ void cMapBuffers::listObject(uint32_t number) {
     leaf.faces += int(m_shape.faces.size());
     if (m_shape.hasArrow)
         leaf.arrows.push_back(number);
+    if (m_shape.isFigure())
+        leaf.figures.push_back(number);
     addIndices(number);
     if (m_shape.isTranslucent)
         listTranslucent(leaf, number);

@@ -8,6 +8,7 @@
 #include "support/tVec.h"
 #include "views/tCullTreeWalk.h"
 #include "views/tDrawScratch.h"
+#include "views/tFigureDraw.h"
 #include "views/tGLState.h"
 #include "views/tMapPainter.h"
 #include "views/tPickPainter.h"
@@ -63,6 +64,7 @@ cMapPainter::~cMapPainter() {
 }
 
 void cMapPainter::draw() {
+    cModelPoses::shared().beginDraw();
     m_buffers.update(m_view.detailContentMask, m_view.settings.color(COLOR_SELECTED_FILL));
     findVisible();
     m_indices = m_buffers.indices().bind();
@@ -116,7 +118,7 @@ void cMapPainter::findVisible() {
     }
 }
 
-bool cMapPainter::isHiddenByTraits(uint8_t traits) const {
+bool cMapPainter::isHiddenByTraits(uint16_t traits) const {
     const uint32_t mask = m_view.hideMask;
     return ((traits & TRAIT_DETAIL) && (mask & HM_DETAIL)) ||
            ((traits & TRAIT_ITEM) && (mask & HM_ITEMS)) ||

@@ -16,6 +16,12 @@ class cMap;
 struct cTextureImage;
 struct cTranslucentRun;
 
+// What is seen through: a face, or the entity of a slot.
+struct cTranslucentItem {
+    const cTranslucentFace* face; // or null
+    const cDrawSlot* slot;
+};
+
 // Into the view that is set up, with its context current; picks where the view says so.
 void drawMap(cMap& map, cViewInfo& view, cDrawStats& stats);
 // Whether the view shows the face at all, whatever its brush.
@@ -36,7 +42,7 @@ private:
     // tMapDraw.cpp
     void findVisible();
     bool isLeafVisible(uint32_t leaf) const { return m_masks[leaf] != 0; }
-    bool isHiddenByTraits(uint8_t traits) const;
+    bool isHiddenByTraits(uint16_t traits) const;
     bool isHidden(const cDrawKey& key) const;
     bool isPutOff(const cDrawKey& key) const;
     void addRow(uint32_t row, eWhich which);
@@ -70,9 +76,22 @@ private:
     // tTranslucentDraw.cpp
     void drawTranslucent();
     void gatherTranslucent();
+    bool isFaceSeenThrough(const cTranslucentFace& face) const;
+    void addTranslucent(const cTranslucentItem& item, const float* place);
+    void drawTranslucentFaces(size_t& next, uint32_t& firstIndex);
     void drawTranslucentRuns();
     void drawTranslucentRun(const cTranslucentRun& run, uint32_t first, uint32_t count);
     void drawTranslucentOutline(const cTranslucentFace& face);
+    // tFigurePaint.cpp
+    bool isReplaced(const cDrawKey& key) const;
+    bool isFigurePutOff(const cEntityData* entity) const;
+    template<class Take> void eachFigure(Take take);
+    void figureColor(const cEntityData* entity, bool isSelected, uint8_t* rgba) const;
+    void drawFigures(eWhich which);
+    void addFarBox(const cDrawSlot& slot, const uint8_t* rgba);
+    void drawFarBoxes(eWhich which);
+    void drawTranslucentFigure(const cTranslucentItem& item);
+    void drawMovingModel(const cEntityData* entity);
     // tLooseDraw.cpp
     void drawArrows(eWhich which);
     void drawFaceGrids();

@@ -7,6 +7,7 @@
 #include "views/tGLState.h"
 #include "views/tViewInfo.h"
 
+#include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <qopengl.h>
@@ -16,24 +17,31 @@ cModelStream& cModelStream::instance() {
     return stream;
 }
 
-void cModelStream::beginModelDraw(const cViewInfo& view) {
+void cModelStream::begin(const cViewInfo& view, uint32_t state) {
     m_count = 0;
     m_primitive = -1;
     m_dirty = 0;
     memset(m_color, 0, sizeof m_color);
     m_st[0] = m_st[1] = 0;
-    m_filter = g_host->TextureFilter;
-    m_savedState = GL_CurrentState();
+    m_filter = view.settings.textureFilter;
+    m_state = {};
+    m_state.word = m_savedState = state;
+    m_viewAsked = false;
     vecCopy(view.origin, m_view);
     vecCopy(view.forward, m_view + 3);
     vecCopy(view.right, m_view + 6);
     vecCopy(view.up, m_view + 9);
+}
+
+void cModelStream::beginModelDraw(const cViewInfo& view) {
+    begin(view, GL_CurrentState());
+    m_recording = nullptr;
     glCullFace(GL_FRONT);
     glEnableClientState(GL_VERTEX_ARRAY);
     glEnableClientState(GL_TEXTURE_COORD_ARRAY);
-    glColorPointer(4, GL_UNSIGNED_BYTE, sizeof(cVertex), m_vertices[0].color);
-    glTexCoordPointer(2, GL_FLOAT, sizeof(cVertex), m_vertices[0].st);
-    glVertexPointer(3, GL_FLOAT, sizeof(cVertex), m_vertices[0].xyz);
+    glColorPointer(4, GL_UNSIGNED_BYTE, sizeof(cModelVertex), m_vertices[0].color);
+    glTexCoordPointer(2, GL_FLOAT, sizeof(cModelVertex), m_vertices[0].st);
+    glVertexPointer(3, GL_FLOAT, sizeof(cModelVertex), m_vertices[0].xyz);
 }
 
 void cModelStream::endModelDraw() {
@@ -53,21 +61,41 @@ void cModelStream::endModelDraw() {
     glCullFace(GL_BACK);
 }
 
+void cModelStream::beginRecording(const cViewInfo& view, uint32_t state,
+                                  cModelRecording& recording) {
+    begin(view, state);
+    m_recording = &recording;
+}
+
+bool cModelStream::endRecording() {
+    flush();
+    m_dirty = 0;
+    m_recording = nullptr;
+    return !m_viewAsked;
+}
+
 void cModelStream::pointSize(float size) {
     flush();
-    GL_PointSize(size);
+    m_state.pointSize = size;
     m_dirty |= POINT_SIZE;
+    if (!m_recording)
+        GL_PointSize(size);
 }
 
 void cModelStream::lineWidth(float width) {
     flush();
-    GL_LineWidth(width);
+    m_state.lineWidth = width;
     m_dirty |= LINE_WIDTH;
+    if (!m_recording)
+        GL_LineWidth(width);
 }
 
 void cModelStream::texture(const cTextureImage* image) {
     flush();
+    m_state.image = image;
     m_dirty |= TEXTURE;
+    if (m_recording)
+        return;
     if (!image) {
         glDisable(GL_TEXTURE_2D);
         return;
@@ -86,10 +114,30 @@ void cModelStream::primitive(int code) {
     m_primitive = known ? primitives[code] : -1;
 }
 
+void cModelStream::draw(int count) {
+    if (count <= 0 || m_primitive < 0)
+        return;
+    if (m_recording)
+        m_recording->add(m_state, GLenum(m_primitive), m_vertices, count);
+    else
+        glDrawArrays(GLenum(m_primitive), 0, count);
+}
+
 void cModelStream::flush() {
-    if (m_count > 0 && m_primitive >= 0)
-        glDrawArrays(GLenum(m_primitive), 0, m_count);
+    draw(m_count);
     m_count = 0;
+}
+
+// Draws what is whole of a full buffer; what goes on beyond it begins the next one. A strip has an
+// even number of triangles here, so the next ones keep their side.
+void cModelStream::makeRoom() {
+    const bool turnsAroundFirst = m_primitive == GL_TRIANGLE_FAN || m_primitive == GL_POLYGON;
+    const int rest = m_primitive == GL_TRIANGLES ? m_count % 3 : 0;
+    const int kept = m_primitive == GL_TRIANGLE_STRIP ? 2 : turnsAroundFirst ? 1 : rest;
+    draw(m_count - rest);
+    cModelVertex* to = m_vertices + (turnsAroundFirst ? 1 : 0);
+    std::copy(m_vertices + m_count - kept, m_vertices + m_count, to);
+    m_count = int(to - m_vertices) + kept;
 }
 
 void cModelStream::color(uint8_t r, uint8_t g, uint8_t b, uint8_t a) {
@@ -98,18 +146,19 @@ void cModelStream::color(uint8_t r, uint8_t g, uint8_t b, uint8_t a) {
 }
 
 void cModelStream::colorV(const uint8_t* rgba) {
-    if (!rgba) {
-        flush();
-        glDisableClientState(GL_COLOR_ARRAY);
-        m_dirty &= ~COLOR_ARRAY;
-        return;
-    }
-    memcpy(m_color, rgba, sizeof m_color);
-    if (m_dirty & COLOR_ARRAY)
+    if (rgba)
+        memcpy(m_color, rgba, sizeof m_color);
+    if (m_state.hasColors == (rgba != nullptr))
         return;
     flush();
-    glEnableClientState(GL_COLOR_ARRAY);
-    m_dirty |= COLOR_ARRAY;
+    m_state.hasColors = rgba != nullptr;
+    m_dirty = rgba ? m_dirty | COLOR_ARRAY : m_dirty & ~COLOR_ARRAY;
+    if (m_recording)
+        return;
+    if (rgba)
+        glEnableClientState(GL_COLOR_ARRAY);
+    else
+        glDisableClientState(GL_COLOR_ARRAY);
 }
 
 void cModelStream::texCoord(float s, float t) {
@@ -118,26 +167,25 @@ void cModelStream::texCoord(float s, float t) {
 }
 
 void cModelStream::vertex(const float* xyz) {
-    cVertex& v = m_vertices[m_count++];
+    cModelVertex& v = m_vertices[m_count++];
     memcpy(v.color, m_color, sizeof v.color);
     v.st[0] = m_st[0];
     v.st[1] = m_st[1];
     vecCopy(xyz, v.xyz);
     if (m_count == CAPACITY)
-        flush();
-}
-
-uint32_t cModelStream::state() const {
-    return GL_CurrentState();
+        makeRoom();
 }
 
 void cModelStream::setState(uint32_t state) {
     flush();
-    GL_State(state);
+    m_state.word = state;
     m_dirty |= STATE;
+    if (!m_recording)
+        GL_State(state);
 }
 
-void cModelStream::getView(float* out) const {
+void cModelStream::getView(float* out) {
+    m_viewAsked = true;
     memcpy(out, m_view, sizeof m_view);
 }
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The vertex stream through which model plug-ins draw: one buffer of 8192 vertices, drawn when it
-// is full or when a state changes. The services Render_* of the plug-in border call the members.
+// The vertex stream through which model plug-ins draw: one buffer of 8192 vertices, which goes to
+// OpenGL, or into a recording, when it is full or when a state changes. The services Render_* of
+// the plug-in border call the members.
 #pragma once
 
-#include "plugininterface/tPluginInterface.h"
+#include "views/tModelRecording.h"
 
 struct cViewInfo;
 
@@ -17,6 +18,10 @@ public:
     // Around the call of a plug-in's render function, with a current context.
     void beginModelDraw(const cViewInfo& view);
     void endModelDraw();
+    // The same, but nothing is drawn: all goes into the recording. The state is what the plug-in
+    // finds set. False: the plug-in asked for the view, so the recording is good for it alone.
+    void beginRecording(const cViewInfo& view, uint32_t state, cModelRecording& recording);
+    bool endRecording();
 
     void pointSize(float size);
     void lineWidth(float width);
@@ -27,23 +32,20 @@ public:
     void colorV(const uint8_t* rgba); // null turns the colour array off
     void texCoord(float s, float t);
     void vertex(const float* xyz);
-    uint32_t state() const;
+    uint32_t state() const { return m_state.word; }
     void setState(uint32_t state);
-    void getView(float* out) const; // origin, forward, right, up
+    void getView(float* out); // origin, forward, right, up
 
     int pending() const { return m_count; }
 
 private:
-    struct cVertex {
-        uint8_t color[4];
-        float st[2];
-        float xyz[3];
-    };
-    static_assert(sizeof(cVertex) == 24);
+    void begin(const cViewInfo& view, uint32_t state);
+    void draw(int count);
+    void makeRoom();
 
     enum eDirty { POINT_SIZE = 1, LINE_WIDTH = 2, STATE = 4, TEXTURE = 8, COLOR_ARRAY = 16 };
 
-    cVertex m_vertices[CAPACITY];
+    cModelVertex m_vertices[CAPACITY];
     int m_count = 0;
     int m_primitive = -1; // a GL primitive, or -1 for none
     uint8_t m_color[4] = {255, 255, 255, 255};
@@ -52,4 +54,7 @@ private:
     int m_filter = 0;
     uint32_t m_savedState = 0;
     int m_dirty = 0;
+    cModelState m_state;
+    cModelRecording* m_recording = nullptr; // null: to OpenGL
+    bool m_viewAsked = false;
 };

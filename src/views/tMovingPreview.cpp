@@ -11,6 +11,7 @@
 #include "support/tHost.h"
 #include "support/tVec.h"
 #include "views/tDrawBatch.h"
+#include "views/tFigureDraw.h"
 #include "views/tLooseDraw.h"
 #include "views/tViewInfo.h"
 
@@ -82,7 +83,7 @@ static bool keepsDepth(const float* matrix, int axis) {
 
 // A point entity where the transform would put it.
 static void gatherMoved(const cEntityData* entity, const cViewInfo& view,
-                        const cTransformRecord& record) {
+                        const cTransformRecord& record, cModelBatch& models) {
     float origin[3], shift[3], mins[3], maxs[3], angles[3];
     vecCopy(entity->origin, origin);
     const float* pivot = record.center ? record.center : entity->origin;
@@ -93,6 +94,10 @@ static void gatherMoved(const cEntityData* entity, const cViewInfo& view,
     vecCopy(entity->angles, angles);
     if (g_host->TransformAngles)
         rotateAngles(entity->angles, record.matrix, angles);
+    if (hasRenderObject(entity, view)) {
+        models.addMoved(entity, origin, angles, view.settings.color(COLOR_SELECTED_FILL));
+        return;
+    }
     cDrawBatch& batch = cDrawBatch::shared();
     gatherFlatBox(batch, view, mins, maxs, view.settings.color(COLOR_SELECTED_LINE), false);
     if (hasArrow(entity))
@@ -186,11 +191,13 @@ void cMovingPreview::draw(const cMap& map, const cViewInfo& view, cDrawStats& st
     const bool flat = keepsDepth(record.matrix, view.axisDepth);
     drawEdges(edgesSeenAlong(flat ? view.axisDepth : -1), view, record);
     stats.brushes += int(m_parts.size());
+    cModelBatch models(view, stats);
     for (const cEntityData* entity : selectedEntitiesOf(map.data)) {
         if ((entity->flags & (EF_DIRTY | EF_HIDDEN)) || entity->brushes)
             continue;
-        gatherMoved(entity, view, record);
+        gatherMoved(entity, view, record, models);
         ++stats.entities;
     }
+    models.flush();
     cDrawBatch::shared().flush();
 }

@@ -64,19 +64,26 @@ static uint32_t wordOf(const uint8_t* rgba) {
 
 // ---- What decides where it is drawn
 
-static uint8_t entityTraits(const cEntityData* entity) {
-    return uint8_t((entity->flags & EF_ITEM ? TRAIT_ITEM : 0) |
+static uint16_t entityTraits(const cEntityData* entity) {
+    return uint16_t((entity->flags & EF_ITEM ? TRAIT_ITEM : 0) |
                    (entity->flags & EF_PATH ? TRAIT_PATH : 0));
 }
 
-static uint8_t brushTraits(const cBrushData* brush, uint32_t detailMask) {
+static uint16_t brushTraits(const cBrushData* brush, uint32_t detailMask) {
     const cEntityData* owner = brush->owner;
-    uint8_t traits = owner->flags & EF_WORLD ? 0 : entityTraits(owner);
+    uint16_t traits = owner->flags & EF_WORLD ? 0 : entityTraits(owner);
     if (brush->faces && (brush->faces->tex.contentFlags & detailMask))
         traits |= TRAIT_DETAIL;
     if (owner->flags & EF_TRANSPARENT)
         traits |= TRAIT_TRANSPARENT;
     return traits;
+}
+
+// What an entity without brushes shows in place of its box.
+static uint16_t figureTraits(const cEntityData* entity) {
+    return entity->attachKind == AK_SPRITE  ? TRAIT_SPRITE
+           : entity->attachKind == AK_MODEL ? TRAIT_MODEL
+                                            : 0;
 }
 
 static bool isBrushShown(const cBrushData* brush) {
@@ -214,7 +221,7 @@ void cObjectShape::make(const cEntityData* entity, const cShapeWish& wish) {
     m_looks = wish.looks;
     uint8_t color[4];
     entityColor(entity, color);
-    traits = entityTraits(entity) | TRAIT_BOX;
+    traits = uint16_t(entityTraits(entity) | figureTraits(entity) | TRAIT_BOX);
     isShown = !(entity->flags & (EF_DIRTY | EF_HIDDEN));
     isMoving = (entity->flags & EF_MOVING) != 0;
     hasArrow = ::hasArrow(entity);

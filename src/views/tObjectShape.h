@@ -21,14 +21,16 @@ enum eDrawKind : uint8_t {
 // Faces that look along one of the axes can be left out a leaf at a time.
 enum eFacing : uint8_t { FACING_OTHER = 6 }; // below it 2 * axis, plus 1 for its lower side
 
-enum eDrawTrait : uint8_t {
+enum eDrawTrait : uint16_t {
     TRAIT_DETAIL = 0x01,
     TRAIT_ITEM = 0x02,
     TRAIT_PATH = 0x04,
     TRAIT_TRANSPARENT = 0x08, // by its entity
     TRAIT_BOX = 0x10,         // of a point entity
     TRAIT_NODRAW = 0x20,      // an edge of such faces alone
-    TRAIT_MOVING = 0x40       // a line that 2D views show in another way
+    TRAIT_MOVING = 0x40,      // a line that 2D views show in another way
+    TRAIT_SPRITE = 0x80,      // the box of an entity with a sprite
+    TRAIT_MODEL = 0x100       // with a model
 };
 
 struct cDrawKey {
@@ -36,7 +38,7 @@ struct cDrawKey {
     uint32_t color = 0;                // of lines in 2D views; 0 is the scheme's for brushes
     eDrawKind kind = KIND_FACES;
     uint8_t facing = FACING_OTHER;
-    uint8_t traits = 0;
+    uint16_t traits = 0;
 
     bool operator==(const cDrawKey& other) const;
 };
@@ -92,12 +94,13 @@ public:
     std::vector<uint32_t> flatCorners; // vertices
     cDrawKey markKey;
     float center[3];
-    uint8_t traits; // of all keys
+    uint16_t traits; // of all keys
     bool isShown;   // by its own flags and its entity's
     bool isMoving;
     bool isQuads;       // all faces have four corners, and none is nodraw
     bool isTranslucent; // a face is
     bool hasArrow;      // shows the way it looks
+    bool isFigure() const { return (traits & (TRAIT_SPRITE | TRAIT_MODEL)) != 0; }
     // Two shapes of one signature differ in coordinates, texture coordinates and colours alone.
     uint32_t signature;
 
@@ -120,7 +123,7 @@ private:
     void addFaces(const cBrushData* brush, const uint8_t* color);
     void addFace(const cBrushData* brush, const cFaceData* face, const uint8_t* color);
     void addColors(const uint8_t* color, float shade, float alpha);
-    uint8_t lineTraits() const { return uint8_t(traits | (isMoving ? TRAIT_MOVING : 0)); }
+    uint16_t lineTraits() const { return uint16_t(traits | (isMoving ? TRAIT_MOVING : 0)); }
     void makeEdges(uint32_t color);
     void findCorners();
     void findManyCorners();

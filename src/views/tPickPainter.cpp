@@ -10,6 +10,8 @@
 #include "support/tSettings.h"
 #include "support/tVec.h"
 #include "views/tCullTreeWalk.h"
+#include "views/tFigureDraw.h"
+#include "views/tGLState.h"
 #include "views/tLooseDraw.h"
 #include "views/tMapPainter.h"
 
@@ -128,7 +130,9 @@ void cPickPainter::drawEntity(cEntityData* entity, bool inside) {
         ((entity->flags & EF_ITEM) && (mask & HM_ITEMS)) ||
         ((entity->flags & EF_PATH) && (mask & HM_PATHS)))
         return;
-    if (!inside && isCulled(entity->mins, entity->maxs))
+    float mins[3], maxs[3];
+    cullBounds(entity, mins, maxs);
+    if (!inside && isCulled(mins, maxs))
         return;
     entity->lastFrame = m_view.frame;
     if (entity->brushes) {
@@ -143,10 +147,27 @@ void cPickPainter::drawEntity(cEntityData* entity, bool inside) {
     uint8_t rgba[4];
     const bool grouped = m_view.pickMode == PICK_GROUPS && entity->rootGroup;
     pickColor(grouped ? entity->rootGroup->group->pickId : entity->entity->pickId, rgba);
-    if (!m_view.is3D)
+    if (hasRenderObject(entity, m_view))
+        drawFigure(entity, rgba);
+    else if (!m_view.is3D)
         gatherFlatBox(m_batch, m_view, entity->mins, entity->maxs, rgba, false);
     else if (m_view.isWireframe())
         m_batch.boxLines(entity->mins, entity->maxs, rgba);
     else
         gatherSolidBox(m_batch, entity->mins, entity->maxs, rgba);
+}
+
+// By its shape. Over what was gathered before it, as nothing else decides in a 2D view.
+void cPickPainter::drawFigure(const cEntityData* entity, const uint8_t* rgba) {
+    m_batch.flush();
+    if (entity->attachKind == AK_MODEL) {
+        cModelBatch models(m_view, m_stats);
+        models.lineWidth = m_batch.lineWidth;
+        models.add(entity, rgba);
+        models.flush();
+        return;
+    }
+    GL_LineWidth(m_batch.lineWidth);
+    drawSprite(entity, m_view, m_stats, GLS_ALPHA_TEST | GLS_DEPTH_WRITE, rgba);
+    GL_LineWidth(1);
 }

@@ -23,6 +23,7 @@ private:
     void drawBrush(cBrushData* brush, bool inside);
     void drawEntity(cEntityData* entity, bool inside);
     void drawFace(const cFaceData* face, const uint8_t* brushColor);
+    void drawFigure(const cEntityData* entity, const uint8_t* rgba);
     void drawHandle(const float* center, const uint8_t* rgba);
     bool isCulled(const float* mins, const float* maxs);
 

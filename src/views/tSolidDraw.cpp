@@ -21,9 +21,11 @@ void cMapPainter::drawSolid() {
     drawMarkedFaces();
     if (m_view.has(VF_GRID_3D))
         drawFaceGrids();
+    drawFigures(UNSELECTED);
     drawArrows(UNSELECTED);
     m_batch.flush();
     drawSelectedFaces();
+    drawFigures(SELECTED);
     if (!m_view.has(VF_MORPHING)) {
         drawOutlines();
         drawSelectedLines(m_view.settings.color(COLOR_SELECTED_LINE), true);
@@ -67,7 +69,7 @@ void cMapPainter::drawFaces() {
         drawRanges(GL_TRIANGLES);
     };
     eachRow(KIND_FACES, [&](uint32_t number, const cDrawKey& key) {
-        if (isPutOff(key))
+        if (isPutOff(key) || isReplaced(key))
             return;
         const cTextureImage* image = imageOf(key);
         if (image != gathered)
@@ -108,13 +110,13 @@ void cMapPainter::drawSelectedFaces() {
         drawRanges(GL_TRIANGLES);
     };
     eachRow(KIND_FACES, [&](uint32_t number, const cDrawKey& key) {
-        if (isPutOff(key))
+        if (isPutOff(key) || isReplaced(key))
             return;
         addRow(number, SELECTED);
         draw(key);
     });
     eachSelectedCell([&](const cDrawKey& key, const cSelectedCell& cell) {
-        if (key.kind != KIND_FACES || isPutOff(key))
+        if (key.kind != KIND_FACES || isPutOff(key) || isReplaced(key))
             return;
         m_ranges.add(cell.first, cell.count);
         draw(key);
@@ -197,15 +199,20 @@ void cMapPainter::drawWires() {
     pointAtColors(m_buffers.look(LOOK_LINES));
     pointAtVertices();
     for (const eDrawKind kind : {KIND_FLAT_EDGES, KIND_OTHER_EDGES})
-        eachRow(kind, [&](uint32_t number, const cDrawKey&) { addRow(number, UNSELECTED); });
+        eachRow(kind, [&](uint32_t number, const cDrawKey& key) {
+            if (!isReplaced(key))
+                addRow(number, UNSELECTED);
+        });
     drawRanges(GL_LINES);
     noColors();
     drawMarkedFaces();
     if (m_view.has(VF_GRID_3D))
         drawFaceGrids();
+    drawFigures(UNSELECTED);
     drawArrows(UNSELECTED);
     m_batch.flush();
     drawSelectedLines(m_view.settings.color(COLOR_SELECTED_LINE), false);
+    drawFigures(SELECTED);
     drawArrows(SELECTED);
     m_batch.flush();
 }

@@ -6,6 +6,7 @@
 #include "support/tSettings.h"
 #include "support/tVec.h"
 #include "views/tDrawScratch.h"
+#include "views/tFigureDraw.h"
 #include "views/tGLState.h"
 
 #include <algorithm>
@@ -21,50 +22,56 @@ static uint32_t stateOf(const cTranslucentFace& face, const cDrawKey& key) {
     return state;
 }
 
+bool cMapPainter::isFaceSeenThrough(const cTranslucentFace& face) const {
+    const cDrawKey& key = m_buffers.row(face.row).key;
+    return vecDot(face.normal, m_view.origin) >= face.dist - BACK_MARGIN && !isHidden(key) &&
+           isPutOff(key);
+}
+
+// Far first; of the same distance, or without sorting, what was met first.
+void cMapPainter::addTranslucent(const cTranslucentItem& item, const float* place) {
+    uint32_t rank = 0;
+    if (m_view.has(VF_TRANSPARENT_SORT)) {
+        float away[3];
+        vecSubtract(place, m_view.origin, away);
+        rank = ~uint32_t(int(vecLength(away)));
+    }
+    m_scratch.distances.push_back(uint64_t(rank) << 32 | m_scratch.translucent.size());
+    m_scratch.translucent.push_back(item);
+}
+
 void cMapPainter::gatherTranslucent() {
-    std::vector<const cTranslucentFace*>& faces = m_scratch.translucent;
     std::vector<uint64_t>& distances = m_scratch.distances;
-    faces.clear();
+    m_scratch.translucent.clear();
     distances.clear();
-    const bool sorted = m_view.has(VF_TRANSPARENT_SORT);
     for (uint32_t leaf = 0; leaf < m_masks.size(); ++leaf) {
         if (!isLeafVisible(leaf))
             continue;
-        for (const cTranslucentFace& face : m_buffers.leaves()[leaf].translucent) {
-            const cDrawKey& key = m_buffers.row(face.row).key;
-            if (vecDot(face.normal, m_view.origin) < face.dist - BACK_MARGIN || isHidden(key) ||
-                !isPutOff(key))
-                continue;
-            uint32_t rank = 0; // far first; of the same distance what was met last
-            if (sorted) {
-                float away[3];
-                vecSubtract(face.center, m_view.origin, away);
-                rank = ~uint32_t(int(vecLength(away)));
-            }
-            const auto met = uint32_t(faces.size());
-            distances.push_back(uint64_t(rank) << 32 | (sorted ? ~met : met));
-            faces.push_back(&face);
-        }
+        for (const cTranslucentFace& face : m_buffers.leaves()[leaf].translucent)
+            if (isFaceSeenThrough(face))
+                addTranslucent({&face, &m_buffers.slot(face.slot)}, face.center);
     }
-    if (sorted)
-        std::sort(distances.begin(), distances.end());
+    eachFigure([&](const cDrawSlot& slot, const cEntityData* entity) {
+        if (hasRenderObject(entity, m_view) && isFigurePutOff(entity))
+            addTranslucent({nullptr, &slot}, entity->origin);
+    });
+    std::sort(distances.begin(), distances.end());
     for (uint64_t& entry : distances)
-        entry = sorted ? ~uint32_t(entry) : uint32_t(entry);
+        entry = uint32_t(entry);
 }
 
 // Runs of one state word and one texture share a call, so the order from far to near is kept. A
 // selected face has its outline drawn before the next face.
 void cMapPainter::drawTranslucent() {
     gatherTranslucent();
-    const std::vector<const cTranslucentFace*>& faces = m_scratch.translucent;
-    if (faces.empty())
+    if (m_scratch.translucent.empty())
         return;
     std::vector<uint32_t>& indices = m_scratch.indices;
     indices.clear();
     for (const uint64_t place : m_scratch.distances) {
-        const cTranslucentFace& face = *faces[size_t(place)];
-        for (uint32_t i = 2; i < face.count; ++i)
-            indices.insert(indices.end(), {face.first, face.first + i - 1, face.first + i});
+        const cTranslucentFace* face = m_scratch.translucent[size_t(place)].face;
+        for (uint32_t i = 2; face && i < face->count; ++i)
+            indices.insert(indices.end(), {face->first, face->first + i - 1, face->first + i});
     }
     cGLBuffer& buffer = m_scratch.indexBuffer;
     buffer.replace(indices.data(), indices.size() * sizeof(uint32_t));
@@ -73,7 +80,7 @@ void cMapPainter::drawTranslucent() {
     drawTranslucentRuns();
     GL_ResetState(GLS_DEFAULT);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    m_stats.faces += int(faces.size());
+    m_stats.faces += int(m_scratch.translucent.size());
     m_indices = m_buffers.indices().bind();
 }
 
@@ -89,30 +96,46 @@ struct cTranslucentRun {
 };
 
 void cMapPainter::drawTranslucentRuns() {
-    const auto runOf = [this](const cTranslucentFace& face) {
-        const cDrawKey& key = m_buffers.row(face.row).key;
-        const bool selected = m_buffers.slot(face.slot).is(SLOT_SELECTED);
-        const bool ofFace = (face.face->flags & FF_SELECTED) && !(m_view.hideMask & HM_FACE_MASK);
-        return cTranslucentRun{stateOf(face, key), imageOf(key), selected || ofFace,
-                               selected && !m_view.has(VF_MORPHING)};
-    };
     const std::vector<uint64_t>& order = m_scratch.distances;
     uint32_t firstIndex = 0;
-    for (size_t i = 0; i < order.size();) {
-        const cTranslucentFace& face = *m_scratch.translucent[size_t(order[i])];
-        const cTranslucentRun run = runOf(face);
-        uint32_t count = 0;
-        do {
-            count += (m_scratch.translucent[size_t(order[i])]->count - 2) * 3;
-            ++i;
-        } while (i < order.size() && runOf(*m_scratch.translucent[size_t(order[i])]) == run);
-        drawTranslucentRun(run, firstIndex, count);
-        if (run.outlined)
-            drawTranslucentOutline(face);
-        firstIndex += count;
+    for (size_t next = 0; next < order.size();) {
+        const cTranslucentItem& item = m_scratch.translucent[size_t(order[next])];
+        if (item.face) {
+            drawTranslucentFaces(next, firstIndex);
+            continue;
+        }
+        drawTranslucentFigure(item);
+        ++next;
     }
     bindImage(nullptr);
     noColors();
+}
+
+// The run of faces that begins there.
+void cMapPainter::drawTranslucentFaces(size_t& next, uint32_t& firstIndex) {
+    const auto itemAt = [this](size_t place) -> const cTranslucentItem& {
+        return m_scratch.translucent[size_t(m_scratch.distances[place])];
+    };
+    const auto runOf = [this](const cTranslucentItem& item) {
+        const cDrawKey& key = m_buffers.row(item.face->row).key;
+        const bool selected = item.slot->is(SLOT_SELECTED);
+        const bool ofFace =
+            (item.face->face->flags & FF_SELECTED) && !(m_view.hideMask & HM_FACE_MASK);
+        return cTranslucentRun{stateOf(*item.face, key), imageOf(key), selected || ofFace,
+                               selected && !m_view.has(VF_MORPHING)};
+    };
+    const cTranslucentFace& face = *itemAt(next).face;
+    const cTranslucentRun run = runOf(itemAt(next));
+    uint32_t count = 0;
+    do {
+        count += (itemAt(next).face->count - 2) * 3;
+        ++next;
+    } while (next < m_scratch.distances.size() && itemAt(next).face &&
+             runOf(itemAt(next)) == run);
+    drawTranslucentRun(run, firstIndex, count);
+    if (run.outlined)
+        drawTranslucentOutline(face);
+    firstIndex += count;
 }
 
 void cMapPainter::drawTranslucentRun(const cTranslucentRun& run, uint32_t first, uint32_t count) {

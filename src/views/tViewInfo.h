@@ -6,6 +6,8 @@
 #include "views/tDrawSettings.h"
 #include "views/tFrustum.h"
 
+#include <limits>
+
 struct cTexture;
 
 enum eViewType { VIEW_FRONT = 0, VIEW_SIDE = 1, VIEW_TOP = 2, VIEW_CAMERA = 3 };
@@ -44,6 +46,8 @@ struct cDrawStats {
     int calls = 0;
     int ranges = 0;
     int bytes = 0; // sent
+    // When something animated in view looks different, on the clock of animations.
+    double changesAt = std::numeric_limits<double>::infinity();
 };
 
 struct cViewInfo {
@@ -61,6 +65,7 @@ struct cViewInfo {
     int axisSign = 1;
     uint32_t detailContentMask = 0;
     float frameTime = 0; // seconds since the last frame
+    double seconds = 0;  // on the clock of animations; 2D views show where they begin
     float invZoom = 4;   // world units per pixel, 2D
     float gridSize = 32;
     float gridDepth = 512; // how near the camera must be for the grid on a face

@@ -114,50 +114,6 @@ TEST_F(FaceMapping, textureLockLeavesSkewAloneAndShiftsWithoutLockScale) {
     EXPECT_EQ(face->tex.uScale, before.uScale);
 }
 
-TEST_F(FaceMapping, fitRepeatsTheTextureAsOftenAsAsked) {
-    cFaceData* face = faceTowards(0, 0, 1);
-    float points[6][3];
-    faceExtents(face, points);
-    justify(face, JUSTIFY_FIT, points, 2, 1);
-    computeTexCoords(face);
-    float least = 1e9f, most = -1e9f;
-    for (int i = 0; i < face->vertexCount; ++i) {
-        least = std::min(least, face->vertices[i].st[0]);
-        most = std::max(most, face->vertices[i].st[0]);
-    }
-    EXPECT_NEAR(most - least, 2, 1e-4f);
-}
-
-// The points reach from -130 to 130 texels in S, from -67 to 61 in T; shifts wrap by 64 and 32.
-TEST_F(FaceMapping, justifyMovesOneEdgeOrTheMiddle) {
-    struct cCase {
-        int mode;
-        float uShift, vShift;
-    };
-    const cCase cases[] = {{JUSTIFY_TOP, 5, 3}, // 67 - 64
-                           {JUSTIFY_BOTTOM, 5, -29},
-                           {JUSTIFY_LEFT, 2, 7},
-                           {JUSTIFY_RIGHT, -2, 7},
-                           {JUSTIFY_CENTER, 32, 19},
-                           {99, 5, 7}};
-    cFaceData* face = faceTowards(0, 0, 1);
-    float points[6][3];
-    faceExtents(face, points);
-    for (float(&point)[3] : points) {
-        point[0] = point[0] < 0 ? -65.0f : 65.0f;
-        point[1] = point[1] < 0 ? -61.0f : 67.0f; // v runs down
-    }
-    for (const cCase& c : cases) {
-        face->tex.uScale = 0.5f;
-        face->tex.uShift = 5;
-        face->tex.vShift = 7;
-        justify(face, c.mode, points, 1, 1);
-        EXPECT_FLOAT_EQ(face->tex.uShift, c.uShift) << c.mode;
-        EXPECT_FLOAT_EQ(face->tex.vShift, c.vShift) << c.mode;
-        EXPECT_EQ(face->tex.uScale, 0.5f) << c.mode;
-    }
-}
-
 // Across the shared edge the pattern runs on: the edge's points have the same texels on both.
 TEST_F(FaceMapping, wrappingRunsOnAcrossTheEdgeAtAnyAngle) {
     cFaceData* ref = faceTowards(0, 0, 1);
@@ -193,23 +149,6 @@ TEST_F(FaceMapping, wrappingRunsOnAcrossTheEdgeAtAnyAngle) {
     const cFaceTexture before = face->tex;
     alignToFace(face, nullptr);
     EXPECT_EQ(memcmp(&before, &face->tex, sizeof before), 0);
-}
-
-TEST_F(FaceMapping, viewAlignmentRaisesTinyScalesOnly) {
-    cFaceData* face = faceTowards(0, 0, 1);
-    face->tex.uScale = 0.0005f;
-    face->tex.vScale = 0.001f;
-    const float point[3] = {1, 2, 3}, u[3] = {1, 0, 0}, v[3] = {0, 1, 0};
-    alignToPlane(face, point, u, v);
-    EXPECT_EQ(face->tex.uScale, 1.0f);
-    EXPECT_EQ(face->tex.vScale, 0.001f);
-    face->tex.uScale = 2;
-    face->tex.rotation = 30;
-    alignToPlane(face, point, v, u);
-    EXPECT_EQ(face->tex.uShift, 4);
-    EXPECT_EQ(face->tex.rotation, 0);
-    expectAxis(face->tex.uAxis, 0, 1, 0);
-    EXPECT_TRUE(face->flags & FF_DIRTY);
 }
 
 TEST_F(FaceMapping, texturesCountTheirUsers) {

@@ -69,8 +69,8 @@ protected:
 
     cTexturePackage* load(const QString& path, const QString& palette = QString()) {
         EXPECT_TRUE(palette.isEmpty() || textures.loadPalette(palette, QString()));
-        cTexturePackage* package = textures.acquirePackage(path + QStringLiteral("::"));
-        textures.loadPackage(package, QString(), palette);
+        cTexturePackage* package = textures.acquirePackage(path + QStringLiteral("::"), palette);
+        textures.loadPackage(package, QString());
         return package;
     }
     static std::vector<std::string> names(const cTexturePackage* package) {

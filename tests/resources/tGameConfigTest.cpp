@@ -50,7 +50,7 @@ TEST_F(cGameConfigTest, fileIsReadUpToTheFirstGap) {
     EXPECT_EQ(one.gameCommandLine, str("-a, -b"));
     EXPECT_EQ(one.textureBrightness, 50);
     EXPECT_TRUE(gameData.find(str("/a.fgd")));
-    EXPECT_TRUE(textures.findPackage(str("/x.pak::")));
+    EXPECT_EQ(one.packages.at(0)->path, str("/x.pak"));
     const cGameConfig* two = configs.find(str("Two"));
     ASSERT_EQ(two, configs.configs[1]);
     EXPECT_FALSE(two->enabled) << "absent reads as false";
@@ -110,7 +110,7 @@ TEST_F(cGameConfigTest, relativePathsLieInTheGameOrBesideTheProgram) {
     EXPECT_EQ(config->parcels, QStringList(base + str("game/textures::*.tga")));
     EXPECT_EQ(config->paletteFile, base + str("game/palette.lmp"));
     EXPECT_EQ(config->gameExecutable, str("run"));
-    EXPECT_EQ(textures.findPackage(config->parcels[0])->kind, PK_DIRECTORY);
+    EXPECT_EQ(config->packages.at(0)->kind, PK_DIRECTORY);
     configs.precache(config);
     EXPECT_TRUE(configs.findClass(config, str("light"), CF_POINT));
 
@@ -213,7 +213,6 @@ TEST_F(cGameConfigTest, whatCannotBeReadIsTriedAgain) {
     config->parcels << path("late.img::");
     config->paletteFile = write("short.pal", QByteArray(767, '\0'));
     gameData.acquire(config->gameData[0]);
-    textures.acquirePackage(config->parcels[0]);
     configs.precache(config);
     EXPECT_TRUE(configs.needsPrecache(config));
     EXPECT_EQ(count(eMessage::Error, "can't open"), 1);
@@ -229,14 +228,20 @@ TEST_F(cGameConfigTest, whatCannotBeReadIsTriedAgain) {
 
 TEST_F(cGameConfigTest, onlyTheStartReadsUnlessSwitchedOff) {
     write("a.fgd", "@pointclass = light []");
-    const QString ini = write("x.ini", "[Config0]\nTitle=Game\nGameData0=a.fgd\n");
+    const QString ini = write("x.ini", "[Config0]\nTitle=Game\nEnabled=1\nGameData0=a.fgd\n"
+                                       "[Config1]\nTitle=Other\n");
     cGameConfigRegistry taking(gameData, textures, nullptr);
     for (const bool switchedOff : {true, false}) {
         host.NoPrecache = switchedOff;
         configs.load(ini);
         EXPECT_EQ(configs.needsPrecache(configs.configs[0]), switchedOff);
-        if (!switchedOff)
+        if (!switchedOff) {
+            write("x.ini", readFile(ini) + "Enabled=1\nGameData0=b.fgd\n");
+            configs.load(ini);
+            EXPECT_TRUE(configs.needsPrecache(configs.configs[1]))
+                << "there are two to choose from";
             continue;
+        }
         configs.configs[0]->useCount = 1;
         taking.assign(configs, false);
         EXPECT_TRUE(taking.needsPrecache(taking.find(str("Game")))) << "nobody asked for it";

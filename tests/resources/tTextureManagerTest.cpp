@@ -43,7 +43,7 @@ protected:
     }
     cTexturePackage* load(const QString& key) {
         cTexturePackage* package = textures.acquirePackage(key);
-        textures.loadPackage(package, folder.path(), QString());
+        textures.loadPackage(package, folder.path());
         return package;
     }
 
@@ -60,12 +60,15 @@ TEST_F(cTextureManagerTest, kindOfASetFollowsFromItsPath) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(textures.acquirePackage(c.first)->kind, c.second) << qPrintable(c.first);
-    EXPECT_EQ(textures.findPackage(cases[3].first)->path, str("/a"));
-    EXPECT_EQ(textures.acquirePackage(cases[1].first)->refCount, 2);
-    textures.releasePackage(cases[1].first);
-    EXPECT_TRUE(textures.findPackage(cases[1].first));
-    textures.releasePackage(cases[1].first);
-    EXPECT_FALSE(textures.findPackage(cases[1].first));
+    EXPECT_EQ(textures.acquirePackage(cases[3].first)->path, str("/a"));
+    cTexturePackage* shared = textures.acquirePackage(cases[1].first);
+    EXPECT_EQ(shared->refCount, 2);
+    cTexturePackage* painted = textures.acquirePackage(cases[1].first, str("/other.pal"));
+    EXPECT_NE(painted, shared) << "another game's palette";
+    textures.releasePackage(shared);
+    EXPECT_EQ(textures.packages.size(), 5);
+    textures.releasePackage(shared);
+    EXPECT_EQ(textures.packages.size(), 4);
 }
 
 TEST_F(cTextureManagerTest, packageIsLoadedAndUnloadedWhole) {
@@ -79,7 +82,7 @@ TEST_F(cTextureManagerTest, packageIsLoadedAndUnloadedWhole) {
     EXPECT_EQ(host.count(eMessage::Print, str("Loading textures from \"") + package->path), 1);
     cTexture* held = package->textures[0];
     ++held->refCount; // a face
-    textures.releasePackage(key);
+    textures.releasePackage(package);
     EXPECT_EQ(textures.textures.size(), 1) << "a texture lives while any holder does";
     textures.releaseTexture(held);
     EXPECT_TRUE(textures.textures.isEmpty());
@@ -135,8 +138,8 @@ TEST_F(cTextureManagerTest, paletteIsGivenBeforeEveryLoad) {
     const auto& calls = *static_cast<const int32_t*>(resolve("g_paletteCalls"));
     const int32_t before = calls;
     for (const char* name : {"a.grey", "b.grey"}) {
-        cTexturePackage* package = textures.acquirePackage(writeGrey(name, 1, 1) + str("::"));
-        EXPECT_TRUE(textures.loadPackage(package, QString(), good));
+        cTexturePackage* package = textures.acquirePackage(writeGrey(name, 1, 1) + str("::"), good);
+        EXPECT_TRUE(textures.loadPackage(package, QString()));
     }
     EXPECT_EQ(calls, before + 2) << "the format is not told, so nobody knows what was set before";
     EXPECT_EQ(given, textures.findPalette(good));
@@ -151,26 +154,27 @@ TEST_F(cTextureManagerTest, missingTextureBecomesRealInPlace) {
     EXPECT_TRUE(hole->flags & TF_PLACEHOLDER);
     EXPECT_EQ(catalogue.groupOf(str("brick001")), cTextureCatalogue::missing());
     ++hole->refCount;
-    textures.releaseTexture(hole);
-    EXPECT_EQ(textures.findPlaceholder(str("brick001")), hole) << "it holds itself";
     cTextureCatalogue second(textures);
-    EXPECT_EQ(second.addMissing(str("brick001")), hole) << "also in another configuration";
+    EXPECT_NE(second.addMissing(str("brick001")), hole) << "another configuration has its own";
+    second.refreshMissing();
+    EXPECT_EQ(second.missingCount, 0) << "nobody uses it there";
 
     cGameConfig config;
     config.gameBasedir = folder.path();
-    config.parcels << write("set.names", "brick001") + str("::");
-    cTexturePackage* package = load(config.parcels[0]);
-    EXPECT_EQ(package->textures[0], hole);
+    textures.adoptFrom(&catalogue.placeholders);
+    config.packages << load(write("set.names", "brick001") + str("::"));
+    textures.adoptFrom(nullptr);
+    EXPECT_EQ(config.packages[0]->textures[0], hole);
     EXPECT_EQ(hole->flags, uint32_t(TF_REPLACED));
     EXPECT_EQ(hole->width, 8);
-    EXPECT_TRUE(textures.placeholders.isEmpty());
+    EXPECT_TRUE(catalogue.placeholders.isEmpty());
     textures.clearReplacedMarks();
     EXPECT_EQ(hole->flags, 0u);
-    catalogue.removeMissingEntries();
     catalogue.rebuild(config);
     catalogue.addMissingEntries();
     EXPECT_EQ(catalogue.find(str("BRICK001")), hole);
     EXPECT_EQ(catalogue.missingCount, 0);
+    textures.releaseTexture(hole);
 }
 
 TEST_F(cTextureManagerTest, catalogueGroupsSetsAndTheFirstNameWins) {
@@ -179,18 +183,17 @@ TEST_F(cTextureManagerTest, catalogueGroupsSetsAndTheFirstNameWins) {
     writeGrey("one.grey", 2, 2);
     QDir(folder.path()).mkdir(str("decals"));
     writeGrey("decals/spot.grey", 2, 2);
-    config.parcels << write("a.names", "brick001") + str("::")
-                   << write("b.names", "BRICK001other001") + str("::")
-                   << write("none.names", "") + str("::") << path("one.grey::")
-                   << path("decals::*.grey") << str("/never/acquired::");
-    for (int i = 0; i < 5; ++i)
-        load(config.parcels[i]);
+    for (const QString& key :
+         {write("a.names", "brick001") + str("::"),
+          write("b.names", "BRICK001other001") + str("::"), write("none.names", "") + str("::"),
+          path("one.grey::"), path("decals::*.grey")})
+        config.packages << load(key);
     cTextureCatalogue catalogue(textures);
-    catalogue.addMissing(str("gone"));
+    cTexture* gone = catalogue.addMissing(str("gone"));
+    ++gone->refCount; // a face
     catalogue.rebuild(config);
     catalogue.addMissingEntries();
-    EXPECT_EQ(catalogue.find(str("brick001")),
-              textures.findPackage(config.parcels[0])->textures[0]);
+    EXPECT_EQ(catalogue.find(str("brick001")), config.packages[0]->textures[0]);
     const QString prefix = QDir(folder.path()).dirName() + QLatin1Char('/');
     EXPECT_EQ(catalogue.groupOf(str("Other001")), prefix + str("b.names"));
     EXPECT_EQ(catalogue.groupOf(str("one")), cTextureCatalogue::miscellaneous());
@@ -205,6 +208,7 @@ TEST_F(cTextureManagerTest, catalogueGroupsSetsAndTheFirstNameWins) {
                      prefix + str("a.names:/qrc/l_wad.png"), prefix + str("b.names:/qrc/l_wad.png"),
                      prefix + str("decals:/qrc/l_dir.png")}));
     EXPECT_EQ(catalogue.missingCount, 1);
+    textures.releaseTexture(gone);
 }
 
 TEST_F(cTextureManagerTest, hostileDeliveriesAreRefused) {
@@ -238,25 +242,26 @@ TEST_F(cTextureManagerTest, laterLoadsRenewTheSameTextures) {
     const QString file = writeGrey("a.grey", 4, 2);
     QStringList keys = {file + str("::"), folder.path() + str("::a.grey"),
                         write("set.names", "brick001grass002") + str("::")};
+    std::vector<cTexturePackage*> sets;
     std::vector<cTexture*> first;
-    for (const QString& key : keys)
-        for (cTexture* texture : load(key)->textures)
-            first.push_back(texture);
+    for (const QString& key : keys) {
+        sets.push_back(load(key));
+        first.insert(first.end(), sets.back()->textures.begin(), sets.back()->textures.end());
+    }
     ASSERT_EQ(first.size(), 4u);
     cTexture* held = first.back();
     ++held->refCount; // a face
     writeGrey("a.grey", 8, 16);
     write("set.names", "brick001");
-    textures.outdate();
     for (const QString& key : keys)
-        EXPECT_TRUE(load(key)->loaded);
-    EXPECT_EQ(textures.findPackage(keys[0])->textures[0], first[0]);
-    EXPECT_EQ(textures.findPackage(keys[1])->textures[0], first[0]);
+        EXPECT_TRUE(load(key)->loaded) << "files that have changed are read again";
+    EXPECT_EQ(sets[0]->textures[0], first[0]);
+    EXPECT_EQ(sets[1]->textures[0], first[0]);
     EXPECT_EQ(first[0]->refCount, 2);
     EXPECT_EQ(first[0]->width, 8);
     EXPECT_EQ(first[0]->image->height, 16);
     EXPECT_TRUE(first[0]->flags & TF_REPLACED);
-    EXPECT_EQ(textures.findPackage(keys[2])->textures, std::vector<cTexture*>({first[2]}));
+    EXPECT_EQ(sets[2]->textures, std::vector<cTexture*>({first[2]}));
     EXPECT_EQ(held->refCount, 1) << "what the set has no more goes with its faces";
     textures.releaseTexture(held);
 
@@ -266,8 +271,7 @@ TEST_F(cTextureManagerTest, laterLoadsRenewTheSameTextures) {
     cConfigFolders game;
     game.textureBrightness = 80;
     const cActiveConfigScope active(&game);
-    load(keys[0]);
-    EXPECT_EQ(m_uploader.contexts, contexts + 1) << "the brightness has";
+    EXPECT_NE(load(keys[0])->textures[0], first[0]) << "of another brightness";
 }
 
 TEST_F(cTextureManagerTest, brokenSetIsToldOnceAndTriedAgainWhenItsFileChanges) {
@@ -282,9 +286,9 @@ TEST_F(cTextureManagerTest, brokenSetIsToldOnceAndTriedAgainWhenItsFileChanges) 
 TEST_F(cTextureManagerTest, settingsAndBrightnessReachTheFacesOfOpenMaps) {
     cGameConfig* config = configs.addConfig(str("Game"));
     config->parcels << write("set.names", "brick001") + str("::");
-    textures.acquirePackage(config->parcels[0]);
     configs.precache(config);
-    const cTexture* texture = configs.catalogues.value(str("Game"))->find(str("brick001"));
+    const cTextureCatalogue& catalogue = *configs.catalogueOf(config);
+    const cTexture* texture = catalogue.find(str("brick001"));
     ASSERT_TRUE(texture);
     uint32_t marks = 0;
     configs.callbacks.renewFaces = [&] { marks = texture->flags; };
@@ -294,7 +298,54 @@ TEST_F(cTextureManagerTest, settingsAndBrightnessReachTheFacesOfOpenMaps) {
     EXPECT_FALSE(configs.needsPrecache(config));
     config->textureBrightness = 80;
     EXPECT_TRUE(configs.needsPrecache(config));
+    configs.callbacks.renewFaces = nullptr;
     configs.precache(config);
     EXPECT_FALSE(configs.needsPrecache(config));
+    EXPECT_NE(catalogue.find(str("brick001")), nullptr);
+    EXPECT_EQ(textures.packages.size(), 1) << "that of the old brightness went";
+    write("set.names", "brick002brick003");
+    EXPECT_TRUE(configs.needsPrecache(config));
     configs.removeConfig(str("Game"));
+}
+
+TEST_F(cTextureManagerTest, aFolderTreeIsASetForEachFolderWithImages) {
+    ASSERT_TRUE(QDir(folder.path()).mkpath(str("tree/b/deep")));
+    ASSERT_TRUE(QDir(folder.path()).mkpath(str("tree/a")));
+    cGameConfig* config = configs.addConfig(str("Game"));
+    config->gameBasedir = folder.path();
+    config->parcels << path("tree::*.grey") << path("tree/a::*.grey");
+    writeGrey("tree/a/one.grey", 1, 1);
+    writeGrey("tree/b/deep/two.grey", 1, 1);
+    write("tree/b/notes.txt", "none");
+    configs.precache(config);
+    const cTextureCatalogue& catalogue = *configs.catalogueOf(config);
+    const QString prefix = QDir(folder.path()).dirName() + QLatin1Char('/');
+    EXPECT_EQ(
+        QStringList(catalogue.groups.uniqueKeys()),
+        QStringList({str("(All Textures)"), prefix + str("tree/a"), prefix + str("tree/b/deep")}));
+    EXPECT_EQ(catalogue.entries.size(), 2);
+    writeGrey("tree/three.grey", 1, 1);
+    EXPECT_TRUE(configs.needsPrecache(config)) << "a folder has images now";
+    configs.precache(config);
+    EXPECT_EQ(catalogue.entries.size(), 3);
+    EXPECT_EQ(config->parcels.size(), 2) << "what is written stays";
+    configs.removeConfig(str("Game"));
+}
+
+TEST_F(cTextureManagerTest, aBareNameShowsTheOnlyTextureOfThatNameInAFolder) {
+    cGameConfig config;
+    config.packages << load(write("set.names", "a/stone1b/stone1a/brick1brick002") + str("::"));
+    cTextureCatalogue catalogue(textures);
+    catalogue.rebuild(config);
+    const auto shown = [&](const char* name) -> QByteArray {
+        const cTexture* texture = catalogue.findShown(str(name));
+        return texture ? texture->name : "";
+    };
+    cTexture* hole = catalogue.addMissing(str("brick1"));
+    EXPECT_EQ(shown("BRICK1"), "a/brick1") << "before its placeholder";
+    EXPECT_EQ(shown("stone1"), "") << "of two nobody knows which";
+    EXPECT_EQ(shown("c/brick1"), "") << "names with a folder are meant";
+    EXPECT_EQ(catalogue.find(str("brick1")), hole) << "by its own name";
+    EXPECT_STREQ(catalogue.defaultTexture(str("B/STONE1"))->name, "b/stone1");
+    EXPECT_STREQ(catalogue.defaultTexture(str("brick1"))->name, "a/brick1") << "the first";
 }

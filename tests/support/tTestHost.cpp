@@ -74,7 +74,15 @@ void cTestGame::releaseTexture(cTexture* texture) {
 void* cTestGame::acquireAttachment(eAttachKind kind, const char* name) {
     asked = name;
     ++references;
+    if (acquire)
+        return acquire(kind, name);
     return kind == AK_MODEL ? static_cast<void*>(&model) : &sprite;
+}
+
+void cTestGame::releaseAttachment(eAttachKind kind, void* record) {
+    --references;
+    if (giveBack)
+        giveBack(kind, record);
 }
 
 cEntityClass* cTestGame::addClass(const QString& name, int kind) {

@@ -9,6 +9,7 @@
 #include "support/tHost.h"
 
 #include <QStringList>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -22,7 +23,7 @@ public:
     cEntityClass* findClass(const char* name, eClassFilter filter) override;
     const cMapProfile& profile() const override { return mapProfile; }
     void* acquireAttachment(eAttachKind kind, const char* name) override;
-    void releaseAttachment(eAttachKind, void*) override { --references; }
+    void releaseAttachment(eAttachKind kind, void* record) override;
 
     // A texture that findTexture knows, of that size.
     cTexture* addTexture(const char* name, int width, int height);
@@ -31,6 +32,9 @@ public:
     cMapProfile mapProfile = {};
     std::map<std::string, cTexture> textures; // by upper-case name; known and missing ones
     std::vector<std::unique_ptr<cEntityClass>> classes;
+    // In place of that one sprite and model.
+    std::function<void*(eAttachKind, const char*)> acquire;
+    std::function<void(eAttachKind, void*)> giveBack;
     cSpriteRecord sprite = {}; // the one sprite and model that entities may show
     cModelRecord model = {};
     std::string asked; // the name of the last of them

@@ -635,7 +635,7 @@ TEST_F(DrawTest, modelStreamDrawsWhenFullAndPutsStateBack) {
         g_renderServices.vertex(p);
     EXPECT_EQ(stream.pending(), cModelStream::CAPACITY - 1);
     g_renderServices.vertex(p);
-    EXPECT_EQ(stream.pending(), 0);
+    EXPECT_EQ(stream.pending(), cModelStream::CAPACITY % 3) << "what is whole has been drawn";
     g_renderServices.vertex(p);
     g_renderServices.lineWidth(3);
     EXPECT_EQ(stream.pending(), 0) << "a change of state draws what came before it";

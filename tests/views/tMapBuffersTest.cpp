@@ -120,6 +120,8 @@ private:
             addVertices("translucent", face.first, face.count);
         for (const uint32_t slot : leaf.arrows)
             addVertices("arrow", m_buffers->slot(slot).first, m_buffers->slot(slot).count);
+        for (const uint32_t slot : leaf.figures)
+            addVertices("figure", m_buffers->slot(slot).first, m_buffers->slot(slot).count);
         for (const uint32_t number : leaf.objects) {
             const cDrawSlot& slot = m_buffers->slot(number);
             for (uint32_t i = 0; i < slot.count; ++i) {
@@ -154,6 +156,18 @@ QString differenceOf(const cContents& kept, const cContents& anew) {
 }
 } // namespace
 
+// Some of the lights show a model.
+static void giveModels(cWalkedBoxes& boxes, cRandomWalk& walk) {
+    for (cEntityData* entity : entitiesOf(boxes.map.data)) {
+        if (!(entity->flags & EF_POINT))
+            continue;
+        removeEpair(entity, "model");
+        if (walk.chance(2))
+            addEpairLast(entity, "model", "guard");
+        updateEntity(entity, UM_ATTACH);
+    }
+}
+
 static void walkBy(unsigned seed) {
     constexpr int SEGMENTS = 4, OPERATIONS = 40, STEPS = 3;
     cWalkedBoxes boxes(seed);
@@ -161,6 +175,8 @@ static void walkBy(unsigned seed) {
         if (brush->id % 3 == 0) // the others wear "wall"
             for (cFaceData* face : facesOf(brush))
                 setTextureName(face, "nowhere");
+    boxes.host.findClass("light", CF_POINT)->flags |= ECF_STUDIO;
+    std::fill_n(boxes.host.model.maxs, 3, 40.0f);
     cDrawn drawn;
     cRandomWalk walk(boxes.host, boxes.map, seed);
     int steps = 0;
@@ -172,6 +188,7 @@ static void walkBy(unsigned seed) {
         return differenceOf(kept, drawn.read(boxes.map));
     };
     for (int i = 0; i < SEGMENTS; ++i) {
+        giveModels(boxes, walk);
         const QString problem = walk.runSegment(OPERATIONS);
         ASSERT_TRUE(problem.isEmpty()) << "seed " << seed << "\n" << qPrintable(problem);
         walk.changeWithoutHistory();
