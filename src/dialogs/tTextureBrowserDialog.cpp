@@ -4,6 +4,7 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
+#include "operations/tFaceEdits.h"
 #include "resources/tTextureCatalogue.h"
 #include "support/tMapText.h"
 #include "ui_tTextureBrowserDialog.h"
@@ -128,8 +129,11 @@ void cTextureBrowserDialog::choose(const cTexture* texture) {
 }
 
 void cTextureBrowserDialog::exec_on_markTextures() {
-    if (m_map)
-        m_map->markTexture(m_ui->browser->selected());
+    if (!m_map || !m_ui->browser->selected())
+        return;
+    cTextureSearch search;
+    search.find = m_ui->browser->selected()->name;
+    markTextures(*m_map, search);
 }
 
 void cTextureBrowserDialog::exec_on_replaceTextures() {

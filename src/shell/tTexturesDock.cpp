@@ -91,26 +91,15 @@ const cTextureCatalogue* cTexturesDock::catalogue() const {
     return project ? project->game.catalogue() : nullptr;
 }
 
-static const cTexture* firstOf(const cTextureCatalogue& catalogue, const QString& part) {
-    for (const cTextureEntry& entry : catalogue.entries)
-        if (entry.group != cTextureCatalogue::missing() &&
-            fromMapText(entry.texture->name).contains(part, Qt::CaseInsensitive))
-            return entry.texture;
-    return nullptr;
-}
-
-// Its own if the catalogue knows it; else the first of the wishes that is more than a name.
+// Its own if the catalogue knows it, else that of the document shown before, else the game's.
 static const cTexture* startTexture(const cTextureCatalogue& catalogue, const QString& own,
-                                    const QStringList& wishes) {
+                                    const QString& before, const QString& byProfile) {
     if (const cTexture* texture = catalogue.find(own))
         return texture;
-    for (const QString& name : wishes) {
-        const cTexture* texture = catalogue.find(name);
-        if (texture && !(texture->flags & TF_PLACEHOLDER))
-            return texture;
-    }
-    const cTexture* wall = firstOf(catalogue, QStringLiteral("wall"));
-    return wall ? wall : firstOf(catalogue, QString());
+    const cTexture* texture = catalogue.find(before);
+    if (texture && !(texture->flags & TF_PLACEHOLDER))
+        return texture;
+    return catalogue.defaultTexture(byProfile);
 }
 
 // A group that does not hold the name gives way to the one that does.
@@ -172,7 +161,7 @@ void cTexturesDock::follow() {
         cProject& project = *m_activeProject();
         const QString byProfile = fromMapText(project.game.profile().defaultTexture);
         if (const cTexture* texture =
-                startTexture(*known, project.texture.name, {m_lastName, byProfile}))
+                startTexture(*known, project.texture.name, m_lastName, byProfile))
             take(project.texture, *texture, *known);
         show(*known);
     } else {
