@@ -8,6 +8,7 @@
 #include "resources/tTextureCatalogue.h"
 #include "support/tMapText.h"
 #include "ui_tTextureBrowserDialog.h"
+#include "views/tTextureBrowser.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
