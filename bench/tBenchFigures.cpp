@@ -24,8 +24,8 @@ static void writeModel(const QString& path) {
     for (int ring = 0; ring <= RINGS; ++ring)
         for (int side = 0; side < SIDES; ++side) {
             const double a = M_PI * ring / RINGS, b = 2 * M_PI * side / SIDES;
-            out << "v " << 24 * sin(a) * cos(b) << ' ' << 24 * cos(a) << ' '
-                << 24 * sin(a) * sin(b) << '\n';
+            out << "v " << 24 * sin(a) * cos(b) << ' ' << 24 * cos(a) << ' ' << 24 * sin(a) * sin(b)
+                << '\n';
         }
     for (int ring = 0; ring < RINGS; ++ring)
         for (int side = 0; side < SIDES; ++side) {

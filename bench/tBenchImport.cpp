@@ -10,6 +10,7 @@ cBench::cBench() {
     cPluginTargets targets;
     targets.configs = &configs;
     targets.models = &models;
+    targets.textures = &textures;
     manager = std::make_unique<cPluginManager>(targets);
     manager->loadAll(QStringLiteral(KARVEX_PLUGINS));
 }

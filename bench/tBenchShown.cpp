@@ -38,6 +38,7 @@ void cShownCity::wear(int textures) {
                 &m_textures[size_t((district * IN_DISTRICT + place++ % IN_DISTRICT) % textures)];
     }
     noteChange(map());
+    map().markChanged();
 }
 
 cShownCity::cShownCity(int brushes) {

@@ -64,8 +64,8 @@ public:
 private:
     static constexpr int WIDTH = 1200, HEIGHT = 900;
 
+    std::vector<cTexture> m_textures; // these two outlive the faces
+    std::vector<cTextureImage> m_images;
     cBenchDocument m_document;
     std::unique_ptr<cChildWindow> m_window;
-    std::vector<cTexture> m_textures;
-    std::vector<cTextureImage> m_images;
 };

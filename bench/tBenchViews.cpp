@@ -139,11 +139,14 @@ static void flyToAndFro(benchmark::State& state, cCanvas* camera) {
     }
 }
 
-static void flight(benchmark::State& state) {
+// Arguments: brushes, textures in use; 0 textures is filled. The camera moves, so no picture is
+// kept.
+static void texturedFrame(benchmark::State& state) {
     cShownCity city(int(state.range(0)));
-    city.wear(TEXTURES);
+    const int textures = int(state.range(1));
+    city.wear(std::max(textures, 1));
     cCanvas* camera = city.camera();
-    camera->setViewType(VIEW_CAMERA, RM_TEXTURED);
+    camera->setViewType(VIEW_CAMERA, textures ? RM_TEXTURED : RM_FILLED);
     flyToAndFro(state, camera);
     countTraffic(state, camera);
 }
@@ -250,7 +253,10 @@ static void memory(benchmark::State& state) {
 #define KVX_KEPT_SIZES                                                                             \
     ArgName("brushes")->Arg(25000)->Arg(50000)->Arg(100000)->Unit(benchmark::kMillisecond)
 BENCHMARK(memory)->ArgName("brushes")->Arg(100000)->Iterations(2);
-BENCHMARK(flight)->KVX_KEPT_SIZES;
+BENCHMARK(texturedFrame)
+    ->ArgNames({"brushes", "textures"})
+    ->ArgsProduct({{1000, 10000, 100000}, {0, 1, 50, 500}})
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(zoomed2D)->KVX_KEPT_SIZES;
 BENCHMARK(oneMoved)->KVX_KEPT_SIZES;
 BENCHMARK(allSelected)->KVX_KEPT_SIZES;

@@ -77,7 +77,7 @@ private:
         frame.at = m_at + FRAME_HEADER_SIZE;
         const int most = cImageBudget::MAX_SIDE;
         if (frame.width < 1 || frame.width > most || frame.height < 1 || frame.height > most ||
-            abs(int64_t(frame.left)) > most || abs(int64_t(frame.top)) > most)
+            std::abs(int64_t(frame.left)) > most || std::abs(int64_t(frame.top)) > most)
             return false;
         const uint64_t size = uint64_t(frame.width) * uint64_t(frame.height);
         if (!m_file.holds(frame.at, size))

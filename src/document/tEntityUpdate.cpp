@@ -162,8 +162,8 @@ static void renewBounds(cEntityData* entity, cAttachment* attachment) {
     auto* model = static_cast<cModelRecord*>(attachment->record);
     attachment->pose = pose;
     attachment->isMeasured = true;
-    if (model->getBounds && model->getBounds(model->formatId, attachment->ownMins,
-                                             attachment->ownMaxs, model, entity))
+    if (model->getBounds &&
+        model->getBounds(model->formatId, attachment->ownMins, attachment->ownMaxs, model, entity))
         return;
     vecCopy(model->mins, attachment->ownMins);
     vecCopy(model->maxs, attachment->ownMaxs);

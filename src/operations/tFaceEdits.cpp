@@ -5,9 +5,7 @@
 #include "document/tBrush.h"
 #include "document/tBrushGeometry.h"
 #include "document/tFaceMapping.h"
-#include "document/tHistory.h"
 #include "document/tMap.h"
-#include "document/tMapChange.h"
 #include "document/tMapContext.h"
 #include "document/tMapLists.h"
 #include "document/tMapWatcher.h"
@@ -21,25 +19,16 @@
 
 // ---- Fields
 
-template<class Edit> static void rebuildSelected(const cMap& map, Edit edit) {
+template<class Edit> static void editSelected(cMap& map, const char* title, eStep step, Edit edit) {
+    if (!map.data.selectedFaces)
+        return;
+    const cEditStep edited(map, title, step);
+    edited.capture([](cHistory& history) { history.facesChanged(); });
     for (cFaceData* face : selectedFacesOf(map.data)) {
         edit(face);
         rebuildFace(face, 0);
         noteChange(face->brush);
     }
-}
-
-template<class Edit> static void editSelected(cMap& map, const char* title, eStep step, Edit edit) {
-    if (!map.data.selectedFaces)
-        return;
-    if (step == eStep::Joined) {
-        const cMapChange change(map, MC_OBJECTS | MC_EDITED);
-        rebuildSelected(map, edit);
-        return;
-    }
-    const cHistoryStep opened(map, title);
-    opened->facesChanged();
-    rebuildSelected(map, edit);
 }
 
 static float& scaleOf(cFaceTexture& tex, int axis) {

@@ -4,6 +4,7 @@
 // to change.
 #pragma once
 
+#include "operations/tEditStep.h"
 #include "plugininterface/tPluginInterface.h"
 
 #include <QByteArray>
@@ -11,10 +12,6 @@
 #include <vector>
 
 class cMap;
-
-// Joined: the newest step has captured the same faces and takes the edit as well, as while a
-// control is held.
-enum class eStep { New, Joined };
 
 // axis 0 is S, 1 is T. A scale below 0.001 in magnitude is 1.
 void setTextureScale(cMap& map, int axis, float scale, eStep step = eStep::New);

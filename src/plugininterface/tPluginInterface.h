@@ -570,8 +570,8 @@ typedef int32_t (*tpLoadPackageFunction)(uint32_t formatId, const char* path, tp
 typedef int32_t (*tpLoadTextureFunction)(uint32_t formatId, const char* path, const void* data,
                                          int32_t size, tpAddTexture add, void* context);
 /* The block handed to a sprite or model loader is the plug-in's from then on, also when the load
-   fails: it goes back by Sys_Free, or the plug-in loses it. Where several formats have one
-   extension each of them is handed a block of its own. */
+   fails: it goes back by Sys_Free. Where several formats have one extension, each try is handed a
+   block of its own. */
 typedef int32_t (*tpLoadSpriteFunction)(uint32_t formatId, const char* path, void* data,
                                         int32_t size, cSpriteRecord* sprite, tpAddFrame add,
                                         void* unused);
@@ -582,9 +582,9 @@ typedef int32_t (*tpLoadModelFunction)(uint32_t formatId, const char* path, void
 typedef void (*tpUnloadModelFunction)(uint32_t formatId, cModelRecord* model);
 typedef int32_t (*tpGetModelBoundsFunction)(uint32_t formatId, float* mins, float* maxs,
                                             cModelRecord* model, cEntityData* entity);
-/* Sends the model through the Render_ services, placed, turned and, but for bit 4 of the mode, scaled
-   as the entity tells; triangles come clockwise seen from outside. With bit 1 it is drawn in the
-   colour that is set, without colours and textures of its own. The host keeps what was sent and
+/* Sends the model through the Render_ services, placed, turned and, but for bit 4 of the mode,
+   scaled as the entity tells; triangles come clockwise seen from outside. With bit 1 it is drawn in
+   the colour that is set, without colours and textures of its own. The host keeps what was sent and
    shows it again, at any origin and scale, for every entity of the same angles, frame, sequence,
    body, skin and colours. A plug-in that goes by more than these asks Render_GetView in the call:
    then it is called for each entity and draw. */

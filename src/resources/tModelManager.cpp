@@ -155,10 +155,10 @@ void cModelManager::read(Record& record, const QList<Format>& formats, const QSt
 template<class Record, class Format>
 Record* cModelManager::load(cModelRecords<Record>& records, const QList<Format>& formats,
                             const QString& name, const uint8_t* palette) {
-    const cModelSource source = {
-        resolve(name),
-        palette ? QByteArray(reinterpret_cast<const char*>(palette), 768) : QByteArray(),
-        Sys_TextureBrightness(), m_settings};
+    const cModelSource source = {resolve(name),
+                                 palette ? QByteArray(reinterpret_cast<const char*>(palette), 768)
+                                         : QByteArray(),
+                                 Sys_TextureBrightness(), m_settings};
     const auto [place, isNew] = records.emplace(source, Record{});
     Record& record = place->second;
     ++record.refCount;
@@ -197,8 +197,7 @@ template<class Record> void cModelManager::freeRecord(Record& record) {
         record.unload(record.formatId, &record);
 }
 
-template<class Record>
-bool cModelManager::freeUnused(cModelRecords<Record>& records, bool all) {
+template<class Record> bool cModelManager::freeUnused(cModelRecords<Record>& records, bool all) {
     const size_t before = records.size();
     for (auto it = records.begin(); it != records.end();) {
         if (!all && it->second.refCount > 0) {

@@ -158,11 +158,15 @@ static bool isRefused(const char* name, int width, int height) {
     return false;
 }
 
+bool cTextureManager::isTimeForEvents() const {
+    constexpr int INTERVAL = 50; // milliseconds
+    return !QCoreApplication::closingDown() &&
+           (!m_sinceEvents.isValid() || m_sinceEvents.hasExpired(INTERVAL));
+}
+
 // The window repaints during long loads.
 void cTextureManager::keepPainting() {
-    constexpr int INTERVAL = 50; // milliseconds
-    if (QCoreApplication::closingDown() ||
-        (m_sinceEvents.isValid() && !m_sinceEvents.hasExpired(INTERVAL)))
+    if (!isTimeForEvents())
         return;
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_sinceEvents.start();

@@ -153,6 +153,8 @@ private:
                             const void* pixels, QIcon** iconOut);
     cTexture* renewTexture(const QString& sourceId);
     void keepPainting();
+    bool isTimeForEvents() const;
+    void showLoading(const QString& base, const QString& path) const;
     void freeTexture(cTexture* texture);
     void releaseImage(cTextureImage* image);
 

@@ -179,8 +179,9 @@ void cTextureManager::outdate() {
         package->outdated = package->loaded;
 }
 
-static void showLoading(const QString& base, const QString& path) {
-    g_host->showProgress(QStringLiteral("Precaching: %1").arg(relativePath(base, path)));
+void cTextureManager::showLoading(const QString& base, const QString& path) const {
+    if (isTimeForEvents())
+        g_host->showProgress(QStringLiteral("Precaching: %1").arg(relativePath(base, path)));
 }
 
 bool cTextureManager::isUpToDate(const cTexturePackage& package) const {

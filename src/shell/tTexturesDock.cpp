@@ -91,15 +91,14 @@ const cTextureCatalogue* cTexturesDock::catalogue() const {
     return project ? project->game.catalogue() : nullptr;
 }
 
-// Its own if the catalogue knows it, else that of the document shown before, else the game's.
+// Its own if the catalogue knows it; else the one chosen last, if there is such a texture here.
 static const cTexture* startTexture(const cTextureCatalogue& catalogue, const QString& own,
-                                    const QString& before, const QString& byProfile) {
+                                    const QString& last, const QString& byProfile) {
     if (const cTexture* texture = catalogue.find(own))
         return texture;
-    const cTexture* texture = catalogue.find(before);
-    if (texture && !(texture->flags & TF_PLACEHOLDER))
-        return texture;
-    return catalogue.defaultTexture(byProfile);
+    const cTexture* texture = catalogue.find(last);
+    const bool isThere = texture && !(texture->flags & TF_PLACEHOLDER);
+    return isThere ? texture : catalogue.defaultTexture(byProfile);
 }
 
 // A group that does not hold the name gives way to the one that does.

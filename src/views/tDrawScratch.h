@@ -14,7 +14,7 @@ struct cMapPainter::cScratch {
     std::vector<int32_t> counts;
     std::vector<uint64_t> distances;           // far first, of the same what was met first
     std::vector<cTranslucentItem> translucent; // as they were met
-    std::vector<uint32_t> indices;                    // of the faces in the order drawn
+    std::vector<uint32_t> indices;             // of the faces in the order drawn
     cGLBuffer indexBuffer{cGLBuffer::INDICES};
 };
 

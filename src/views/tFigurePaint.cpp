@@ -49,8 +49,7 @@ void cMapPainter::drawFigures(eWhich which) {
     m_scratch.firsts.clear();
     m_scratch.counts.clear();
     eachFigure([&](const cDrawSlot& slot, const cEntityData* entity) {
-        if (slot.is(SLOT_SELECTED) != (which == SELECTED) ||
-            (slot.is(SLOT_MOVING) && !m_view.is3D))
+        if (slot.is(SLOT_SELECTED) != (which == SELECTED) || (slot.is(SLOT_MOVING) && !m_view.is3D))
             return;
         uint8_t rgba[4];
         figureColor(entity, which == SELECTED, rgba);

@@ -61,7 +61,7 @@ struct cDrawLeaf {
     std::vector<cTranslucentFace> translucent;
     std::vector<uint32_t> arrows;  // slots of entities that show the way they look
     std::vector<uint32_t> figures; // slots of those with a sprite or model
-    float mins[3];                // of all its objects
+    float mins[3];                 // of all its objects
     float maxs[3];
     float coreMins[3]; // as they were when its cells were made
     float coreMaxs[3];

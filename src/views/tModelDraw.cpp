@@ -12,6 +12,7 @@
 bool hasRenderObject(const cEntityData* entity, const cViewInfo& view) {
     if (entity->attachKind == AK_SPRITE)
         return view.is3D;
+    // A decal has no shape before it is cut by the faces it lies on.
     if (entity->attachKind != AK_MODEL || !view.has(VF_MODELS))
         return false;
     float away[3];

@@ -29,6 +29,9 @@ void cModelPoses::clear() {
 void cModelPoses::beginDraw() {
     static constexpr size_t ROOM = size_t(64) << 20;
     static constexpr uint32_t FEW_DRAWS = 16;
+    if (m_bufferKind != cGLBuffer::kind())
+        clear();
+    m_bufferKind = cGLBuffer::kind();
     ++m_draw;
     const bool isFull = m_bytes > ROOM;
     if (!isFull && m_draw % FEW_DRAWS != 0)

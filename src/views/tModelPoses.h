@@ -42,7 +42,6 @@ public:
     float frameStep(const cEntityData* entity, const cViewInfo& view);
 
     size_t bytes() const { return m_bytes; }
-    size_t count() const { return m_poses.size(); }
 
 private:
     // All that the call may depend on; compared as bytes, so none of them is left unset.
@@ -74,4 +73,5 @@ private:
     size_t m_bytes = 0;
     uint32_t m_draw = 0;
     uint32_t m_nextNumber = 0;
+    uint32_t m_bufferKind = 0; // of cGLBuffer, when they were made
 };

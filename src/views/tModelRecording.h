@@ -20,7 +20,7 @@ static_assert(sizeof(cModelVertex) == 24);
 // What the stream was set to when corners were sent.
 struct cModelState {
     const cTextureImage* image = nullptr;
-    uint32_t word = 0; // as GL_State takes it
+    uint32_t word = 0;   // as GL_State takes it
     float pointSize = 0; // pixels; 0: as it is
     float lineWidth = 0;
     bool hasColors = false; // else in the colour that is set when it is drawn

@@ -66,7 +66,7 @@ static uint32_t wordOf(const uint8_t* rgba) {
 
 static uint16_t entityTraits(const cEntityData* entity) {
     return uint16_t((entity->flags & EF_ITEM ? TRAIT_ITEM : 0) |
-                   (entity->flags & EF_PATH ? TRAIT_PATH : 0));
+                    (entity->flags & EF_PATH ? TRAIT_PATH : 0));
 }
 
 static uint16_t brushTraits(const cBrushData* brush, uint32_t detailMask) {

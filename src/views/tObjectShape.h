@@ -95,7 +95,7 @@ public:
     cDrawKey markKey;
     float center[3];
     uint16_t traits; // of all keys
-    bool isShown;   // by its own flags and its entity's
+    bool isShown;    // by its own flags and its entity's
     bool isMoving;
     bool isQuads;       // all faces have four corners, and none is nodraw
     bool isTranslucent; // a face is

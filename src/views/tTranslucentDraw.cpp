@@ -130,8 +130,7 @@ void cMapPainter::drawTranslucentFaces(size_t& next, uint32_t& firstIndex) {
     do {
         count += (itemAt(next).face->count - 2) * 3;
         ++next;
-    } while (next < m_scratch.distances.size() && itemAt(next).face &&
-             runOf(itemAt(next)) == run);
+    } while (next < m_scratch.distances.size() && itemAt(next).face && runOf(itemAt(next)) == run);
     drawTranslucentRun(run, firstIndex, count);
     if (run.outlined)
         drawTranslucentOutline(face);

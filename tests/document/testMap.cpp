@@ -153,6 +153,47 @@ TEST_F(Map, attachmentsGiveTheBoxAndFollowScaleAndClass) {
     EXPECT_EQ(host.findTexture("blood")->refCount, 0);
 }
 
+static int g_boundsAsked = 0;
+
+static int32_t smallBounds(uint32_t, float* mins, float* maxs, cModelRecord*, cEntityData*) {
+    ++g_boundsAsked;
+    std::fill_n(mins, 3, -16.0f);
+    std::fill_n(maxs, 3, 16.0f);
+    return 1;
+}
+
+TEST_F(Map, boundsOfModelsAreAskedForOnlyWhenTheyMayHaveChanged) {
+    host.addClass(QStringLiteral("prop"), CK_POINT)->flags = ECF_STUDIO;
+    host.model.getBounds = smallBounds;
+    std::fill_n(host.model.maxs, 3, 48.0f); // in another frame
+    map.buildCullTree();
+    cEntityData* entity = map.addEntity("prop", ORIGIN, EF_POINT);
+    addEpairLast(entity, "model", "it");
+    addEpairLast(entity, "scale", "2");
+    g_boundsAsked = 0;
+    const auto asks = [&](const std::function<void()>& change) {
+        const int before = g_boundsAsked;
+        change();
+        updateEntity(entity, UM_MODEL_KEYS);
+        return g_boundsAsked - before;
+    };
+    updateEntity(entity, UM_MODEL_KEYS | UM_ATTACH);
+    EXPECT_EQ(g_boundsAsked, 1);
+    EXPECT_EQ(asks([&] { entity->origin[0] += 8; }), 0) << "it only moves along";
+    EXPECT_EQ(entity->maxs[0] - entity->origin[0], 32);
+    EXPECT_EQ(asks([&] { entity->angles[1] = 90; }), 1);
+    EXPECT_EQ(asks([&] { addEpairLast(entity, "sequence", "1"); }), 1);
+    for (const char* text : {"0", "-2", "nan", "inf", "none"}) {
+        EXPECT_LE(asks([&] { setEpair(entity, "scale", text); }), 1);
+        EXPECT_EQ(entity->maxs[0] - entity->origin[0], 16) << text;
+    }
+    float mins[3], maxs[3];
+    cullBounds(entity, mins, maxs);
+    for (int i = 0; i < 3; ++i) // any corner of that frame, however it is turned
+        EXPECT_GE(maxs[i] - entity->origin[i], 83);
+    EXPECT_EQ(asks([] {}), 0);
+}
+
 TEST_F(Map, renderKeysReadColoursAmountsAndModes) {
     struct cCase {
         const char* key;

@@ -5,6 +5,7 @@
 #include "gamedata/tGameDataRegistry.h"
 #include "gui/tGuiTest.h"
 #include "resources/tGameConfigRegistry.h"
+#include "resources/tTextureCatalogue.h"
 #include "resources/tTextureManager.h"
 #include "support/tMapText.h"
 #include "support/tSystem.h"
@@ -542,8 +543,6 @@ TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
     ASSERT_NE(face->texture, nullptr);
     face->vertices[1].xyz[0] = 64;
     face->vertices[2].xyz[1] = 64;
-    face->texture->width = face->texture->height = 128; // as a late file of that name would
-    face->texture->flags |= TF_REPLACED;
 
     cGameConfigRegistry edited(window->services().gameData, window->services().textures, nullptr);
     edited.assign(window->services().configs, false);
@@ -551,6 +550,9 @@ TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
     write("more.fgd", "@PointClass = lamp : \"Lamp\" []");
     edited.current->gameData << file("more.fgd");
     window->services().gameData.acquire(edited.current->gameData.last());
+    write("wall.size", "wall 128 128");
+    edited.current->parcels << file("wall.size") + QStringLiteral("::");
+    const quint64 revision = project->map->revision();
     cWaitWatch watch;
     qApp->installEventFilter(&watch);
     window->services().configs.assign(edited, true);
@@ -561,7 +563,10 @@ TEST_F(DocumentTest, editedConfigurationsReachTheOpenDocument) {
     EXPECT_EQ(project->game.config->useCount, 1);
     EXPECT_NE(project->game.findClass("lamp", CF_POINT), nullptr);
     EXPECT_FLOAT_EQ(face->vertices[1].st[0], 0.5f) << "64 of 128 texels";
-    EXPECT_EQ(face->texture->flags & TF_REPLACED, 0u);
+    EXPECT_EQ(face->texture->flags, 0u) << "it is real, and no mark is left";
+    EXPECT_STREQ(face->tex.name, "wall");
+    EXPECT_GT(project->map->revision(), revision) << "kept pictures are old";
+    EXPECT_EQ(project->game.catalogue()->missingCount, 0);
 }
 
 TEST_F(DocumentTest, commandLineFileWantsAPointAndMayHaveAnyName) {

@@ -21,6 +21,7 @@ void cToolTest::SetUp() {
                       "@PointClass size(-16 -16 0, 16 16 72) "
                       "offset(0 0 4) = info_start : \"Start\" []\n"
                       "@SolidClass = func_wall : \"Wall\" []\n");
+    furnish();
     start();
     project = newProject();
     ASSERT_TRUE(project);

@@ -14,6 +14,7 @@ protected:
 
     void SetUp() override; // a document with four views, the top view active, a unit a pixel
     void TearDown() override;
+    virtual void furnish() {} // the game's folder, before the program starts
 
     // ---- Objects
 

@@ -37,6 +37,11 @@ protected:
         return canvas;
     }
 
+    // A click on the caption opens a menu.
+    static bool isOnMap(const cCanvas* canvas, const QPoint& at) {
+        return canvas->rect().contains(at) && !canvas->captionRect.contains(at);
+    }
+
     // ---- What a user may do
 
     void clickSomething() {
@@ -47,14 +52,18 @@ protected:
         for (int i = number(0, countOf(brushesOf(map().world())) - 1); i > 0; --i)
             brush = brush->next;
         const int h = canvas->axisH, v = canvas->axisV;
-        click(canvas, pixel(canvas, brush->mins[h], (brush->mins[v] + brush->maxs[v]) / 2),
-              chance(2) ? Qt::ControlModifier : Qt::NoModifier);
+        const QPoint at = pixel(canvas, brush->mins[h], (brush->mins[v] + brush->maxs[v]) / 2);
+        if (isOnMap(canvas, at))
+            click(canvas, at, chance(2) ? Qt::ControlModifier : Qt::NoModifier);
     }
 
     void bandSomething() {
         cCanvas* canvas = anyView();
         const QPoint from = pixel(canvas, coordinate(), coordinate());
-        drag(canvas, from, from + QPoint(number(40, 120), number(-120, -40)), Qt::ControlModifier);
+        const QPoint by(number(40, 120), number(-120, -40));
+        if (!isOnMap(canvas, from))
+            return;
+        drag(canvas, from, from + by, Qt::ControlModifier);
         key(canvas, Qt::Key_Return, chance(2) ? Qt::ShiftModifier : Qt::NoModifier);
     }
 
@@ -65,7 +74,7 @@ protected:
         const bool onHandle = chance(2);
         const int handles = frame().handleMode == 2 ? number(5, 8) : number(1, 4);
         const QPoint from = onHandle ? handle(canvas, handles) : middleOf(canvas);
-        if (!canvas->rect().contains(from))
+        if (!isOnMap(canvas, from))
             return;
         const QPoint by(number(-2, 2) * GRID, number(-2, 2) * GRID);
         if (chance(4))

@@ -10,6 +10,7 @@
 #include "document/tProjectFile.h"
 #include "operations/tStructure.h"
 #include "plugins/tMapPluginTest.h"
+#include "resources/tGameContext.h"
 #include "support/tLaw.h"
 #include "support/tMapTextReader.h"
 #include "support/tMapTools.h"
@@ -161,6 +162,37 @@ TEST_P(Fidelity, whatWasReadIsWritten) {
     expectSource(project, "by way of the project");
     editAndUndo(map);
     expectSource(map, "with an edit and its undo between");
+}
+
+// Real sizes of textures change no alignment: neither those that are known from the start nor those
+// that arrive while the map is open.
+TEST_P(Fidelity, texturesChangeNothingThatIsWritten) {
+    cGameConfig* config = configs.addConfig(str("Game"));
+    config->paletteFile = str(KARVEX_SOURCE "/game/palette.pal");
+    cGameContext game(configs, textures);
+    game.config = config;
+    {
+        cMap late(game), early(game), project(game);
+        configs.callbacks.renewFaces = [&] { late.renewFaces(); };
+        ASSERT_TRUE(importText(late, QByteArray::fromStdString(GetParam().text)));
+        ASSERT_TRUE(cProjectFile(late, path("map.kvx")).save());
+        config->parcels << str(KARVEX_SOURCE "/game/sample.wad::")
+                        << str(KARVEX_SOURCE "/game/textures::*.png");
+        for (const QFileInfo& file :
+             QDir(str(KARVEX_REAL_DATA) + str("/packages")).entryInfoList({str("*.wad")}))
+            config->parcels << file.filePath() + str("::");
+        configs.precache(config);
+        expectSource(late, "the packages arrive");
+        ASSERT_TRUE(importText(early, QByteArray::fromStdString(GetParam().text)));
+        expectSource(early, "the packages are there");
+        ASSERT_TRUE(cProjectFile(project, path("map.kvx")).load());
+        project.finishLoad();
+        EXPECT_EQ(firstDifference(storedStateOf(late), storedStateOf(project)).toStdString(), "");
+        expectSource(project, "by way of a project without them");
+        editAndUndo(late);
+        expectSource(late, "with an edit and its undo between");
+    }
+    configs.removeConfig(str("Game"));
 }
 
 // What the second text holds is what the first one held, whatever that had lost of the source.

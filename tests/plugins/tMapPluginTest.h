@@ -13,6 +13,7 @@ protected:
     cMapPluginTest() {
         cPluginTargets targets;
         targets.configs = &configs;
+        targets.textures = &textures;
         manager = std::make_unique<cPluginManager>(targets);
         manager->loadAll(str(KARVEX_PLUGINS));
         host.messages.clear();

@@ -345,3 +345,25 @@ TEST_F(cMediaModels, whatIsCutOffIsRefused) {
         }
     }
 }
+
+static double determinant(const float* a, const float* b, const float* c) {
+    return double(a[0]) * (b[1] * c[2] - b[2] * c[1]) + double(a[1]) * (b[2] * c[0] - b[0] * c[2]) +
+           double(a[2]) * (b[0] * c[1] - b[1] * c[0]);
+}
+
+TEST_F(cMediaModels, theSampleGameCanBeRead) {
+    const QString game = QStringLiteral(KARVEX_SOURCE "/game/");
+    palette = contents(game + QStringLiteral("palette.pal"));
+    for (const QFileInfo& file : QDir(game + QStringLiteral("models")).entryInfoList(QDir::Files)) {
+        ASSERT_TRUE(loadModel(file.filePath())) << qPrintable(file.fileName());
+        // Seen from outside the triangles go clockwise: their volume is negative by the right hand.
+        double volume = 0;
+        const std::vector<cSentVertex>& sent = draw(TEXTURED);
+        for (size_t i = 0; i < sent.size(); i += 3)
+            volume += determinant(sent[i].xyz, sent[i + 1].xyz, sent[i + 2].xyz);
+        EXPECT_LT(volume, 0) << qPrintable(file.fileName());
+    }
+    for (const QFileInfo& file : QDir(game + QStringLiteral("sprites")).entryInfoList(QDir::Files))
+        EXPECT_TRUE(loadSprite(file.filePath())) << qPrintable(file.fileName());
+    EXPECT_EQ(warnings(), 0);
+}

@@ -116,8 +116,7 @@ TEST_F(ModelManager, picturesOfBadSizesAreRefused) {
 // Files by name: three of them can be read.
 class cWalkedModels {
 public:
-    cWalkedModels(cModelManager& models, unsigned seed)
-        : boxes(seed), m_models(models) {
+    cWalkedModels(cModelManager& models, unsigned seed) : boxes(seed), m_models(models) {
         cEntityClass* light = boxes.host.findClass("light", CF_POINT);
         light->flags |= ECF_STUDIO;
         boxes.host.acquire = [this](eAttachKind, const char* name) -> void* {

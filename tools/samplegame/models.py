@@ -205,7 +205,7 @@ def key():
 
         def at(p):
             angle = a + (b - a) * p[1]
-            return (p[0], p[2] * math.sin(angle), 23 - p[2] * math.cos(angle))
+            return (p[0], -p[2] * math.sin(angle), 23 - p[2] * math.cos(angle))
         mesh.box((-1.2, 0, 3), (1.2, 1, 5.5), 0, at)
     return mdl([skin([steel((0.92, 0.74, 0.22), 331)])], [("idle1", mesh)])
 

@@ -118,9 +118,9 @@ def palette():
 
 
 def index_of(color):
-    key = tuple(int(c * 63) for c in color[:3])
+    key = tuple(round(c * 63) for c in color[:3])
     if key not in _nearest:
-        _nearest[key] = min((sum(w * (a - b) ** 2 for w, a, b in zip((3, 5, 2), color, p)), i)
+        _nearest[key] = min((sum(w * (k / 63 - b) ** 2 for w, k, b in zip((3, 5, 2), key, p)), i)
                             for i, p in enumerate(PALETTE) if i != HOLE)[1]
     return _nearest[key]
 
