@@ -165,7 +165,7 @@ void cObjectShape::makeEdges(uint32_t color) {
         key = {};
         key.color = color;
         key.kind = i & 1 ? KIND_OTHER_EDGES : KIND_FLAT_EDGES;
-        key.traits = uint8_t(lineTraits() | (i & 2 ? TRAIT_NODRAW : 0));
+        key.traits = uint16_t(lineTraits() | (i & 2 ? TRAIT_NODRAW : 0));
     }
     findCorners();
     gatherEdges();

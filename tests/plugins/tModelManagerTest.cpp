@@ -144,11 +144,12 @@ public:
         }
     }
 
-    QString check() const {
+    QString check() {
         std::map<const void*, int> held;
         for (const cEntityData* entity : entitiesOf(boxes.map.data))
             if (entity->attachKind == AK_MODEL)
                 ++held[static_cast<const cAttachment*>(entity->attachment)->record];
+        seen += int(held.size());
         for (const auto& [source, model] : m_models.models)
             if (held[&model] != model.refCount)
                 return QStringLiteral("%1 is held %2 times, not %3")
@@ -159,6 +160,7 @@ public:
     }
 
     cWalkedBoxes boxes;
+    int seen = 0; // models in use, over all checks
 
 private:
     cModelManager& m_models;
@@ -178,7 +180,7 @@ TEST_F(ModelManager, whateverHappensToMapsEachEntityHoldsOneReference) {
             walk.changeWithoutHistory();
             models.purge();
         }
-        EXPECT_FALSE(uploader.pictures.empty());
+        EXPECT_GT(walked.seen, 0);
     }
     models.purge();
     EXPECT_TRUE(models.models.empty()) << "the map has gone";

@@ -89,6 +89,15 @@ protected:
         EXPECT_TRUE(canvas->projectToScreen(point.data(), pixel));
         return canvas->pickObject(int(pixel[0]), int(pixel[1]), PICK_ALL);
     }
+    bool isDrawnNear(cCanvas* canvas, const cTriple& point) {
+        float pixel[2];
+        EXPECT_TRUE(canvas->projectToScreen(point.data(), pixel));
+        const QImage image = picture(canvas);
+        bool found = false;
+        for (int i = 0; i < 9; ++i)
+            found |= isDrawn(image, int(pixel[0]) + i % 3 - 1, int(pixel[1]) + i / 3 - 1);
+        return found;
+    }
     // Where anything is drawn.
     QRect drawnRect(cCanvas* canvas) {
         const QImage image = picture(canvas);
@@ -145,6 +154,19 @@ TEST_F(FigureTest, modelsAndSpritesArePickedWhereTheyAreSeen) {
     EXPECT_EQ(pickAt(camera, corner), 0) << "in its box, beside the model";
     host.PreciseModelSelection = false;
     EXPECT_EQ(pickAt(camera, corner), guard->entity->pickId);
+}
+
+TEST_F(FigureTest, linesAreThoseOfTheModelNotOfItsBox) {
+    add("guard", QLatin1String(TETRA));
+    cCanvas* camera = openCamera(RM_WIREFRAME);
+    look(camera, {-100, 0, 10}, {0, 0, 0});
+    const cTriple onBoth = {-16, -16, 16}, onBox = {-16, 48, 30};
+    for (cCanvas* canvas : {camera, openCanvas(VIEW_FRONT)}) {
+        EXPECT_TRUE(isDrawnNear(canvas, onBoth));
+        EXPECT_FALSE(isDrawnNear(canvas, onBox));
+    }
+    host.ModelRenderDistance = 0;
+    EXPECT_TRUE(isDrawnNear(camera, onBox));
 }
 
 TEST_F(FigureTest, modelsFollowTheirEntityAndUndo) {
