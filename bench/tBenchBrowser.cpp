@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QWindow>
 #include <benchmark/benchmark.h>
 
 // A shown browser over that many textures of some sizes.

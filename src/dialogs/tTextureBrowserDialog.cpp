@@ -4,21 +4,27 @@
 #include "document/tMap.h"
 #include "document/tMapLists.h"
 #include "document/tTexture.h"
+#include "operations/tFaceEdits.h"
 #include "resources/tTextureCatalogue.h"
 #include "support/tMapText.h"
 #include "ui_tTextureBrowserDialog.h"
+#include "views/tTextureBrowser.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalBlocker>
 
 static constexpr int FILTER_DELAY = 500; // ms
-static constexpr int PAGE_STEP = 20;     // of the scroll bar, for the height of the view
+static constexpr double SCREEN_SHARE = 0.9;
+static constexpr int PAGE_STEP = 20; // of the scroll bar, for the height of the view
 
 cTextureBrowserDialog::cTextureBrowserDialog(QWidget* parent)
     : QDialog(parent), m_ui(new Ui::cTextureBrowserDialog) {
     m_ui->setupUi(this);
+    resize(size().boundedTo(QGuiApplication::primaryScreen()->availableSize() * SCREEN_SHARE));
     for (const cTextureScale& scale : TEXTURE_SCALES)
         m_ui->lstScaleMode->addItem(QString::fromLatin1(scale.text), double(scale.value));
     m_ui->lstFilter->setMaxCount(MAX_FILTERS);
@@ -128,8 +134,11 @@ void cTextureBrowserDialog::choose(const cTexture* texture) {
 }
 
 void cTextureBrowserDialog::exec_on_markTextures() {
-    if (m_map)
-        m_map->markTexture(m_ui->browser->selected());
+    if (!m_map || !m_ui->browser->selected())
+        return;
+    cTextureSearch search;
+    search.find = m_ui->browser->selected()->name;
+    markTextures(*m_map, search);
 }
 
 void cTextureBrowserDialog::exec_on_replaceTextures() {

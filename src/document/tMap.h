@@ -165,9 +165,6 @@ public:
     void selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden);
     void selectInBox(const float* mins, const float* maxs, int boxMode); // eBoxMode
     void selectAll();
-    // What shows that texture becomes the selection: while faces are picked those faces, else the
-    // brushes they are of. Nothing hidden.
-    void markTexture(const cTexture* texture);
     void selectFacesOfBrushes(); // of the selected brushes, in place of them
     // In place of the selection: the faces while faces are picked, else their brushes, each once.
     // Gives how many.

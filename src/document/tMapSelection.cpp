@@ -168,28 +168,6 @@ void cMap::selectAll() {
     describeSelection();
 }
 
-void cMap::markTexture(const cTexture* texture) {
-    const bool wantsFaces = updateSelectionMode() == MODE_FACES;
-    clearSelection();
-    for (cEntityData* entity : entitiesOf(data)) {
-        if (!entityVisible(entity))
-            continue;
-        for (cBrushData* brush : brushesOf(entity)) {
-            if (!brushVisible(brush))
-                continue;
-            for (cFaceData* face : facesOf(brush)) {
-                if (face->texture != texture)
-                    continue;
-                if (wantsFaces)
-                    selectedPush(data.selectedFaces, face);
-                else
-                    pushOnce(data.selectedBrushes, brush);
-            }
-        }
-    }
-    describeSelection();
-}
-
 void cMap::selectBrushByIndex(int entityIndex, int brushIndex, bool skipHidden) {
     for (cEntityData* entity : entitiesOf(data)) {
         if ((skipHidden && !entityVisible(entity)) || entityIndex-- != 0)

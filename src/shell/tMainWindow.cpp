@@ -4,6 +4,7 @@
 #include "shell/tMainWindow.h"
 
 #include "dialogs/tTextureBrowserDialog.h"
+#include "dialogs/tTextureReplaceDialog.h"
 #include "dialogs/tWaitDialog.h"
 #include "document/tWinding.h"
 #include "operations/tClipboard.h"
@@ -206,8 +207,7 @@ void cMainWindow::createDocks() {
     connect(m_objectsDock, &cObjectsDock::notBuilt, this, &cMainWindow::tellUnderDevelopment);
     m_texturesDock = new cTexturesDock([this] { return activeProject(); }, this);
     connect(m_texturesDock, &cTexturesDock::browse, this, &cMainWindow::execBrowseTexture);
-    connect(m_texturesDock, &cTexturesDock::replace, this,
-            [this] { replaceTextures(activeProject()->texture.name); });
+    connect(m_texturesDock, &cTexturesDock::replace, this, &cMainWindow::cmdToolsTextureReplace);
     const auto activeMap = [this] {
         return activeProject() ? activeProject()->map.get() : nullptr;
     };
@@ -232,6 +232,10 @@ void cMainWindow::createDocks() {
 }
 
 void cMainWindow::createDialogs() {
+    m_textureReplace = new cTextureReplaceDialog(this);
+    m_textureReplace->browseTexture = [this](const QString& name) {
+        return browseTexture(name, QString());
+    };
     m_textureBrowser = new cTextureBrowserDialog(this);
     m_textureBrowser->replaceTextures = [this](const QString& name) {
         return replaceTextures(name);

@@ -37,6 +37,7 @@ class cScreenElements;
 class cSettingsStorage;
 class cStatusPanes;
 class cTextureBrowserDialog;
+class cTextureReplaceDialog;
 class cTextureUpload;
 class cTexturesDock;
 class cTieToEntity;
@@ -164,6 +165,9 @@ public slots:
     void updateScreenElements();
     void execBrowseTexture();
     void runPluginAction();
+    void toolApplyTexture();
+    void cmdToolsTextureReplace();
+    void cmdToolsTextureAlignToView();
     void msgFeatureUnderDevelopment(); // names the sender: a command that is not built yet
     void toggleSetting();              // that of the sender's row, as its check mark says
 
@@ -302,6 +306,7 @@ private:
     cTexturesDock* m_texturesDock = nullptr;
     cFilterDock* m_filterDock = nullptr;
     cTextureBrowserDialog* m_textureBrowser = nullptr;
+    cTextureReplaceDialog* m_textureReplace = nullptr;
     QMdiArea* m_mdiArea = nullptr;
     std::unique_ptr<cStatusPanes> m_panes;
     std::unique_ptr<cCommandMenus> m_menus;

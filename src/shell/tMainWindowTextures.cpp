@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Choosing a texture by eye.
+// Choosing textures by eye, and putting them on faces.
 #include "dialogs/tTextureBrowserDialog.h"
+#include "dialogs/tTextureReplaceDialog.h"
+#include "operations/tFaceEdits.h"
 #include "shell/tMainWindow.h"
 #include "shell/tProject.h"
 #include "shell/tTexturesDock.h"
+#include "support/tMapText.h"
+#include "support/tVec.h"
+#include "views/tCanvas.h"
+#include "views/tChildWindow.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -52,9 +58,37 @@ QString cMainWindow::browseTexture(const QString& name, const QString& group) {
     return m_textureBrowser->currentName;
 }
 
-QString cMainWindow::replaceTextures(const QString&) {
-    tellUnderDevelopment(tr("R&eplace textures..."));
-    return QString();
+QString cMainWindow::replaceTextures(const QString& name) {
+    cProject* project = activeProject();
+    cTextureCatalogue* catalogue = project ? project->game.catalogue() : nullptr;
+    if (!catalogue)
+        return QString();
+    const cLoweredWindows lowered;
+    const bool fromBrowser = m_textureBrowser->isVisible();
+    QWidget* parent = fromBrowser ? static_cast<QWidget*>(m_textureBrowser) : this;
+    return m_textureReplace->run(*project->map, *catalogue, name, parent, fromBrowser);
+}
+
+void cMainWindow::cmdToolsTextureReplace() {
+    replaceTextures(activeProject()->texture.name);
+}
+
+void cMainWindow::toolApplyTexture() {
+    if (cProject* project = activeProject())
+        applyTextureToSelection(*project->map, toMapText(project->texture.name).constData());
+}
+
+void cMainWindow::cmdToolsTextureAlignToView() {
+    for (const cCanvas* canvas : activeChild()->canvases) {
+        if (!canvas->isCamera())
+            continue;
+        cViewAxes axes;
+        vecCopy(canvas->origin, axes.point);
+        vecCopy(canvas->right, axes.right);
+        vecCopy(canvas->up, axes.up);
+        alignSelectionToView(*canvas->map(), axes);
+        return;
+    }
 }
 
 void cMainWindow::execBrowseTexture() {
