@@ -26,7 +26,10 @@ protected:
             auto* button =
                 child<QDialogButtonBox>(modal, "buttonBox")->button(QDialogButtonBox::Ok);
             EXPECT_EQ(button->isEnabled(), ok);
-            ok ? button->click() : modal->close();
+            if (ok)
+                button->click();
+            else
+                modal->close();
         });
     }
     static void type(QWidget* dialog, const char* field, const char* text) {

@@ -255,8 +255,8 @@ TEST_F(FigureTest, whatIsSeenThroughIsDrawnByDistanceThenAsItWasMet) {
     host.mapProfile.flags = PF_RENDER_KEYS;
     cCanvas* camera = openCamera();
     host.Transparency = host.EntityTransparency = host.TransparentSort = true;
-    cEntityData* first = add("torch", spriteFile(2), 0, 0, 30);
-    cEntityData* second = add("torch", spriteFile(2), 0, 0, 30);
+    cEntityData* first = add("torch", spriteFile(2), 0, 20, 30);
+    cEntityData* second = add("torch", spriteFile(2), 0, 20, 30);
     const auto make = [&](cEntityData* entity, const char* amount) {
         removeEpair(entity, "rendermode");
         removeEpair(entity, "renderamt");
