@@ -61,7 +61,7 @@ protected:
         QAbstractButton* yes = box ? box->button(QMessageBox::Yes) : nullptr;
         if (!yes && buttons)
             yes = buttons->button(QDialogButtonBox::Ok);
-        if (yes && !qobject_cast<QFileDialog*>(modal))
+        if (yes && yes->isEnabled() && !qobject_cast<QFileDialog*>(modal))
             yes->click();
         else
             modal->close();

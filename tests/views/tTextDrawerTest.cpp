@@ -11,7 +11,7 @@
 #include <cmath>
 
 static constexpr uint8_t WHITE[4] = {255, 255, 255, 255};
-static constexpr int X = 7, BASELINE = 20;
+static constexpr int X = 8, BASELINE = 20; // whole pixels at a scale of 1.5 as well
 
 // Shows what it is told to draw, on black.
 class cTextCanvas : public cGLWidget {
