@@ -56,7 +56,7 @@ void cTextureBrowserDialog::connectWidgets() {
     const cTextureBrowser* browser = m_ui->browser;
     connect(browser, &cTextureBrowser::chosen, this, &D::choose);
     connect(browser, &cTextureBrowser::accepted, this, &QDialog::accept);
-    connect(browser, &cTextureBrowser::resized, this, &D::updateView);
+    connect(browser, &cTextureBrowser::resized, this, &D::updateScrollBar);
     connect(browser, &cTextureBrowser::wheelTurned, this, [this](int steps) {
         if (m_ui->browserScroll->isVisible())
             m_ui->browserScroll->setValue(m_ui->browserScroll->value() - steps * PAGE_STEP);
@@ -125,7 +125,7 @@ void cTextureBrowserDialog::showTexture(const cTexture* texture, const QString& 
     m_ui->lblTextureSize->setText(texture ? tr("%1 x %2").arg(texture->width).arg(texture->height)
                                           : QString());
     m_ui->btnMark->setEnabled(m_map && texture);
-    m_ui->btnReplace->setEnabled(texture);
+    m_ui->btnReplace->setEnabled(texture && mayReplace);
 }
 
 void cTextureBrowserDialog::choose(const cTexture* texture) {
@@ -137,13 +137,14 @@ void cTextureBrowserDialog::exec_on_markTextures() {
     if (!m_map || !m_ui->browser->selected())
         return;
     cTextureSearch search;
-    search.find = m_ui->browser->selected()->name;
+    search.texture = m_ui->browser->selected();
     markTextures(*m_map, search);
 }
 
 void cTextureBrowserDialog::exec_on_replaceTextures() {
     const QString name = replaceTextures ? replaceTextures(currentName) : QString();
     const cTexture* texture = name.isEmpty() ? nullptr : find(name);
+    setMap(m_map); // counts anew
     if (!texture)
         return;
     m_ui->browser->select(texture);
@@ -203,6 +204,11 @@ void cTextureBrowserDialog::rememberFilter() {
     setFilterTexts(QStringList(text) + texts);
 }
 
+void cTextureBrowserDialog::done(int result) {
+    rememberFilter();
+    QDialog::done(result);
+}
+
 // ---- Scrolling
 
 void cTextureBrowserDialog::updateView() {
@@ -242,7 +248,6 @@ bool cTextureBrowserDialog::typeIntoFilter(const QKeyEvent& event) {
 
 // What is typed and not shown yet is shown before anything is accepted.
 void cTextureBrowserDialog::takeReturn() {
-    rememberFilter();
     if (!m_filterDelay.isActive()) {
         accept();
         return;

@@ -41,6 +41,8 @@ public:
     // Lets the user replace a texture of that name; the one that took its place, or empty.
     std::function<QString(const QString& name)> replaceTextures;
 
+    bool mayReplace = true; // for the next opening: not from the dialog that replaces
+
     // ---- Kept between runs
 
     void setScaleMode(int mode);
@@ -61,6 +63,7 @@ signals:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void done(int result) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

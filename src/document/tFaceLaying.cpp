@@ -48,8 +48,9 @@ static void texelRange(const float extent[2], float scale, float out[2]) {
 }
 
 static void fit(const float extent[2], float repeats, int texels, float& scale, float& shift) {
-    const float wanted = texels > 0 ? (extent[1] - extent[0]) / (repeats * float(texels)) : 1.0f;
-    scale = std::copysign(wanted >= MIN_TEXTURE_SCALE ? wanted : 1.0f, scale);
+    const float wanted = (extent[1] - extent[0]) / (repeats * float(texels));
+    const bool isUsable = std::isfinite(wanted) && wanted >= MIN_TEXTURE_SCALE;
+    scale = std::copysign(isUsable ? wanted : 1.0f, scale);
     float range[2];
     texelRange(extent, scale, range);
     shift = -range[0];

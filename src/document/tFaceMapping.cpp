@@ -104,7 +104,7 @@ void applyTextureBlock(cFaceData* face, const cFaceTexture& block) {
 void setTexture(cFaceData* face, const char* name, cTexture* found) {
     cMapContext& context = contextOf(face);
     noteChange(face->brush);
-    if (found && found == face->texture)
+    if (found && found == face->texture && qstricmp(name, face->tex.name) == 0)
         return;
     char copy[sizeof face->tex.name];
     T_Sprintf(copy, sizeof copy, "%s", name);

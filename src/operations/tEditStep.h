@@ -6,15 +6,18 @@
 #include "document/tHistory.h"
 #include "document/tMapChange.h"
 
+#include <cstring>
 #include <optional>
 
-// Joined: the newest step has captured the same objects and takes the edit as well.
+// Joined: the newest step, which has this title, takes the edit as well, as it has captured the
+// same objects. Where it has another one, as when the first edit found nothing to do, a new one
+// opens.
 enum class eStep { New, Joined };
 
 class cEditStep {
 public:
     cEditStep(cMap& map, const char* title, eStep step) {
-        if (step == eStep::New)
+        if (step == eStep::New || strcmp(map.history->undoName(), title) != 0)
             m_step.emplace(map, title);
         else
             m_change.emplace(map, MC_OBJECTS | MC_SELECTION | MC_EDITED);

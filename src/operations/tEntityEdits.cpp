@@ -15,7 +15,8 @@
 #include <cstring>
 #include <strings.h>
 
-// Edits those of the entities that the test finds something to do for.
+// Edits those of the entities that the test finds something to do for. A step captures all of them:
+// another edit that joins it may find more to do.
 template<class Test, class Edit>
 static void editEntities(cMap& map, const char* title, eStep step, const cEntityList& entities,
                          Test needsEdit, Edit edit) {
@@ -25,7 +26,7 @@ static void editEntities(cMap& map, const char* title, eStep step, const cEntity
         return;
     const cEditStep edited(map, title, step);
     edited.capture([&](cHistory& history) {
-        for (const cEntityData* entity : changed)
+        for (const cEntityData* entity : entities)
             history.entityChanged(entity);
     });
     for (cEntityData* entity : changed)
@@ -40,7 +41,7 @@ static bool isText(const char* text, const QByteArray& other) {
 
 void setKeyvalue(cMap& map, const cEntityList& entities, const QByteArray& key,
                  const QByteArray& value, eEmptyValue empty, eStep step) {
-    if (value == NO_CHANGE)
+    if (value == NO_CHANGE || isText("classname", key))
         return;
     editEntities(
         map, "Change Keyvalue", step, entities,
@@ -83,6 +84,8 @@ static QByteArray freeKey(const cEntityData* entity, const QByteArray& key) {
 
 QByteArray addKeyvalue(cMap& map, const cEntityList& entities, const QByteArray& key,
                        const QByteArray& value) {
+    if (key.isEmpty() || isText("classname", key))
+        return QByteArray();
     const QByteArray first = entities.empty() ? key : freeKey(entities.front(), key);
     editEntities(
         map, "Add Keyvalue", eStep::New, entities, [](const cEntityData*) { return true; },
@@ -214,7 +217,7 @@ bool pasteKeyvalues(cMap& map, const cEntityList& entities, const QByteArray& te
         cPastedPair pair;
         if (!readPair(line.trimmed(), pair))
             unread += line.trimmed().isEmpty() ? 0 : 1;
-        else if (pair.key == "classname")
+        else if (isText("classname", pair.key))
             *classname = pair.value;
         else if (pair.value != NO_CHANGE)
             pairs += pair;

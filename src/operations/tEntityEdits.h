@@ -24,7 +24,7 @@ void setKeyvalue(cMap& map, const cEntityList& entities, const QByteArray& key,
 bool renameKeyvalue(cMap& map, const cEntityList& entities, const QByteArray& key,
                     const QByteArray& newKey, eStep step = eStep::New);
 // "Add Keyvalue". An entity that has the key gets the first of key#1, key#2 that it lacks; gives
-// the name that the first entity got.
+// the name that the first entity got. An empty key and "classname" are refused: an empty name.
 QByteArray addKeyvalue(cMap& map, const cEntityList& entities, const QByteArray& key,
                        const QByteArray& value);
 void deleteKeyvalue(cMap& map, const cEntityList& entities, const QByteArray& key); // "Delete ..."

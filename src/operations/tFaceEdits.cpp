@@ -245,6 +245,7 @@ void alignFaceToView(cMap& map, cFaceData* face, const cViewAxes& view, const fl
     if (!canLay(face, view))
         return;
     const cHistoryStep step(map, "Align to View");
+    step->facesChanged();
     step->faceChanged(face);
     face->tex.uScale = scale[0];
     face->tex.vScale = scale[1];
@@ -260,6 +261,8 @@ void alignSelectionToView(cMap& map, const cViewAxes& view) {
     if (faces.empty())
         return;
     const cHistoryStep step(map, "Align to View");
+    step->facesChanged(); // undo brings back the selection of what a step holds
+    step->brushesChanged(false);
     for (cFaceData* face : faces)
         step->faceChanged(face);
     for (cFaceData* face : faces)

@@ -72,6 +72,7 @@ enum eNameMatch { MATCH_EXACT, MATCH_PART, MATCH_SUBSTITUTE }; // without regard
 
 struct cTextureSearch {
     QByteArray find;
+    const cTexture* texture = nullptr; // what is shown, in place of the name
     int match = MATCH_EXACT;
     bool marked = false; // selected faces, and those of selected brushes, alone
     bool hidden = false; // of hidden objects as well

@@ -24,10 +24,12 @@ static bool matches(const QByteArray& name, const cTextureSearch& search) {
 // By each name once: a map has few beside its faces.
 static std::vector<cFaceData*> facesFound(const cMap& map, const cTextureSearch& search) {
     std::vector<cFaceData*> found;
-    if (search.find.isEmpty())
+    if (search.find.isEmpty() && !search.texture)
         return found;
     QHash<QByteArray, bool> known;
     const auto isFound = [&](const cFaceData* face) {
+        if (search.texture)
+            return face->texture == search.texture;
         const QByteArray name =
             QByteArray::fromRawData(face->tex.name, int(strlen(face->tex.name)));
         const auto place = known.constFind(name);

@@ -155,6 +155,7 @@ bool cGameConfigRegistry::copyConfig(const QString& oldTitle, const QString& new
     copy->title = newTitle;
     acquireResources(*copy);
     enter(copy);
+    followRead(copy, *source);
     return true;
 }
 
@@ -380,6 +381,8 @@ void cGameConfigRegistry::reloadTextures() {
         m_models->outdate();
     for (cGameConfig* config : qAsConst(configs)) {
         const cActiveConfigScope active(config);
+        if (!config->paletteFile.isEmpty() && !config->packages.isEmpty())
+            m_textures.loadPalette(config->paletteFile, config->gameBasedir);
         for (cTexturePackage* package : qAsConst(config->packages)) {
             if (package->outdated)
                 m_textures.loadPackage(package, config->gameBasedir);
@@ -387,6 +390,8 @@ void cGameConfigRegistry::reloadTextures() {
         rebuildCatalogue(config);
     }
     renewFaces();
+    if (m_models)
+        m_models->purge(); // what was shown until now
 }
 
 void cGameConfigRegistry::readResources(cGameConfig* config) {
@@ -408,5 +413,22 @@ void cGameConfigRegistry::readResources(cGameConfig* config) {
         m_textures.loadPackage(package, config->gameBasedir);
     m_textures.adoptFrom(nullptr);
     rebuildCatalogue(config);
+    for (cGameConfig* other : qAsConst(configs))
+        if (other != config)
+            followRead(other, *config);
     releasePackages(before); // the catalogue named their textures until now
+}
+
+template<class List> static bool share(const List& a, const List& b) {
+    return std::any_of(a.begin(), a.end(), [&](const auto& one) { return b.contains(one); });
+}
+
+// What two configurations share is read once, for both.
+void cGameConfigRegistry::followRead(cGameConfig* config, const cGameConfig& read) {
+    if (share(config->gameData, read.gameData))
+        buildTrees(config);
+    if (!share(config->packages, read.packages))
+        return;
+    const cActiveConfigScope active(config);
+    rebuildCatalogue(config);
 }

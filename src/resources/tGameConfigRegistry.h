@@ -97,6 +97,7 @@ private:
     cGameConfig* known(const QString& title) const; // warns when null
     void readResources(cGameConfig* config);
     void rebuildCatalogue(cGameConfig* config);
+    void followRead(cGameConfig* config, const cGameConfig& read);
     void renewFaces();
     void buildTrees(cGameConfig* config) const;
     void fillAssigned(cGameConfig* config, bool precacheUsed);

@@ -127,6 +127,7 @@ void cModelManager::read(Record& record, const QList<Format>& formats, const QSt
     const QString extension = QLatin1Char('.') + QFileInfo(path).suffix().toLower();
     const QByteArray name = toMapText(path);
     const int warned = warningCount();
+    bool isTried = false;
     for (const Format& format : formats) {
         if (format.extension != extension)
             continue;
@@ -147,9 +148,10 @@ void cModelManager::read(Record& record, const QList<Format>& formats, const QSt
         freeImages(record);
         record = {};
         record.refCount = users;
-        if (warningCount() == warned) // else the plug-in has told why
-            Warning("can't read \"%s\"", name.constData());
+        isTried = true;
     }
+    if (isTried && warningCount() == warned) // else the plug-in has told why
+        Warning("can't read \"%s\"", name.constData());
 }
 
 template<class Record, class Format>

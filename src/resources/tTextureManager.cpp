@@ -223,8 +223,10 @@ bool cTextureManager::loadPalette(const QString& path, const QString& base) {
         return false;
     }
     const QByteArray bytes = file.read(PALETTE_SIZE);
-    if (bytes.size() != PALETTE_SIZE)
+    if (bytes.size() != PALETTE_SIZE) {
+        Warning("palette must contain exactly 256 colors");
         return false;
+    }
     palettes.insert(path, bytes);
     return true;
 }

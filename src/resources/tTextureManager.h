@@ -49,7 +49,7 @@ struct cTexturePackage {
     bool infoValid = false;          // size and count are known
     int kind = PK_FILE;              // ePackageKind
     qint64 size = 0;                 // bytes
-    int count = 0;                   // textures
+    int count = 0;                   // textures; -1: no format knows the package
     std::vector<cTexture*> textures; // with a reference on each
 
     QString palette;       // path, or empty

@@ -148,7 +148,7 @@ int cTextureManager::packageCount(const cTexturePackage& package) const {
         if (format.extension == extension && format.getInfo(format.id, path.constData(), &info))
             return info.textureCount;
     }
-    return 0;
+    return -1;
 }
 
 // ---- Loading
@@ -229,7 +229,7 @@ bool cTextureManager::readSet(cTexturePackage* package, const QString& base,
 
 bool cTextureManager::loadPackageFile(cTexturePackage* package, const uint8_t* palette) {
     if (packageInfo(package)->count < 1)
-        return true;
+        return package->count == 0; // -1: no format knows the file
     // The count is the plug-in's word; a texture takes at least a byte of its file.
     package->textures.reserve(size_t(std::min(qint64(package->count), package->size)));
     const QString extension = extensionOf(package->path);

@@ -50,6 +50,7 @@ QString cMainWindow::browseTexture(const QString& name, const QString& group) {
     cProject* project = activeProject();
     m_textureBrowser->setScaleMode(TextureBrowserScaleMode);
     m_textureBrowser->setCatalogue(project ? project->game.catalogue() : nullptr);
+    m_textureBrowser->mayReplace = !m_textureReplace->isVisible();
     m_textureBrowser->setCurrentTexture(name);
     m_textureBrowser->setGroup(group);
     m_textureBrowser->setMap(project ? project->map.get() : nullptr);
@@ -61,7 +62,7 @@ QString cMainWindow::browseTexture(const QString& name, const QString& group) {
 QString cMainWindow::replaceTextures(const QString& name) {
     cProject* project = activeProject();
     cTextureCatalogue* catalogue = project ? project->game.catalogue() : nullptr;
-    if (!catalogue)
+    if (!catalogue || m_textureReplace->isVisible())
         return QString();
     const cLoweredWindows lowered;
     const bool fromBrowser = m_textureBrowser->isVisible();

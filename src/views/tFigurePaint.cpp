@@ -124,8 +124,8 @@ void cMapPainter::drawMovingModel(const cEntityData* entity) {
     uint8_t rgba[4];
     shadeColor(m_view.settings.color(COLOR_SELECTED_FILL), MOVING_DIM, rgba);
     cModelBatch models(m_view, m_stats);
-    models.add(entity, rgba);
     glEnable(GL_LINE_STIPPLE);
+    models.add(entity, rgba);
     models.flush();
     glDisable(GL_LINE_STIPPLE);
 }

@@ -32,8 +32,7 @@ uint8_t translucentAlpha(const cEntityData* entity) {
 
 float framePosition(const cEntityData* entity, float step, const cViewInfo& view,
                     double& changesAt) {
-    static constexpr double PER_SECOND = 0.1; // frames, of the entity's rate
-    const double rate = double(entity->frameRate) * PER_SECOND;
+    const auto rate = double(entity->frameRate); // frames a second
     if (!(step > 0) || !(rate > 0) || !std::isfinite(rate))
         return 0;
     const double steps = std::floor(view.seconds * rate / double(step));

@@ -38,7 +38,8 @@ void cModelPoses::beginDraw() {
         return;
     for (auto it = m_poses.begin(); it != m_poses.end();) {
         const cPose& pose = it->second;
-        if (m_draw - pose.lastDraw <= FEW_DRAWS || !(isFull || pose.isOfAnimation)) {
+        const uint32_t kept = isFull && pose.isOfAnimation ? 1 : FEW_DRAWS;
+        if (m_draw - pose.lastDraw <= kept || !(isFull || pose.isOfAnimation)) {
             ++it;
             continue;
         }
@@ -159,5 +160,7 @@ float cModelPoses::findStep(const cEntityData* entity, const cViewInfo& view) {
     };
     if (goesByView || differsAt(0.5f))
         return BETWEEN;
-    return differsAt(1) || differsAt(2) || differsAt(3) ? 1 : 0;
+    static constexpr float TRIED[] = {1, 2,  3,  4,  6,
+                                      8, 12, 16, 24, 32}; // it may begin with a pause
+    return std::any_of(std::begin(TRIED), std::end(TRIED), differsAt) ? 1 : 0;
 }

@@ -41,7 +41,7 @@ void cTextureView::paintGL() {
     const QColor own = palette().color(QPalette::Active, QPalette::Window);
     const uint8_t window[4] = {uint8_t(own.red()), uint8_t(own.green()), uint8_t(own.blue()), 255};
     beginPlainFrame(*this, scheme[0] || scheme[1] || scheme[2] ? scheme : window);
-    if (!m_texture)
+    if (!m_texture || cBusy::isBusy()) // textures come and go while a set is read
         return;
     QRectF place(QPointF(), shownSize());
     place.moveCenter(QRectF(rect()).center());

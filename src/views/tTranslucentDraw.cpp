@@ -34,7 +34,9 @@ void cMapPainter::addTranslucent(const cTranslucentItem& item, const float* plac
     if (m_view.has(VF_TRANSPARENT_SORT)) {
         float away[3];
         vecSubtract(place, m_view.origin, away);
-        rank = ~uint32_t(int(vecLength(away)));
+        static constexpr float FARTHEST = 1e9f; // so is what is no number
+        const float distance = vecLength(away);
+        rank = ~uint32_t(distance < FARTHEST ? distance : FARTHEST);
     }
     m_scratch.distances.push_back(uint64_t(rank) << 32 | m_scratch.translucent.size());
     m_scratch.translucent.push_back(item);

@@ -280,14 +280,14 @@ TEST_F(FaceEdits, replacingByName) {
     };
     EXPECT_EQ(replaced({"nothing"}, "x"), std::make_pair(0, 0));
     EXPECT_EQ(replaced({"Wall"}, "stone"), std::make_pair(5, 0));
-    EXPECT_EQ(replaced({"TON", MATCH_SUBSTITUTE}, "wallton"), std::make_pair(5, 0));
+    EXPECT_EQ(replaced({"TON", nullptr, MATCH_SUBSTITUTE}, "wallton"), std::make_pair(5, 0));
     EXPECT_STREQ(open->facesTail->tex.name, "swalltone");
-    EXPECT_EQ(replaced({"W", MATCH_SUBSTITUTE, false, true}, "vv"), std::make_pair(10, 2))
+    EXPECT_EQ(replaced({"W", nullptr, MATCH_SUBSTITUTE, false, true}, "vv"), std::make_pair(10, 2))
         << "names that would be too long stay";
     EXPECT_EQ(strlen(open->faces->tex.name), 61u);
-    EXPECT_EQ(replaced({"vv", MATCH_PART, true, true, 2}, "stone"), std::make_pair(0, 0));
+    EXPECT_EQ(replaced({"vv", nullptr, MATCH_PART, true, true, 2}, "stone"), std::make_pair(0, 0));
     map.select(open);
-    EXPECT_EQ(replaced({"vv", MATCH_PART, true, true, 2}, "stone"), std::make_pair(5, 0));
+    EXPECT_EQ(replaced({"vv", nullptr, MATCH_PART, true, true, 2}, "stone"), std::make_pair(5, 0));
     EXPECT_EQ(open->facesTail->tex.uScale, 2);
     EXPECT_EQ(open->facesTail->texture, host.findTexture("stone"));
 
@@ -295,7 +295,7 @@ TEST_F(FaceEdits, replacingByName) {
     EXPECT_EQ(markTextures(map, {"stone"}), 1);
     EXPECT_TRUE(isSelected(open));
     host.pickingFaces = true;
-    EXPECT_EQ(markTextures(map, {"STONE", MATCH_PART, false, false, 0.5f}), 5);
+    EXPECT_EQ(markTextures(map, {"STONE", nullptr, MATCH_PART, false, false, 0.5f}), 5);
     EXPECT_TRUE(isStep("Modify Texture Scale"));
     EXPECT_EQ(countOf(selectedFacesOf(map.data)), 5);
     EXPECT_EQ(open->facesTail->tex.uScale, 1);

@@ -128,7 +128,8 @@ std::vector<std::unique_ptr<cTextureImage>> cMediaModels::s_images;
 std::vector<QImage> cMediaModels::s_pictures;
 
 class cRealModels : public cMediaModels, public testing::WithParamInterface<QString> {};
-INSTANTIATE_TEST_SUITE_P(Data, cRealModels, testing::ValuesIn(realData()));
+INSTANTIATE_TEST_SUITE_P(Data, cRealModels, testing::ValuesIn(realData()),
+                         [](const auto&) { return std::string("OfOthers"); });
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(cRealModels);
 
 static std::vector<std::vector<int>> alphaRows(const QImage& image) {

@@ -12,7 +12,8 @@ using testing::IsEmpty;
 using cMediaTextures = cMediaTest;
 
 class cRealTextures : public cMediaTest, public testing::WithParamInterface<QString> {};
-INSTANTIATE_TEST_SUITE_P(Data, cRealTextures, testing::ValuesIn(realData()));
+INSTANTIATE_TEST_SUITE_P(Data, cRealTextures, testing::ValuesIn(realData()),
+                         [](const auto&) { return std::string("OfOthers"); });
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(cRealTextures);
 
 static QImage asRead(const QString& path) {

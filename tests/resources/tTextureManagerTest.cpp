@@ -349,3 +349,28 @@ TEST_F(cTextureManagerTest, aBareNameShowsTheOnlyTextureOfThatNameInAFolder) {
     EXPECT_STREQ(catalogue.defaultTexture(str("B/STONE1"))->name, "b/stone1");
     EXPECT_STREQ(catalogue.defaultTexture(str("brick1"))->name, "a/brick1") << "the first";
 }
+
+// What two games share is read once; both know of it, and neither of what has gone.
+TEST_F(cTextureManagerTest, gamesThatShareASetSeeItAlike) {
+    QDir(folder.path()).mkdir(str("pics"));
+    writeGrey("pics/one.grey", 8, 8);
+    writeGrey("pics/two.grey", 8, 8);
+    const QString key = path("pics") + str("::*.grey");
+    cGameConfig *a = configs.addConfig(str("A")), *b = configs.addConfig(str("B"));
+    a->parcels << key;
+    b->parcels << key;
+    configs.precache(a);
+    configs.precache(b);
+    const auto known = [&](const char* game) {
+        return configs.catalogues.value(str(game))->entries.size();
+    };
+    EXPECT_EQ(known("A"), 2);
+    EXPECT_EQ(known("B"), 2);
+    QFile::remove(path("pics/two.grey"));
+    configs.precache(a);
+    EXPECT_EQ(known("B"), 1) << "the other one has been freed";
+    ASSERT_TRUE(configs.copyConfig(str("A"), str("C")));
+    EXPECT_EQ(known("C"), 1);
+    for (const char* game : {"A", "B", "C"})
+        configs.removeConfig(str(game)); // before the textures go
+}
