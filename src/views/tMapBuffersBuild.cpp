@@ -5,7 +5,6 @@
 #include "document/tBrush.h"
 #include "document/tEntity.h"
 #include "document/tMapLists.h"
-#include "views/tShapeMaker.h"
 
 #include <cmath>
 
@@ -55,12 +54,12 @@ void cMapBuffers::clear() {
     m_selectionOld = true;
 }
 
-// One object of a leaf that is filled for the first time, its shape in m_shape; writeStaged
-// follows.
+// One object of a leaf that is filled for the first time; writeStaged follows.
 void cMapBuffers::fillSlot(const cPlacedObject& object, uint32_t leaf) {
     const uint32_t number = takeSlot(object.record, object.isBrush);
     (object.isBrush ? static_cast<cBrushData*>(object.record)->brush->viewSlot
                     : static_cast<cEntityData*>(object.record)->entity->viewSlot) = number;
+    makeShape(number, keptLooks());
     cDrawSlot& slot = m_slots[number];
     slot.leaf = leaf;
     slot.count = uint32_t(m_shape.vertices.size());
@@ -86,8 +85,6 @@ void cMapBuffers::build() {
     for (cGLBuffer& look : m_looks)
         if (!look.isEmpty())
             look.allocate(room * sizeof(uint32_t));
-    const cShapeWish wish = {m_detailMask, m_markColor.data(), keptLooks()};
-    cShapeMaker shapes(objects, wish);
     std::vector<cIndexList> joined; // by row, of all leaves
     m_leaves.resize(ends.size());
     size_t next = 0;
@@ -95,10 +92,8 @@ void cMapBuffers::build() {
         const uint32_t first = m_vertexEnd;
         m_leaves[leaf].clear();
         m_leaves[leaf].objects.reserve(ends[leaf] - next);
-        for (; next < ends[leaf]; ++next) {
-            std::swap(m_shape, shapes.next());
+        for (; next < ends[leaf]; ++next)
             fillSlot(objects[next], leaf);
-        }
         m_leaves[leaf].keepCore();
         writeStaged(first);
         joined.resize(m_rows.size());
